@@ -1,0 +1,511 @@
+/* dsp - routines for measurement signals: one record, plain functions, C linkage.
+ *
+ * SPDX-License-Identifier: MIT
+ *
+ * Conventions, stated once
+ * ------------------------
+ * Status      Routines return 0 for success and -1 for failure: lengths that do not match, a representation
+ *             that a routine does not take, an argument out of range, memory that ran out. A routine that
+ *             fails leaves every record valid (it can be used again and destroyed); the output's contents are
+ *             then undefined, its `length` and `is_complex` possibly changed.
+ * Order       Signals first, inputs before outputs (but `dsp_copy`, `dsp_copy_at_most` and `dsp_append` take the
+ *             destination first), then integers and numbers, then optional results and states.
+ * Counts      Lengths are samples; a complex sample counts once. `capacity` alone counts doubles. A negative
+ *             length is an empty signal. Sizes that do not fit are out of memory.
+ * Frequency   Filter routines take cycles per sample (0.5 is Nyquist); everything else takes cycles per unit of
+ *             `dx`. A transform of N samples turns `dx` into 1/(dx N), and a `dx` of 0 into 1e100.
+ * Sharing     An output may be the same record as an input, or another record on the same buffer, unless the
+ *             routine says otherwise; the result is the same. Buffers that merely overlap are not supported.
+ * Infinity    1e100 stands for a result without bound (1/0, a component beyond +-1e100 where a routine says so).
+ *             NaN runs through the formulas; it is never undefined behaviour.
+ * Names       dsp_ signal management, dspi_ in place, dspb_ two signals into one, dspbs_ two signals into a
+ *             scalar, dspc_ create, dspd_ filter with a state, dsph_ spectra and resampler, dsps_ statistics,
+ *             dspu_ one signal into another, vfp... plain trace arrays.
+ * Threads     One thread at a time: tables, windows and scratch signals are process-wide and unguarded.
+ *
+ * The prefix of a routine names its family: see the sections below, each with its own introduction.
+ */
+#ifndef DSP_DSP_H
+#define DSP_DSP_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#if defined(DSP_BUILDING)
+#define DSP_API __declspec(dllexport)
+#elif defined(DSP_STATIC)
+#define DSP_API
+#else
+#define DSP_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define DSP_API __attribute__((visibility("default")))
+#else
+#define DSP_API
+#endif
+
+#define DSP_VERSION_MAJOR 2
+#define DSP_VERSION_MINOR 5
+#define DSP_VERSION_PATCH 0
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ============================================================================================================
+ * Signals (core)
+ *
+ * A `dsp_vec` is a run of doubles, real or complex, with a sample spacing. Its life:
+ *
+ *     dsp_vec v;
+ *     dsp_init(&v);              // empty, dx 1
+ *     v.length = 1024;           // say what is wanted ...
+ *     dsp_alloc(&v);             // ... and get a buffer for it
+ *     ... fill v.data, call routines ...
+ *     dsp_destroy(&v);           // releases the buffer; v is empty again
+ *
+ * A record may also borrow the caller's memory: set `data`, `length` and `is_complex` and leave `capacity` 0. The
+ * library never releases a borrowed buffer; a routine that needs more room replaces it by one of its own.
+ * ========================================================================================================== */
+
+/** One complex sample: the layout of C's double _Complex and C++'s std::complex<double>. */
+typedef struct dsp_complex {
+  double re;
+  double im;
+} dsp_complex;
+
+typedef struct dsp_vec {
+  double dx;           /**< spacing of two samples; 1.0 after dsp_init */
+  double *data;        /**< real: length doubles; complex: 2 length doubles, re, im, re, im, ... */
+  int32_t capacity;    /**< doubles the library owns behind data; 0 or less: the buffer is borrowed, or there is none */
+  int32_t length;      /**< samples */
+  uint32_t is_complex; /**< 0 real, anything else complex; routines write 1 */
+  int32_t reserved;    /**< written 0, read by no routine, not copied */
+} dsp_vec;
+
+/** Returns 0. Calling it is optional: the library needs no start-up. */
+DSP_API int32_t dsp_lib_init(void);
+
+/** Returns 205: release 2.5. */
+DSP_API int32_t dsp_version(void);
+
+/** Makes *v the empty real signal: dx 1, everything else 0. Releases nothing, so not for a signal that owns a
+ * buffer. Always 0. */
+DSP_API int32_t dsp_init(dsp_vec *v);
+
+/** Releases an owned buffer and leaves *v as dsp_init does; a borrowed buffer is left alone. Always 0. */
+DSP_API int32_t dsp_destroy(dsp_vec *v);
+
+/** Makes room for the `length` and `is_complex` that *v states. A buffer that is large enough stays as it is, contents
+ * included, and never shrinks; otherwise the contents are lost. -1: no memory, or more than INT32_MAX doubles; `data`
+ * is then null and `capacity` 0, `length` and `is_complex` stay as asked. */
+DSP_API int32_t dsp_alloc(dsp_vec *v);
+
+/** As dsp_alloc, but the samples that `old_length` and `old_is_complex` describe survive; those of a borrowed buffer
+ * are copied. -1 as dsp_alloc: the samples are lost, and the block that could not be resized by the heap stays
+ * allocated with nobody to release it (a block too large to be counted is released). */
+DSP_API int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex);
+
+/** Hooks in place of the heap, process-wide, null at first. Each works on the record itself.
+ * The allocation hook (dsp_alloc) finds the wanted `length` and `is_complex` in the record and the old buffer still
+ * in `data`, which is then its own to release; it leaves `data` at a buffer of at least the needed doubles, or null.
+ * The reallocation hook (dsp_realloc) keeps the contents described by its two further arguments; for a borrowed or
+ * absent buffer it is called with `data` null. The release hook (dsp_destroy) releases `data`.
+ * `capacity` is the library's to update, after the hook returns. */
+typedef void (*dsp_alloc_fn)(dsp_vec *v);
+typedef void (*dsp_realloc_fn)(dsp_vec *v, int32_t old_length, uint32_t old_is_complex);
+typedef void (*dsp_free_fn)(dsp_vec *v);
+
+/** Install a hook (null: back to the heap) and hand out the previous one when `previous` is not null. Always 0.
+ * Install hooks before the first signal is sized: a buffer must go back to where it came from. */
+DSP_API int32_t dsp_lib_alloc(dsp_alloc_fn hook, dsp_alloc_fn *previous);
+DSP_API int32_t dsp_lib_realloc(dsp_realloc_fn hook, dsp_realloc_fn *previous);
+DSP_API int32_t dsp_lib_free(dsp_free_fn hook, dsp_free_fn *previous);
+
+/** dst = src: samples, dx and representation. -1: no memory. */
+DSP_API int32_t dsp_copy(dsp_vec *dst, const dsp_vec *src);
+
+/** dst = the first `count` samples of src, fewer if it is shorter. -1: no memory. */
+DSP_API int32_t dsp_copy_at_most(dsp_vec *dst, const dsp_vec *src, int32_t count);
+
+/** dst = the `count` samples of src from `start` on, dx and representation as src. Start and count are clamped to what
+ * is there. dst may be src: the signal is cut in place. Note the order: source first. -1: no memory. */
+DSP_API int32_t dspu_subvec(const dsp_vec *src, dsp_vec *dst, int32_t start, int32_t count);
+
+/** Appends src to dst, which keeps its dx and becomes complex when src is. -1: no memory, or src is dst or a view of
+ * dst's buffer (then nothing changes). */
+DSP_API int32_t dsp_append(dsp_vec *dst, const dsp_vec *src);
+
+/** Orders two signals: *result is 0 when dx and all samples agree within `tolerance`, else 1 or -1 by the sign of the
+ * first difference a - b beyond it (dx, then sample by sample, real before imaginary part). Real samples count as
+ * complex ones with imaginary part 0; NaN differences count as none. -1: lengths differ, *result untouched. */
+DSP_API int32_t dsp_cmp(const dsp_vec *a, const dsp_vec *b, double tolerance, int32_t *result);
+
+/** Releases every cache of the process: filter spectra, transform tables, work signals, windows. The next call of a
+ * routine rebuilds what it needs. May be called any number of times; never while another routine runs. */
+DSP_API int32_t dsp_free_internal(void);
+
+/* ============================================================================================================
+ * Arithmetic and representations (elementwise)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspi_db(dsp_vec *v, double factor);
+DSP_API int32_t dspi_real(dsp_vec *v);
+DSP_API int32_t dspi_imag(dsp_vec *v);
+DSP_API int32_t dspi_rtoc(dsp_vec *v);
+DSP_API int32_t dspi_conj(dsp_vec *v);
+DSP_API int32_t dspi_neg(dsp_vec *v);
+DSP_API int32_t dspi_offset(dsp_vec *v, double c);
+DSP_API int32_t dspi_scale(dsp_vec *v, double k);
+DSP_API int32_t dspi_cscale(dsp_vec *v, double c_re, double c_im);
+DSP_API int32_t dspi_recip(dsp_vec *v);
+DSP_API int32_t dspi_sqrt(dsp_vec *v);
+DSP_API int32_t dspi_square(dsp_vec *v);
+DSP_API int32_t dspi_timesi(dsp_vec *v);
+DSP_API int32_t dspi_limit(dsp_vec *v, double lo, double hi, int32_t *clipped);
+DSP_API int32_t dspi_zero(dsp_vec *v);
+DSP_API int32_t dspi_mag(dsp_vec *v);
+DSP_API int32_t dspi_magsq(dsp_vec *v);
+DSP_API int32_t dspi_phase(dsp_vec *v);
+DSP_API int32_t dspi_rtop(dsp_vec *v);
+DSP_API int32_t dspi_ptor(dsp_vec *v);
+DSP_API int32_t dspu_mag(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dspu_sqrt(const dsp_vec *in, dsp_vec *out);
+
+/* ============================================================================================================
+ * Two signals into one (elementwise)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspb_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_sub(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_conj_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_avg_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, double w);
+DSP_API int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out);
+DSP_API int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/* ============================================================================================================
+ * Elementary functions (elementwise)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspi_asin(dsp_vec *v);
+DSP_API int32_t dspi_acos(dsp_vec *v);
+DSP_API int32_t dspi_sinh(dsp_vec *v);
+DSP_API int32_t dspi_cosh(dsp_vec *v);
+DSP_API int32_t dspi_besy0(dsp_vec *v);
+DSP_API int32_t dspi_besy1(dsp_vec *v);
+DSP_API int32_t dspi_exp(dsp_vec *v);
+DSP_API int32_t dspi_exp10(dsp_vec *v);
+DSP_API int32_t dspi_log(dsp_vec *v);
+DSP_API int32_t dspi_log10(dsp_vec *v);
+DSP_API int32_t dspi_addcos(dsp_vec *v, int32_t flags, double freq, double amp, double phase);
+
+/* ============================================================================================================
+ * Order, length and calculus (elementwise)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspi_rev(dsp_vec *v);
+DSP_API int32_t dspi_shift(dsp_vec *v, int32_t k);
+DSP_API int32_t dspi_sort(dsp_vec *v);
+DSP_API int32_t dspi_swap_halves(dsp_vec *v);
+DSP_API int32_t dspi_swap_halves2(dsp_vec *v);
+DSP_API int32_t dspi_zpad(dsp_vec *v, int32_t length);
+DSP_API int32_t dspi_zpad2(dsp_vec *v, int32_t length, int32_t mode);
+DSP_API int32_t dspi_unzpad(dsp_vec *v, int32_t length, int32_t mode);
+DSP_API int32_t dspi_recon(dsp_vec *v);
+DSP_API int32_t dspi_orecon(dsp_vec *v, int32_t odd);
+DSP_API int32_t dspi_differ(dsp_vec *v);
+DSP_API int32_t dspi_integ(dsp_vec *v);
+DSP_API int32_t dspi_pdiffer(dsp_vec *v);
+DSP_API int32_t dspi_unwrap(dsp_vec *v);
+DSP_API int32_t dspi_unwrap_wnd(dsp_vec *v, int32_t window);
+DSP_API int32_t dspi_edge(dsp_vec *v, int32_t mode, double level);
+
+/* ============================================================================================================
+ * Generators (elementwise)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspc_line(dsp_vec *v, double slope, double offset);
+DSP_API int32_t dspc_cos(dsp_vec *v, double freq, double phase);
+DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
+
+/* ============================================================================================================
+ * Fourier transforms (fft)
+ * ========================================================================================================== */
+
+DSP_API int32_t dspi_fft(dsp_vec *v, uint32_t inverse);
+DSP_API int32_t dspi_bitrev(dsp_vec *v);
+DSP_API int32_t dspi_bitrev_scale(dsp_vec *v);
+DSP_API int32_t cf_dspi_fft(double *data, int32_t length, uint32_t is_complex, uint32_t inverse);
+DSP_API int32_t dspi_rfft(dsp_vec *v);
+DSP_API int32_t dspi_irfft(dsp_vec *v);
+DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
+DSP_API int32_t dspi_rdft(dsp_vec *v);
+DSP_API int32_t dspi_irdft(dsp_vec *v, uint32_t odd);
+DSP_API int32_t dspi_dct(dsp_vec *v, int32_t flags);
+DSP_API int32_t dspi_hilbert(dsp_vec *v);
+DSP_API int32_t dspi_analytic(dsp_vec *v);
+
+/* ============================================================================================================
+ * Windows (window)
+ * ========================================================================================================== */
+
+/** Window types, passed as int32_t; several names for one value. */
+typedef int32_t dsp_window_type;
+enum {
+  DSP_WINDOW_UNIFORM = 0,
+  DSP_WINDOW_RECTANGULAR = 0,
+  DSP_WINDOW_NONE = 0,
+  DSP_WINDOW_P000 = 0,
+  DSP_WINDOW_BARTLETT = 1,
+  DSP_WINDOW_TRIANGULAR = 1,
+  DSP_WINDOW_HANN = 2,
+  DSP_WINDOW_P110 = 2,
+  DSP_WINDOW_HAMMING = 3,
+  DSP_WINDOW_P100 = 3,
+  DSP_WINDOW_BLACKMAN = 4,
+  DSP_WINDOW_BLACKMAN_HARRIS3 = 5,
+  DSP_WINDOW_P200 = 5,
+  DSP_WINDOW_BLACKMAN_HARRIS4 = 6,
+  DSP_WINDOW_P310 = 6,
+  DSP_WINDOW_LOWLEAK = 6,
+  DSP_WINDOW_GAUSSTOP = 7,
+  DSP_WINDOW_P400 = 7,
+  DSP_WINDOW_FLAT4 = 8,
+  DSP_WINDOW_P301 = 8,
+  DSP_WINDOW_FLATTOP = 9,
+  DSP_WINDOW_FLAT5 = 9,
+  DSP_WINDOW_P401 = 9,
+  DSP_WINDOW_FLAT6 = 10,
+  DSP_WINDOW_P511 = 10,
+  DSP_WINDOW_FLAT7 = 11,
+  DSP_WINDOW_P611 = 11,
+  DSP_WINDOW_P501 = 12,
+  DSP_WINDOW_P601 = 13,
+  DSP_WINDOW_KAISER70 = 14,
+  DSP_WINDOW_KAISER80 = 15,
+  DSP_WINDOW_KAISER90 = 16,
+  DSP_WINDOW_KAISER100 = 17,
+  DSP_WINDOW_KAISER110 = 18,
+  DSP_WINDOW_KAISER120 = 19,
+  DSP_WINDOW_GAUSS60 = 20,
+  DSP_WINDOW_GAUSS70 = 21,
+  DSP_WINDOW_GAUSS80 = 22,
+  DSP_WINDOW_RIEMANN = 23,
+  DSP_WINDOW_SINC_LOBE = 23
+};
+
+DSP_API int32_t dsp_window_from_str(const char *name, dsp_window_type *type);
+DSP_API int32_t dsp_window_to_str(dsp_window_type type, char *buffer, int32_t size);
+DSP_API int32_t dsp_window_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n);
+DSP_API int32_t dsp_window2_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n, double param);
+DSP_API int32_t dsp_window_enbw(double *enbw, dsp_window_type type, int32_t n);
+DSP_API int32_t dsp_window2_enbw(double *enbw, dsp_window_type type, int32_t n, double param);
+DSP_API int32_t dspi_window(dsp_vec *v, dsp_window_type type, int32_t flags);
+DSP_API int32_t dspi_window2(dsp_vec *v, dsp_window_type type, int32_t flags, double param);
+DSP_API int32_t dspi_window_gauss(dsp_vec *v, double sigma, int32_t flags);
+DSP_API int32_t dspi_window_kaiser(dsp_vec *v, double beta, int32_t flags);
+DSP_API int32_t dspi_window_tukey(dsp_vec *v, double alpha, int32_t flags);
+DSP_API int32_t dspi_window_sinc(dsp_vec *v, double lobe, double peak, int32_t flags);
+DSP_API int32_t dspi_window_cos(dsp_vec *v, const dsp_vec *coefficients);
+DSP_API int32_t dspi_window_fir(dsp_vec *v, dsp_window_type type);
+
+/* ============================================================================================================
+ * Spectra, averages and correlation (spectrum)
+ * ========================================================================================================== */
+
+DSP_API int32_t dsph_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window,
+                         int32_t flags);
+DSP_API int32_t dsph_dft(const dsp_vec *in, dsp_vec *out, dsp_window_type window, int32_t flags);
+DSP_API int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
+                         double weight, double limit);
+DSP_API int32_t dsph_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, int32_t m,
+                          uint32_t halve);
+DSP_API int32_t dspb_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, int32_t m, uint32_t halve);
+DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t length, uint32_t is_complex,
+                            double fraction, dsp_window_type window, int32_t flags);
+
+/* ============================================================================================================
+ * Statistics, peak and regression (stats)
+ * ========================================================================================================== */
+
+DSP_API int32_t dsps_sum(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_mean(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_gmean(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_hmean(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_median(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_max(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_min(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_magsq_sum(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_rms(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_pop_var(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_samp_var(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_pop_stddev(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_samp_stddev(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_skew(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_excess(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bins);
+
+enum {
+  DSP_PEAK_NO_INTERP = 0x000,
+  DSP_PEAK_PARABOLIC = 0x100,
+  DSP_PEAK_GAUSS = 0x200,
+  DSP_PEAK_GAUSS_CORR = 0x300,
+  DSP_PEAK_INTERP_MASK = 0x700,
+  DSP_PEAK_AT_INDEX = 0x1000,
+  DSP_PEAK_MIN = 0x2000
+};
+
+DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);
+DSP_API int32_t dsps_peval(const dsp_vec *c, dsp_vec *out, double x);
+DSP_API int32_t dsps_lin_regres(const dsp_vec *in, dsp_vec *out);
+DSP_API int32_t dsps_lin_regres2(const dsp_vec *in, dsp_vec *out);
+
+/* ============================================================================================================
+ * FIR design and streaming filters (filter)
+ * ========================================================================================================== */
+
+typedef int32_t dsp_fir_type;
+enum {
+  DSP_FIR_BANDPASS = 0,
+  DSP_FIR_BANDSTOP = 1,
+  DSP_FIR_HIGHPASS = 2,
+  DSP_FIR_LOWPASS = 3,
+  DSP_FIR_SINH = 4,
+  DSP_FIR_DELAYED_LOWPASS = 5,
+  DSP_FIR_DIFFERENTIATOR = 6,
+  DSP_FIR_GAUSSIAN = 7,
+  DSP_FIR_HILBERT = 8,
+  DSP_FIR_KAISER_SPECTRUM = 9,
+  DSP_FIR_RAMP = 10
+};
+typedef int32_t dsp_fir2_type;
+enum { DSP_FIR2_TAPS12 = 100, DSP_FIR2_TAPS20 = 101, DSP_FIR2_TAPS5 = 102 };
+
+DSP_API int32_t dspc_fir(dsp_vec *h, dsp_fir_type kind, double f, double p);
+DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
+DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
+DSP_API int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti,
+                          dsp_vec *state);
+DSP_API int32_t dspd_deci(const dsp_vec *in, dsp_vec *out, int32_t factor, dsp_vec *state);
+DSP_API int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_vec *state);
+DSP_API int32_t dspi_hwfilt(dsp_vec *v, const void *reserved);
+
+/* ============================================================================================================
+ * Sample-rate conversion (resample)
+ * ========================================================================================================== */
+
+typedef struct dsph_rsmp_coef {
+  dsp_vec halfband;
+  int32_t halfband_odd;
+  dsp_vec prefilter;
+  int32_t prefilter_odd;
+  dsp_vec kernel;
+  int32_t interp;
+  double ratio;
+  int32_t halvings;
+  int32_t mode;
+  int32_t delay1;
+  int32_t delay2;
+} dsph_rsmp_coef;
+
+typedef struct dsph_rsmp_state {
+  int32_t stages;
+  dsp_vec *stage_hist;
+  dsp_vec *stage_phase;
+  int32_t delay1;
+  dsp_vec pre_hist;
+  dsp_vec rsmp_state;
+  dsp_vec post_hist;
+  dsp_vec post_phase;
+  int32_t delay2;
+} dsph_rsmp_state;
+
+DSP_API int32_t dspc_rsmp(dsp_vec *v, int32_t kind);
+DSP_API int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c);
+DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
+DSP_API int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec *table, double step,
+                          dsp_vec *state);
+DSP_API int32_t dspd_rsmp2(const dsp_vec *in, dsp_vec *out, int32_t interp, int32_t kind, double step, dsp_vec *state);
+DSP_API int32_t dsph_rsmp_coef_init(dsph_rsmp_coef *coef);
+DSP_API int32_t dsph_rsmp_coef_destroy(dsph_rsmp_coef *coef);
+DSP_API int32_t dsph_rsmp_coef_alloc(dsph_rsmp_coef *coef, int32_t reserved);
+DSP_API int32_t dsph_rsmp_coef_setup(dsph_rsmp_coef *coef, int32_t reserved0, double ratio, int32_t mode,
+                                     int32_t reserved);
+DSP_API int32_t dsph_rsmp_state_init(dsph_rsmp_state *state);
+DSP_API int32_t dsph_rsmp_state_destroy(dsph_rsmp_state *state);
+DSP_API int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state, uint32_t is_complex);
+DSP_API int32_t dsph_rsmp_state_reset(const dsph_rsmp_coef *coef, dsph_rsmp_state *state);
+DSP_API int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_rsmp_coef *coef,
+                          dsph_rsmp_state *state);
+
+/* ============================================================================================================
+ * Interpolation (interp)
+ * ========================================================================================================== */
+
+enum {
+  DSP_INTERP_HOLD = 0,
+  DSP_INTERP_LINEAR = 1,
+  DSP_INTERP_QUADRATIC = 3,
+  DSP_INTERP_SPLINE = 5,
+  DSP_INTERP_CLAMP = 16
+};
+enum { DSP_SPLINE_NOT_A_KNOT = 0, DSP_SPLINE_CLAMPED = 1, DSP_SPLINE_SECOND_DERIVATIVE = 2, DSP_SPLINE_NATURAL = 3 };
+
+DSP_API int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out,
+                           int32_t mode);
+DSP_API int32_t dsp_cspline(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out);
+DSP_API int32_t dspb_cspline_2d(const dsp_vec *x, const dsp_vec *y, dsp_vec *d2, double left_value, double right_value,
+                                int32_t left, int32_t right);
+DSP_API int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+DSP_API int32_t dspi_zinter(dsp_vec *v);
+
+/* ============================================================================================================
+ * Trace display (trace): plain arrays, no signals
+ * ========================================================================================================== */
+
+DSP_API void vfpdbMul1(double scale, double *buf, int32_t n);
+DSP_API void vfpdbMul2(double scale, double *buf, int32_t n);
+DSP_API void vfpsbMul2(float scale, float *buf, int32_t n);
+DSP_API void vfpdb_ScaleToInt(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo,
+                              int32_t out_hi);
+DSP_API void vfpdb_ScaleToInt2(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo,
+                               int32_t out_hi);
+DSP_API void vfpdb_ScaleToFP(const double *in, int32_t n, double lo, double hi, double *out, double out_lo,
+                             double out_hi);
+DSP_API int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop);
+DSP_API int32_t vfpd_FindMin(const double *arr, int32_t start, int32_t stop);
+DSP_API int32_t vfpd_FindMax2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi);
+DSP_API int32_t vfpd_FindMin2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi);
+DSP_API void vfpd_ExpandLinear(double *out, int32_t n, double first, double last);
+DSP_API void vfpd_ExpandLog(double *out, int32_t n, double first, double last);
+DSP_API int32_t vfpd_Smooth(const double *in, double *out, int32_t n, int32_t start, int32_t stop, int32_t width,
+                            int32_t is_phase);
+DSP_API int32_t vfpd_SmoothCpx(const dsp_complex *in, dsp_complex *out, int32_t n, int32_t start, int32_t stop,
+                               int32_t width);
+DSP_API void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int32_t start, int32_t stop);
+DSP_API void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double *out);
+DSP_API uint32_t get_fpscr(void);
+DSP_API uint32_t set_fpscr(uint32_t value);
+DSP_API uint32_t set_runfast(int32_t on);
+
+/* ============================================================================================================
+ * One-port calibration and complex matrices (rf): plain arrays, no signals
+ * ========================================================================================================== */
+
+DSP_API void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3, const dsp_complex *a1,
+                               const dsp_complex *a2, const dsp_complex *a3, int32_t first, int32_t end);
+DSP_API int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k,
+                           int32_t p);
+DSP_API int32_t invert(dsp_complex *m, int32_t n);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
