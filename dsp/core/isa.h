@@ -21,16 +21,24 @@ bool force_isa(isa wanted);
 // Picks this processor's entry: DSP_KERNELS(fft_kernels) is dsp::baseline::fft_kernels or one of its siblings. The
 // tables are declared with DSP_DECLARE_KERNELS(type, name) at namespace dsp.
 #ifdef DSP_ISA_X86
-#define DSP_DECLARE_KERNELS(type, name)       \
-  namespace baseline { extern const type name; } \
-  namespace avx2 { extern const type name; }     \
-  namespace avx512 { extern const type name; }
-#define DSP_KERNELS(name)                                              \
-  (::dsp::active_isa() == ::dsp::isa::avx512 ? ::dsp::avx512::name     \
-   : ::dsp::active_isa() == ::dsp::isa::avx2 ? ::dsp::avx2::name       \
+#define DSP_DECLARE_KERNELS(type, name) \
+  namespace baseline {                  \
+  extern const type name;               \
+  }                                     \
+  namespace avx2 {                      \
+  extern const type name;               \
+  }                                     \
+  namespace avx512 {                    \
+  extern const type name;               \
+  }
+#define DSP_KERNELS(name)                                          \
+  (::dsp::active_isa() == ::dsp::isa::avx512 ? ::dsp::avx512::name \
+   : ::dsp::active_isa() == ::dsp::isa::avx2 ? ::dsp::avx2::name   \
                                              : ::dsp::baseline::name)
 #else
 #define DSP_DECLARE_KERNELS(type, name) \
-  namespace baseline { extern const type name; }
+  namespace baseline {                  \
+  extern const type name;               \
+  }
 #define DSP_KERNELS(name) (::dsp::baseline::name)
 #endif

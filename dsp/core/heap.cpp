@@ -1,0 +1,34 @@
+#include "dsp/core/heap.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace dsp {
+namespace {
+
+constexpr std::size_t alignment = 64;
+constexpr std::size_t worth_aligning = 512;  // bytes; below this the padding costs more than it gains
+
+}  // namespace
+
+void *heap_allocate(std::size_t bytes) noexcept {
+  if (bytes == 0) return nullptr;
+#if !defined(_WIN32)
+  if (bytes >= worth_aligning && bytes <= SIZE_MAX - alignment)
+    return std::aligned_alloc(alignment, (bytes + alignment - 1) / alignment * alignment);
+#endif
+  return std::malloc(bytes);
+}
+
+void *heap_resize(void *block, std::size_t old_bytes, std::size_t bytes) noexcept {
+  void *fresh = heap_allocate(bytes);  // realloc() would lose the alignment
+  if (fresh == nullptr || block == nullptr) return fresh;
+  std::memcpy(fresh, block, old_bytes < bytes ? old_bytes : bytes);
+  heap_release(block);
+  return fresh;
+}
+
+void heap_release(void *block) noexcept { std::free(block); }
+
+}  // namespace dsp

@@ -1,0 +1,78 @@
+#include "dsp/core/output.h"
+
+#include "dsp/core/caches.h"
+#include "dsp/core/operands.h"
+#include "dsp/core/sizing.h"
+
+namespace dsp {
+namespace {
+
+// A process-wide signal, empty until its first use.
+struct scratch {
+  dsp_vec signal;
+  bool initialised;
+
+  dsp_vec *obtain() {
+    if (!initialised && dsp_init(&signal) != 0) return nullptr;
+    initialised = true;
+    return &signal;
+  }
+
+  int32_t release() {
+    if (!initialised) return 0;
+    initialised = false;
+    return dsp_destroy(&signal);
+  }
+};
+
+scratch scratch_output;
+scratch scratch_state;
+bool redirection_pending = false;
+dsp_vec *callers_output = nullptr;
+
+int32_t shape_state(dsp_vec *state, const dsp_vec &in, std::int32_t length) {
+  state->dx = in.dx;
+  if ((state->is_complex != 0) != (in.is_complex != 0)) {
+    const int32_t status = in.is_complex != 0 ? dspi_rtoc(state) : dspi_real(state);
+    if (status != 0) return -1;
+  }
+  return dspi_zpad(state, length);
+}
+
+}  // namespace
+
+int32_t dsp_output_prepare(const dsp_vec *in, dsp_vec **out, const dsp_vec *second, dsp_vec **state,
+                           std::int32_t state_length, std::uint32_t flags) {
+  if (state != nullptr && *state == nullptr && (flags & DSP_OUT_SHARED_STATE) != 0) {
+    *state = scratch_state.obtain();
+    if (*state == nullptr) return -1;
+  }
+  if (state != nullptr && *state != nullptr && shape_state(*state, *in, state_length) != 0) return -1;
+
+  dsp_vec *o = *out;
+  const std::int32_t length = (flags & DSP_OUT_KEEP_LENGTH) != 0 ? o->length : samples(*in);
+  redirection_pending = (flags & DSP_OUT_ALIAS) != 0 && shares_buffer(*o, *in);
+  if (redirection_pending) {
+    dsp_vec *stand_in = scratch_output.obtain();
+    if (stand_in == nullptr) return -1;
+    callers_output = o;
+    o = *out = stand_in;
+  }
+  o->length = length;
+  o->is_complex = in->is_complex != 0 || (second != nullptr && second->is_complex != 0);
+  o->dx = in->dx;
+  return dsp_alloc(o);
+}
+
+int32_t dsp_output_commit(dsp_vec *result) {
+  if (!redirection_pending) return 0;
+  redirection_pending = false;
+  return dsp_copy(callers_output, result);
+}
+
+int32_t dsp_free_scratch() {
+  if (scratch_output.release() != 0) return -1;
+  return scratch_state.release();
+}
+
+}  // namespace dsp

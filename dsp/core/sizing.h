@@ -1,0 +1,34 @@
+// Sizes of signals, counted in 64 bits. A negative length is an empty signal, a negative capacity none.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+constexpr std::int32_t not_negative(std::int32_t n) { return n > 0 ? n : 0; }
+
+inline std::int32_t samples(const dsp_vec &v) { return not_negative(v.length); }
+
+constexpr std::int64_t doubles_of(std::int32_t length, bool is_complex) {
+  return static_cast<std::int64_t>(not_negative(length)) * (is_complex ? 2 : 1);
+}
+
+inline std::int64_t doubles(const dsp_vec &v) { return doubles_of(v.length, v.is_complex != 0); }
+
+// Whether a buffer of so many doubles can be counted by `capacity` and addressed.
+constexpr bool countable(std::int64_t n) {
+  return n <= INT32_MAX && static_cast<std::uint64_t>(n) <= SIZE_MAX / sizeof(double);
+}
+
+// The smallest power of two not below n; 1 for n < 2.
+constexpr std::int64_t power_of_two_from(std::int64_t n) {
+  std::int64_t p = 1;
+  while (p < n) p *= 2;
+  return p;
+}
+
+constexpr bool is_power_of_two(std::int64_t n) { return n > 0 && (n & (n - 1)) == 0; }
+
+}  // namespace dsp

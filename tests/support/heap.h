@@ -1,0 +1,36 @@
+// The heap of the tests, linked in place of the library's: it counts, fills fresh memory with garbage, catches foreign
+// and double frees, and fails on request.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace support {
+
+class record;
+
+long heap_live();      // blocks now allocated
+long heap_requests();  // requests ever made
+long heap_lost();  // blocks given up by dsp_realloc when a resize failed (its stated behaviour); the test heap frees
+                   // them
+
+// The k-th request from now on fails (k = 1 is the next), and all later ones with `for_ever`; 0 fails none.
+void heap_fail(long k, bool for_ever = false);
+
+// While one lives, no request fails or counts: tests build their signals so.
+class exempt {
+ public:
+  exempt();
+  ~exempt();
+  exempt(const exempt &) = delete;
+  exempt &operator=(const exempt &) = delete;
+};
+
+// Calls `run` with the first, second, ... request failing, once and for ever, until it succeeds. `run` builds its own
+// signals (their building is exempt), makes one call, leaves what came out in `result` and returns the status. Each
+// failed request must give -1, leak nothing, and leave caches and records such that the next call gives the right
+// result. Caches are cold each time.
+void sweep_failing_memory(const std::string &name, const std::function<int32_t(record *result)> &run);
+
+}  // namespace support
