@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstddef>
 #include <limits>
 
 #include "dsp/core/operands.h"
@@ -16,11 +15,6 @@ namespace {
 using namespace support;
 
 constexpr int32_t huge = std::numeric_limits<int32_t>::max();
-
-static_assert(offsetof(dsp_vec, dx) == 0 && offsetof(dsp_vec, data) == 8);
-static_assert(offsetof(dsp_vec, capacity) == 8 + sizeof(double *) &&
-              offsetof(dsp_vec, length) == 12 + sizeof(double *));
-static_assert(offsetof(dsp_vec, is_complex) == 16 + sizeof(double *) && sizeof(dsp_vec) % 8 == 0);
 
 TEST(Signal, SizesOnlyWhenTooSmall) {
   record v(reals(10, 1.0));
