@@ -317,16 +317,83 @@ DSP_API int32_t dspi_window_fir(dsp_vec *v, dsp_window_type type);
 
 /* ============================================================================================================
  * Spectra, averages and correlation (spectrum)
+ *
+ * The averaged, windowed amplitude spectrum of a real record, block after block:
+ *
+ *     for (int32_t count = 1; read_block(&block); ++count) {               // block.dx in seconds
+ *       dsph_fft(&block, &spectrum, 0, 1.0, DSP_WINDOW_HANN, 0);           // a sine of amplitude A shows A
+ *       dsph_avg(&spectrum, &average, NULL, DSP_AVG_MEAN | DSP_AVG_POWER, count, 0, -1.0, 0.0);
+ *     }
+ *     dspi_db(&average, 10.0);                                             // average.dx in hertz
+ *
+ * Scaling: without flags a spectrum of one side shows amplitudes, the window's mean and the padding taken out; every
+ * bin is doubled, the first and last included. Centred records have time 0 in the middle.
  * ========================================================================================================== */
 
+/** Flags of the spectrum routines; they may be combined. */
+enum {
+  DSP_SPECTRUM_INVERSE = 1,         /**< from spectrum to record */
+  DSP_SPECTRUM_TWO_SIDED = 2,       /**< complex transform always, no factor 2 (inverse 0.5) for the missing side */
+  DSP_SPECTRUM_SUM = 4,             /**< a sum: times the transform length (inverse: over it); full record */
+  DSP_SPECTRUM_UNWINDOWED = 8,      /**< the record is not windowed (forward) */
+  DSP_SPECTRUM_CENTRED = 16,        /**< halves swapped around the transform; full record */
+  DSP_SPECTRUM_FROM_TWO_SIDED = 32, /**< the spectrum given is complex and centred (inverse) */
+  DSP_SPECTRUM_ODD = 64,            /**< the record had odd length (dsph_dft, inverse) */
+  DSP_SPECTRUM_RAW = 128            /**< the bare transform: no window, scale or swap; full record */
+};
+
+/** Averaging modes of dsph_avg, and two flags to go with them. */
+enum {
+  DSP_AVG_REPLACE = 0,    /**< the latest */
+  DSP_AVG_MEAN = 1,       /**< arithmetic mean */
+  DSP_AVG_MAX_HOLD = 2,   /**< larger sample, by magnitude when complex */
+  DSP_AVG_MIN_HOLD = 3,   /**< smaller sample */
+  DSP_AVG_HARMONIC = 4,   /**< harmonic mean */
+  DSP_AVG_GEOMETRIC = 5,  /**< geometric mean */
+  DSP_AVG_PERIODIC = 6,   /**< the latest at counts 1, 1 + period, 1 + 2 period, ... */
+  DSP_AVG_MODE_MASK = 15, /**< other modes leave the average as it is */
+  DSP_AVG_LIMIT = 16,     /**< the derived weight stops falling at count `limit`: exponential averaging from there */
+  DSP_AVG_POWER = 32      /**< averages the squared magnitude of the input */
+};
+
+/** Spectrum of a record on a power-of-two grid.
+ * Forward: the first `fraction` of the M-point transform length (M the least power of two >= n, at most 2^30; n < 1:
+ * the record's length; typical n 0, fraction 1.0; a fraction outside (0, 1] counts as 1.0) is windowed in amplitude
+ * mode, scaled and zero-padded to M. A real record gives M/2 + 1 bins from 0 to Nyquist; a complex one, or
+ * DSP_SPECTRUM_TWO_SIDED, gives M bins with frequency 0 in the middle (sample M/2). A window other than uniform leaves
+ * the record's middle at time 0, so phases refer to it. Inverse: undoes the same flags, up to the window, and yields
+ * `fraction` of M samples; n < 1 takes M from the spectrum. DSP_SPECTRUM_SUM, _CENTRED and _RAW ignore n and fraction.
+ * out->dx = 1/(in->dx M). An empty record is a silent one. out may be in. -1: null signal, unknown window, no memory.
+ */
 DSP_API int32_t dsph_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window,
                          int32_t flags);
+
+/** The same on the record's own length, whatever it is: no padding, no fraction. The inverse of a half spectrum yields
+ * 2(L - 1) samples, or one more with DSP_SPECTRUM_ODD. */
 DSP_API int32_t dsph_dft(const dsp_vec *in, dsp_vec *out, dsp_window_type window, int32_t flags);
+
+/** Folds `in` into the running average `avg`, which the caller keeps between calls and never has to clear: at
+ * `count` 1 (or less) it becomes a copy. `count` numbers the spectra from 1. `weight` is the share of the new spectrum;
+ * negative (typical: -1.0) derives it as 1/count, or 1/limit from count `limit` on with DSP_AVG_LIMIT. `period` matters
+ * to DSP_AVG_PERIODIC only. In the hold modes a tie keeps the average. `work` is a signal to compute in, kept by
+ * callers who want no allocation per call; null, or one that shares a buffer with the others: a temporary. -1: null in
+ * or avg, lengths that differ, no memory. */
 DSP_API int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
                          double weight, double limit);
+
+/** Correlation of `in` with the first m samples of `ref`, at every lag where these lie inside `in`:
+ * out[j] = (1/P) sum over i < m of in[i + j] conj(ref[i]), j = 0 ... length of in - m, P the least power of two >= the
+ * length of `in`; halved once more when `halve` is not 0. Complex when either operand is; dx is the mean of both.
+ * `work` as in dsph_avg. -1: null ref, in or out, m outside 1 ... the shorter length, no memory. */
 DSP_API int32_t dsph_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, int32_t m,
                           uint32_t halve);
+
+/** dsph_corr without a work signal. */
 DSP_API int32_t dspb_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, int32_t m, uint32_t halve);
+
+/** dsph_fft with n 0 on plain arrays and a spacing of 1. `out_data` takes every sample of the result, with M the least
+ * power of two >= length: forward, real and one-sided, M + 2 doubles, else 2 M; inverse of a half spectrum, M the least
+ * power of two >= 2 (length - 1), M doubles, else 2 M (M from length). Nothing is written on failure. */
 DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t length, uint32_t is_complex,
                             double fraction, dsp_window_type window, int32_t flags);
 

@@ -1,0 +1,62 @@
+// Running averages over successive spectra.
+#include <cstdint>
+
+#include "dsp/core/operands.h"
+#include "dsp/core/sizing.h"
+#include "dsp/core/temporary.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+namespace {
+
+double derived_weight(std::int32_t flags, std::int32_t count, double limit) {
+  double effective = count;
+  if ((flags & DSP_AVG_LIMIT) != 0 && limit > 0.0 && effective >= limit) effective = limit;
+  return effective == 0.0 ? 1.0 : 1.0 / effective;
+}
+
+using in_place = int32_t (*)(dsp_vec *);
+
+// The mean of f(x), taken back: f and its inverse are reciprocal and reciprocal, or logarithm and exponential.
+int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double weight, in_place map, in_place back) {
+  if (in != work && dsp_copy(work, in) != 0) return -1;
+  if (map(work) != 0 || map(avg) != 0 || dspb_avg_add(work, avg, avg, weight) != 0) return -1;
+  return back(avg);
+}
+
+bool replaces(std::int32_t period, std::int32_t count) { return period == 1 || (period > 0 && count % period == 1); }
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
+                 double weight, double limit) {
+  if (in == nullptr || avg == nullptr) return -1;
+  temporary own;
+  if (work == nullptr || shares_buffer(*work, *in) || shares_buffer(*work, *avg)) work = own.get();
+  if ((flags & DSP_AVG_POWER) != 0) {
+    if (dspu_magsq(in, work) != 0) return -1;
+    in = work;
+  }
+  const std::int32_t mode = flags & DSP_AVG_MODE_MASK;
+  if (count < 2 || mode == DSP_AVG_REPLACE) return dsp_copy(avg, in);
+  if (weight < 0.0) weight = derived_weight(flags, count, limit);
+  switch (mode) {
+    case DSP_AVG_MEAN:
+      return dspb_avg_add(in, avg, avg, weight);
+    case DSP_AVG_MAX_HOLD:
+      return dspb_max(in, avg, avg);
+    case DSP_AVG_MIN_HOLD:
+      return dspb_min(in, avg, avg);
+    case DSP_AVG_HARMONIC:
+      return average_mapped(in, avg, work, weight, dspi_recip, dspi_recip);
+    case DSP_AVG_GEOMETRIC:
+      return average_mapped(in, avg, work, weight, dspi_log, dspi_exp);
+    case DSP_AVG_PERIODIC:
+      return replaces(period, count) ? dsp_copy(avg, in) : 0;
+    default:
+      return 0;
+  }
+}

@@ -1,0 +1,54 @@
+// Correlation by transform: every lag at which the reference lies wholly inside the record.
+#include <cstdint>
+
+#include "dsp/core/operands.h"
+#include "dsp/core/sizing.h"
+#include "dsp/core/temporary.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+namespace {
+
+int32_t transform(dsp_vec *v, std::int32_t length, bool is_complex) {
+  if (dspi_zpad(v, length) != 0) return -1;
+  return is_complex ? dspi_fft(v, 0) : dspi_rfft(v);
+}
+
+int32_t correlate(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, std::int32_t m, bool halve) {
+  const bool is_complex = ref->is_complex != 0 || in->is_complex != 0;
+  const double dx = mean_spacing(in->dx, ref->dx);
+  const std::int32_t lags = samples(*in) - m + 1;
+  const std::int64_t size = power_of_two_from(samples(*in));
+  if (size > INT32_MAX) return -1;
+  const auto p = static_cast<std::int32_t>(size);
+  if (dsp_copy(work, in) != 0 || dsp_copy_at_most(out, ref, m) != 0) return -1;
+  if (transform(out, p, is_complex) != 0 || transform(work, p, is_complex) != 0) return -1;
+  if (dspb_conj_mul(work, out, out) != 0) return -1;
+  if ((is_complex ? dspi_fft(out, 1) : dspi_irfft(out)) != 0) return -1;
+  out->dx = dx;
+  out->length = lags;
+  return halve ? dspi_scale(out, 0.5) : 0;
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsph_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, int32_t m, uint32_t halve) {
+  if (ref == nullptr || in == nullptr || out == nullptr) return -1;
+  if (m <= 0 || m > samples(*ref) || m > samples(*in)) return -1;
+  temporary own_work;
+  temporary own_out;
+  const bool shared_work = work != nullptr && (work == out || shares_buffer(*work, *ref) || shares_buffer(*work, *in) ||
+                                               shares_buffer(*work, *out));
+  if (work == nullptr || shared_work) work = own_work.get();
+  const bool shared_out = shares_buffer(*out, *in) || shares_buffer(*out, *ref);
+  dsp_vec *result = shared_out ? own_out.get() : out;
+  if (correlate(ref, in, result, work, m, halve != 0) != 0) return -1;
+  return shared_out ? dsp_copy(out, result) : 0;
+}
+
+int32_t dspb_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, int32_t m, uint32_t halve) {
+  return dsph_corr(ref, in, out, nullptr, m, halve);
+}

@@ -1,0 +1,143 @@
+// Windowed, padded and scaled spectra of a record, and the way back.
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+#include "dsp/core/sizing.h"
+#include "dsp/core/temporary.h"
+#include "dsp/dsp.h"
+#include "dsp/spectrum/flags.h"
+
+namespace dsp {
+namespace {
+
+// Padding modes of dspi_zpad2 and dspi_unzpad.
+enum : std::int32_t { pad_scaled = 0x000, pad_plain = 0x002, pad_split_scaled = 0x300, pad_split_plain = 0x302 };
+
+constexpr std::int32_t largest_transform = 1 << 30;
+constexpr std::int32_t active_length = 8;  // window flag: the parameter is the active length
+constexpr std::int32_t swap_uniform = 16;  // window flag: swap the halves of the uniform window too
+
+std::int32_t transform_length(std::int32_t n) {
+  return n < largest_transform ? static_cast<std::int32_t>(power_of_two_from(n)) : largest_transform;
+}
+
+std::int32_t rounded(double x) { return static_cast<std::int32_t>(std::floor(x + 0.5)); }
+
+// Where the signal is real and of one side, a half spectrum holds everything.
+bool one_sided(const spectrum_flags &f, bool is_complex) { return !is_complex && !f.two_sided && !f.raw; }
+
+int32_t window_or_swap(dsp_vec *v, dsp_window_type window, const spectrum_flags &f, bool by_active_length) {
+  if (f.unwindowed) return f.swaps ? dspi_swap_halves2(v) : 0;
+  const std::int32_t swap = f.centred || f.sum ? swap_uniform : 0;
+  // Types without an active-length form take the record's own length, which is the active one.
+  const bool has_active_form = window != DSP_WINDOW_TRIANGULAR && window < DSP_WINDOW_KAISER70;
+  if (!by_active_length || !has_active_form) return dspi_window(v, window, swap);
+  return samples(*v) > 0 ? dspi_window2(v, window, active_length | swap, v->length) : 0;
+}
+
+// The factor that makes up for the side left out, or the sum's.
+int32_t scale_forward(dsp_vec *v, const spectrum_flags &f, double length) {
+  if (f.sum) return dspi_scale(v, length);
+  return f.two_sided ? 0 : dspi_scale(v, 2.0);
+}
+
+int32_t finish_inverse(dsp_vec *v, const spectrum_flags &f) {
+  if (f.swaps && dspi_swap_halves(v) != 0) return -1;
+  if (f.sum) return dspi_scale(v, 1.0 / samples(*v));
+  return f.two_sided ? 0 : dspi_scale(v, 0.5);
+}
+
+int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double fraction, dsp_window_type window,
+                    const spectrum_flags &f) {
+  const bool half = one_sided(f, in->is_complex != 0);
+  const std::int32_t length = samples(*in);
+  const std::int32_t m = transform_length(n < 1 ? length : n);
+  const std::int32_t active = rounded(std::fmin(fraction * m, length));
+  if (dspu_subvec(in, out, 0, active) != 0) return -1;
+  std::int32_t mode = pad_plain;
+  if (!f.raw) {
+    if (window_or_swap(out, window, f, true) != 0 || scale_forward(out, f, m) != 0) return -1;
+    mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
+  }
+  if (dspi_zpad2(out, m, mode) != 0) return -1;
+  if (half) return dspi_rfft(out);
+  if (dspi_fft(out, 0) != 0) return -1;
+  return f.raw ? 0 : dspi_swap_halves(out);
+}
+
+int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double fraction, const spectrum_flags &f) {
+  const bool full = f.from_two_sided || f.two_sided;
+  const std::int64_t bins = samples(*in);
+  const std::int64_t natural = full || f.raw ? bins : 2 * (bins - 1);
+  const std::int32_t m = transform_length(
+      n >= 1 ? n : static_cast<std::int32_t>(natural < largest_transform ? natural : largest_transform));
+  if (f.raw) {
+    if (dspu_subvec(in, out, 0, m) != 0 || dspi_zpad(out, m) != 0) return -1;
+    return dspi_fft(out, 1);
+  }
+  if (full) {
+    if (dsp_copy(out, in) != 0 || dspi_swap_halves2(out) != 0) return -1;
+    if (dspi_zpad2(out, m, pad_split_plain) != 0 || dspi_unzpad(out, m, pad_split_plain) != 0) return -1;
+    if (dspi_fft(out, 1) != 0) return -1;
+  } else {
+    const std::int32_t half = m / 2 + 1;
+    if (dspu_subvec(in, out, 0, half) != 0 || dspi_zpad(out, half) != 0 || dspi_irfft(out) != 0) return -1;
+  }
+  const std::int32_t mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
+  if (dspi_unzpad(out, rounded(fraction * m), mode) != 0) return -1;
+  return finish_inverse(out, f);
+}
+
+int32_t forward_dft(const dsp_vec *in, dsp_vec *out, dsp_window_type window, const spectrum_flags &f) {
+  const bool half = one_sided(f, in->is_complex != 0);
+  if (dsp_copy(out, in) != 0) return -1;
+  if (f.raw) return dspi_dft(out, 0);
+  if (window_or_swap(out, window, f, false) != 0 || scale_forward(out, f, samples(*out)) != 0) return -1;
+  if (half) return dspi_rdft(out);
+  return dspi_dft(out, 0) != 0 ? -1 : dspi_swap_halves(out);
+}
+
+int32_t inverse_dft(const dsp_vec *in, dsp_vec *out, const spectrum_flags &f) {
+  if (dsp_copy(out, in) != 0) return -1;
+  if (f.raw) return dspi_dft(out, 1);
+  if (f.from_two_sided || f.two_sided) {
+    if (dspi_swap_halves2(out) != 0 || dspi_dft(out, 1) != 0) return -1;
+  } else if (dspi_irdft(out, f.odd) != 0) {
+    return -1;
+  }
+  return finish_inverse(out, f);
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsph_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window, int32_t flags) {
+  if (in == nullptr || out == nullptr) return -1;
+  const spectrum_flags f(flags, window);
+  const bool whole = f.raw || f.centred || f.sum;
+  if (whole) n = 0;
+  if (whole || !(fraction > 0.0 && fraction <= 1.0)) fraction = 1.0;
+  return f.inverse ? inverse_fft(in, out, n, fraction, f) : forward_fft(in, out, n, fraction, window, f);
+}
+
+int32_t dsph_dft(const dsp_vec *in, dsp_vec *out, dsp_window_type window, int32_t flags) {
+  if (in == nullptr || out == nullptr) return -1;
+  const spectrum_flags f(flags, window);
+  return f.inverse ? inverse_dft(in, out, f) : forward_dft(in, out, window, f);
+}
+
+int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t length, uint32_t is_complex, double fraction,
+                    dsp_window_type window, int32_t flags) {
+  dsp_vec in;
+  dsp_init(&in);
+  in.data = const_cast<double *>(in_data);  // read only: the transform runs in the output
+  in.length = length;
+  in.is_complex = is_complex;
+  temporary out;
+  if (dsph_fft(&in, out.get(), 0, fraction, window, flags) != 0) return -1;
+  if (samples(*out) > 0) std::memcpy(out_data, out->data, static_cast<std::size_t>(doubles(*out)) * sizeof(double));
+  return 0;
+}
