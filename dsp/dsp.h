@@ -431,9 +431,10 @@ enum {
 /** The greatest sample (DSP_PEAK_MIN: the least; DSP_PEAK_AT_INDEX: the one at `index`, clamped to the signal), its
  * height and place refined between samples. A complex signal is searched, and its height given, by squared magnitude.
  * out becomes a real signal of two: the value, and the position in samples from 0 (`dx` not applied, out->dx kept).
- * DSP_PEAK_PARABOLIC fits a parabola through the sample and its neighbours, none at the ends; DSP_PEAK_GAUSS a Gaussian
- * of fixed width, exp(-0.3156 t^2) with t in samples, through the sample and its larger neighbour, which suits the
- * linear magnitude of a spectrum under a Gauss-like window; DSP_PEAK_GAUSS_CORR adds a cubic correction of the place.
+ * DSP_PEAK_PARABOLIC fits a parabola through the sample and its neighbours, none at the ends. DSP_PEAK_GAUSS
+ * takes the sample a and its larger neighbour for a Gaussian exp(-0.631 t^2), t in samples (a squared magnitude whose
+ * magnitude falls as exp(-0.316 t^2)), which gives the place, at p samples from a; the height is a exp(0.316 p^2).
+ * DSP_PEAK_GAUSS_CORR adds a cubic correction of the place.
  * Of equal samples the first wins; NaN never does. Empty: (0, 0). out may be in. -1: other refinements, no memory; and,
  * with the clamped result written, a Gaussian centre more than 1.5 samples off. */
 DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);

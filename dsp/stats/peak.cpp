@@ -5,7 +5,6 @@
 #include "dsp/core/operands.h"
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 
 namespace dsp {

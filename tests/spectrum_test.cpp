@@ -1,0 +1,320 @@
+// Windowed spectra and back, running averages, correlation, the peak of a trace.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+
+const double pi = std::acos(-1.0);
+
+record tone(std::size_t n, double cycles, double amplitude, double spacing) {
+  reals x(n);
+  for (std::size_t i = 0; i < n; ++i)
+    x[i] = amplitude * std::cos(2 * pi * cycles * static_cast<double>(i) / static_cast<double>(n) + 0.3);
+  return record(x, spacing);
+}
+
+TEST(Spectrum, ShowsAmplitudeUnderEveryWindowAndPadding) {
+  for (int32_t window = 0; window <= 23; ++window)
+    for (const double fraction : {1.0, 0.5})
+      for (const int32_t padding : {1, 4}) {
+        const record in = tone(1024, 128, 0.75, 0.5);
+        record out;
+        const int32_t n = 1024 * padding;
+        ASSERT_EQ(dsph_fft(&in, &out, n, fraction / padding, window, 0), 0);
+        ASSERT_EQ(out.length, n / 2 + 1);
+        EXPECT_DOUBLE_EQ(out.dx, 1 / (0.5 * n));
+        dspi_mag(&out);
+        // Flat-tops are normalised to a published mean that is not quite 1.
+        EXPECT_NEAR(out.data[128 * padding], 0.75, window >= 8 && window <= 13 ? 6e-4 : 2e-9) << window;
+      }
+}
+
+TEST(Spectrum, CleansUpItsArguments) {
+  const record in = random_signal(100, false, 3);
+  record expected, out;
+  ASSERT_EQ(dsph_fft(&in, &expected, 0, 1.0, DSP_WINDOW_HANN, 0), 0);
+  EXPECT_EQ(expected.length, 65);
+  for (const double fraction : {0.0, -1.0, 1.5, std::nan("")}) {
+    ASSERT_EQ(dsph_fft(&in, &out, -7, fraction, DSP_WINDOW_HANN, 0), 0);
+    EXPECT_TRUE(same(out, expected));
+  }
+  EXPECT_EQ(dsph_fft(nullptr, &out, 0, 1.0, 0, 0), -1);
+  EXPECT_EQ(dsph_dft(&in, nullptr, 0, 0), -1);
+  for (const int32_t unknown : {-1, 25}) {
+    EXPECT_EQ(dsph_fft(&in, &out, 0, 1.0, unknown, 0), -1);
+    EXPECT_EQ(dsph_dft(&in, &out, unknown, 0), -1);
+  }
+  const record empty;
+  for (const int32_t flags : {0, 2, 4, 16, 128}) {
+    EXPECT_EQ(dsph_fft(&empty, &out, 0, 1.0, DSP_WINDOW_HANN, flags), 0) << flags;
+    EXPECT_EQ(complexes_of(out), complexes(1, 0.0));
+  }
+}
+
+// A spectrum bin by its definition: mean over the active samples, time zero at `origin`.
+complex bin(const record &x, double cycles_per_sample, double origin, double divisor) {
+  complex sum = 0.0;
+  const complexes z = complexes_of(x);
+  for (std::size_t i = 0; i < z.size(); ++i)
+    sum += z[i] * std::polar(1.0, -2 * pi * cycles_per_sample * (static_cast<double>(i) - origin));
+  return sum / divisor;
+}
+
+TEST(Spectrum, FlagsMeanWhatTheySay) {
+  const int n = 64;
+  for (const bool is_complex : {false, true}) {
+    const record in = random_signal(n, is_complex, 5);
+    struct {
+      int32_t flags;
+      double divisor, origin;
+      bool centred;
+    } cases[] = {{DSP_SPECTRUM_TWO_SIDED, n, 0, true},
+                 {DSP_SPECTRUM_RAW, n, 0, false},
+                 {DSP_SPECTRUM_SUM | DSP_SPECTRUM_TWO_SIDED, 1, n / 2, true},
+                 {DSP_SPECTRUM_CENTRED | DSP_SPECTRUM_TWO_SIDED, n, n / 2, true},
+                 {DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_UNWINDOWED, n, 0, true}};
+    for (const auto &c : cases) {
+      record fft, dft;
+      ASSERT_EQ(dsph_fft(&in, &fft, 0, 1.0, DSP_WINDOW_UNIFORM, c.flags), 0);
+      ASSERT_EQ(dsph_dft(&in, &dft, DSP_WINDOW_UNIFORM, c.flags), 0);
+      ASSERT_EQ(fft.length, n);
+      complexes expected;
+      for (int k = 0; k < n; ++k)
+        expected.push_back(bin(in, (c.centred ? k - n / 2 : k) / double(n), c.origin, c.divisor));
+      EXPECT_TRUE(near(fft, expected, 3e-14)) << c.flags;
+      EXPECT_TRUE(near(dft, expected, 3e-14)) << c.flags;
+    }
+  }
+}
+
+TEST(Spectrum, InverseUndoesForward) {
+  for (const bool is_complex : {false, true})
+    for (const int32_t base : {0, 2, 4, 16, 2 + 4, 2 + 16, 128})
+      for (const int n : {1, 2, 8, 64, 13, 50}) {
+        SCOPED_TRACE(testing::Message() << "complex " << is_complex << " flags " << base << " length " << n);
+        const record in = random_signal(static_cast<std::size_t>(n), is_complex, 7, 0.25);
+        const int32_t forward = base | DSP_SPECTRUM_UNWINDOWED;
+        const bool full = is_complex || (base & (DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_RAW)) != 0;
+        const int32_t backward = base | DSP_SPECTRUM_INVERSE | (full ? DSP_SPECTRUM_FROM_TWO_SIDED : 0) |
+                                 (n % 2 != 0 ? DSP_SPECTRUM_ODD : 0);
+        record there, back;
+        ASSERT_EQ(dsph_dft(&in, &there, 0, forward), 0);
+        ASSERT_EQ(dsph_dft(&there, &back, 0, backward), 0);
+        if (!is_complex) dspi_real(&back);
+        EXPECT_TRUE(is_complex ? near(back, complexes_of(in), 2e-14) : near(back, doubles_of(in), 2e-14));
+        EXPECT_NEAR(back.dx, 0.25, 1e-15);
+        if ((n & (n - 1)) != 0 || (n == 1 && !full)) continue;
+        ASSERT_EQ(dsph_fft(&in, &there, 0, 1.0, 0, forward), 0);
+        ASSERT_EQ(dsph_fft(&there, &there, 0, 1.0, 0, backward), 0);
+        if (!is_complex) dspi_real(&there);
+        EXPECT_TRUE(is_complex ? near(there, complexes_of(in), 2e-14) : near(there, doubles_of(in), 2e-14));
+      }
+}
+
+TEST(Spectrum, PaddingAndFractionUndone) {
+  const record in = random_signal(48, false, 8);
+  record there, back;
+  for (const int32_t flags : {0, static_cast<int32_t>(DSP_SPECTRUM_TWO_SIDED)}) {
+    ASSERT_EQ(dsph_fft(&in, &there, 64, 0.75, 0, flags), 0);
+    ASSERT_EQ(dsph_fft(&there, &back, 64, 0.75, 0, flags | DSP_SPECTRUM_INVERSE), 0);
+    dspi_real(&back);
+    EXPECT_TRUE(near(back, doubles_of(in), 1e-14));
+  }
+}
+
+TEST(Spectrum, PlainArrays) {
+  const record in = random_signal(24, false, 9);
+  record expected;
+  ASSERT_EQ(dsph_fft(&in, &expected, 0, 1.0, DSP_WINDOW_HANN, 0), 0);
+  reals out(static_cast<std::size_t>(32 + 2), 7.0);
+  EXPECT_EQ(cf_dsph_fft(in.data, out.data(), 24, 0, 1.0, DSP_WINDOW_HANN, 0), 0);
+  EXPECT_EQ(out, doubles_of(expected));
+  out.assign(34, 7.0);
+  EXPECT_EQ(cf_dsph_fft(in.data, out.data(), 24, 0, 1.0, 99, 0), -1);
+  EXPECT_EQ(out, reals(34, 7.0));
+}
+
+TEST(Average, FollowsItsDefinition) {
+  const std::size_t n = 7;
+  const auto run = [&](int32_t flags, int32_t period, double weight, double limit, const auto &fold) {
+    for (const bool shared_work : {false, true}) {
+      record avg, work;
+      reals expected;
+      for (int32_t count = 1; count <= 6; ++count) {
+        reals x = random_reals(n, static_cast<unsigned>(count));
+        for (double &value : x) value = value + 1.5;
+        const record in(x);
+        dsp_vec alias = view(avg);
+        ASSERT_EQ(dsph_avg(&in, &avg, shared_work ? &alias : &work, flags, count, period, weight, limit), 0);
+        if (flags & DSP_AVG_POWER)
+          for (double &value : x) value *= value;
+        for (std::size_t i = 0; i < n; ++i) {
+          if (count == 1)
+            expected.push_back(x[i]);
+          else
+            expected[i] = fold(expected[i], x[i], count);
+        }
+        EXPECT_TRUE(near(avg, expected, 2e-14)) << flags << " " << count;
+        if (alias.data != avg.data) dsp_init(&alias);
+      }
+    }
+  };
+  const auto blend = [](double a, double x, double w) { return a + w * (x - a); };
+  run(DSP_AVG_REPLACE, 0, -1, 0, [](double, double x, int) { return x; });
+  run(DSP_AVG_MEAN, 0, -1, 0, [&](double a, double x, int c) { return blend(a, x, 1.0 / c); });
+  run(DSP_AVG_MEAN | DSP_AVG_POWER, 0, -1, 0, [&](double a, double x, int c) { return blend(a, x, 1.0 / c); });
+  run(DSP_AVG_MEAN | DSP_AVG_LIMIT, 0, -1, 2, [&](double a, double x, int) { return blend(a, x, 0.5); });
+  run(DSP_AVG_MEAN, 0, 0.125, 0, [&](double a, double x, int) { return blend(a, x, 0.125); });
+  run(DSP_AVG_MAX_HOLD, 0, -1, 0, [](double a, double x, int) { return std::max(a, x); });
+  run(DSP_AVG_MIN_HOLD, 0, -1, 0, [](double a, double x, int) { return std::min(a, x); });
+  run(DSP_AVG_HARMONIC, 0, -1, 0, [&](double a, double x, int c) { return 1 / blend(1 / a, 1 / x, 1.0 / c); });
+  run(DSP_AVG_GEOMETRIC, 0, -1, 0,
+      [&](double a, double x, int c) { return std::exp(blend(std::log(a), std::log(x), 1.0 / c)); });
+  run(DSP_AVG_PERIODIC, 3, -1, 0, [](double a, double x, int c) { return c % 3 == 1 ? x : a; });
+  run(DSP_AVG_PERIODIC, 1, -1, 0, [](double, double x, int) { return x; });
+  run(9, 0, -1, 0, [](double a, double, int) { return a; });
+}
+
+TEST(Average, RefusesWhatDoesNotMatch) {
+  const record in(reals{1, 2, 3});
+  record avg(reals{1, 2});
+  EXPECT_EQ(dsph_avg(nullptr, &avg, nullptr, 1, 1, 0, -1, 0), -1);
+  EXPECT_EQ(dsph_avg(&in, nullptr, nullptr, 1, 1, 0, -1, 0), -1);
+  for (const int32_t mode : {1, 2, 3, 4, 5}) EXPECT_EQ(dsph_avg(&in, &avg, nullptr, mode, 2, 0, -1, 0), -1) << mode;
+  // An average folded into itself stays what it is.
+  for (const int32_t mode : {1, 2, 3, 4, 5}) {
+    record self(reals{1, 2, 4});
+    ASSERT_EQ(dsph_avg(&self, &self, &self, mode, 3, 0, -1, 0), 0);
+    EXPECT_TRUE(near(self, reals{1, 2, 4}, 1e-15)) << mode;
+  }
+}
+
+TEST(Correlation, EqualsTheDirectSum) {
+  for (const bool ref_complex : {false, true})
+    for (const bool in_complex : {false, true})
+      for (const int m : {1, 3, 20})
+        for (const uint32_t halve : {0u, 1u}) {
+          const record ref = random_signal(25, ref_complex, 1, 1.0);
+          const record in = random_signal(20, in_complex, 2, 3.0);
+          const complexes r = complexes_of(ref), x = complexes_of(in);
+          complexes expected;
+          for (int j = 0; j + m <= 20; ++j) {
+            complex sum = 0.0;
+            for (int i = 0; i < m; ++i)
+              sum += x[static_cast<std::size_t>(i + j)] * std::conj(r[static_cast<std::size_t>(i)]);
+            expected.push_back(sum / (halve ? 64.0 : 32.0));
+          }
+          record out, work;
+          ASSERT_EQ(dsph_corr(&ref, &in, &out, &work, m, halve), 0);
+          record z(out);
+          dspi_rtoc(&z);
+          EXPECT_TRUE(near(z, expected, 1e-15));
+          EXPECT_EQ(out.is_complex, ref_complex || in_complex);
+          EXPECT_EQ(out.dx, 2.0);
+          record onto_in(in), onto_ref(ref), again;
+          ASSERT_EQ(dsph_corr(&ref, &onto_in, &onto_in, nullptr, m, halve), 0);
+          EXPECT_TRUE(same(onto_in, out));
+          ASSERT_EQ(dsph_corr(&onto_ref, &in, &onto_ref, &onto_ref, m, halve), 0);
+          EXPECT_TRUE(same(onto_ref, out));
+          ASSERT_EQ(dspb_corr(&ref, &in, &again, m, halve), 0);
+          EXPECT_TRUE(same(again, out));
+        }
+  const record ref(reals{1, 2}), in(reals{1, 2, 3});
+  record out;
+  for (const int32_t m : {-1, 0, 3}) EXPECT_EQ(dspb_corr(&ref, &in, &out, m, 0), -1);
+}
+
+TEST(Peak, SearchesAndRefines) {
+  const double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
+  const double gauss_at = 1 + std::log(2.0 / 3.0) / (4 * 0.315563649157834) + 0.5;
+  struct {
+    record in;
+    int32_t flags, index;
+    double value, position;
+    int32_t status;
+  } cases[] = {
+      {record(), 0x400, 0, 0, 0, 0},
+      {record(reals{1, 3, 3, 2}), 0, 0, 3, 1, 0},
+      {record(reals{1, nan, 3, 2}), 0, 0, 3, 2, 0},
+      {record(reals{5, 3, 3, 7}), DSP_PEAK_MIN, 0, 3, 1, 0},
+      {record(reals{-2e100, -inf}), 0, 0, -2e100, 0, 0},
+      {record(reals{1, 3, 2}), DSP_PEAK_PARABOLIC, 0, 3 + 1.0 / 24, 1 + 1.0 / 6, 0},
+      {record(reals{3, 2, 1}), DSP_PEAK_PARABOLIC, 0, 3, 0, 0},
+      {record(complexes{{1, 1}, {3, 4}, {nan, 9}, {0, 0}}), 0, 0, 25, 1, 0},
+      {record(complexes{{1, 1}, {3, 4}}), DSP_PEAK_MIN, 0, 2, 0, 0},
+      {record(reals{1, 2, 3, 4}), DSP_PEAK_AT_INDEX | DSP_PEAK_MIN, -5, 1, 0, 0},
+      {record(reals{1, 2, 3, 4}), DSP_PEAK_AT_INDEX, 1000, 4, 3, 0},
+      {record(reals{4, 4, 1}), DSP_PEAK_GAUSS, 0, 4 * std::exp(0.315563649157834 / 4), 0.5, 0},
+      {record(reals{1, 3, 2}), DSP_PEAK_GAUSS, 0, 3 * std::exp(0.315563649157834 * std::pow(gauss_at - 1, 2)), gauss_at,
+       0},
+      {record(reals{1, 1e9, 1}), DSP_PEAK_GAUSS, 0, 1e9 * std::exp(0.0788909122894585), 0.5, -1},
+      {record(reals{7}), DSP_PEAK_GAUSS, 0, 7, 0, 0},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(&c - cases);
+    record out;
+    out.dx = 4.0;
+    EXPECT_EQ(dsps_peak(&c.in, &out, c.flags, c.index), c.status);
+    EXPECT_TRUE(near(out, reals{c.value, c.position}, std::abs(c.value) * 1e-15));
+    EXPECT_EQ(out.dx, 4.0);
+    record in_place(c.in);
+    in_place.dx = 4.0;
+    EXPECT_EQ(dsps_peak(&in_place, &in_place, c.flags, c.index), c.status);
+    EXPECT_TRUE(same(in_place, out));
+  }
+  record v(reals{1, 2, 3});
+  const record before(v);
+  EXPECT_EQ(dsps_peak(&v, &v, 0x400, 0), -1);
+  EXPECT_TRUE(same(v, before));
+}
+
+TEST(Peak, GaussianFitFindsAGaussian) {
+  for (const double centre : {3.0, 3.2, 3.5, 3.75}) {
+    reals x;
+    for (int i = 0; i < 8; ++i) x.push_back(2.5 * std::exp(-0.315563649157834 * 2 * (i - centre) * (i - centre)));
+    const record in(x);
+    record out;
+    ASSERT_EQ(dsps_peak(&in, &out, DSP_PEAK_GAUSS, 0), 0);
+    EXPECT_NEAR(out.data[1], centre, 1e-13);
+  }
+}
+
+TEST(FailingMemory, Spectrum) {
+  for (const bool is_complex : {false, true})
+    for (const int32_t flags : {0, 1, 2 + 16, 1 + 32, 128}) {
+      sweep_failing_memory("dsph_fft", [&](record *r) {
+        const record in = random_signal(33, is_complex, 1);
+        return dsph_fft(&in, r, 0, 1.0, DSP_WINDOW_HANN, flags);
+      });
+      sweep_failing_memory("dsph_dft", [&](record *r) {
+        const record in = random_signal(5, is_complex, 1);
+        return dsph_dft(&in, r, DSP_WINDOW_KAISER70, flags);
+      });
+    }
+  for (const int32_t mode : {1, 4, 5, 32 + 1})
+    sweep_failing_memory("dsph_avg", [&](record *r) {
+      const record in = random_signal(4, true, 1);
+      *r = random_signal(4, mode > 15, 2);
+      return dsph_avg(&in, r, nullptr, mode, 2, 0, -1.0, 0.0);
+    });
+  sweep_failing_memory("dsph_corr", [&](record *r) {
+    const record ref = random_signal(4, true, 1);
+    *r = random_signal(9, false, 2);
+    return dsph_corr(&ref, r, r, nullptr, 3, 1);
+  });
+  sweep_failing_memory("dsps_peak", [&](record *r) {
+    const record in = random_signal(9, false, 2);
+    return dsps_peak(&in, r, DSP_PEAK_GAUSS, 0);
+  });
+}
+
+}  // namespace
