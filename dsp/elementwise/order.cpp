@@ -1,0 +1,54 @@
+// The order of samples: reversed, shifted, sorted, halves exchanged.
+#include <algorithm>
+#include <cmath>
+#include <tuple>
+
+#include "dsp/core/saturation.h"
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+#include "dsp/elementwise/by_sample.h"
+
+namespace dsp {
+namespace {
+
+bool is_nan(double x) { return std::isnan(x); }
+bool is_nan(dsp_complex z) { return std::isnan(z.re) || std::isnan(z.im); }
+
+bool before(double a, double b) { return a < b; }
+bool before(dsp_complex a, dsp_complex b) {
+  const auto rank = [](dsp_complex z) {
+    return std::make_tuple(saturated_square(z.re) + saturated_square(z.im), z.re, z.im);
+  };
+  return rank(a) < rank(b);
+}
+
+int32_t rotate_left(dsp_vec *v, int32_t k) {
+  by_sample(v, [k](auto *x, int32_t n) {
+    if (n > 0) std::rotate(x, x + k, x + n);
+  });
+  return 0;
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dspi_rev(dsp_vec *v) {
+  by_sample(v, [](auto *x, int32_t n) { std::reverse(x, x + n); });
+  return 0;
+}
+
+int32_t dspi_shift(dsp_vec *v, int32_t k) { return dspu_subvec(v, v, k, v->length); }
+
+int32_t dspi_sort(dsp_vec *v) {
+  by_sample(v, [](auto *x, int32_t n) {
+    auto *numbers = std::partition(x, x + n, [](auto s) { return !is_nan(s); });
+    std::sort(x, numbers, [](auto a, auto b) { return before(a, b); });
+  });
+  return 0;
+}
+
+int32_t dspi_swap_halves(dsp_vec *v) { return rotate_left(v, samples(*v) - samples(*v) / 2); }
+
+int32_t dspi_swap_halves2(dsp_vec *v) { return rotate_left(v, samples(*v) / 2); }

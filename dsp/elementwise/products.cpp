@@ -1,0 +1,78 @@
+// Sums of products of two signals: the dot product and the product of polynomials.
+#include "dsp/core/operands.h"
+#include "dsp/core/temporary.h"
+#include "dsp/core/traversal.h"
+#include "dsp/dsp.h"
+#include "dsp/elementwise/complex_product.h"
+
+namespace dsp {
+namespace {
+
+// Calls f with the samples of both signals by their own types.
+template <class F>
+void with_samples(const dsp_vec &a, const dsp_vec &b, F f) {
+  const double *x = a.data;
+  const double *y = b.data;
+  if (a.is_complex != 0 && b.is_complex != 0)
+    f(as<dsp_complex>(x), as<dsp_complex>(y));
+  else if (a.is_complex != 0)
+    f(as<dsp_complex>(x), y);
+  else if (b.is_complex != 0)
+    f(x, as<dsp_complex>(y));
+  else
+    f(x, y);
+}
+
+template <class A, class B>
+using product_of = decltype(multiply(A(), B()));
+
+void convolve(const dsp_vec &a, const dsp_vec &b, double *out) {
+  const std::int64_t m = samples(a);
+  const std::int64_t n = samples(b);
+  with_samples(a, b, [=](const auto *x, const auto *y) {
+    using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
+    auto *to = as<sample>(out);
+    for (std::int64_t i = 0; i < m; ++i)
+      for (std::int64_t j = 0; j < n; ++j) accumulate(&to[i + j], multiply(x[i], y[j]));
+  });
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  const std::int64_t m = samples(*a);
+  const std::int64_t n = samples(*b);
+  const std::int64_t length = m > 0 && n > 0 ? m + n - 1 : 0;
+  if (length > INT32_MAX) return -1;
+  temporary aside;
+  const bool shared = shares_buffer(*out, *a) || shares_buffer(*out, *b);
+  dsp_vec *result = shared ? aside.get() : out;
+  result->dx = a->dx;
+  result->is_complex = a->is_complex != 0 || b->is_complex != 0;
+  result->length = static_cast<int32_t>(length);
+  if (dsp_alloc(result) != 0 || dspi_zero(result) != 0) return -1;
+  convolve(*a, *b, result->data);
+  return shared ? dsp_copy(out, result) : 0;
+}
+
+int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  const int32_t n = samples(*a);
+  if (n != samples(*b)) return -1;
+  const bool is_complex = a->is_complex != 0 || b->is_complex != 0;
+  double total[2] = {0.0, 0.0};
+  with_samples(*a, *b, [n, &total](const auto *x, const auto *y) {
+    using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
+    sample sum{};
+    for (int32_t i = 0; i < n; ++i) accumulate(&sum, multiply(x[i], y[i]));
+    *as<sample>(total) = sum;
+  });
+  out->length = 1;
+  out->is_complex = is_complex;
+  if (dsp_alloc(out) != 0) return -1;
+  out->data[0] = total[0];
+  if (is_complex) out->data[1] = total[1];
+  return 0;
+}
