@@ -1,0 +1,61 @@
+// The past of a stream: the M - 1 most recent samples, oldest first, that a filter of M taps still reaches.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "dsp/core/move_doubles.h"
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+// Where the samples of a block and of its past lie, and how wide they are. `past` may be null: silence.
+struct past_and_block {
+  const double *past;
+  std::int64_t past_length;  // samples
+  const double *block;
+  std::int64_t block_length;
+  std::int32_t width;  // doubles in a sample
+
+  past_and_block(const dsp_vec &in, const dsp_vec *state, std::int64_t past_samples)
+      : past(state != nullptr ? state->data : nullptr),
+        past_length(past_samples),
+        block(in.data),
+        block_length(samples(in)),
+        width(in.is_complex != 0 ? 2 : 1) {}
+
+  // Taps of the filter that output n applies.
+  std::int64_t taps_from(std::int64_t) const { return past_length + 1; }
+
+  // Copies `count` samples from number `first` on, the oldest of the past being number 0; silence where there are none.
+  void copy(std::int64_t first, std::int64_t count, double *to) const {
+    const std::int64_t end = first + count;
+    const std::int64_t in_past = std::clamp<std::int64_t>(past_length - first, 0, count);
+    const std::int64_t in_block = std::min(end - past_length, block_length) - (first + in_past - past_length);
+    if (past != nullptr)
+      to = std::copy_n(past + first * width, in_past * width, to);
+    else
+      to = std::fill_n(to, in_past * width, 0.0);
+    if (in_block > 0) to = std::copy_n(block + (first + in_past - past_length) * width, in_block * width, to);
+    std::fill_n(to, (count - in_past - std::max<std::int64_t>(in_block, 0)) * width, 0.0);
+  }
+
+  // Makes the newest samples the past of the next block.
+  void remember(dsp_vec *state) const {
+    if (state == nullptr) return;
+    const std::int64_t fresh = std::min(block_length, past_length);
+    const std::int64_t kept = past_length - fresh;
+    const auto bytes = [this](std::int64_t n) { return static_cast<std::size_t>(n * width) * sizeof(double); };
+    dsp_move_doubles(state->data, state->data + fresh * width, bytes(kept));
+    dsp_move_doubles(state->data + kept * width, block + (block_length - fresh) * width, bytes(fresh));
+  }
+};
+
+// Two records that cannot be told apart: writing one would damage the other.
+inline bool same_signal(const dsp_vec *a, const dsp_vec *b) {
+  return a != nullptr && b != nullptr && (a == b || (a->data != nullptr && a->data == b->data));
+}
+
+}  // namespace dsp
