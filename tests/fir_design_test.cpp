@@ -1,0 +1,220 @@
+// FIR kernels against their closed forms and their frequency responses.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numeric>
+
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+using real = long double;
+
+const real pi = std::acos(real(-1));
+
+real sinc(real x) { return x == 0 ? 1 : std::sin(x) / x; }
+
+// The derivative of sinc: its series where the closed form cancels.
+real sinc_derivative(real x) {
+  if (std::fabs(x) > 2) return (std::cos(x) - sinc(x)) / x;
+  real sum = 0;
+  for (int k = 20; k > 0; --k) sum += 2 * k * std::pow(-x * x, k) / std::tgamma(real(2 * k + 2));
+  return x == 0 ? 0 : sum / x;
+}
+
+// sinh(sqrt a), or sin(sqrt -a), times e^-peak.
+real bell(real a, real peak) {
+  const real root = std::sqrt(std::fabs(a));
+  return a > 0 ? (std::exp(root - peak) - std::exp(-root - peak)) / 2 : std::sin(root) * std::exp(-peak);
+}
+
+// The kernels as functions of the offset from the centre, before a unit sum is made.
+real kernel(int32_t kind, real t, real n, real f, real p) {
+  const real x = 2 * pi * f * t;
+  switch (kind) {
+    case DSP_FIR_BANDPASS:
+      return 2 * p * sinc(pi * p * t) * std::cos(x);
+    case DSP_FIR_BANDSTOP:
+      return (t == 0) - 2 * p * sinc(pi * p * t) * std::cos(x);
+    case DSP_FIR_HIGHPASS:
+      return (t == 0) - 2 * f * sinc(x);
+    case DSP_FIR_LOWPASS:
+      return 2 * f * sinc(x);
+    case DSP_FIR_SINH: {
+      const real beta = f != 0 ? f : std::fmod(n, 2) != 0 ? (n + 1) * pi / 2 : real(1.4) + n * pi / 2;
+      return bell(beta * beta - std::pow(2 * beta * t / (n + 1), 2), beta);
+    }
+    case DSP_FIR_DELAYED_LOWPASS:
+      return 2 * f * sinc(2 * pi * f * (t - p));
+    case DSP_FIR_DIFFERENTIATOR:
+      return 4 * pi * f * f * sinc_derivative(x);
+    case DSP_FIR_GAUSSIAN:
+      return std::exp(-x * x / (2 * std::log(real(2))));
+    case DSP_FIR_HILBERT:
+      return x == 0 ? 0 : -4 * f * std::pow(std::sin(x / 2), 2) / x;
+    case DSP_FIR_KAISER_SPECTRUM: {
+      const real beta = f != 0 ? std::fabs(f) : real(1.386795655) + real(1.610830415) * n;
+      const real a = beta * beta - 4 * (beta * beta + pi * pi) * std::pow(t / (n + 1), 2);
+      return bell(a, beta) / std::sqrt(std::fabs(a));
+    }
+    default:
+      return 4 * f * f * (x == 0 ? real(0.5) : sinc(x) - 2 * std::pow(std::sin(x / 2) / x, 2));
+  }
+}
+
+bool has_unit_sum(int32_t kind) {
+  return kind == DSP_FIR_SINH || kind == DSP_FIR_DELAYED_LOWPASS || kind == DSP_FIR_GAUSSIAN ||
+         kind == DSP_FIR_KAISER_SPECTRUM;
+}
+
+bool needs_centre(int32_t kind) { return kind == DSP_FIR_BANDSTOP || kind == DSP_FIR_HIGHPASS; }
+
+record design(int32_t kind, int32_t n, double f, double p, bool is_complex = false) {
+  record h;
+  h.length = n;
+  h.is_complex = is_complex;
+  EXPECT_EQ(dspc_fir(&h, kind, f, p), 0) << kind << " " << n;
+  return h;
+}
+
+void expect_closed_form(int32_t kind, int32_t n, double f, double p) {
+  SCOPED_TRACE(::testing::Message() << "kind " << kind << ", " << n << " taps, f " << f << ", p " << p);
+  std::vector<real> wanted;
+  for (int32_t k = 0; k < n; ++k) wanted.push_back(kernel(kind, k - real(n - 1) / 2, n, f, p));
+  real sum = 1;
+  if (has_unit_sum(kind)) sum = std::accumulate(wanted.begin(), wanted.end(), real(0));
+  reals h;
+  real peak = 0;
+  for (const real w : wanted) {
+    h.push_back(static_cast<double>(w / sum));
+    peak = std::max(peak, std::fabs(w / sum));
+  }
+  EXPECT_TRUE(near(design(kind, n, f, p), h, 2e-15 * std::max(static_cast<double>(peak), f * f)));
+}
+
+TEST(FirDesign, FollowsTheClosedForms) {
+  for (int32_t kind = 0; kind <= 10; ++kind) {
+    const bool shaped = kind == DSP_FIR_SINH || kind == DSP_FIR_KAISER_SPECTRUM;
+    for (const double f : shaped ? reals{0.7, 5.0, 20.0} : reals{1e-9, 1e-4, 0.01, 0.1, 0.25, 0.5})
+      for (const int32_t n : {1, 2, 3, 4, 5, 8, 21, 64, 201})
+        if (n % 2 != 0 || !needs_centre(kind))
+          expect_closed_form(kind, n, f, kind == DSP_FIR_DELAYED_LOWPASS ? 0.3 : 0.12);
+  }
+  for (const int32_t n : {2, 10, 12, 13, 300, 301, 446, 447, 1000, 5001})
+    for (const int32_t kind : {DSP_FIR_SINH, DSP_FIR_KAISER_SPECTRUM}) expect_closed_form(kind, n, 0.0, 0.0);
+}
+
+TEST(FirDesign, HalvesMirrorEachOtherExactly) {
+  for (int32_t kind = 0; kind <= 10; ++kind)
+    for (const int32_t n : {6, 7, 9, 33, 128}) {
+      if (kind == DSP_FIR_DELAYED_LOWPASS || (n % 2 == 0 && needs_centre(kind))) continue;
+      const record h = design(kind, n, kind == 4 || kind == 9 ? 0.0 : 0.2, 0.1);
+      const double sign = kind == DSP_FIR_DIFFERENTIATOR || kind == DSP_FIR_HILBERT ? -1.0 : 1.0;
+      for (int32_t k = 0; k < n; ++k) EXPECT_EQ(h.data[k], sign * h.data[n - 1 - k]) << kind;
+    }
+}
+
+TEST(FirDesign, KnownShapes) {
+  EXPECT_TRUE(near(design(DSP_FIR_SINH, 5, 0, 0), reals{0.03913965, 0.2486703, 0.4243801, 0.2486703, 0.03913965}, 0.0));
+  for (const int32_t n : {5, 7, 9}) {
+    const reals h = doubles_of(design(DSP_FIR_SINH, n, 0, 0));
+    EXPECT_NEAR(std::accumulate(h.begin(), h.end(), 0.0), 1.0, 2e-16);
+  }
+  // The tabulated shapes lie near what the general rule gives, and reach 0 one sample beyond their ends.
+  for (const int32_t n : {3, 4, 6, 8, 11}) {
+    const double beta = n % 2 != 0 ? (n + 1) * 1.5708 : 1.4 + n * 1.5708;
+    EXPECT_TRUE(near(design(DSP_FIR_SINH, n, 0, 0), doubles_of(design(DSP_FIR_SINH, n, beta, 0)), 0.02)) << n;
+  }
+  for (const int32_t n : {3, 5, 7, 9, 11}) {
+    const double beta = 1.386795655 + 1.610830415 * n;
+    EXPECT_TRUE(
+        near(design(DSP_FIR_KAISER_SPECTRUM, n, 0, 0), doubles_of(design(DSP_FIR_KAISER_SPECTRUM, n, beta, 0)), 0.02));
+  }
+  EXPECT_TRUE(near(design(DSP_FIR_GAUSSIAN, 6, 0.0, 0), reals(6, 1.0 / 6), 3e-17));
+  EXPECT_TRUE(
+      near(design(DSP_FIR_KAISER_SPECTRUM, 6, -3.0, 0), doubles_of(design(DSP_FIR_KAISER_SPECTRUM, 6, 3.0, 0)), 0));
+  const record turned = design(DSP_FIR_SINH, 5, -1.0, 0);
+  EXPECT_LT(turned.data[2] * turned.data[1], 0.0);
+}
+
+// |sum of h e^(-2 pi i nu t)|, with its sign or that of its imaginary part.
+double response(const record &h, double nu, bool odd) {
+  double sum = 0;
+  for (int32_t k = 0; k < h.length; ++k) {
+    const double angle = 2 * 3.141592653589793 * nu * (k - 0.5 * (h.length - 1));
+    sum += h.data[k] * (odd ? -std::sin(angle) : std::cos(angle));
+  }
+  return sum;
+}
+
+TEST(FirDesign, Responses) {
+  EXPECT_NEAR(response(design(DSP_FIR_GAUSSIAN, 201, 0.03, 0), 0.03, false), std::sqrt(0.5), 1e-12);
+  EXPECT_NEAR(response(design(DSP_FIR_DELAYED_LOWPASS, 64, 0.2, 0.25), 0.0, false), 1.0, 1e-14);
+  const record differentiator = design(DSP_FIR_DIFFERENTIATOR, 4001, 0.4, 0);
+  const record hilbert = design(DSP_FIR_HILBERT, 4001, 0.4, 0);
+  const record ramp = design(DSP_FIR_RAMP, 4001, 0.4, 0);
+  for (const double nu : {0.05, 0.1, 0.2, 0.3}) {
+    EXPECT_NEAR(response(differentiator, nu, true), 2 * 3.141592653589793 * nu, 4e-3);
+    EXPECT_NEAR(response(hilbert, nu, true), 1.0, 1e-2);
+    EXPECT_NEAR(response(ramp, nu, false), 2 * nu, 1e-3);
+    EXPECT_NEAR(response(design(DSP_FIR_BANDPASS, 4001, 0.2, 0.16), nu, false), nu == 0.2 ? 1.0 : 0.0, 3e-3);
+  }
+}
+
+TEST(FirDesign, RepresentationAndRefusals) {
+  for (int32_t kind = 0; kind <= 10; ++kind) {
+    record h = design(kind, 7, 0.2, 0.1);
+    dspi_rtoc(&h);
+    EXPECT_TRUE(same(design(kind, 7, 0.2, 0.1, true), h));
+    for (const int32_t n : {0, -3, -4}) {
+      record empty;
+      empty.length = n;
+      empty.is_complex = 1;
+      EXPECT_EQ(dspc_fir(&empty, kind, 0.2, 0.1), needs_centre(kind) && n % 2 == 0 ? -1 : 0) << kind << " " << n;
+    }
+  }
+  for (const int32_t kind :
+       {11, -1, 1000, static_cast<int32_t>(DSP_FIR_BANDSTOP), static_cast<int32_t>(DSP_FIR_HIGHPASS)}) {
+    record h;
+    h.length = 6;
+    h.is_complex = 1;
+    EXPECT_EQ(dspc_fir(&h, kind, 0.2, 0.1), -1);
+    EXPECT_EQ(h.is_complex, 0u);
+    EXPECT_EQ(h.capacity, 12);
+  }
+}
+
+TEST(FirSets, AreHalvesOfUnitGainLowpasses) {
+  for (const auto &[kind, n] : {std::pair{100, 12}, {101, 20}, {102, 5}})
+    for (const bool is_complex : {false, true}) {
+      record h(reals{1, 2}, 3.0);
+      h.is_complex = is_complex;
+      ASSERT_EQ(dspc_fir2(&h, kind), 0);
+      EXPECT_EQ(h.length, n);
+      EXPECT_EQ(h.dx, 3.0);
+      double sum = h.data[(n - 1) * (is_complex ? 2 : 1)];
+      for (int32_t k = 0; k < n - 1; ++k) sum += 2 * h.data[k * (is_complex ? 2 : 1)];
+      EXPECT_NEAR(sum, 1.0, 2e-4);
+      EXPECT_EQ(h.is_complex, is_complex);
+    }
+  record h;
+  ASSERT_EQ(dspc_fir2(&h, DSP_FIR2_TAPS20), 0);
+  EXPECT_EQ(h.data[19], 0.480803804305858);
+  EXPECT_EQ(dspc_fir2(&h, 103), -1);
+  EXPECT_EQ(h.length, 20);
+}
+
+TEST(FailingMemory, FirDesign) {
+  for (const int32_t kind : {DSP_FIR_LOWPASS, DSP_FIR_GAUSSIAN})
+    sweep_failing_memory("dspc_fir", [&](record *r) {
+      r->length = 9;
+      r->is_complex = 1;
+      return dspc_fir(r, kind, 0.1, 0.0);
+    });
+  sweep_failing_memory("dspc_fir2", [](record *r) { return dspc_fir2(r, DSP_FIR2_TAPS12); });
+}
+
+}  // namespace
