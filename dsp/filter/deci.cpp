@@ -1,0 +1,29 @@
+// Keeping every D-th sample of a stream.
+#include "dsp/core/history.h"
+#include "dsp/core/output.h"
+#include "dsp/dsp.h"
+#include "dsp/filter/decimation.h"
+
+using namespace dsp;
+
+int32_t dspd_deci(const dsp_vec *in, dsp_vec *out, int32_t factor, dsp_vec *state) {
+  if (same_signal(state, in) || same_signal(state, out)) return -1;
+  const dsp_vec source = *in;  // out may be in, and change
+  if (dsp_output_prepare(&source, &out, nullptr, &state, 1, 0) != 0) return -1;
+  const decimation kept(source, factor, state);
+  const std::int64_t d = std::max(factor, 1);
+  if (source.is_complex != 0) {
+    const double *from = source.data + 2 * std::int64_t{kept.first};
+    for (std::int64_t i = 0; i < kept.count; ++i) {
+      out->data[2 * i] = from[2 * i * d];
+      out->data[2 * i + 1] = from[2 * i * d + 1];
+    }
+  } else {
+    const double *from = source.data + kept.first;
+    for (std::int64_t i = 0; i < kept.count; ++i) out->data[i] = from[i * d];
+  }
+  out->length = kept.count;
+  out->dx = source.dx * static_cast<double>(d);
+  if (state != nullptr) state->data[0] = kept.next_phase;
+  return 0;
+}

@@ -1,0 +1,116 @@
+#include "dsp/filter/fir_direct.h"
+
+#include <algorithm>
+
+namespace dsp {
+namespace {
+
+// Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
+constexpr std::int64_t joined_outputs = 64;
+constexpr std::int64_t joined_taps = 192;
+
+// Calls kernel(first output, outputs, samples, first tap, taps). Taps count from the oldest sample; the runs of them
+// that one output needs come in order.
+template <class Source, class Kernel>
+void for_joined_spans(const Source &source, std::int64_t outputs, Kernel kernel) {
+  double span[(joined_outputs + joined_taps) * 2];
+  for (std::int64_t n = 0; n < outputs; n += joined_outputs) {
+    const std::int64_t count = std::min(joined_outputs, outputs - n);
+    const std::int64_t taps = source.taps_from(n);
+    for (std::int64_t tap = 0; tap < taps; tap += joined_taps) {
+      const std::int64_t some = std::min(joined_taps, taps - tap);
+      source.copy(n + tap, count + some - 1, span);
+      kernel(n, count, static_cast<const double *>(span), tap, some);
+    }
+  }
+}
+
+// The outputs that reach into the past, rounded up so that the others start on whole tiles.
+std::int64_t joined_part(const past_and_block &x) {
+  return std::min(x.block_length, (x.past_length + joined_outputs - 1) / joined_outputs * joined_outputs);
+}
+
+// Real samples, complex taps: the two parts apart, then woven together.
+void weave_complex_taps(double *y, const double *x, std::int64_t count, const double *h, std::int64_t taps,
+                        bool continued) {
+  constexpr std::int64_t most = 64;
+  double parts[2][most];
+  for (std::int64_t n = 0; n < count; n += most, y += 2 * most) {
+    const std::int64_t some = std::min(most, count - n);
+    for (int part = 0; part < 2; ++part) {
+      for (std::int64_t j = 0; continued && j < some; ++j) parts[part][j] = y[2 * j + part];
+      active_fir_kernels().real_taps({parts[part], x + n, some, 1}, h + part, 2, taps, continued);
+    }
+    for (std::int64_t j = 0; j < some; ++j) {
+      y[2 * j] = parts[0][j];
+      y[2 * j + 1] = parts[1][j];
+    }
+  }
+}
+
+}  // namespace
+
+void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
+  const bool complex_taps = h.is_complex != 0;
+  const std::int32_t tap_width = complex_taps ? 2 : 1;
+  const std::int32_t out_width = std::max(x.width, tap_width);
+  const auto kernel = [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
+    const double *newest = h.data + (x.past_length - tap) * tap_width;
+    double *out = y + n * out_width;
+    if (!complex_taps)
+      active_fir_kernels().real_taps({out, span, count * x.width, x.width}, newest, 1, taps, tap > 0);
+    else if (x.width == 2)
+      active_fir_kernels().complex_taps({out, span, 2 * count, 2}, newest, taps, tap > 0);
+    else
+      weave_complex_taps(out, span, count, newest, taps, tap > 0);
+  };
+  const std::int64_t joined = joined_part(x);
+  for_joined_spans(x, joined, kernel);
+  if (joined < x.block_length)
+    kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
+}
+
+void filter_folded(const past_and_block &x, const folded_filter &h, double *y) {
+  static_assert(folded_limit <= joined_taps, "a folded filter takes its taps at once");
+  const auto kernel = [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t, std::int64_t) {
+    active_fir_kernels().folded_taps({y + n * x.width, span, count * x.width, x.width}, h);
+  };
+  const std::int64_t joined = joined_part(x);
+  for_joined_spans(x, joined, kernel);
+  if (joined < x.block_length)
+    kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
+}
+
+namespace {
+
+// What the first outputs of a circular convolution lack: the past that had no room in the block, less the newest
+// samples of the block, which stand in its place.
+struct displaced_past {
+  const past_and_block &x;
+  std::int64_t length;     // samples without room
+  const double *stand_in;  // the samples of the block in the place of the oldest past
+
+  std::int64_t taps_from(std::int64_t n) const { return length - n; }
+
+  void copy(std::int64_t first, std::int64_t count, double *to) const {
+    x.copy(first, count, to);
+    const std::int64_t filled = std::clamp<std::int64_t>(length - first, 0, count) * x.width;
+    for (std::int64_t i = 0; i < filled; ++i) to[i] -= stand_in[first * x.width + i];
+    std::fill(to + filled, to + count * x.width, 0.0);
+  }
+};
+
+}  // namespace
+
+void unwrap_past(const past_and_block &x, std::int64_t size, const dsp_vec &h, double *y) {
+  const std::int64_t displaced = x.past_length - (size - x.block_length);
+  if (displaced <= 0) return;
+  const displaced_past past{x, displaced, x.block + (size - x.past_length) * x.width};
+  for_joined_spans(past, displaced,
+                   [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
+                     active_fir_kernels().real_taps({y + n * x.width, span, count * x.width, x.width},
+                                                    h.data + x.past_length - tap, 1, taps, true);
+                   });
+}
+
+}  // namespace dsp

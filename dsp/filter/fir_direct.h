@@ -1,0 +1,23 @@
+// Filtering by the sum itself.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/history.h"
+#include "dsp/dsp.h"
+#include "dsp/filter/fir_kernels.h"
+
+namespace dsp {
+
+// y[n] = sum of h[k] x[n - k] for every sample of the block. y is complex when the block or h is.
+void filter_direct(const past_and_block &x, const dsp_vec &h, double *y);
+
+// The same for a real filter that is its own mirror image, of at most `folded_limit` taps.
+constexpr std::int32_t folded_limit = 60;
+void filter_folded(const past_and_block &x, const folded_filter &h, double *y);
+
+// Turns the circular convolution y of a block of `size` samples with the real filter h into the plain one. The block
+// ended in as much of the past as had room there; the rest of it takes the place of the samples that wrapped round.
+void unwrap_past(const past_and_block &x, std::int64_t size, const dsp_vec &h, double *y);
+
+}  // namespace dsp

@@ -1,0 +1,91 @@
+#include "dsp/filter/fir_spectrum.h"
+
+#include <cmath>
+
+#include "dsp/core/caches.h"
+#include "dsp/core/sizing.h"
+
+namespace dsp {
+namespace {
+
+struct work_signal {
+  dsp_vec signal;
+  bool initialised;
+
+  dsp_vec *obtain() {
+    if (!initialised && dsp_init(&signal) != 0) return nullptr;
+    initialised = true;
+    return &signal;
+  }
+
+  int32_t release() {
+    if (!initialised) return 0;
+    initialised = false;
+    return dsp_destroy(&signal);
+  }
+};
+
+struct route_spectrum {
+  work_signal work;
+  bool current;  // made from the present filter copy
+  std::int32_t size;
+};
+
+// One filter copy serves the spectra of both kinds of blocks.
+work_signal filter_copy;
+bool filter_held = false;
+route_spectrum spectra[2];
+
+bool has_nan(const dsp_vec &v) {
+  int found = 0;
+  for (std::int64_t i = 0; i < doubles(v); ++i) found |= v.data[i] != v.data[i];
+  return found != 0;
+}
+
+// Whether h is, within a few units in the last place of its first tap, the filter held. NaN is never equal.
+bool held(const dsp_vec &h) {
+  const double tolerance = std::fabs(h.data[0]) * 1.1102230246251565e-15;
+  int32_t order = 0;
+  return filter_held && std::isfinite(tolerance) && !has_nan(h) &&
+         dsp_cmp(&h, &filter_copy.signal, tolerance, &order) == 0 && order == 0;
+}
+
+int32_t hold(const dsp_vec &h) {
+  filter_held = spectra[0].current = spectra[1].current = false;
+  dsp_vec *copy = filter_copy.obtain();
+  if (copy == nullptr || dsp_copy(copy, &h) != 0) return -1;
+  filter_held = !has_nan(h);
+  return 0;
+}
+
+int32_t transform(const dsp_vec &h, std::int32_t size, bool complex_block, dsp_vec *spectrum) {
+  if (dsp_copy(spectrum, &h) != 0 || dspi_zpad(spectrum, size) != 0) return -1;
+  if (dspi_scale(spectrum, size) != 0) return -1;  // both forward transforms divide by it, one too many
+  return complex_block ? dspi_fft(spectrum, 0) : dspi_rfft(spectrum);
+}
+
+}  // namespace
+
+const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_block) {
+  if (!held(h) && hold(h) != 0) return nullptr;
+  route_spectrum &route = spectra[complex_block ? 1 : 0];
+  if (route.current && route.size == size) return &route.work.signal;
+  route.current = false;
+  dsp_vec *spectrum = route.work.obtain();
+  if (spectrum == nullptr || transform(h, size, complex_block, spectrum) != 0) return nullptr;
+  route.current = true;
+  route.size = size;
+  return spectrum;
+}
+
+int32_t free_fir_work() {
+  filter_held = false;
+  if (filter_copy.release() != 0) return -1;
+  for (route_spectrum &route : spectra) {
+    route.current = false;
+    if (route.work.release() != 0) return -1;
+  }
+  return 0;
+}
+
+}  // namespace dsp

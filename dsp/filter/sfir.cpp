@@ -1,0 +1,65 @@
+// Streaming convolution with a filter given by its first half.
+#include <algorithm>
+#include <cstdint>
+
+#include "dsp/core/caches.h"
+#include "dsp/core/history.h"
+#include "dsp/core/output.h"
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+#include "dsp/filter/folded.h"
+
+namespace dsp {
+namespace {
+
+dsp_vec full_filter;
+bool full_filter_initialised = false;
+
+// The half and its mirror image, in a signal that stays for the next call.
+const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
+  const std::int64_t length = full_length(half, odd);
+  if (length > INT32_MAX) return nullptr;
+  if (!full_filter_initialised && dsp_init(&full_filter) != 0) return nullptr;
+  full_filter_initialised = true;
+  full_filter.dx = half.dx;
+  full_filter.is_complex = half.is_complex;
+  full_filter.length = static_cast<std::int32_t>(length);
+  if (dsp_alloc(&full_filter) != 0) return nullptr;
+  const std::int64_t width = half.is_complex != 0 ? 2 : 1;
+  const std::int64_t given = doubles(half);
+  std::copy_n(half.data, given, full_filter.data);
+  for (std::int64_t i = given; i < length * width; ++i) {
+    const double mirrored = half.data[(length - 1 - i / width) * width + i % width];
+    full_filter.data[i] = anti ? -mirrored : mirrored;
+  }
+  return &full_filter;
+}
+
+}  // namespace
+
+std::int32_t free_sfir_work() {
+  if (!full_filter_initialised) return 0;
+  full_filter_initialised = false;
+  return dsp_destroy(&full_filter);
+}
+
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti, dsp_vec *state) {
+  if (half->length <= 0) return dsp_copy(out, in);
+  if (same_signal(out, half) || same_signal(state, half)) return -1;
+  if (!foldable(*half, odd != 0)) {
+    const dsp_vec *full = expand(*half, odd != 0, anti != 0);
+    return full != nullptr ? dspd_fir(in, out, full, state) : -1;
+  }
+  if (same_signal(state, in) || same_signal(state, out)) return -1;
+  const folded_filter filter = fold(*half, odd != 0, anti != 0);
+  const std::int32_t past = filter.length() - 1;
+  if (dsp_output_prepare(in, &out, nullptr, &state, past, DSP_OUT_ALIAS) != 0) return -1;
+  const past_and_block x(*in, state, past);
+  filter_folded(x, filter, out->data);
+  x.remember(state);
+  return dsp_output_commit(out);
+}

@@ -1,0 +1,384 @@
+// Streaming filters: the sums they stand for, blocks against the whole, states, caches and sharing.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include "dsp/core/isa.h"
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+#include "tests/support/stream.h"
+
+namespace {
+
+using namespace support;
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+const double nan = std::nan("");
+
+// The convolution itself, in long double.
+record convolved(const dsp_vec &in, const dsp_vec &h, const complexes &past = {}) {
+  complexes x = past;
+  for (const complex z : complexes_of(in)) x.push_back(z);
+  const complexes taps = complexes_of(h);
+  complexes y;
+  for (std::size_t n = past.size(); n < x.size(); ++n) {
+    std::complex<long double> sum = 0;
+    for (std::size_t k = 0; k < taps.size() && k <= n; ++k)
+      sum += std::complex<long double>(taps[k]) * std::complex<long double>(x[n - k]);
+    y.push_back(complex(sum));
+  }
+  record out(y, in.dx);
+  if (in.is_complex == 0 && h.is_complex == 0) dspi_real(&out);
+  return out;
+}
+
+double largest(const dsp_vec &v) {
+  double most = 0;
+  for (const double x : doubles_of(v)) most = std::max(most, std::fabs(x));
+  return most;
+}
+
+::testing::AssertionResult close(const dsp_vec &v, const record &expected, double relative) {
+  const double limit = relative * std::max(largest(expected), 1e-300);
+  return expected.is_complex != 0 ? near(v, complexes_of(expected), limit) : near(v, doubles_of(expected), limit);
+}
+
+record half_of(const record &h) {
+  record half;
+  dspu_subvec(&h, &half, 0, (h.length + 1) / 2);
+  return half;
+}
+
+// The full filter of a half, as the routine is to see it.
+record mirrored(const record &half, bool odd, bool anti) {
+  complexes taps = complexes_of(half);
+  for (std::size_t i = taps.size() - (odd ? 1 : 0); i-- > 0;) taps.push_back(anti ? -taps[i] : taps[i]);
+  record h(taps);
+  if (half.is_complex == 0) dspi_real(&h);
+  return h;
+}
+
+struct representations {
+  bool signal, filter;
+};
+constexpr representations all_representations[] = {{false, false}, {true, false}, {false, true}, {true, true}};
+
+TEST(Fir, IsTheConvolution) {
+  for (const auto [signal, filter] : all_representations)
+    for (const int32_t m : {1, 2, 7, 16, 35, 36, 45, 46, 64, 65, 200, 257, 500})
+      for (const int32_t n : {0, 1, 2, 15, 64, 100, 257, 512, 1000}) {
+        SCOPED_TRACE(::testing::Message() << m << " taps, " << n << " samples, " << signal << filter);
+        const record in = random_signal(static_cast<std::size_t>(n), signal, 1, 0.5);
+        const record h = random_signal(static_cast<std::size_t>(m), filter, 2, 0.5);
+        const record past = random_signal(static_cast<std::size_t>(m - 1), signal, 3, 0.5);
+        record out, state(past);
+        ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
+        EXPECT_TRUE(close(out, convolved(in, h), 2e-15));
+        EXPECT_EQ(out.dx, 0.5);
+        ASSERT_EQ(dspd_fir(&in, &out, &h, &state), 0);
+        EXPECT_TRUE(close(out, convolved(in, h, complexes_of(past)), 2e-15));
+        record newest(past);
+        dsp_append(&newest, &in);
+        dspi_shift(&newest, n);
+        EXPECT_TRUE(same(state, newest));
+      }
+}
+
+TEST(Fir, NoTapsCopyAndOneTapScales) {
+  const record in(reals{1, -2, 3}, 4.0);
+  record out(complexes{{9, 9}}), state;
+  ASSERT_EQ(dspd_fir(&in, &out, std::make_unique<record>().get(), &state), 0);
+  EXPECT_TRUE(same(out, in));
+  EXPECT_EQ(state.length, 0);
+  const record one(reals{-2.5});
+  ASSERT_EQ(dspd_fir(&in, &out, &one, &state), 0);
+  EXPECT_TRUE(near(out, reals{-2.5, 5, -7.5}, 0.0));
+  EXPECT_EQ(state.length, 0);
+}
+
+// Blocks against the whole. One route everywhere: the same bits.
+void expect_blocks_to_be_the_whole(const record &in, int32_t around, double tolerance,
+                                   const std::function<int32_t(const dsp_vec *, dsp_vec *, dsp_vec *)> &routine) {
+  record whole, whole_state;
+  ASSERT_EQ(routine(&in, &whole, &whole_state), 0);
+  for (unsigned seed = 1; seed <= 6; ++seed) {
+    record state;
+    const auto blocks = random_blocks(in.length, around, seed);
+    const record pieces = in_blocks(in, blocks, seed % 2 != 0, [&](const dsp_vec *block, dsp_vec *out) {
+      if (seed == 3) dsp_free_internal();
+      return routine(block, out, &state);
+    });
+    if (tolerance == 0)
+      EXPECT_TRUE(same(pieces, whole)) << seed;
+    else
+      EXPECT_TRUE(close(pieces, whole, tolerance)) << seed;
+    EXPECT_TRUE(same(state, whole_state)) << seed;
+  }
+}
+
+TEST(Fir, BlocksAreTheWhole) {
+  for (const auto [signal, filter] : all_representations)
+    for (const int32_t m : {1, 3, 16, 35, 45, 46, 100, 300}) {
+      SCOPED_TRACE(::testing::Message() << m << " taps, " << signal << filter);
+      const record h = random_signal(static_cast<std::size_t>(m), filter, 5);
+      const bool direct_only = filter || m <= (signal ? 35 : 45);
+      expect_blocks_to_be_the_whole(
+          random_signal(1500, signal, 4), m, direct_only ? 0 : 1e-13,
+          [&](const dsp_vec *in, dsp_vec *out, dsp_vec *state) { return dspd_fir(in, out, &h, state); });
+    }
+}
+
+TEST(Sfir, IsTheMirroredFilterInBlocksToo) {
+  for (const auto [signal, filter] : all_representations)
+    for (const int32_t l : {1, 2, 8, 20, 30, 31, 60})
+      for (const bool odd : {false, true})
+        for (const bool anti : {false, true}) {
+          SCOPED_TRACE(::testing::Message() << l << " of half, " << odd << anti << signal << filter);
+          const record half = random_signal(static_cast<std::size_t>(l), filter, 6);
+          const record full = mirrored(half, odd, anti);
+          const record in = random_signal(700, signal, 7, 0.5);
+          record out;
+          ASSERT_EQ(dspd_sfir(&in, &out, &half, odd ? 5 : 0, anti ? -1 : 0, nullptr), 0);
+          EXPECT_TRUE(close(out, convolved(in, full), 2e-15));
+          const bool one_route = filter || full.length <= 60;
+          expect_blocks_to_be_the_whole(in, l, one_route ? 0 : 1e-13,
+                                        [&](const dsp_vec *block, dsp_vec *o, dsp_vec *state) {
+                                          return dspd_sfir(block, o, &half, odd, anti, state);
+                                        });
+        }
+}
+
+TEST(Fir, EveryInstructionSetGivesTheSameBits) {
+  for (const auto [signal, filter] : all_representations) {
+    const record in = random_signal(333, signal, 8);
+    const record h = random_signal(29, filter, 9);
+    const record half = half_of(h);
+    ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
+    record plain, folded, out;
+    ASSERT_EQ(dspd_fir(&in, &plain, &h, nullptr), 0);
+    ASSERT_EQ(dspd_sfir(&in, &folded, &half, 1, 1, nullptr), 0);
+    for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
+      if (!dsp::force_isa(set)) continue;
+      ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
+      EXPECT_TRUE(same(out, plain));
+      ASSERT_EQ(dspd_sfir(&in, &out, &half, 1, 1, nullptr), 0);
+      EXPECT_TRUE(same(out, folded));
+    }
+  }
+}
+
+TEST(Fir, CachedSpectraFollowFilterRouteAndSize) {
+  const record real_in = random_signal(1024, false, 10);
+  const record complex_in = random_signal(256, true, 11);
+  const record filters[] = {random_signal(64, false, 12), random_signal(100, false, 13)};
+  record nudged(filters[0]);
+  nudged.data[5] += 1e-9;
+  const record nearly(nudged);
+  const record spoilt[] = {record(reals(100, nan)), record(reals(64, inf))};
+  for (int round = 0; round < 3; ++round)
+    for (const record *h : {&filters[0], &nearly, &filters[1], &filters[0], &spoilt[0], &spoilt[1], &filters[1]})
+      for (const record *in : {&real_in, &complex_in}) {
+        record out, block;
+        for (const int32_t n : {in->length, in->length / 2, in->length}) {
+          dsp_copy_at_most(&block, in, n);
+          ASSERT_EQ(dspd_fir(&block, &out, h, nullptr), 0);
+          if (h->data[0] - h->data[0] == 0)
+            EXPECT_TRUE(close(out, convolved(block, *h), 3e-15));
+          else
+            EXPECT_FALSE(std::isfinite(out.data[n / 2]));
+        }
+      }
+}
+
+TEST(Fir, StatesOfOtherLengthsAndRepresentations) {
+  const record in = random_signal(50, true, 14, 0.5);
+  const record h = random_signal(10, false, 15);
+  record out, state(reals{1, 2, 3});
+  ASSERT_EQ(dspd_fir(&in, &out, &h, &state), 0);
+  EXPECT_TRUE(close(out, convolved(in, h, {1, 2, 3, 0, 0, 0, 0, 0, 0}), 2e-15));
+  EXPECT_EQ(state.dx, 0.5);
+  record longer = random_signal(20, true, 16);
+  complexes past = complexes_of(longer);
+  past.resize(9);
+  ASSERT_EQ(dspd_fir(&in, &out, &h, &longer), 0);
+  EXPECT_TRUE(close(out, convolved(in, h, past), 2e-15));
+  EXPECT_EQ(longer.length, 20);
+}
+
+TEST(Fir, SharedRecordsGiveTheSameOrAreRefused) {
+  for (const auto [signal, filter] : all_representations)
+    for (const int32_t m : {20, 80}) {
+      const record in = random_signal(128, signal, 17);
+      const record h = random_signal(static_cast<std::size_t>(m), filter, 18);
+      record expected, own(in);
+      ASSERT_EQ(dspd_fir(&in, &expected, &h, nullptr), 0);
+      ASSERT_EQ(dspd_fir(&own, &own, &h, nullptr), 0);
+      EXPECT_TRUE(same(own, expected));
+      record buffer(in);
+      dsp_vec other = view(buffer);
+      ASSERT_EQ(dspd_fir(&buffer, &other, &h, nullptr), 0);
+      EXPECT_TRUE(same(other, expected));
+      EXPECT_TRUE(same(buffer, in));
+      dsp_destroy(&other);
+    }
+  record a = random_signal(30, false, 19), h = random_signal(5, false, 20), state(reals(4));
+  const record before(h);
+  EXPECT_EQ(dspd_fir(&a, &h, &h, nullptr), -1);
+  EXPECT_EQ(dspd_fir(&a, &state, &h, &state), -1);
+  EXPECT_EQ(dspd_fir(&a, &state, &h, &a), -1);
+  EXPECT_EQ(dspd_sfir(&a, &h, &h, 0, 0, nullptr), -1);
+  EXPECT_EQ(dspd_sfir(&a, &state, &h, 0, 0, &h), -1);
+  EXPECT_EQ(dspd_sfir(&a, &state, &h, 0, 0, &state), -1);
+  EXPECT_EQ(dspd_deci(&a, &a, 2, &a), -1);
+  EXPECT_EQ(dspd_hwfilt(&a, &h, nullptr, &a), -1);
+  EXPECT_TRUE(same(h, before));
+}
+
+TEST(Deci, KeepsEveryDthSample) {
+  for (const bool is_complex : {false, true})
+    for (const int32_t d : {1, 2, 3, 7, 1000})
+      for (const double phase : {0.0, 1.0, 2.4, 12.0}) {
+        const record in = random_signal(200, is_complex, 21, 0.5);
+        complexes kept;
+        const complexes z = complexes_of(in);
+        for (std::size_t i = static_cast<std::size_t>(phase); i < 200; i += static_cast<std::size_t>(d))
+          kept.push_back(z[i]);
+        record expected(kept, 0.5 * d);
+        if (!is_complex) dspi_real(&expected);
+        record out, state(reals{phase});
+        ASSERT_EQ(dspd_deci(&in, &out, d, &state), 0);
+        EXPECT_TRUE(same(out, expected));
+        for (const bool shared : {false, true}) {
+          record pieces_state(reals{phase});
+          EXPECT_TRUE(same(in_blocks(in, random_blocks(200, 9, 1), shared,
+                                     [&](const dsp_vec *b, dsp_vec *o) { return dspd_deci(b, o, d, &pieces_state); }),
+                           expected));
+          EXPECT_EQ(pieces_state.data[0], state.data[0]);
+        }
+        dsp_vec borrowed = view(in);
+        record again(reals{phase});
+        ASSERT_EQ(dspd_deci(&borrowed, &borrowed, d, &again), 0);
+        EXPECT_TRUE(same(borrowed, expected));
+        dsp_destroy(&borrowed);
+      }
+}
+
+TEST(Deci, WildArguments) {
+  const record in = random_signal(10, false, 22, 0.5);
+  const struct {
+    int32_t factor;
+    double phase;
+    int32_t length;
+    double next;
+  } cases[] = {
+      {3, 0, 4, 2},         {3, 2, 3, 1},   {3, 12, 0, 2},        {0, 0, 10, 0},    {-5, 3, 7, 0},
+      {3, -7, 4, 2},        {3, nan, 4, 2}, {3, 1e300, 0, 1e300}, {3, inf, 0, inf}, {INT32_MAX, 9, 1, 2147483646.0},
+      {INT32_MIN, 0, 10, 0}};
+  for (const auto &c : cases) {
+    record out, state(reals{c.phase});
+    ASSERT_EQ(dspd_deci(&in, &out, c.factor, &state), 0);
+    EXPECT_EQ(out.length, c.length) << &c - cases;
+    EXPECT_EQ(state.data[0], c.next) << &c - cases;
+    EXPECT_EQ(out.dx, 0.5 * std::max(c.factor, 1));
+  }
+  record out;
+  ASSERT_EQ(dspd_deci(&in, &out, 4, nullptr), 0);
+  EXPECT_TRUE(near(out, reals{in.data[0], in.data[4], in.data[8]}, 0.0));
+}
+
+TEST(Hwfilt, IsFourSectionsOfTheRationalFilter) {
+  // The impulse response of one section by long division, convolved with itself three times.
+  reals section(80), u(80);
+  for (std::size_t i = 0; i < 80; ++i) {
+    u[i] = (i == 0) - (i >= 2 ? 0.5 * u[i - 2] : 0.0);
+    const double b[] = {0.25, 0.5, 0.5, 0.25};
+    for (std::size_t k = 0; k <= std::min<std::size_t>(i, 3); ++k) section[i] += b[k] * u[i - k];
+  }
+  const record one(section);
+  record response(one);
+  for (int i = 0; i < 3; ++i) response = convolved(response, one);
+  for (const bool is_complex : {false, true}) {
+    const record in = random_signal(80, is_complex, 23, 0.5);
+    record out, state;
+    ASSERT_EQ(dspd_hwfilt(&in, &out, nullptr, &state), 0);
+    EXPECT_TRUE(close(out, convolved(in, response), 1e-15));
+    EXPECT_EQ(state.length, 12);
+    EXPECT_EQ(state.is_complex, is_complex);
+    expect_blocks_to_be_the_whole(
+        random_signal(500, is_complex, 24), 9, 0,
+        [](const dsp_vec *block, dsp_vec *o, dsp_vec *s) { return dspd_hwfilt(block, o, nullptr, s); });
+    record constant(reals(200, 3.0)), alternating(reals(200, 1.0)), fresh, fresh2;
+    for (std::size_t i = 1; i < 200; i += 2) alternating.data[i] = -1.0;
+    ASSERT_EQ(dspd_hwfilt(&constant, &constant, nullptr, &fresh), 0);
+    ASSERT_EQ(dspd_hwfilt(&alternating, &alternating, nullptr, &fresh2), 0);
+    EXPECT_NEAR(constant.data[199], 3.0, 1e-14);
+    EXPECT_NEAR(alternating.data[199], 0.0, 1e-14);
+  }
+}
+
+TEST(Hwfilt, WithoutAStateTheSharedOneGoesOn) {
+  const record in = random_signal(60, false, 25);
+  record expected, state, v(in);
+  dspd_hwfilt(&in, &expected, nullptr, &state);
+  EXPECT_EQ(dspi_hwfilt(&v, &v), -1);
+  EXPECT_EQ(dspd_hwfilt(&in, &v, &v, &state), -1);
+  EXPECT_TRUE(same(v, in));
+  dsp_free_internal();
+  const record pieces = in_blocks(in, {10, 0, 50}, true, [](const dsp_vec *block, dsp_vec *out) {
+    return block == out ? dspi_hwfilt(out, nullptr) : -1;
+  });
+  EXPECT_TRUE(same(pieces, expected));
+  dsp_free_internal();
+}
+
+TEST(Stream, SteadyStateAllocatesNothing) {
+  for (const bool is_complex : {false, true}) {
+    const record in = random_signal(256, is_complex, 26);
+    const record filters[] = {random_signal(20, false, 27), random_signal(100, false, 28), random_signal(30, true, 29)};
+    record out[6], state[6];
+    const auto round = [&] {
+      for (int i = 0; i < 3; ++i) EXPECT_EQ(dspd_fir(&in, &out[i], &filters[i], &state[i]), 0);
+      EXPECT_EQ(dspd_sfir(&in, &out[3], &filters[0], 1, 0, &state[3]), 0);
+      EXPECT_EQ(dspd_deci(&in, &out[4], 3, &state[4]), 0);
+      EXPECT_EQ(dspd_hwfilt(&in, &out[5], nullptr, &state[5]), 0);
+    };
+    round();
+    const long requests = heap_requests();
+    for (int i = 0; i < 5; ++i) round();
+    EXPECT_EQ(heap_requests(), requests);
+  }
+}
+
+TEST(FailingMemory, Filters) {
+  for (const auto [signal, filter] : all_representations)
+    for (const int32_t m : {20, 90}) {
+      sweep_failing_memory("dspd_fir", [=](record *r) {
+        const record in = random_signal(128, signal, 30);
+        const record h = random_signal(static_cast<std::size_t>(m), filter, 31);
+        record state;
+        *r = in;
+        return dspd_fir(r, r, &h, &state);
+      });
+      sweep_failing_memory("dspd_sfir", [=](record *r) {
+        const record in = random_signal(128, signal, 32);
+        const record half = random_signal(static_cast<std::size_t>(m / 2), filter, 33);
+        record state;
+        return dspd_sfir(&in, r, &half, 1, 0, &state);
+      });
+    }
+  sweep_failing_memory("dspd_deci", [](record *r) {
+    const record in = random_signal(128, true, 34);
+    record state(reals{1});
+    return dspd_deci(&in, r, 3, &state);
+  });
+  sweep_failing_memory("dspi_hwfilt", [](record *r) {
+    dsp_free_internal();
+    const record in = random_signal(128, true, 35);
+    return dspd_hwfilt(&in, r, nullptr, nullptr);
+  });
+}
+
+}  // namespace
