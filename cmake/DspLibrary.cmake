@@ -11,11 +11,16 @@ function(dsp_object_library name)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                            VISIBILITY_INLINES_HIDDEN ON CXX_EXTENSIONS OFF)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
-  target_compile_definitions(${name} PRIVATE DSP_BUILDING)
+  target_compile_definitions(${name} PRIVATE DSP_BUILDING $<$<IN_LIST:avx2,${dsp_isas}>:DSP_ISA_X86>)
   # -O3 for the vectoriser. Results must not depend on the processor, so no contraction by the compiler.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O3> -ffp-contract=off -fno-math-errno -fno-trapping-math)
   target_link_libraries(${name} PRIVATE dsp_options)
 endfunction()
+
+# The transform's kernels alone may fuse products with sums: they promise their results to rounding only.
+set(dsp_fused_kernels ${dsp_kernels})
+list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/fft/")
+set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
 
 set(dsp_isas baseline)
 if(DSP_ISA_DISPATCH AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
@@ -37,10 +42,6 @@ foreach(isa IN LISTS dsp_isas)
     list(APPEND dsp_object_targets dsp_kernels_${isa})
   endif()
 endforeach()
-if("avx2" IN_LIST dsp_isas)
-  target_compile_definitions(dsp_common PRIVATE DSP_ISA_X86)
-endif()
-
 add_library(dsp SHARED ${dsp_objects})
 add_library(dsp::dsp ALIAS dsp)
 set_target_properties(dsp PROPERTIES VERSION ${DSP_RELEASE} SOVERSION ${DSP_ABI} LINKER_LANGUAGE CXX)

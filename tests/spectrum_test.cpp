@@ -33,8 +33,11 @@ TEST(Spectrum, ShowsAmplitudeUnderEveryWindowAndPadding) {
         ASSERT_EQ(out.length, n / 2 + 1);
         EXPECT_DOUBLE_EQ(out.dx, 1 / (0.5 * n));
         dspi_mag(&out);
-        // Flat-tops are normalised to a published mean that is not quite 1.
-        EXPECT_NEAR(out.data[128 * padding], 0.75, window >= 8 && window <= 13 ? 6e-4 : 2e-9) << window;
+        // Flat-tops are normalised to a published mean that is not quite 1; the lobes of other windows than cosine sums
+        // reach from the line at negative frequency.
+        const bool flat_top = window >= 8 && window <= 13;
+        const bool cosine_sum = window <= 13 && window != DSP_WINDOW_TRIANGULAR;
+        EXPECT_NEAR(out.data[128 * padding], 0.75, flat_top ? 6e-4 : cosine_sum ? 1e-14 : 2e-5) << window;
       }
 }
 
@@ -90,8 +93,8 @@ TEST(Spectrum, FlagsMeanWhatTheySay) {
       complexes expected;
       for (int k = 0; k < n; ++k)
         expected.push_back(bin(in, (c.centred ? k - n / 2 : k) / double(n), c.origin, c.divisor));
-      EXPECT_TRUE(near(fft, expected, 3e-14)) << c.flags;
-      EXPECT_TRUE(near(dft, expected, 3e-14)) << c.flags;
+      EXPECT_TRUE(near(fft, expected, 2e-12 / c.divisor)) << c.flags;
+      EXPECT_TRUE(near(dft, expected, 2e-12 / c.divisor)) << c.flags;
     }
   }
 }
