@@ -1,0 +1,68 @@
+#include "dsp/fft/bitrev_tables.h"
+
+#include "dsp/core/caches.h"
+#include "dsp/fft/table_cache.h"
+
+namespace dsp {
+namespace {
+
+table_cache<std::uint32_t> bitrev_pair_cache;
+table_cache<std::uint32_t> bitrev_fixed_cache;
+
+std::uint32_t reversed(std::uint32_t value, int bits) {
+  std::uint32_t r = 0;
+  for (int b = 0; b < bits; ++b, value >>= 1) r = r << 1 | (value & 1);
+  return r;
+}
+
+// Calls visit(i, j) for every i and its reversal j with i <= j. An index is (high, middle, low): two halves of equal
+// width around one bit or none. The reversal of (a, b) is (reversed b, reversed a), so that it is the index itself
+// where a is the reversal of b.
+template <class Visit>
+void visit_reversals(int bits, const Visit &visit) {
+  const int half = bits / 2;
+  const std::uint32_t size = 1u << half;
+  const std::uint32_t middles = bits % 2 != 0 ? 2 : 1;
+  for (std::uint32_t high = 0; high < size; ++high) {
+    const std::uint32_t low_of_pair = reversed(high, half);
+    for (std::uint32_t middle = 0; middle < middles; ++middle) {
+      for (std::uint32_t low = 0; low < size; ++low) {
+        const std::uint32_t i = ((high * middles + middle) << half) | low;
+        const std::uint32_t j = ((reversed(low, half) * middles + middle) << half) | low_of_pair;
+        if (i <= j) visit(i, j);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+const std::uint32_t *bitrev_pairs(int bits) {
+  return bitrev_pair_cache.find_or_build(bits, std::int64_t{1} << bits, [bits](std::uint32_t *table) {
+    visit_reversals(bits, [&table](std::uint32_t i, std::uint32_t j) {
+      if (i == j) return;
+      *table++ = i;
+      *table++ = j;
+    });
+    *table = 0;
+    return true;
+  });
+}
+
+const std::uint32_t *bitrev_fixed(int bits) {
+  return bitrev_fixed_cache.find_or_build(bits, (std::int64_t{2} << bits / 2) + 2, [bits](std::uint32_t *table) {
+    visit_reversals(bits, [&table](std::uint32_t i, std::uint32_t j) {
+      if (i == j) *table++ = i;
+    });
+    *table = bitrev_fixed_end;
+    return true;
+  });
+}
+
+std::int32_t free_bitrev_tables() {
+  bitrev_pair_cache.release();
+  bitrev_fixed_cache.release();
+  return 0;
+}
+
+}  // namespace dsp

@@ -1,0 +1,140 @@
+#include "dsp/fft/chirp.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "dsp/core/caches.h"
+#include "dsp/core/sizing.h"
+#include "dsp/fft/double_double.h"
+#include "dsp/fft/roots.h"
+
+namespace dsp {
+namespace {
+
+struct chirp_state {
+  bool initialised;
+  bool inverse;
+  int32_t length;  // 0: nothing valid
+  dsp_vec chirp;   // w[n] of the direction served last
+  dsp_vec filter;  // spectrum of conj w
+};
+
+chirp_state state;
+
+dsp_complex *samples_of(const dsp_vec &v) { return reinterpret_cast<dsp_complex *>(v.data); }
+
+void initialise() {
+  if (state.initialised) return;
+  dsp_init(&state.chirp);
+  dsp_init(&state.filter);
+  state.chirp.is_complex = state.filter.is_complex = 1;
+  state.length = 0;
+  state.initialised = true;
+}
+
+// cos and sin of 2 pi r/n, 0 <= r < n. The angle is folded into an eighth of the circle while it is an integer, and
+// what rounding takes from it is given back.
+root root_of(std::int64_t r, std::int64_t n) {
+  const std::int64_t eighths = 8 * r / n;  // which eighth of the circle
+  const std::int64_t quarter = (eighths + 1) / 2;
+  const auto rest = static_cast<double>(4 * r - quarter * n);  // of the nearest quarter, in fourths of a step
+  const double_double angle = two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n));
+  const double c = std::cos(angle.hi);
+  const double s = std::sin(angle.hi);
+  const root folded = {c - s * angle.lo, s + c * angle.lo};
+  switch (quarter % 4) {
+    case 0:
+      return folded;
+    case 1:
+      return {-folded.sin, folded.cos};
+    case 2:
+      return {-folded.cos, -folded.sin};
+    default:
+      return {folded.sin, -folded.cos};
+  }
+}
+
+// w[k] = exp(-i pi k^2/n), the square carried modulo 2n.
+int32_t build_chirp(int32_t n) {
+  state.chirp.length = n;
+  if (dsp_alloc(&state.chirp) != 0) return -1;
+  dsp_complex *w = samples_of(state.chirp);
+  const std::int64_t period = 2 * std::int64_t{n};
+  std::int64_t square = 0;
+  for (std::int64_t k = 0; k < n; ++k) {
+    const root r = root_of(square, period);
+    w[k] = {r.cos, -r.sin};
+    square = (square + 2 * k + 1) % period;
+  }
+  return 0;
+}
+
+int32_t build_filter(int32_t n, int32_t m) {
+  state.filter.length = m;
+  if (dsp_alloc(&state.filter) != 0 || dspi_zero(&state.filter) != 0) return -1;
+  const dsp_complex *w = samples_of(state.chirp);
+  dsp_complex *h = samples_of(state.filter);
+  const double scale = state.inverse ? 1.0 : 1.0 / n;
+  h[0] = {scale, 0.0};
+  for (int32_t k = 1; k < n; ++k) h[k] = h[m - k] = {scale * w[k].re, -scale * w[k].im};
+  return dspi_fft(&state.filter, 1);
+}
+
+// The filter of the other direction is the conjugate, whose spectrum is the conjugate in reverse order.
+void turn_round(int32_t n, int32_t m) {
+  const double scale = state.inverse ? n : 1.0 / n;
+  dsp_complex *w = samples_of(state.chirp);
+  dsp_complex *h = samples_of(state.filter);
+  for (int32_t k = 0; k < n; ++k) w[k].im = -w[k].im;
+  const auto turned = [scale](dsp_complex z) { return dsp_complex{scale * z.re, -scale * z.im}; };
+  h[0] = turned(h[0]);
+  for (int32_t low = 1, high = m - 1; low <= high; ++low, --high) {
+    const dsp_complex from_low = turned(h[low]);
+    h[low] = turned(h[high]);
+    h[high] = from_low;
+  }
+}
+
+int32_t prepare(int32_t n, int32_t m, bool inverse) {
+  initialise();
+  if (state.length == n) {
+    if (state.inverse != inverse) {
+      state.inverse = inverse;
+      turn_round(n, m);
+    }
+    return 0;
+  }
+  state.length = 0;
+  state.inverse = inverse;
+  if (build_chirp(n) != 0) return -1;
+  if (inverse && dspi_conj(&state.chirp) != 0) return -1;
+  if (build_filter(n, m) != 0) return -1;
+  state.length = n;
+  return 0;
+}
+
+}  // namespace
+
+int32_t chirp_dft(dsp_vec *v, bool inverse) {
+  const int32_t n = v->length;
+  const std::int64_t grid = power_of_two_from(2 * std::int64_t{n} - 2);
+  if (!countable(2 * grid)) return -1;
+  const auto m = static_cast<int32_t>(grid);
+  if (prepare(n, m, inverse) != 0) return -1;
+  const double dx = v->dx;
+  if (dspb_mul(v, &state.chirp, v) != 0 || dspi_zpad(v, m) != 0 || dspi_fft(v, 1) != 0) return -1;
+  if (dspb_mul(v, &state.filter, v) != 0 || dspi_fft(v, 0) != 0) return -1;
+  v->length = n;
+  if (dspb_mul(v, &state.chirp, v) != 0) return -1;
+  v->dx = dx;
+  return 0;
+}
+
+int32_t free_chirp_state() {
+  if (!state.initialised) return 0;
+  state.initialised = false;
+  state.length = 0;
+  return dsp_destroy(&state.chirp) == 0 && dsp_destroy(&state.filter) == 0 ? 0 : -1;
+}
+
+}  // namespace dsp

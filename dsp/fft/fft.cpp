@@ -1,0 +1,27 @@
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+#include "dsp/fft/spacing.h"
+#include "dsp/fft/transform.h"
+
+using namespace dsp;
+
+int32_t dspi_fft(dsp_vec *v, uint32_t inverse) {
+  const int32_t n = v->length;
+  if (!is_power_of_two(n)) return -1;
+  if (n > 1) {
+    if (dspi_rtoc(v) != 0) return -1;
+    if (transform(v->data, log2_of(n), inverse != 0, inverse != 0 ? 1.0 : 1.0 / n) != 0) return -1;
+  }
+  v->dx = transformed_spacing(v->dx, n);
+  return 0;
+}
+
+int32_t cf_dspi_fft(double *data, int32_t length, uint32_t is_complex, uint32_t inverse) {
+  if (is_complex == 0 && length >= 2) return -1;  // the result would not fit
+  dsp_vec v;
+  dsp_init(&v);
+  v.data = data;
+  v.length = length;
+  v.is_complex = is_complex;
+  return dspi_fft(&v, inverse);
+}

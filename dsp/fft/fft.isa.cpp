@@ -1,0 +1,337 @@
+// The transform on one instruction set. docs/fft.md draws the blocks.
+#include "dsp/fft/bitrev_tables.h"
+#include "dsp/fft/butterfly.h"
+#include "dsp/fft/kernels.h"
+
+namespace dsp {
+namespace DSP_ISA {
+namespace {
+
+#if defined(__AVX512F__)
+constexpr int widest = 8;
+#elif defined(__AVX__)
+constexpr int widest = 4;
+#elif defined(__SSE2__) || defined(__aarch64__)
+constexpr int widest = 2;
+#else
+constexpr int widest = 1;
+#endif
+
+// With fused products four multiplications cost no more than three and round less.
+#if defined(__FMA__) || defined(__aarch64__)
+constexpr int root_values = 2;
+#else
+constexpr int root_values = 3;
+#endif
+
+// Blocks of so many samples go through all their passes before the next is touched.
+constexpr std::ptrdiff_t cached_samples = 1024;
+
+constexpr int reversed_bits(int value, int size) {
+  int r = 0;
+  for (; size > 1; size /= 2, value /= 2) r = 2 * r + value % 2;
+  return r;
+}
+
+template <int W>
+DSP_INLINE samples<W> exchanged(const samples<W> &a) {
+  return {a.im, a.re};
+}
+
+// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
+template <int W, bool Exchange>
+DSP_INLINE samples<W> exchanged_if(const samples<W> &a) {
+  if constexpr (Exchange)
+    return exchanged<W>(a);
+  else
+    return a;
+}
+
+// a times cos - i sin.
+template <int W>
+DSP_INLINE samples<W> times_root(const samples<W> &a, const double *root) {
+  const lanes<W> cos = load<W>(root);
+  if constexpr (root_values == 2) {
+    const lanes<W> sin = load<W>(root + W);
+    return {a.re * cos + a.im * sin, a.im * cos - a.re * sin};
+  } else {
+    const lanes<W> common = (a.re + a.im) * cos;
+    return {common + a.im * load<W>(root + 2 * W), common + a.re * load<W>(root + W)};
+  }
+}
+
+// Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
+struct as_pairs {
+  template <int W>
+  static DSP_INLINE samples<W> load(const double *p) {
+    return load_pairs<W>(p);
+  }
+};
+struct as_exchanged_pairs {
+  template <int W>
+  static DSP_INLINE samples<W> load(const double *p) {
+    return exchanged<W>(load_pairs<W>(p));
+  }
+};
+struct as_split {
+  template <int W>
+  static DSP_INLINE samples<W> load(const double *p) {
+    return load_split<W>(p);
+  }
+};
+
+// One pass of radix R over neighbouring blocks of n samples.
+template <int W, int R, class Source>
+void pass(double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *roots) {
+  const std::ptrdiff_t leg = 2 * (n / R);
+  for (std::ptrdiff_t block = 0; block < blocks; ++block, x += 2 * n) {
+    const double *root = roots;
+    for (double *at = x; at < x + leg; at += 2 * W) {
+      samples<W> v[R];
+      for (int i = 0; i < R; ++i) v[i] = Source::template load<W>(at + i * leg);
+      butterfly<W>(v);
+      store_split<W>(at, v[0]);
+      for (int i = 1; i < R; ++i, root += root_values * W)
+        store_split<W>(at + reversed_bits(i, R) * leg, times_root<W>(v[i], root));
+    }
+  }
+}
+
+template <int W, class Source>
+void pass(int radix_bits, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *roots) {
+  if (radix_bits == 3)
+    pass<W, 8, Source>(x, n, blocks, roots);
+  else
+    pass<W, 4, Source>(x, n, blocks, roots);
+}
+
+// The passes from number `first` on, over neighbouring blocks of n samples.
+template <int W>
+void all_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks,
+                const double *roots) {
+  for (int i = first; i < plan.passes; ++i) {
+    pass<W, as_split>(plan.radix_bits[i], x, n, blocks, roots);
+    roots += root_values * (n - (n >> plan.radix_bits[i]));
+    n >>= plan.radix_bits[i];
+    blocks <<= plan.radix_bits[i];
+  }
+}
+
+// Depth first: a large block runs one pass, then its parts one after the other.
+template <int W>
+void later_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks,
+                  const double *roots) {
+  if (first == plan.passes) return;
+  if (n <= cached_samples) {
+    const std::ptrdiff_t together = cached_samples / n < blocks ? cached_samples / n : blocks;
+    for (std::ptrdiff_t b = 0; b < blocks; b += together) all_passes<W>(plan, first, x + 2 * b * n, n, together, roots);
+    return;
+  }
+  const int radix_bits = plan.radix_bits[first];
+  const double *next = roots + root_values * (n - (n >> radix_bits));
+  for (std::ptrdiff_t b = 0; b < blocks; ++b, x += 2 * n) {
+    pass<W, as_split>(radix_bits, x, n, 1, roots);
+    later_passes<W>(plan, first + 1, x, n >> radix_bits, std::ptrdiff_t{1} << radix_bits, next);
+  }
+}
+
+// T rows of T samples, row i at the i-th multiple of the stride. The passes left the last transforms, of T samples, in
+// its rows; they run here across rows, after a transposition that is also the reversal of the outer bits.
+template <int W, int T>
+struct tile {
+  samples<W> column[T][T / W];
+
+  DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
+    for (int group = 0; group < T; group += W) {
+      for (int c = 0; c < T; c += W) {
+        samples<W> block[W];
+        for (int lane = 0; lane < W; ++lane)
+          block[lane] = load_split<W>(x + reversed_bits(group + lane, T) * stride + 2 * c);
+        transpose<W>(block);
+        for (int i = 0; i < W; ++i) column[c + i][group / W] = block[i];
+      }
+    }
+  }
+
+  template <bool Exchange>
+  DSP_INLINE void finish(double scale) {
+    for (int group = 0; group < T / W; ++group) {
+      samples<W> v[T];
+      for (int i = 0; i < T; ++i) v[i] = column[i][group];
+      butterfly<W>(v);
+      for (int i = 0; i < T; ++i) column[i][group] = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+    }
+  }
+
+  DSP_INLINE void store(double *x, std::ptrdiff_t stride) const {
+    for (int i = 0; i < T; ++i)
+      for (int group = 0; group < T; group += W) store_pairs<W>(x + i * stride + 2 * group, column[i][group / W]);
+  }
+};
+
+template <int W, int T, bool Exchange>
+void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double scale) {
+  const std::ptrdiff_t stride = 2 * (n / T);
+  for (const std::uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
+    double *at = x + std::ptrdiff_t{*i} * 2 * T;
+    tile<W, T> t;
+    t.load(at, stride);
+    t.template finish<Exchange>(scale);
+    t.store(at, stride);
+  }
+  for (const std::uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
+    double *a = x + std::ptrdiff_t{pair[0]} * 2 * T;
+    double *b = x + std::ptrdiff_t{pair[1]} * 2 * T;
+    tile<W, T> from_a;
+    tile<W, T> from_b;
+    from_a.load(a, stride);
+    from_a.template finish<Exchange>(scale);
+    from_b.load(b, stride);
+    from_b.template finish<Exchange>(scale);
+    from_a.store(b, stride);
+    from_b.store(a, stride);
+  }
+}
+
+template <int W, int T>
+void transform(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
+  const std::ptrdiff_t n = std::ptrdiff_t{1} << plan.bits;
+  const int radix_bits = plan.radix_bits[0];
+  const double *next = tables.roots + root_values * (n - (n >> radix_bits));
+  if (inverse)
+    pass<W, as_exchanged_pairs>(radix_bits, x, n, 1, tables.roots);
+  else
+    pass<W, as_pairs>(radix_bits, x, n, 1, tables.roots);
+  later_passes<W>(plan, 1, x, n >> radix_bits, std::ptrdiff_t{1} << radix_bits, next);
+  if (inverse)
+    last_pass<W, T, true>(tables, x, n, scale);
+  else
+    last_pass<W, T, false>(tables, x, n, scale);
+}
+
+void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
+#if defined(__AVX512F__)
+  if (plan.lanes == 8) return transform<8, 8>(plan, tables, x, scale, inverse);
+#endif
+  transform<(widest < 4 ? widest : 4), 4>(plan, tables, x, scale, inverse);
+}
+
+template <int N>
+void small(double *x, double scale, bool inverse) {
+  samples<1> v[N];
+  for (int i = 0; i < N; ++i) {
+    v[i] = {x[2 * i] * scale, x[2 * i + 1] * scale};
+    if (inverse) v[i] = exchanged<1>(v[i]);
+  }
+  butterfly<1>(v);
+  for (int i = 0; i < N; ++i) {
+    if (inverse) v[i] = exchanged<1>(v[i]);
+    store_split<1>(x + 2 * i, v[i]);
+  }
+}
+
+void small_any(int bits, double *x, double scale, bool inverse) {
+  if (bits == 1)
+    small<2>(x, scale, inverse);
+  else if (bits == 2)
+    small<4>(x, scale, inverse);
+  else
+    small<8>(x, scale, inverse);
+}
+
+// With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
+// the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
+// out conjugated once more.
+template <int W>
+DSP_INLINE void split_pair(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  const samples<W> even = {a.re + b.re, a.im - b.im};
+  const samples<W> odd = {a.im + b.im, b.re - a.re};
+  const samples<W> turned = {odd.re * cos + odd.im * sin, odd.im * cos - odd.re * sin};
+  a = even + turned;
+  b = {even.re - turned.re, turned.im - even.im};
+}
+
+template <int W>
+DSP_INLINE void join_pair(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  const samples<W> even = {a.re + b.re, a.im - b.im};
+  const samples<W> odd = {a.re - b.re, a.im + b.im};
+  const samples<W> turned = {-odd.re * sin - odd.im * cos, odd.re * cos - odd.im * sin};
+  a = even + turned;
+  b = {even.re - turned.re, turned.im - even.im};
+}
+
+struct split_kernel {
+  template <int W>
+  static DSP_INLINE void apply(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+    split_pair<W>(a, b, cos, sin);
+  }
+};
+struct join_kernel {
+  template <int W>
+  static DSP_INLINE void apply(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+    join_pair<W>(a, b, cos, sin);
+  }
+};
+
+// Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin.
+template <int W, class Kernel>
+DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *octant) {
+  double *const low = x + 2 * k;
+  double *const high = x + 2 * (m - k - W + 1);
+  double *const middle_low = x + 2 * (m / 2 - k - W + 1);
+  double *const middle_high = x + 2 * (m / 2 + k);
+  const lanes<W> cos = load<W>(octant + k);
+  const lanes<W> sin = load<W>(octant + m / 4 + 1 + k);
+  samples<W> a = load_pairs<W>(low);
+  samples<W> b = load_pairs_reversed<W>(high);
+  samples<W> c = load_pairs_reversed<W>(middle_low);
+  samples<W> d = load_pairs<W>(middle_high);
+  Kernel::template apply<W>(a, b, cos, sin);
+  Kernel::template apply<W>(c, d, sin, cos);
+  store_pairs<W>(low, a);
+  store_pairs_reversed<W>(high, b);
+  store_pairs_reversed<W>(middle_low, c);
+  store_pairs<W>(middle_high, d);
+}
+
+// All pairs but that of k = 0; m >= 4.
+template <class Kernel>
+void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
+  std::ptrdiff_t k = 1;
+  for (; k + widest <= m / 4; k += widest) mirrored_pairs<widest, Kernel>(x, m, k, octant);
+  for (; k < m / 4; ++k) mirrored_pairs<1, Kernel>(x, m, k, octant);
+  samples<1> a = load_split<1>(x + 2 * k);
+  samples<1> b = load_split<1>(x + 2 * (m - k));
+  Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
+  store_split<1>(x + 2 * k, a);
+  store_split<1>(x + 2 * (m - k), b);
+}
+
+void split(double *x, std::ptrdiff_t m, const double *octant) {
+  const double even = x[0];
+  const double odd = x[1];
+  x[0] = 2.0 * (even + odd);
+  x[1] = 0.0;
+  x[2 * m] = 2.0 * (even - odd);
+  x[2 * m + 1] = 0.0;
+  x[m] *= 2.0;
+  x[m + 1] *= -2.0;
+  if (m >= 4) all_pairs<split_kernel>(x, m, octant);
+}
+
+void join(double *x, std::ptrdiff_t m, const double *octant) {
+  const double first = x[0];
+  const double last = x[2 * m];
+  x[0] = first + last;
+  x[1] = first - last;
+  x[m] *= 2.0;
+  x[m + 1] *= -2.0;
+  if (m >= 4) all_pairs<join_kernel>(x, m, octant);
+}
+
+}  // namespace
+
+extern const fft_kernels fft_kernel_set = {widest, root_values, transform_any, small_any, split, join};
+
+}  // namespace DSP_ISA
+}  // namespace dsp

@@ -1,0 +1,73 @@
+// Transforms of real signals, through the transform of half the size on pairs of samples.
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+#include "dsp/fft/kernels.h"
+#include "dsp/fft/spacing.h"
+#include "dsp/fft/transform.h"
+#include "dsp/fft/twiddle_tables.h"
+
+using namespace dsp;
+
+namespace {
+
+constexpr int32_t smallest_with_octant = 8;
+
+// Null is no failure for sizes that need none.
+bool find_octant(int32_t n, const double **octant) {
+  *octant = n >= smallest_with_octant ? octant_table(n) : nullptr;
+  return n < smallest_with_octant || *octant != nullptr;
+}
+
+// n real samples, at least 4, in a buffer of n + 2 doubles.
+int32_t forward(double *x, int32_t n) {
+  const double *octant;
+  if (!find_octant(n, &octant) || transform(x, log2_of(n / 2), false, 0.5 / n) != 0) return -1;
+  active_fft_kernels().split(x, n / 2, octant);
+  return 0;
+}
+
+int32_t backward(double *x, int32_t n) {
+  const double *octant;
+  if (!find_octant(n, &octant)) return -1;
+  active_fft_kernels().join(x, n / 2, octant);
+  return transform(x, log2_of(n / 2), true, 1.0);
+}
+
+}  // namespace
+
+int32_t dspi_rfft(dsp_vec *v) {
+  const int32_t n = v->length;
+  if (v->is_complex != 0 || !is_power_of_two(n)) return -1;
+  if (n > 1) {
+    v->is_complex = 1;
+    if (dsp_realloc(v, n, 0) != 0) return -1;
+    if (n == 2) {
+      const double first = v->data[0];
+      const double second = v->data[1];
+      v->data[0] = (first + second) * 0.5;
+      v->data[1] = 0.0;
+      v->data[2] = (first - second) * 0.5;
+      v->data[3] = 0.0;
+    } else if (forward(v->data, n) != 0) {
+      return -1;
+    }
+    v->length = n / 2 + 1;
+  }
+  v->dx = transformed_spacing(v->dx, n);
+  return 0;
+}
+
+int32_t dspi_irfft(dsp_vec *v) {
+  const std::int64_t n = v->length > 1 ? 2 * (std::int64_t{v->length} - 1) : v->length;
+  if (n <= 2 || !is_power_of_two(n) || !countable(2 * n)) {
+    if (dspi_orecon(v, 0) != 0 || dspi_fft(v, 1) != 0) return -1;
+    return dspi_real(v);
+  }
+  if (dspi_rtoc(v) != 0) return -1;
+  const auto length = static_cast<int32_t>(n);
+  if (backward(v->data, length) != 0) return -1;
+  v->length = length;
+  v->is_complex = 0;
+  v->dx = transformed_spacing(v->dx, length);
+  return 0;
+}
