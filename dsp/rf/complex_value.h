@@ -1,0 +1,66 @@
+// The matrix element of this library's own routines: a complex number that stays in one vector register, where a pair
+// of doubles would be loaded and stored in halves.
+#pragma once
+
+#include <complex>
+#include <cstddef>
+#include <cstring>
+
+#include "dsp/dsp.h"
+#include "dsp/rf/matrix.h"
+
+namespace dsp {
+
+class complex_value {
+ public:
+  complex_value(double re = 0.0, double im = 0.0) : v_{re, im} {}
+  complex_value(const dsp_complex &z) { std::memcpy(&v_, &z, sizeof v_); }
+
+  double re() const { return v_[0]; }
+  double im() const { return v_[1]; }
+  operator dsp_complex() const {
+    dsp_complex z;
+    std::memcpy(&z, &v_, sizeof z);
+    return z;
+  }
+
+  friend complex_value operator+(complex_value a, complex_value b) { return a.v_ + b.v_; }
+  friend complex_value operator-(complex_value a, complex_value b) { return a.v_ - b.v_; }
+  friend complex_value operator-(complex_value a) { return -a.v_; }
+  friend complex_value operator*(complex_value a, complex_value b) {
+    const parts re = {a.v_[0], a.v_[0]};
+    const parts im = {-a.v_[1], a.v_[1]};
+    return re * b.v_ + im * __builtin_shufflevector(b.v_, b.v_, 1, 0);
+  }
+  complex_value conjugate_over(double divisor) const {
+    const double scale = 1.0 / divisor;
+    return v_ * parts{scale, -scale};
+  }
+
+ private:
+  typedef double parts __attribute__((vector_size(16)));
+  complex_value(parts v) : v_(v) {}
+  parts v_;
+};
+
+using complex_matrix = matrix<complex_value>;
+
+inline std::complex<double> standard(complex_value z) { return {z.re(), z.im()}; }
+
+inline double sum_of_squares(complex_value z) { return field::sum_of_squares(standard(z)); }
+
+inline double modulus(complex_value z) { return field::modulus(standard(z)); }
+
+inline complex_value reciprocal(complex_value z) {
+  const double sum = sum_of_squares(z);
+  if (field::is_safe(sum)) return z.conjugate_over(sum);
+  const std::complex<double> r = field::scaled_reciprocal(standard(z));
+  return {r.real(), r.imag()};
+}
+
+inline std::size_t find_pivot(const complex_value *a, std::size_t n, std::size_t k) {
+  const std::size_t row = field::largest_in_column(a, n, k, sum_of_squares);
+  return field::is_safe(sum_of_squares(a[row * n + k])) ? row : field::find_pivot<complex_value>(a, n, k);
+}
+
+}  // namespace dsp

@@ -1,0 +1,408 @@
+/* A small dense matrix over a field, row-major and reference counted, with product and inverse. Complete in this
+ * header; nothing to link.
+ *
+ * SPDX-License-Identifier: MIT
+ *
+ *     matrix<std::complex<double>> m(3, 3);
+ *     m(0, 0) = ...;                    // or m.row(0)[0]
+ *     if (!m.inv()) ...                 // singular
+ *     matrix<std::complex<double>> x = m * b;
+ *
+ * A matrix is a handle. Copies share their elements: what is written through one shows in all of them, and only inv()
+ * and *= part a handle from the others first. Released element buffers stay in a pool of four for the next matrices of
+ * the same shapes, until the last matrix of that element type is gone. One thread at a time.
+ *
+ * The element type needs T(0), T(1), copying, + - * / and a modulus: abs(x), or a modulus(x) of its own beside it, that
+ * yields what compares with double. Products of std::complex do not look for infinities behind a NaN; quotients and
+ * moduli neither overflow nor underflow on the way.
+ */
+#ifndef DSP_RF_MATRIX_H
+#define DSP_RF_MATRIX_H
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace dsp {
+
+// What the matrix asks of its elements. The templates for std::complex are preferred over the general ones.
+namespace field {
+
+template <class T>
+auto modulus(const T &x) {
+  using std::abs;
+  return abs(x);
+}
+
+template <class T>
+T product(const T &a, const T &b) {
+  return a * b;
+}
+
+template <class T>
+T reciprocal(const T &x) {
+  return T(1) / x;
+}
+
+template <class F>
+F sum_of_squares(const std::complex<F> &z) {
+  return z.real() * z.real() + z.imag() * z.imag();
+}
+
+// Whether neither square nor their sum's reciprocal came near overflow or underflow.
+template <class F>
+bool is_safe(F sum_of_squares) {
+  constexpr F digits = 1 / std::numeric_limits<F>::epsilon();
+  constexpr F lowest = std::numeric_limits<F>::min() * digits * digits;
+  return sum_of_squares >= lowest && sum_of_squares <= 1 / lowest;
+}
+
+// z / 2^*exponent, the larger part in [0.5, 1). For finite z other than 0.
+template <class F>
+std::complex<F> mantissa(const std::complex<F> &z, int *exponent) {
+  std::frexp(std::max(std::abs(z.real()), std::abs(z.imag())), exponent);
+  return {std::ldexp(z.real(), -*exponent), std::ldexp(z.imag(), -*exponent)};
+}
+
+template <class F>
+bool has_mantissa(const std::complex<F> &z) {
+  return std::isfinite(z.real()) && std::isfinite(z.imag()) && (z.real() != 0 || z.imag() != 0);
+}
+
+template <class F>
+F scaled_modulus(const std::complex<F> &z) {
+  if (!has_mantissa(z)) return std::abs(z.real()) + std::abs(z.imag());
+  int exponent = 0;
+  const std::complex<F> m = mantissa(z, &exponent);
+  return std::ldexp(std::sqrt(sum_of_squares(m)), exponent);
+}
+
+template <class F>
+F modulus(const std::complex<F> &z) {
+  const F sum = sum_of_squares(z);
+  return is_safe(sum) ? std::sqrt(sum) : scaled_modulus(z);
+}
+
+template <class F>
+std::complex<F> product(const std::complex<F> &a, const std::complex<F> &b) {
+  return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
+template <class F>
+std::complex<F> scaled_reciprocal(const std::complex<F> &z) {
+  if (!has_mantissa(z)) return {1 / z.real(), -1 / z.imag()};
+  int exponent = 0;
+  const std::complex<F> m = mantissa(z, &exponent);
+  const F scale = 1 / sum_of_squares(m);
+  return {std::ldexp(m.real() * scale, -exponent), std::ldexp(-m.imag() * scale, -exponent)};
+}
+
+template <class F>
+std::complex<F> reciprocal(const std::complex<F> &z) {
+  const F sum = sum_of_squares(z);
+  if (!is_safe(sum)) return scaled_reciprocal(z);
+  const F scale = 1 / sum;
+  return {z.real() * scale, -z.imag() * scale};
+}
+
+// row *= f
+template <class T>
+void scale_row(T *row, T f, std::size_t n) {
+  for (std::size_t j = 0; j < n; ++j) row[j] = product(row[j], f);
+}
+
+// row -= f * other
+template <class T>
+void subtract_multiple(T *__restrict row, const T *__restrict other, T f, std::size_t n) {
+  for (std::size_t j = 0; j < n; ++j) row[j] = row[j] - product(f, other[j]);
+}
+
+// The row of the element of largest size in column k, from row k down; the first of several. Selected without
+// branches: nobody can foretell which it will be.
+template <class T, class Size>
+std::size_t largest_in_column(const T *a, std::size_t n, std::size_t k, Size size) {
+  auto best = size(a[k * n + k]);
+  std::size_t row = k;
+  for (std::size_t r = k + 1; r < n; ++r) {
+    const auto candidate = size(a[r * n + k]);
+    const bool larger = candidate > best;
+    best = larger ? candidate : best;
+    row = larger ? r : row;
+  }
+  return row;
+}
+
+template <class T>
+std::size_t find_pivot(const T *a, std::size_t n, std::size_t k) {
+  return largest_in_column(a, n, k, [](const T &x) { return modulus(x); });
+}
+
+// Squares do for the search, unless the largest is out of range.
+template <class F>
+std::size_t find_pivot(const std::complex<F> *a, std::size_t n, std::size_t k) {
+  using T = std::complex<F>;
+  const std::size_t row = largest_in_column(a, n, k, [](const T &z) { return sum_of_squares(z); });
+  return is_safe(sum_of_squares(a[row * n + k])) ? row : find_pivot<T>(a, n, k);
+}
+
+// Below this modulus a pivot counts as 0, whatever the other elements are.
+constexpr double least_pivot = 2.220446049250313e-12;
+
+template <class T>
+void swap_rows(T *a, T *b, std::size_t n) {
+  for (std::size_t j = 0; j < n; ++j) {
+    const T held = a[j];
+    a[j] = b[j];
+    b[j] = held;
+  }
+}
+
+// a becomes its inverse by Gauss-Jordan elimination with row pivoting. False: singular, a is left half reduced.
+// `order` and `line` are room for n each. N is n where the compiler may know it, else 0.
+template <std::size_t N, class T>
+bool gauss_jordan(T *a, std::size_t size, std::size_t *order, T *line) {
+  const std::size_t n = N != 0 ? N : size;
+  for (std::size_t k = 0; k < n; ++k) order[k] = k;
+  for (std::size_t k = 0; k < n; ++k) {
+    const std::size_t pivot = find_pivot(a, n, k);
+    if (modulus(a[pivot * n + k]) < least_pivot) return false;
+    T *const row = a + k * n;
+    std::swap(order[k], order[pivot]);
+    swap_rows(row, a + pivot * n, n);
+    const T q = reciprocal(row[k]);
+    row[k] = T(1);
+    scale_row(row, q, n);
+    for (std::size_t i = 0; i < n; ++i) {
+      if (i == k) continue;
+      T *const other = a + i * n;
+      const T f = std::exchange(other[k], T(0));
+      subtract_multiple(other, row, f, n);
+    }
+  }
+  for (T *row = a; row != a + n * n; row += n) {
+    for (std::size_t j = 0; j < n; ++j) line[order[j]] = row[j];
+    std::copy(line, line + n, row);
+  }
+  return true;
+}
+
+template <std::size_t N, class T>
+bool invert_fixed(T *a) {
+  std::size_t order[N];
+  T line[N];
+  return gauss_jordan<N>(a, N, order, line);
+}
+
+template <class T>
+bool invert_in_place(T *a, std::size_t n) {
+  if (n == 2) return invert_fixed<2>(a);
+  if (n == 3) return invert_fixed<3>(a);
+  const auto order = std::make_unique<std::size_t[]>(n);
+  const auto line = std::make_unique<T[]>(n);
+  return gauss_jordan<0>(a, n, order.get(), line.get());
+}
+
+// The sums of W neighbouring elements of a product: the row `a` times columns of b, from t = 0 on.
+template <std::size_t W, class T>
+void multiply_row(const T *a, const T *b, T *out, std::size_t k, std::size_t p) {
+  T sum[W];
+  std::fill(sum, sum + W, T(0));
+  for (std::size_t t = 0; t < k; ++t)
+    for (std::size_t w = 0; w < W; ++w) sum[w] = sum[w] + product(a[t], b[t * p + w]);
+  std::copy(sum, sum + W, out);
+}
+
+// out = a b, sizes m x k and k x p; out does not overlap the factors.
+template <class T>
+void multiply(const T *a, const T *b, T *out, std::size_t m, std::size_t k, std::size_t p) {
+  for (std::size_t i = 0; i < m; ++i, a += k, out += p) {
+    std::size_t j = 0;
+    for (; j + 4 <= p; j += 4) multiply_row<4>(a, b + j, out + j, k, p);
+    for (; j < p; ++j) multiply_row<1>(a, b + j, out + j, k, p);
+  }
+}
+
+}  // namespace field
+
+// The elements that handles share, and the pool that keeps some of those released.
+template <class T>
+class matrix_elements {
+ public:
+  static matrix_elements *acquire(std::uint32_t rows, std::uint32_t cols) {
+    matrix_elements *e = locks_ == 0 ? take(rows, cols) : nullptr;
+    if (e == nullptr) e = new matrix_elements(rows, cols);
+    e->handles = 1;
+    ++live_;
+    return e;
+  }
+
+  static void release(matrix_elements *e) noexcept {
+    std::fill(std::begin(e->spare), std::end(e->spare), nullptr);
+    --live_;
+    if (locks_ != 0) {
+      delete e;
+    } else if (live_ == 0) {
+      ++locks_;
+      for (matrix_elements *&slot : pool_) delete std::exchange(slot, nullptr);
+      --locks_;
+      delete e;
+    } else {
+      delete put(e);
+    }
+  }
+
+  static std::int64_t live() { return live_; }
+
+  std::unique_ptr<T[]> data;
+  void *spare[2] = {nullptr, nullptr};  // for extensions; null in the pool
+  std::uint32_t rows;
+  std::uint32_t cols;
+  std::int32_t handles = 0;
+
+ private:
+  matrix_elements(std::uint32_t rows_, std::uint32_t cols_)
+      : data(std::make_unique<T[]>(count(rows_, cols_))), rows(rows_), cols(cols_) {}
+
+  static std::size_t count(std::uint32_t rows, std::uint32_t cols) {
+    const std::uint64_t n = std::uint64_t{rows} * cols;
+    if (n > static_cast<std::uint64_t>(PTRDIFF_MAX) / sizeof(T)) throw std::bad_alloc();
+    return static_cast<std::size_t>(n);
+  }
+
+  static matrix_elements *take(std::uint32_t rows, std::uint32_t cols) noexcept {
+    for (matrix_elements *&slot : pool_)
+      if (slot != nullptr && slot->rows == rows && slot->cols == cols) return std::exchange(slot, nullptr);
+    return nullptr;
+  }
+
+  // To the front of the pool, the others one slot on up to the first gap. Returns the one that is pushed out, or null.
+  static matrix_elements *put(matrix_elements *e) noexcept {
+    ++locks_;
+    for (matrix_elements *&slot : pool_) {
+      std::swap(slot, e);
+      if (e == nullptr) break;
+    }
+    --locks_;
+    return e;
+  }
+
+  static inline matrix_elements *pool_[4] = {};
+  static inline std::int64_t live_ = 0;   // acquired and not released
+  static inline std::int32_t locks_ = 0;  // the pool is being rearranged
+};
+
+}  // namespace dsp
+
+template <class T>
+class matrix {
+  using elements = dsp::matrix_elements<T>;
+
+  // E is T, or const T for the rows of a constant matrix.
+  template <class E>
+  class row_of {
+   public:
+    E &operator[](std::uint32_t j) const {
+      if (j >= cols_) throw std::out_of_range("matrix<T>::operator[][]: Subscript out of range!");
+      return matrix_.at(row_, j);
+    }
+
+   private:
+    friend class matrix;
+    row_of(const matrix &m, std::uint32_t row) : matrix_(m), row_(row), cols_(m.cols()) {}
+
+    matrix matrix_;  // a handle of its own: the row outlives an inv() or *= of the matrix, with its old elements
+    std::uint32_t row_;
+    std::uint32_t cols_;
+  };
+
+ public:
+  /** Elements start as T() or with the contents of a pooled buffer: write before reading. std::bad_alloc: no memory. */
+  matrix(std::uint32_t rows, std::uint32_t cols) : elements_(elements::acquire(rows, cols)) {}
+
+  /** Copies rows x cols elements, stored row after row when `by_column` is 0, else column after column. */
+  matrix(std::uint32_t rows, std::uint32_t cols, const T *array, int by_column) : matrix(rows, cols) {
+    T *to = data();
+    for (std::size_t i = 0; i < rows; ++i)
+      for (std::size_t j = 0; j < cols; ++j) *to++ = by_column == 0 ? array[i * cols + j] : array[j * rows + i];
+  }
+
+  matrix(const matrix &other) noexcept : elements_(other.elements_) { ++elements_->handles; }
+
+  matrix &operator=(const matrix &other) noexcept {
+    matrix copy(other);
+    std::swap(elements_, copy.elements_);
+    return *this;
+  }
+
+  ~matrix() {
+    if (--elements_->handles == 0) elements::release(elements_);
+  }
+
+  std::uint32_t rows() const { return elements_->rows; }
+  std::uint32_t cols() const { return elements_->cols; }
+
+  std::size_t size() const { return std::size_t{rows()} * cols(); }
+
+  /** Row after row; as all elements, shared with the other handles. */
+  T *data() { return elements_->data.get(); }
+  const T *data() const { return elements_->data.get(); }
+
+  T &operator()(std::uint32_t r, std::uint32_t j) { return checked(r, j); }
+  const T &operator()(std::uint32_t r, std::uint32_t j) const { return checked(r, j); }
+
+  row_of<T> row(std::uint32_t r) { return checked_row<T>(r); }
+  row_of<const T> row(std::uint32_t r) const { return checked_row<const T>(r); }
+
+  /** this = this * b; other handles keep the elements they shared. */
+  matrix &operator*=(const matrix &b) {
+    if (cols() != b.rows())
+      throw std::invalid_argument("matrix<T>::operator*=: Inconsistent matrix size in multiplication!");
+    matrix result(rows(), b.cols());
+    dsp::field::multiply(data(), b.data(), result.data(), rows(), cols(), b.cols());
+    std::swap(elements_, result.elements_);
+    return *this;
+  }
+
+  friend matrix operator*(const matrix &a, const matrix &b) {
+    matrix result(a);
+    result *= b;
+    return result;
+  }
+
+  /** Inverts in place, after parting from other handles. False: a pivot's modulus was below 2.220446049250313e-12,
+   * an absolute bound; the elements are then left half reduced. */
+  bool inv() {
+    if (rows() != cols()) throw std::invalid_argument("matrix<T>::inv(): Inversion of non-square matrix!");
+    if (elements_->handles > 1) {
+      matrix own(rows(), cols(), data(), 0);
+      std::swap(elements_, own.elements_);
+    }
+    return dsp::field::invert_in_place(data(), rows());
+  }
+
+ private:
+  T &at(std::uint32_t r, std::uint32_t j) const { return elements_->data[std::size_t{r} * cols() + j]; }
+
+  T &checked(std::uint32_t r, std::uint32_t j) const {
+    if (r >= rows() || j >= cols()) throw std::out_of_range("matrix<T>::operator(): subscript is out of range!");
+    return at(r, j);
+  }
+
+  template <class E>
+  row_of<E> checked_row(std::uint32_t r) const {
+    if (r >= rows()) throw std::out_of_range("matrix<T>::row: subscript is out of range!");
+    return {*this, r};
+  }
+
+  elements *elements_;
+};
+
+#endif

@@ -1,0 +1,48 @@
+// Product and inverse of matrices in plain arrays.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+#include "dsp/dsp.h"
+#include "dsp/rf/complex_value.h"
+
+namespace dsp {
+namespace {
+
+complex_matrix from_array(const dsp_complex *array, int32_t rows, int32_t cols) {
+  complex_matrix m(static_cast<uint32_t>(rows), static_cast<uint32_t>(cols));
+  std::copy_n(array, m.size(), m.data());
+  return m;
+}
+
+void to_array(const complex_matrix &m, dsp_complex *array) { std::copy_n(m.data(), m.size(), array); }
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k, int32_t p) {
+  if (m < 0 || k < 0 || p < 0) return -1;
+  const std::int64_t written = std::int64_t{m} * p;
+  if (std::int64_t{k} * k > std::int64_t{m} * k || written > INT32_MAX) return -1;
+  try {
+    to_array(from_array(a, m, k) * from_array(b, k, p), out);
+  } catch (const std::bad_alloc &) {
+    return -1;
+  }
+  return static_cast<int32_t>(written);
+}
+
+int32_t invert(dsp_complex *m, int32_t n) {
+  if (n <= 0) return 0;
+  try {
+    complex_matrix inverse = from_array(m, n, n);
+    if (!inverse.inv()) return 0;
+    to_array(inverse, m);
+  } catch (const std::bad_alloc &) {
+    return 0;
+  }
+  return 1;
+}
