@@ -300,6 +300,18 @@ enum {
   DSP_WINDOW_SINC_LOBE = 23
 };
 
+/** Flags of the window generators. */
+enum {
+  DSP_WND_AMPLITUDE = 0,     /**< scaled to mean 1: a windowed spectrum shows amplitudes */
+  DSP_WND_POWER = 1,         /**< scaled to mean square 1: it shows power, noise above all */
+  DSP_WND_RAW = 2,           /**< peak 1 */
+  DSP_WND_SCALE_MASK = 3,    /**< all bits of it set: invalid */
+  DSP_WND_SYMMETRIC = 4,     /**< both ends on samples; Gauss, Kaiser, sinc lobe and Tukey only */
+  DSP_WND_ACTIVE = 8,        /**< the parameter is the number of samples that the window spans */
+  DSP_WND_SWAP_UNIFORM = 16, /**< the uniform window swaps halves as well */
+  DSP_WND_NO_SWAP = 32       /**< the others do not */
+};
+
 DSP_API int32_t dsp_window_from_str(const char *name, dsp_window_type *type);
 DSP_API int32_t dsp_window_to_str(dsp_window_type type, char *buffer, int32_t size);
 DSP_API int32_t dsp_window_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n);
@@ -522,23 +534,59 @@ DSP_API int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, con
 
 /* ============================================================================================================
  * Interpolation (interp)
+ *
+ * A tabulated function at other abscissae. A correction table of gain over frequency, at the bins of a spectrum:
+ *
+ *     dsp_cspline(&frequencies, &gains, NULL, &bins, &correction);            // not-a-knot spline
+ *     dsp_interp(&frequencies, &gains, NULL, &bins, &correction,
+ *                DSP_INTERP_LINEAR | DSP_INTERP_CLAMP);                       // straight lines, held at the ends
+ *
+ * Nodes rise strictly; queries rise too, since the search for their interval only moves forward: a query left of the
+ * interval reached is evaluated on that interval. Everything is real. Reference: de Boor, A Practical Guide to Splines.
  * ========================================================================================================== */
 
+/** Schemes of dsp_interp, and a flag. Schemes 2, 4, 6 and 7 give one constant, the ordinate of the right node of the
+ * first query's interval. */
 enum {
-  DSP_INTERP_HOLD = 0,
-  DSP_INTERP_LINEAR = 1,
-  DSP_INTERP_QUADRATIC = 3,
-  DSP_INTERP_SPLINE = 5,
-  DSP_INTERP_CLAMP = 16
+  DSP_INTERP_HOLD = 0,      /**< the previous node's ordinate; the last one's from the last node on */
+  DSP_INTERP_LINEAR = 1,    /**< a line through the two nodes around */
+  DSP_INTERP_QUADRATIC = 3, /**< a parabola through the nearest node and its neighbours; linear with two nodes */
+  DSP_INTERP_SPLINE = 5,    /**< a cubic spline */
+  DSP_INTERP_CLAMP = 16     /**< holds the first and last ordinate outside; else the end pieces go on */
 };
-enum { DSP_SPLINE_NOT_A_KNOT = 0, DSP_SPLINE_CLAMPED = 1, DSP_SPLINE_SECOND_DERIVATIVE = 2, DSP_SPLINE_NATURAL = 3 };
 
+/** Conditions at the ends of a spline. */
+enum {
+  DSP_SPLINE_NOT_A_KNOT = 0,        /**< the two outermost intervals are one cubic; typical */
+  DSP_SPLINE_CLAMPED = 1,           /**< the first derivative is given */
+  DSP_SPLINE_SECOND_DERIVATIVE = 2, /**< the second derivative is given */
+  DSP_SPLINE_NATURAL = 3            /**< the second derivative is 0 */
+};
+
+/** The function through the nodes (x, y) at the abscissae xq: out becomes real, as long as xq, with its dx. d2 is read
+ * by the spline only: the second derivatives from dspb_cspline_2d, or null for not-a-knot ends (they cost a solve per
+ * call). No node: zeros; one: its ordinate. out may be any of the inputs. -1: complex input, lengths that differ, nodes
+ * of equal abscissa in an interval met (out then holds what came before), a spline without d2 and fewer than four
+ * nodes, no memory. */
 DSP_API int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out,
                            int32_t mode);
+
+/** dsp_interp with DSP_INTERP_SPLINE. */
 DSP_API int32_t dsp_cspline(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out);
+
+/** The second derivatives at the nodes of the cubic spline through them, with a condition and, where it takes one, a
+ * value for each end. d2 becomes real, of the nodes' length, its dx the mean of theirs; it may be x or y.
+ * -1: complex input, lengths that differ, fewer than four nodes, abscissae that do not rise, an unknown condition, no
+ * memory. */
 DSP_API int32_t dspb_cspline_2d(const dsp_vec *x, const dsp_vec *y, dsp_vec *d2, double left_value, double right_value,
                                 int32_t left, int32_t right);
+
+/** a and b sample by sample in turn: out[2i] = a[i], out[2i + 1] = b[i], dx half the mean of theirs, complex if either
+ * is. out may be a or b. -1: lengths that differ (nothing touched), no memory. */
 DSP_API int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** A zero after every sample, dx halved: the first step of interpolation by two, before a lowpass filter. -1: no
+ * memory, `length` then doubled and `dx` halved all the same; or a length that cannot be doubled, nothing touched. */
 DSP_API int32_t dspi_zinter(dsp_vec *v);
 
 /* ============================================================================================================

@@ -1,0 +1,223 @@
+// Interpolation on a grid, spline derivatives, interleaving.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+
+constexpr int32_t clamped = DSP_INTERP_CLAMP;
+
+reals interpolated(const reals &x, const reals &y, const reals &queries, int32_t mode) {
+  const record rx(x), ry(y), rq(queries, 0.125);
+  record out(complexes{{9, 9}});
+  EXPECT_EQ(dsp_interp(&rx, &ry, nullptr, &rq, &out, mode), 0);
+  EXPECT_EQ(out.is_complex, 0u);
+  EXPECT_EQ(out.dx, 0.125);
+  return doubles_of(out);
+}
+
+TEST(Grid, SchemesAndEnds) {
+  const double nan = std::nan("");
+  const reals x2 = {0, 1}, x3 = {0, 1, 2}, squares = {0, 1, 4};
+  struct {
+    int32_t mode;
+    reals x, y, queries, expected;
+  } cases[] = {
+      {DSP_INTERP_LINEAR, x2, {0, 10}, {-1, 0.5, 2}, {-10, 5, 20}},
+      {DSP_INTERP_LINEAR | clamped, x2, {0, 10}, {-1, 0.5, 2, 0.5}, {0, 5, 10, 10}},
+      {DSP_INTERP_LINEAR | clamped, x2, {3, 10}, {-1, -2}, {3, 3}},
+      {DSP_INTERP_LINEAR, x2, {0, 10}, {nan, 0.5}, {nan, 5}},
+      {DSP_INTERP_HOLD, x3, {1, 2, 3}, {-1, 0.5, 1, 5, 0}, {1, 1, 2, 3, 3}},
+      {DSP_INTERP_QUADRATIC, x3, squares, {-1, 0.25, 1.5, 3}, {1, 0.0625, 2.25, 9}},
+      {DSP_INTERP_QUADRATIC | clamped, x3, squares, {-1, 0.25, 3, 1}, {0, 0.0625, 4, 4}},
+      // The first of two queries midway between nodes takes the right one, a later one stays at the left.
+      {DSP_INTERP_QUADRATIC, {0, 1, 2, 3}, {0, 0, 0, 6}, {1.5}, {-0.75}},
+      {DSP_INTERP_QUADRATIC, {0, 1, 2, 3}, {0, 0, 0, 6}, {1.25, 1.5}, {0, 0}},
+      {DSP_INTERP_QUADRATIC, x2, {0, 10}, {0.5}, {5}},
+      {2, x3, squares, {1.5, 0.5}, {4, 4}},
+      {4 | clamped, x3, squares, {-1, 0.5, 2}, {0, 1, 4}},
+      {7, x3, squares, {0.5}, {1}},
+      {7, x2, {0, 10}, {0.5}, {5}},
+      {DSP_INTERP_LINEAR, {}, {}, {1, 2}, {0, 0}},
+      {DSP_INTERP_HOLD | clamped, {3}, {7}, {1, 5}, {7, 7}},
+      {DSP_INTERP_LINEAR, x2, {1, 2}, {}, {}},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(&c - cases);
+    const record out(interpolated(c.x, c.y, c.queries, c.mode));
+    EXPECT_TRUE(near(out, c.expected, 1e-15));
+  }
+}
+
+TEST(Grid, OneNodeSplineIsAParabola) {
+  const record x(reals{1}), y(reals{5}), d2(reals{6}), q(reals{3, 0});
+  record out;
+  ASSERT_EQ(dsp_interp(&x, &y, &d2, &q, &out, DSP_INTERP_SPLINE | clamped), 0);
+  EXPECT_EQ(doubles_of(out), (reals{17, 8}));
+}
+
+TEST(Grid, Refusals) {
+  const record x(reals{0, 1, 1, 2}), y(reals{0, 1, 2, 3}), z(complexes{{0, 0}, {1, 0}, {2, 0}, {3, 0}}),
+      three(reals(3));
+  const record before(reals{0.5}), beyond(reals{0.5, 1.5});
+  record out;
+  EXPECT_EQ(dsp_interp(&x, &y, nullptr, &before, &out, DSP_INTERP_LINEAR), 0);
+  for (const int32_t mode : {0, 1, 2, 3}) EXPECT_EQ(dsp_interp(&x, &y, nullptr, &beyond, &out, mode), -1) << mode;
+  EXPECT_EQ(dsp_interp(&z, &y, nullptr, &before, &out, 1), -1);
+  EXPECT_EQ(dsp_interp(&y, &z, nullptr, &before, &out, 1), -1);
+  EXPECT_EQ(dsp_interp(&y, &y, nullptr, &z, &out, 1), -1);
+  EXPECT_EQ(dsp_interp(&y, &three, nullptr, &before, &out, 1), -1);
+  EXPECT_EQ(dsp_interp(&y, &y, &three, &before, &out, DSP_INTERP_SPLINE), -1);
+  EXPECT_EQ(dsp_interp(&y, &y, &z, &before, &out, DSP_INTERP_SPLINE), -1);
+  EXPECT_EQ(dsp_cspline(&three, &three, nullptr, &before, &out), -1);
+  for (const auto &ends : {std::pair(4, 0), std::pair(0, 4), std::pair(-1, 0)})
+    EXPECT_EQ(dspb_cspline_2d(&y, &y, &out, 0, 0, ends.first, ends.second), -1);
+  EXPECT_EQ(dspb_cspline_2d(&x, &y, &out, 0, 0, 1, 1), -1);
+  EXPECT_EQ(dspb_cspline_2d(&y, &three, &out, 0, 0, 1, 1), -1);
+}
+
+double cubic(double x) { return 1 + x * (-2 + x * (0.5 + 0.25 * x)); }
+double cubic_slope(double x) { return -2 + x * (1 + 0.75 * x); }
+double cubic_curvature(double x) { return 1 + 1.5 * x; }
+
+TEST(Spline, ReproducesACubicUnderEveryPairOfEnds) {
+  const reals x = {-1, -0.5, 0.75, 1, 2.5, 3, 3.125};
+  for (std::size_t n = 4; n <= x.size(); ++n)
+    for (int32_t left = 0; left <= 2; ++left)
+      for (int32_t right = 0; right <= 2; ++right) {
+        SCOPED_TRACE(testing::Message() << n << " nodes, ends " << left << " " << right);
+        const reals nodes(x.begin(), x.begin() + static_cast<std::ptrdiff_t>(n));
+        reals y, curvature, queries, values;
+        for (const double t : nodes) y.push_back(cubic(t)), curvature.push_back(cubic_curvature(t));
+        for (double t = -2; t < 4; t += 0.1875) queries.push_back(t), values.push_back(cubic(t));
+        const auto at_end = [](int32_t condition, double t) {
+          return condition == DSP_SPLINE_CLAMPED ? cubic_slope(t) : cubic_curvature(t);
+        };
+        const record rx(nodes, 1.0), ry(y, 3.0), rq(queries);
+        record d2, out;
+        ASSERT_EQ(dspb_cspline_2d(&rx, &ry, &d2, at_end(left, nodes.front()), at_end(right, nodes.back()), left, right),
+                  0);
+        EXPECT_TRUE(near(d2, curvature, 1e-13));
+        EXPECT_EQ(d2.dx, 2.0);
+        ASSERT_EQ(dsp_cspline(&rx, &ry, &d2, &rq, &out), 0);
+        EXPECT_TRUE(near(out, values, 1e-12));
+        record onto_y(ry);
+        ASSERT_EQ(dspb_cspline_2d(&rx, &onto_y, &onto_y, at_end(left, nodes.front()), at_end(right, nodes.back()), left,
+                                  right),
+                  0);
+        EXPECT_TRUE(same(onto_y, d2));
+      }
+}
+
+// The defining equations, in long double: continuous slopes inside, zero curvature at natural ends, one cubic over the
+// two intervals at an end without a knot.
+TEST(Spline, SatisfiesItsEquations) {
+  const std::size_t n = 40;
+  const reals steps = random_reals(n, 4), y = random_reals(n, 5);
+  reals x(n);
+  for (std::size_t i = 1; i < n; ++i) x[i] = x[i - 1] + 1.25 + steps[i];
+  const record rx(x), ry(y);
+  const auto h = [&](std::size_t i) { return static_cast<long double>(x[i]) - x[i - 1]; };
+  const auto rise = [&](std::size_t i) { return (static_cast<long double>(y[i]) - y[i - 1]) / h(i); };
+  for (const int32_t condition : {DSP_SPLINE_NATURAL, DSP_SPLINE_NOT_A_KNOT}) {
+    record d2;
+    ASSERT_EQ(dspb_cspline_2d(&rx, &ry, &d2, 7.0, 7.0, condition, condition), 0);
+    const double *m = d2.data;
+    for (std::size_t i = 1; i + 1 < n; ++i) {
+      const long double left = rise(i) + h(i) * (m[i - 1] + 2.0L * m[i]) / 6;
+      const long double right = rise(i + 1) - h(i + 1) * (2.0L * m[i] + m[i + 1]) / 6;
+      EXPECT_NEAR(static_cast<double>(left - right), 0.0, 3e-14) << i;
+    }
+    if (condition == DSP_SPLINE_NATURAL) {
+      EXPECT_EQ(m[0], 0.0);
+      EXPECT_EQ(m[n - 1], 0.0);
+    } else {
+      const auto third = [&](std::size_t i) { return static_cast<double>((m[i] - m[i - 1]) / h(i)); };
+      EXPECT_NEAR(third(1), third(2), 1e-12);
+      EXPECT_NEAR(third(n - 2), third(n - 1), 1e-12);
+    }
+  }
+}
+
+TEST(Grid, OutputMayShareAnyInput) {
+  const record x(reals{0, 1, 2, 4}), y(reals{1, 3, 2, 5}), d2(reals{0, 1, -1, 0}), q(reals{0.5, 1.5, 2, 3});
+  record expected;
+  ASSERT_EQ(dsp_interp(&x, &y, &d2, &q, &expected, DSP_INTERP_SPLINE), 0);
+  for (int which = 0; which < 4; ++which)
+    for (const bool through_view : {false, true}) {
+      record in[4] = {x, y, d2, q};
+      dsp_vec alias = view(in[which]);
+      dsp_vec *out = through_view ? &alias : &in[which];
+      ASSERT_EQ(dsp_interp(&in[0], &in[1], &in[2], &in[3], out, DSP_INTERP_SPLINE), 0);
+      EXPECT_TRUE(same(*out, expected)) << which;
+      dsp_destroy(&alias);
+    }
+}
+
+TEST(Interleave, PlacesSamplesAndShares) {
+  for (const bool a_complex : {false, true})
+    for (const bool b_complex : {false, true}) {
+      const record a = random_signal(5, a_complex, 1, 1.0), b = random_signal(5, b_complex, 2, 3.0);
+      complexes expected;
+      for (std::size_t i = 0; i < 5; ++i) {
+        expected.push_back(complexes_of(a)[i]);
+        expected.push_back(complexes_of(b)[i]);
+      }
+      record out;
+      ASSERT_EQ(dspb_inter(&a, &b, &out), 0);
+      EXPECT_EQ(complexes_of(out), expected);
+      EXPECT_EQ(out.is_complex, a_complex || b_complex);
+      EXPECT_EQ(out.dx, 1.0);
+      record onto_a(a), onto_b(b);
+      ASSERT_EQ(dspb_inter(&onto_a, &b, &onto_a), 0);
+      EXPECT_TRUE(same(onto_a, out));
+      ASSERT_EQ(dspb_inter(&a, &onto_b, &onto_b), 0);
+      EXPECT_TRUE(same(onto_b, out));
+      record owner(a);
+      const dsp_vec alias = view(owner);
+      ASSERT_EQ(dspb_inter(&alias, &b, &owner), 0);
+      EXPECT_TRUE(same(owner, out));
+      record spread(a);
+      ASSERT_EQ(dspi_zinter(&spread), 0);
+      EXPECT_EQ(spread.dx, 0.5);
+      for (std::size_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(complexes_of(spread)[2 * i], complexes_of(a)[i]);
+        EXPECT_EQ(complexes_of(spread)[2 * i + 1], 0.0);
+      }
+    }
+  const record two(reals{1, 2}), one(reals{1});
+  record out(reals{7});
+  EXPECT_EQ(dspb_inter(&two, &one, &out), -1);
+  EXPECT_EQ(doubles_of(out), reals{7});
+  dsp_vec huge = {1.0, nullptr, 0, std::numeric_limits<int32_t>::max(), 0, 0};
+  EXPECT_EQ(dspi_zinter(&huge), -1);
+  EXPECT_EQ(dspb_inter(&huge, &huge, &out), -1);
+}
+
+TEST(FailingMemory, Interpolation) {
+  const reals nodes = {0, 1, 2, 3, 5};
+  sweep_failing_memory("dsp_cspline", [&](record *r) {
+    const record x(nodes), y(random_reals(5, 1));
+    *r = record(reals{0.5, 2, 3});
+    return dsp_cspline(&x, &y, nullptr, r, r);
+  });
+  sweep_failing_memory("dspb_inter", [&](record *r) {
+    const record a = random_signal(5, false, 1), b = random_signal(5, true, 1);
+    return dspb_inter(&a, &b, r);
+  });
+  sweep_failing_memory("dspi_zinter", [&](record *r) {
+    static reals x = {1, 2, 3};
+    *static_cast<dsp_vec *>(r) = borrow(x);
+    return dspi_zinter(r);
+  });
+}
+
+}  // namespace
