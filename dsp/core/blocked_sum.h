@@ -1,0 +1,136 @@
+// Long sums in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 16 lanes, one double
+// in 16 each, eight additions at a time, and the lanes are added pairwise at the end. The order is the same on every
+// processor; additions need not wait for one another; and no number is added to one that is the sum of more than a few
+// dozen, so that a mean is right to 2 units in the last place or better. Several sums come out of one traversal.
+// Everything is local to the file that includes it, as in core/lanes.h.
+//
+// A kernel turns the doubles x, the `at`-th and following of their block, into the terms of its sums:
+//
+//     struct kernel {
+//       static constexpr int sums = 2;
+//       void operator()(const lanes &x, int at, lanes *term) const;
+//     };
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/lanes.h"
+
+namespace dsp {
+namespace {
+
+constexpr int sum_lanes = 16;
+constexpr int sum_round = 8 * sum_lanes;
+constexpr int sum_block = 2048;  // samples
+
+inline lanes alternating(double even, double odd) {
+  lanes v{};
+  for (int i = 0; i < lane_count; ++i) v[i] = i % 2 == 0 ? even : odd;
+  return v;
+}
+
+inline lanes broadcast(double x) { return alternating(x, x); }
+
+// first, first + 1, ...
+inline lanes counting_from(int first) {
+  lanes v{};
+  for (int i = 0; i < lane_count; ++i) v[i] = first + i;
+  return v;
+}
+
+// Adds whole rows of 16 doubles to the lanes from `first` on that fill `Groups` registers. A block stays in the nearest
+// cache, so that lanes which find no register wait for a second walk.
+template <int Groups, class Kernel>
+void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, double (*lane)[sum_lanes]) {
+  const int rows_end = n - n % sum_lanes;
+  for (int begin = 0; begin < rows_end; begin += sum_round) {
+    const int end = begin + sum_round < rows_end ? begin + sum_round : rows_end;
+    lanes sum[Kernel::sums][Groups] = {};
+    for (int at = begin + first; at < end; at += sum_lanes)
+      for (int g = 0; g < Groups; ++g) {
+        lanes term[Kernel::sums];
+        kernel(load<lanes>(x + at + g * lane_count), at + g * lane_count, term);
+        for (int k = 0; k < Kernel::sums; ++k) sum[k][g] += term[k];
+      }
+    for (int k = 0; k < Kernel::sums; ++k)
+      for (int g = 0; g < Groups; ++g) {
+        double *total = lane[k] + first + g * lane_count;
+        store(total, load<lanes>(total) + sum[k][g]);
+      }
+  }
+}
+
+// The last row of a signal, which lacks some of its 16 doubles.
+template <class Kernel>
+void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kernel, double (*lane)[sum_lanes]) {
+  for (int at = begin; at < end; at += lane_count) {
+    lanes present{};
+    for (int i = 0; i < lane_count && at + i < end; ++i) present[i] = x[at + i];
+    lanes term[Kernel::sums];
+    kernel(present, at, term);
+    for (int k = 0; k < Kernel::sums; ++k)
+      for (int i = 0; i < lane_count && at + i < end; ++i) lane[k][at - begin + i] += term[k][i];
+  }
+}
+
+// The lanes of one block of n doubles.
+template <int Groups, class Kernel>
+void sum_block_lanes(const double *x, int n, const Kernel &kernel, double (*lane)[sum_lanes]) {
+  for (int k = 0; k < Kernel::sums; ++k)
+    for (double &sum : lane[k]) sum = 0.0;
+  for (int first = 0; first < sum_lanes; first += Groups * lane_count)
+    sum_some_lanes<Groups>(x, n, first, kernel, lane);
+  if (n % sum_lanes != 0) sum_incomplete_row(x, n - n % sum_lanes, n, kernel, lane);
+}
+
+// As many registers as the sums of a kernel can be given.
+constexpr int groups_at_once(int sums) {
+  const int registers = lane_count == 2 ? 4 : 8;
+  int groups = sum_lanes / lane_count;
+  while (groups > 1 && groups * sums > registers) groups /= 2;
+  return groups;
+}
+
+// block(x, n, lane) fills the lanes of a block of n doubles. total[k * parts + part] becomes the k-th sum; parts is 2
+// for complex samples, whose parts are summed apart, else 1.
+template <int Sums, class Block>
+void add_blocks(const double *x, std::int64_t samples, int parts, const Block &block, double *total) {
+  for (int i = 0; i < Sums * parts; ++i) total[i] = 0.0;
+  for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
+    double lane[Sums][sum_lanes];
+    block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, lane);
+    for (int k = 0; k < Sums; ++k) {
+      double *sum = lane[k];
+      for (int l = 0; l < 8; ++l) sum[l] += sum[l + 8];
+      for (int l = 0; l < 4; ++l) sum[l] += sum[l + 4];
+      for (int l = 0; l < 2; ++l) sum[l] += sum[l + 2];
+      if (parts == 1) sum[0] += sum[1];
+      for (int part = 0; part < parts; ++part) total[k * parts + part] += sum[part];
+    }
+  }
+}
+
+template <class Kernel>
+void blocked_sum(const double *x, std::int64_t samples, int parts, const Kernel &kernel, double *total) {
+  const auto block = [&](const double *at, int n, double(*lane)[sum_lanes]) {
+    sum_block_lanes<groups_at_once(Kernel::sums)>(at, n, kernel, lane);
+  };
+  add_blocks<Kernel::sums>(x, samples, parts, block, total);
+}
+
+// The same for a kernel with a costly treatment of rare values: `fast` does without it, and a block whose lanes are not
+// all within `limit` in the sum numbered `guard` is done again with `exact`.
+template <int Guard, class Fast, class Exact>
+void blocked_sum(const double *x, std::int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
+                 double *total) {
+  const auto block = [&](const double *at, int n, double(*lane)[sum_lanes]) {
+    sum_block_lanes<groups_at_once(Fast::sums)>(at, n, fast, lane);
+    int within = 1;
+    for (const double sum : lane[Guard]) within &= sum <= limit;
+    if (within == 0) sum_block_lanes<1>(at, n, exact, lane);
+  };
+  add_blocks<Fast::sums>(x, samples, parts, block, total);
+}
+
+}  // namespace
+}  // namespace dsp

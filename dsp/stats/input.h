@@ -1,0 +1,21 @@
+// What a statistic reads of its input, taken before the output is touched.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/sizing.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+struct stats_input {
+  const double *data;
+  std::int64_t n;
+  bool is_complex;
+  int parts;  // doubles per sample
+
+  explicit stats_input(const dsp_vec &in)
+      : data(in.data), n(samples(in)), is_complex(in.is_complex != 0), parts(is_complex ? 2 : 1) {}
+};
+
+}  // namespace dsp

@@ -1,0 +1,91 @@
+// Skewness and excess kurtosis.
+#include <cmath>
+
+#include "dsp/core/blocked_sum.h"
+#include "dsp/dsp.h"
+#include "dsp/stats/deviation.h"
+#include "dsp/stats/input.h"
+#include "dsp/stats/reference.h"
+#include "dsp/stats/result.h"
+
+namespace dsp {
+namespace {
+
+template <class Powers>
+struct third_order {
+  static constexpr int sums = 3;
+  lanes reference;
+  void operator()(const lanes &x, int, lanes *term) const {
+    const powers p = Powers()(x - reference);
+    term[0] = p.d;
+    term[1] = p.square;
+    term[2] = p.cube;
+  }
+};
+
+template <class Powers>
+struct fourth_order {
+  static constexpr int sums = 2;
+  lanes reference;
+  void operator()(const lanes &x, int, lanes *term) const {
+    const powers p = Powers()(x - reference);
+    term[0] = p.square;
+    term[1] = p.square * p.square;
+  }
+};
+
+struct clamped {
+  static constexpr int sums = 1;
+  void operator()(const lanes &x, int, lanes *term) const {
+    term[0] = saturated(x, x, overflow_bound, -overflow_bound);
+  }
+};
+
+double clamped_mean(const stats_input &x) {
+  double total;
+  blocked_sum(x.data, x.n, 1, clamped(), &total);
+  return total / static_cast<double>(x.n);
+}
+
+double skewness(const stats_input &x) {
+  if (x.n < 1) return 0.0;
+  const lanes about = broadcast(rough_mean(x, 0));
+  double total[3];
+  blocked_sum<1>(x.data, x.n, 1, third_order<plain_powers>{about}, third_order<saturated_powers>{about},
+                 squares_within_bound, total);
+  const auto n = static_cast<double>(x.n);
+  const double m1 = total[0] / n;
+  const double m2 = total[1] / n;
+  const double variance = m2 - m1 * m1;
+  const double m3 = total[2] / n - 3.0 * m1 * m2 + 2.0 * m1 * m1 * m1;
+  const double scale = variance * std::sqrt(variance);
+  if (scale != 0.0) return m3 / scale;
+  return m3 != 0.0 ? overflow_bound : 0.0;
+}
+
+// About the true mean: fourth powers do not forgive a guess.
+double excess_kurtosis(const stats_input &x) {
+  if (x.n < 1) return -3.0;
+  const lanes about = broadcast(clamped_mean(x));
+  double total[2];
+  blocked_sum<0>(x.data, x.n, 1, fourth_order<plain_powers>{about}, fourth_order<saturated_powers>{about},
+                 squares_within_bound, total);
+  const auto n = static_cast<double>(x.n);
+  const double variance = total[0] / n;
+  const double m4 = total[1] / n;
+  if (variance * variance != 0.0) return m4 / (variance * variance) - 3.0;
+  return m4 != 0.0 ? overflow_bound : -3.0;
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsps_skew(const dsp_vec *in, dsp_vec *out) {
+  return in->is_complex != 0 ? -1 : put_number(out, skewness(stats_input(*in)));
+}
+
+int32_t dsps_excess(const dsp_vec *in, dsp_vec *out) {
+  return in->is_complex != 0 ? -1 : put_number(out, excess_kurtosis(stats_input(*in)));
+}

@@ -1,0 +1,41 @@
+// Sum, mean and the sums of squares.
+#include <cmath>
+
+#include "dsp/dsp.h"
+#include "dsp/stats/input.h"
+#include "dsp/stats/result.h"
+#include "dsp/stats/sums.h"
+
+namespace dsp {
+namespace {
+
+int32_t put_sum(const stats_input &x, dsp_vec *out, double divisor) {
+  double total[2] = {};
+  sums().values(x.data, x.n, x.parts, total);
+  return put_sample(out, x.is_complex, total[0] / divisor, total[1] / divisor);
+}
+
+double sum_of_squares(const stats_input &x) {
+  double total[2] = {};
+  sums().squares(x.data, x.n, x.parts, total);
+  return total[0] + total[1];
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsps_sum(const dsp_vec *in, dsp_vec *out) { return put_sum(stats_input(*in), out, 1.0); }
+
+int32_t dsps_mean(const dsp_vec *in, dsp_vec *out) {
+  const stats_input x(*in);
+  return put_sum(x, out, x.n > 0 ? static_cast<double>(x.n) : 1.0);
+}
+
+int32_t dsps_magsq_sum(const dsp_vec *in, dsp_vec *out) { return put_number(out, sum_of_squares(stats_input(*in))); }
+
+int32_t dsps_rms(const dsp_vec *in, dsp_vec *out) {
+  const stats_input x(*in);
+  return put_number(out, x.n > 0 ? std::sqrt(sum_of_squares(x) / static_cast<double>(x.n)) : 0.0);
+}

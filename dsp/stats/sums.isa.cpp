@@ -1,0 +1,59 @@
+#include "dsp/stats/sums.h"
+
+#include "dsp/core/blocked_sum.h"
+#include "dsp/stats/deviation.h"
+
+namespace dsp {
+namespace DSP_ISA {
+namespace {
+
+struct identity {
+  static constexpr int sums = 1;
+  void operator()(const lanes &x, int, lanes *term) const { term[0] = x; }
+};
+
+struct plain_square {
+  static constexpr int sums = 1;
+  void operator()(const lanes &x, int, lanes *term) const { term[0] = x * x; }
+};
+
+// The two parts of a complex sample share its 1e100.
+struct saturated_square {
+  static constexpr int sums = 1;
+  int parts;
+  void operator()(const lanes &x, int, lanes *term) const {
+    const auto here = beyond(x);
+    const auto there = parts == 2 ? beyond(swap_pairs(x)) : here;
+    term[0] = (here | there) ? alternating(overflow_bound, parts == 2 ? 0.0 : overflow_bound) : x * x;
+  }
+};
+
+template <class Powers>
+struct difference_and_square {
+  static constexpr int sums = 2;
+  lanes reference;
+  void operator()(const lanes &x, int, lanes *term) const {
+    const powers p = Powers()(x - reference);
+    term[0] = p.d;
+    term[1] = p.square;
+  }
+};
+
+void values(const double *x, std::int64_t n, int parts, double *total) { blocked_sum(x, n, parts, identity(), total); }
+
+void squares(const double *x, std::int64_t n, int parts, double *total) {
+  blocked_sum<0>(x, n, parts, plain_square(), saturated_square{parts}, squares_within_bound, total);
+}
+
+void spread(const double *x, std::int64_t n, int parts, const double *reference, double *total) {
+  const lanes about = alternating(reference[0], reference[parts - 1]);
+  blocked_sum<1>(x, n, parts, difference_and_square<plain_powers>{about},
+                 difference_and_square<saturated_powers>{about}, squares_within_bound, total);
+}
+
+}  // namespace
+
+extern const sum_kernels sum_table = {values, squares, spread};
+
+}  // namespace DSP_ISA
+}  // namespace dsp
