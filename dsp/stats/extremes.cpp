@@ -1,0 +1,34 @@
+// Maximum and minimum.
+#include "dsp/stats/extremes.h"
+
+#include "dsp/core/saturation.h"
+#include "dsp/dsp.h"
+#include "dsp/stats/input.h"
+#include "dsp/stats/result.h"
+
+namespace dsp {
+namespace {
+
+// The sample found, or what stands for one when nothing beat the start of the search.
+int32_t put_extreme(const stats_input &x, dsp_vec *out, std::int64_t at, double re, double im) {
+  if (x.n < 1) return put_sample(out, x.is_complex, 0.0, 0.0);
+  if (at < 0) return put_sample(out, x.is_complex, re, im);
+  const double *sample = x.data + at * x.parts;
+  return put_sample(out, x.is_complex, sample[0], sample[x.parts - 1]);
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsps_max(const dsp_vec *in, dsp_vec *out) {
+  const stats_input x(*in);
+  const double nothing = x.is_complex ? 0.0 : -overflow_bound;
+  return put_extreme(x, out, extremes().greatest(x.data, x.n, x.parts), nothing, nothing);
+}
+
+int32_t dsps_min(const dsp_vec *in, dsp_vec *out) {
+  const stats_input x(*in);
+  return put_extreme(x, out, extremes().least(x.data, x.n, x.parts), overflow_bound, overflow_bound);
+}

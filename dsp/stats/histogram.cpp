@@ -1,0 +1,77 @@
+#include <cmath>
+
+#include "dsp/core/operands.h"
+#include "dsp/core/saturation.h"
+#include "dsp/core/sizing.h"
+#include "dsp/core/temporary.h"
+#include "dsp/dsp.h"
+#include "dsp/stats/input.h"
+
+namespace dsp {
+namespace {
+
+constexpr double upper_edge = 1.0 + 10.0 * 0x1p-52;  // values this little beyond the last bin belong to it
+
+struct bins {
+  double start;
+  double width;
+  double count;
+};
+
+// Places of samples along the bins: apart from the counting, so that it vectorises.
+void places(const stats_input &x, std::int64_t begin, int n, const bins &b, double *place) {
+  if (x.is_complex) {
+    const double *z = x.data + 2 * begin;
+    for (int i = 0; i < n; ++i) {
+      const double re = z[2 * i];
+      const double im = z[2 * i + 1];
+      place[i] = overflows(re) || overflows(im) ? overflow_bound : std::sqrt(re * re + im * im);
+    }
+    for (int i = 0; i < n; ++i) place[i] -= b.start;
+  } else {
+    for (int i = 0; i < n; ++i) place[i] = x.data[begin + i] - b.start;
+  }
+  if (b.width != 0.0)
+    for (int i = 0; i < n; ++i) place[i] /= b.width;
+  else
+    for (int i = 0; i < n; ++i) place[i] = place[i] == 0.0 ? place[i] : overflow_bound;
+}
+
+void count(const double *place, int n, const bins &b, double *counts) {
+  for (int i = 0; i < n; ++i) {
+    const double u = place[i];
+    if (u >= 0.0 && u < b.count)
+      counts[static_cast<int32_t>(u)] += 1.0;
+    else if (u >= b.count && u < b.count * upper_edge && b.count > 0.0)
+      counts[static_cast<std::int64_t>(u) - 1] += 1.0;
+  }
+}
+
+int32_t histogram(const stats_input &x, dsp_vec *out, const bins &b, int32_t length) {
+  out->is_complex = 0;
+  out->length = length;
+  out->dx = b.width;
+  if (dsp_alloc(out) != 0 || dspi_zero(out) != 0) return -1;
+  constexpr int block = 512;
+  double place[block];
+  for (std::int64_t done = 0; done < x.n; done += block) {
+    const int n = static_cast<int>(x.n - done < block ? x.n - done : block);
+    places(x, done, n, b, place);
+    count(place, n, b, out->data);
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bin_count) {
+  const stats_input x(*in);
+  const bins b = {start, bin_width, static_cast<double>(bin_count)};
+  if (!shares_buffer(*in, *out)) return histogram(x, out, b, bin_count);
+  temporary result;
+  if (histogram(x, result.get(), b, bin_count) != 0) return -1;
+  return dsp_copy(out, result.get());
+}
