@@ -411,23 +411,72 @@ DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t len
 
 /* ============================================================================================================
  * Statistics, peak and regression (stats)
+ *
+ * Each reduces one signal to a signal of one sample (a histogram, a peak or a fit: of a few), whose `dx` stays:
+ *
+ *     dsp_vec level;
+ *     dsp_init(&level);
+ *     dsps_rms(&v, &level);                  // level.data[0] is the level
+ *     dsps_mean(&v, &v);                     // in place: v is now its own mean
+ *
+ * Sums run in blocks of 2048 samples and, inside a block, in 16 lanes whatever the processor: fast, the same bits
+ * everywhere, and right to a few units in the last place for any length. No routine fails on numbers or on an empty
+ * signal, whose statistic is 0 where nothing else is said. Where values are said to saturate, one beyond +-1e100 counts
+ * as +-1e100 and its square as 1e200; where not, infinities and NaN run through. All return -1 when memory runs out.
  * ========================================================================================================== */
 
+/** Sum of the samples; complex for a complex signal. */
 DSP_API int32_t dsps_sum(const dsp_vec *in, dsp_vec *out);
+
+/** Arithmetic mean, sum/n. */
 DSP_API int32_t dsps_mean(const dsp_vec *in, dsp_vec *out);
+
+/** Geometric mean, the n-th root of the product of all samples, taken front to back; 0 for a product below the smallest
+ * normal double, so for every negative one. Complex: the principal root. Products leave the range of doubles easily:
+ * for long signals average logarithms instead. */
 DSP_API int32_t dsps_gmean(const dsp_vec *in, dsp_vec *out);
+
+/** Harmonic mean, n over the sum of reciprocals; 0 if a real sample is 0, 1e100 if real reciprocals cancel. Complex
+ * samples saturate, and a complex 0 counts as reciprocal 0. */
 DSP_API int32_t dsps_hmean(const dsp_vec *in, dsp_vec *out);
+
+/** Middle one in the order of dspi_sort, or the mean of the middle two. Costs a copy and its sorting. */
 DSP_API int32_t dsps_median(const dsp_vec *in, dsp_vec *out);
+
+/** The greatest (least) sample; of equal ones the first. A real maximum starts from -1e100 and a minimum from 1e100,
+ * which stay the result when no sample beats them. Complex samples are compared by squared magnitude, which counts as
+ * 1e100 when a part is beyond +-1e100; the whole sample is given, (0, 0) or (1e100, 1e100) when none beats the
+ * start. NaN, also in one part, is never chosen. */
 DSP_API int32_t dsps_max(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dsps_min(const dsp_vec *in, dsp_vec *out);
+
+/** Energy: the sum of |x|^2, real. A sample with a part beyond +-1e100 adds 1e100. */
 DSP_API int32_t dsps_magsq_sum(const dsp_vec *in, dsp_vec *out);
+
+/** Root of the mean of |x|^2, with that sum. */
 DSP_API int32_t dsps_rms(const dsp_vec *in, dsp_vec *out);
+
+/** Variance and its root, the standard deviation: of the samples as they are (pop, over n) or estimated for what they
+ * are drawn from (samp, over n - 1; a single sample has 0). Real; complex signals are measured by |x - mean|^2. One
+ * pass about the mean of the first, middle and last sample; differences from it saturate. A variance that is 0 may come
+ * out as a rounding residue of either sign, whose root is NaN if negative. */
 DSP_API int32_t dsps_pop_var(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dsps_samp_var(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dsps_pop_stddev(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dsps_samp_stddev(const dsp_vec *in, dsp_vec *out);
+
+/** Skewness m3/m2^1.5 of a real signal, one pass as above; without variance 0, or 1e100 for a third moment that is
+ * none. -1 for a complex signal: nothing is touched. */
 DSP_API int32_t dsps_skew(const dsp_vec *in, dsp_vec *out);
+
+/** Excess kurtosis m4/m2^2 - 3 of a real signal, two passes, saturated; -3 for a constant or empty one. -1 for a
+ * complex signal: nothing is touched. */
 DSP_API int32_t dsps_excess(const dsp_vec *in, dsp_vec *out);
+
+/** Counts of samples (complex: of magnitudes, 1e100 for a part beyond +-1e100) in `bins` bins of bin_width from `start`
+ * on; out->dx becomes bin_width. A sample on a border belongs to the upper bin, one on the last border or a few units
+ * in the last place above it to the last bin; others outside, and NaN, are not counted. With bin_width 0, samples equal
+ * to `start` count in bin 0; a negative one counts downwards. bins <= 0: nothing is counted. */
 DSP_API int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bins);
 
 enum {
@@ -450,8 +499,34 @@ enum {
  * Of equal samples the first wins; NaN never does. Empty: (0, 0). out may be in. -1: other refinements, no memory; and,
  * with the clamped result written, a Gaussian centre more than 1.5 samples off. */
 DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);
+
+/** The polynomial c[0] + c[1] x + c[2] x^2 + ... of a real signal, by Horner's rule. -1 for a complex signal: nothing is
+ * touched. */
 DSP_API int32_t dsps_peval(const dsp_vec *c, dsp_vec *out, double x);
+
+/** Straight line through points: out = slope, intercept of y on x. A real signal is y, its x the place times `dx` (1 if
+ * `dx` is 0); a complex signal holds points (re, im). Differences from a rough centre saturate. The places of a real
+ * signal start again at 0 after every 2048 samples: fit longer traces as points. No slope (all x equal): 1e100, 1e100.
+ * One point: slope 0 and its y. */
 DSP_API int32_t dsps_lin_regres(const dsp_vec *in, dsp_vec *out);
+
+/** The same fit with its statistics, twenty values; out->dx becomes 1.
+ *
+ *     y on x   x on y
+ *        0        7    slope (1e100 if the variable it divides by does not vary)
+ *        1        8    intercept (likewise)
+ *        2        9    variance of the residuals
+ *        3       10    variance of the slope
+ *        4       11    variance of the intercept
+ *        5       12    covariance of slope and intercept
+ *        6       13    their correlation
+ *
+ *       14, 15   means of x and y
+ *       16, 17   sample variances of x and y (over n - 1)
+ *       18       sample covariance
+ *       19       correlation coefficient; 0 when x or y does not vary
+ *
+ * Residual variances are over n - 2, and 0 for two points. One point: its y at 1 and 15, its x at 8 and 14, else 0. */
 DSP_API int32_t dsps_lin_regres2(const dsp_vec *in, dsp_vec *out);
 
 /* ============================================================================================================
