@@ -2,6 +2,7 @@
 
 #include "dsp/core/caches.h"
 #include "dsp/fft/table_cache.h"
+#include "dsp/fft/transform.h"
 
 namespace dsp {
 namespace {
@@ -60,6 +61,7 @@ const std::uint32_t *bitrev_fixed(int bits) {
 }
 
 std::int32_t free_bitrev_tables() {
+  forget_setups();
   bitrev_pair_cache.release();
   bitrev_fixed_cache.release();
   return 0;

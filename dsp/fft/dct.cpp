@@ -109,7 +109,7 @@ int32_t backward(dsp_vec *v, bool normalised) {
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
   state.work.dx = v->dx;
   rotate_back(v->data, n, reinterpret_cast<dsp_complex *>(state.work.data));
-  if (dspi_irdft(&state.work, n % 2) != 0) return -1;
+  if (dspi_irdft(&state.work, n % 2 != 0) != 0) return -1;
   merge_evens_and_odds(state.work.data, n, v->data);
   v->dx = state.work.dx * 0.5;
   return 0;

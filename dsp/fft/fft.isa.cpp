@@ -142,13 +142,34 @@ struct tile {
   samples<W> column[T][T / W];
 
   DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
-    for (int group = 0; group < T; group += W) {
-      for (int c = 0; c < T; c += W) {
-        samples<W> block[W];
-        for (int lane = 0; lane < W; ++lane)
-          block[lane] = load_split<W>(x + reversed_bits(group + lane, T) * stride + 2 * c);
-        transpose<W>(block);
-        for (int i = 0; i < W; ++i) column[c + i][group / W] = block[i];
+    for (int i = 0; i < T; ++i)
+      for (int group = 0; group < T / W; ++group)
+        column[i][group] = load_split<W>(x + reversed_bits(i, T) * stride + 2 * W * group);
+    transpose_rows();
+  }
+
+  // For a record that is no more than this tile: the one pass before, whose results stay in registers.
+  template <class Source>
+  DSP_INLINE void compute(const double *x, const double *roots) {
+    for (int group = 0; group < T / W; ++group, roots += (T - 1) * root_values * W) {
+      samples<W> v[T];
+      for (int i = 0; i < T; ++i) v[i] = Source::template load<W>(x + 2 * (i * T + group * W));
+      butterfly<W>(v);
+      column[0][group] = v[0];
+      for (int i = 1; i < T; ++i) column[i][group] = times_root<W>(v[i], roots + (i - 1) * root_values * W);
+    }
+    transpose_rows();
+  }
+
+  DSP_INLINE void transpose_rows() {
+    for (int i = 0; i < T; i += W) {
+      for (int j = i; j < T; j += W) {
+        samples<W> a[W];
+        samples<W> b[W];
+        for (int k = 0; k < W; ++k) a[k] = column[i + k][j / W], b[k] = column[j + k][i / W];
+        dsp::transpose<W>(a);
+        dsp::transpose<W>(b);
+        for (int k = 0; k < W; ++k) column[j + k][i / W] = a[k], column[i + k][j / W] = b[k];
       }
     }
   }
@@ -193,9 +214,20 @@ void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double sca
   }
 }
 
+template <int W, int T, bool Exchange, class Source>
+void only_tile(const double *roots, double *x, double scale) {
+  tile<W, T> t;
+  t.template compute<Source>(x, roots);
+  t.template finish<Exchange>(scale);
+  t.store(x, 2 * T);
+}
+
 template <int W, int T>
 void transform(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
   const std::ptrdiff_t n = std::ptrdiff_t{1} << plan.bits;
+  if (n == T * T)
+    return inverse ? only_tile<W, T, true, as_exchanged_pairs>(tables.roots, x, scale)
+                   : only_tile<W, T, false, as_pairs>(tables.roots, x, scale);
   const int radix_bits = plan.radix_bits[0];
   const double *next = tables.roots + root_values * (n - (n >> radix_bits));
   if (inverse)

@@ -23,7 +23,7 @@ int32_t hilbert_real(dsp_vec *v) {
   bins(v)[0] = {0.0, 0.0};
   turn_back(v, 1, (n + 1) / 2);
   if (n % 2 == 0) bins(v)[n / 2] = {0.0, 0.0};
-  return dspi_irdft(v, n % 2);
+  return dspi_irdft(v, n % 2 != 0);
 }
 
 int32_t hilbert_complex(dsp_vec *v) {

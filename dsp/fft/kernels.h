@@ -12,11 +12,11 @@ namespace dsp {
 // samples, then one pass over tiles of 2^tile_bits times 2^tile_bits samples that does the rest and reverses the bits.
 // Samples lie as `lanes` real and `lanes` imaginary parts in turn in between.
 struct fft_plan {
-  int bits;
-  int lanes;
-  int tile_bits;
-  int passes;
-  int radix_bits[16];
+  std::int8_t bits;
+  std::int8_t lanes;
+  std::int8_t tile_bits;
+  std::int8_t passes;
+  std::int8_t radix_bits[16];
 };
 
 // What a kernel reads beside the samples.

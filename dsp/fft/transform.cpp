@@ -12,23 +12,40 @@ constexpr int smallest_planned = 4;  // bits
 // As many passes of radix 8 as the registers of the widest kernels allow; else one where radix 4 leaves a level over.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
-  plan.bits = bits;
-  plan.lanes = lanes == 8 && bits < 6 ? 4 : lanes;
-  plan.tile_bits = plan.lanes == 8 ? 3 : 2;
+  const bool wide = lanes == 8 && bits >= 6;
+  plan.bits = static_cast<std::int8_t>(bits);
+  plan.lanes = static_cast<std::int8_t>(wide || lanes < 8 ? lanes : 4);
+  plan.tile_bits = wide ? 3 : 2;
   int left = bits - plan.tile_bits;
-  int eights = plan.lanes == 8 ? left / 3 : left % 2;
+  int eights = wide ? left / 3 : left % 2;
   while ((left - 3 * eights) % 2 != 0) --eights;
-  for (; left > 0; left -= plan.radix_bits[plan.passes++]) plan.radix_bits[plan.passes] = eights-- > 0 ? 3 : 2;
+  while (left > 0) {
+    plan.radix_bits[plan.passes] = eights-- > 0 ? 3 : 2;
+    left -= plan.radix_bits[plan.passes++];
+  }
   return plan;
 }
 
-}  // namespace
+// What the transform of one size needs, found with one look; the tables belong to their caches.
+struct fft_setup {
+  const fft_kernels *kernels;  // null: not set up
+  fft_plan plan;
+  fft_tables tables;
+};
 
-int log2_of(std::int64_t n) {
-  int bits = 0;
-  while (n > 1) n /= 2, ++bits;
-  return bits;
+fft_setup setups[32];
+
+bool set_up(int bits, const fft_kernels &kernels, fft_setup *setup) {
+  fft_setup fresh = {&kernels, make_plan(bits, kernels.lanes), {}};
+  fresh.tables.roots = twiddle_table(fresh.plan, kernels.root_values);
+  fresh.tables.pairs = bitrev_pairs(bits - 2 * fresh.plan.tile_bits);
+  fresh.tables.fixed = bitrev_fixed(bits - 2 * fresh.plan.tile_bits);
+  if (fresh.tables.roots == nullptr || fresh.tables.pairs == nullptr || fresh.tables.fixed == nullptr) return false;
+  *setup = fresh;
+  return true;
 }
+
+}  // namespace
 
 std::int32_t transform(double *x, int bits, bool inverse, double scale) {
   const fft_kernels &kernels = active_fft_kernels();
@@ -36,15 +53,14 @@ std::int32_t transform(double *x, int bits, bool inverse, double scale) {
     kernels.small(bits, x, scale, inverse);
     return 0;
   }
-  const fft_plan plan = make_plan(bits, kernels.lanes);
-  fft_tables tables = {};
-  tables.roots = twiddle_table(plan, kernels.root_values);
-  if (tables.roots == nullptr) return -1;
-  tables.pairs = bitrev_pairs(bits - 2 * plan.tile_bits);
-  tables.fixed = bitrev_fixed(bits - 2 * plan.tile_bits);
-  if (tables.pairs == nullptr || tables.fixed == nullptr) return -1;
-  kernels.transform(plan, tables, x, scale, inverse);
+  fft_setup &setup = setups[bits];
+  if (setup.kernels != &kernels && !set_up(bits, kernels, &setup)) return -1;
+  kernels.transform(setup.plan, setup.tables, x, scale, inverse);
   return 0;
+}
+
+void forget_setups() {
+  for (fft_setup &setup : setups) setup.kernels = nullptr;
 }
 
 }  // namespace dsp

@@ -10,6 +10,9 @@ namespace dsp {
 std::int32_t transform(double *x, int bits, bool inverse, double scale);
 
 // The exponent of a power of two.
-int log2_of(std::int64_t n);
+inline int log2_of(std::int64_t n) { return 63 - __builtin_clzll(static_cast<unsigned long long>(n)); }
+
+// To be called before tables are released.
+void forget_setups();
 
 }  // namespace dsp

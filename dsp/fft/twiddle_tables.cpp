@@ -3,6 +3,7 @@
 #include "dsp/core/caches.h"
 #include "dsp/fft/roots.h"
 #include "dsp/fft/table_cache.h"
+#include "dsp/fft/transform.h"
 
 namespace dsp {
 namespace {
@@ -70,6 +71,7 @@ const double *octant_table(std::int64_t n) {
 }
 
 std::int32_t free_twiddle_tables() {
+  forget_setups();
   fft_twiddle_cache.release();
   return 0;
 }
