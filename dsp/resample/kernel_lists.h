@@ -1,0 +1,20 @@
+// The built-in interpolation kernels: coefficient lists, the number of taps first.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+struct kernel_list {
+  const double *coefficients;
+  std::int32_t count;
+  std::int32_t (*build)(dsp_vec *v, const dsp_vec *c);
+  std::int32_t table_length;  // that dspd_rsmp2 uses
+};
+
+// Null for a kind that does not exist.
+const kernel_list *find_kernel_list(std::int32_t kind);
+
+}  // namespace dsp
