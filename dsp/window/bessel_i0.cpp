@@ -1,0 +1,62 @@
+#include "dsp/window/bessel_i0.h"
+
+#include <cmath>
+
+#include "dsp/window/circle.h"
+#include "dsp/window/two_product.h"
+
+namespace dsp {
+namespace {
+
+constexpr double largest_for_series = 100.0;  // x = 20
+
+// sum of y^k / (k!)^2
+struct power_series {
+  static constexpr int terms = 35;
+  double c[terms];
+  constexpr power_series() : c() {
+    double factorial = 1.0;  // exact as long as its square counts
+    for (int k = 0; k < terms; ++k) {
+      if (k > 0) factorial *= k;
+      c[k] = 1.0 / factorial / factorial;
+    }
+  }
+};
+constexpr power_series series;
+
+// e^x / sqrt(2 pi x) times the sum of ((2k - 1)!!)^2 / k! (1/(8x))^k
+struct asymptotic_series {
+  static constexpr int terms = 22;
+  double c[terms];
+  constexpr asymptotic_series() : c() {
+    c[0] = 1.0;
+    for (int k = 1; k < terms; ++k) c[k] = c[k - 1] * (2 * k - 1) * (2 * k - 1) / k;
+  }
+};
+constexpr asymptotic_series tail;
+
+double asymptotic(double y, double rest) {
+  const double half = std::sqrt(y);
+  const exact_product square = two_product(half, half);
+  const double x = 2 * half;
+  const double x_rest = ((y - square.value) - square.rest + rest) / half;
+  double sum = 0.0;
+  for (int k = asymptotic_series::terms; k-- > 0;) sum = sum * (0.125 / x) + tail.c[k];
+  return std::exp(x) * (1 + x_rest) / std::sqrt(2 * pi * x) * sum;
+}
+
+}  // namespace
+
+void bessel_i0(const double *y, const double *rest, double *value) {
+  for (int i = 0; i < bessel_batch; ++i) value[i] = series.c[power_series::terms - 1];
+  for (int k = power_series::terms - 1; k-- > 0;)
+    for (int i = 0; i < bessel_batch; ++i) value[i] = value[i] * y[i] + series.c[k];
+  for (int i = 0; i < bessel_batch; ++i) {
+    if (y[i] > largest_for_series)
+      value[i] = asymptotic(y[i], rest[i]);
+    else  // the derivative, I1(x)/(x/2), to a percent or so: enough for a correction of an ulp
+      value[i] += value[i] * (rest[i] * 2 / (0.5 + std::sqrt(4 * y[i] + 2.25)));
+  }
+}
+
+}  // namespace dsp

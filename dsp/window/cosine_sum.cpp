@@ -1,0 +1,64 @@
+#include "dsp/window/cosine_sum.h"
+
+#include "dsp/window/circle.h"
+
+namespace dsp {
+namespace {
+
+// Adds c cos(2 pi k d / period). An exact point every 64 samples is turned on by a short exact table, in the form
+// cos(a + b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses next to nothing for small b.
+class harmonic {
+ public:
+  harmonic(double c, double k, double period, std::int32_t count) : c_(c), k_(k), period_(period) {
+    for (int r = 0; r < (count < stride ? count : stride); ++r) {
+      const circle_point half = on_circle(k * r, 2 * period);
+      versine_[r] = 2 * half.sin * half.sin;
+      sine_[r] = 2 * half.sin * half.cos;
+    }
+  }
+
+  void add(double first, std::int32_t count, double *to) const {
+    for (std::int32_t done = 0; done < count; done += stride) {
+      const circle_point start = on_circle(k_ * (first + done), period_);
+      const double c = c_ * start.cos;
+      const double s = c_ * start.sin;
+      const int n = count - done < stride ? count - done : stride;
+      double *out = to + done;
+      for (int r = 0; r < n; ++r) out[r] += c - (c * versine_[r] + s * sine_[r]);
+    }
+  }
+
+ private:
+  static constexpr int stride = 64;
+  double c_;
+  double k_;
+  double period_;
+  double versine_[stride];
+  double sine_[stride];
+};
+
+}  // namespace
+
+void evaluate(const cosine_sum &sum, double period, double first, std::int32_t count, double *to) {
+  for (std::int32_t i = 0; i < count; ++i) to[i] = sum.terms > 0 ? sum.c[0] : 0.0;
+  for (std::int64_t k = 1; k < sum.terms; ++k)
+    harmonic(sum.c[k], static_cast<double>(k), period, count).add(first, count, to);
+}
+
+double mean_gain(const cosine_sum &sum, std::int64_t n) {
+  double constant = 0.0;
+  for (std::int64_t k = 0; k < sum.terms; k += n) constant += sum.c[k];
+  return constant / sum.c[0];
+}
+
+double aliased_power(const cosine_sum &sum, std::int64_t n) {
+  const double *c = sum.c;
+  double x = 0.0;
+  for (std::int64_t k = 0; k < sum.terms; ++k) {
+    if (k > 0 && 2 * k % n == 0) x += c[k] * c[k] / 2;
+    for (std::int64_t j = k + 1; j < sum.terms; ++j) x += c[k] * c[j] * (((j - k) % n == 0) + ((j + k) % n == 0));
+  }
+  return x;
+}
+
+}  // namespace dsp

@@ -1,0 +1,19 @@
+// The windows of the catalogue.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+// Whether a type goes with flags and active length.
+bool available(dsp_window_type type, std::int32_t flags, double active);
+
+// Writes such a window of n >= 1 samples; `active` counts with DSP_WND_ACTIVE.
+void generate(double *w, std::int32_t n, dsp_window_type type, std::int32_t flags, double active);
+
+// The raw window of a type (no DSP_WND_ACTIVE) laid out for filter taps.
+void generate_for_taps(double *w, std::int32_t n, dsp_window_type type);
+
+}  // namespace dsp
