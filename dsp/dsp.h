@@ -500,8 +500,8 @@ enum {
  * with the clamped result written, a Gaussian centre more than 1.5 samples off. */
 DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);
 
-/** The polynomial c[0] + c[1] x + c[2] x^2 + ... of a real signal, by Horner's rule. -1 for a complex signal: nothing is
- * touched. */
+/** The polynomial c[0] + c[1] x + c[2] x^2 + ... of a real signal, by Horner's rule. -1 for a complex signal,
+ * nothing touched. */
 DSP_API int32_t dsps_peval(const dsp_vec *c, dsp_vec *out, double x);
 
 /** Straight line through points: out = slope, intercept of y on x. A real signal is y, its x the place times `dx` (1 if
