@@ -1,0 +1,77 @@
+// The first place of the largest or smallest value of a range, with or without a band left out.
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "dsp/dsp.h"
+#include "dsp/trace/kernels.h"
+
+namespace dsp {
+namespace {
+
+struct largest {
+  static bool better(double a, double b) { return a > b; }
+  static double of(const double *x, std::int64_t n, double than) { return trace().largest(x, n, than); }
+};
+
+struct smallest {
+  static bool better(double a, double b) { return a < b; }
+  static double of(const double *x, std::int64_t n, double than) { return trace().smallest(x, n, than); }
+};
+
+struct candidate {
+  double value;
+  std::int64_t at;
+};
+
+// Looks for better values in blocks, and for the place of the best one in its block alone.
+template <class Extreme>
+void search(const double *x, std::int64_t begin, std::int64_t end, candidate *best) {
+  constexpr std::int64_t block = 512;
+  std::int64_t found = -1;
+  for (std::int64_t i = begin; i < end; i += block) {
+    const double value = Extreme::of(x + i, std::min(block, end - i), best->value);
+    if (!Extreme::better(value, best->value)) continue;
+    best->value = value;
+    found = i;
+  }
+  if (found >= 0) best->at = std::find(x + found, x + end, best->value) - x;
+}
+
+template <class Extreme>
+int32_t search_outside(const double *x, std::int64_t start, std::int64_t stop, std::int64_t skip_lo,
+                       std::int64_t skip_hi) {
+  const bool starts_inside = start >= skip_lo && start < skip_hi;
+  const std::int64_t first = starts_inside ? skip_hi : start;
+  if (starts_inside && first >= stop) return -1;
+  if (first + 1 >= stop) return static_cast<int32_t>(first);
+  candidate best = {x[first], first};
+  const bool band_ahead = skip_lo > first && skip_lo < skip_hi;
+  search<Extreme>(x, first + 1, band_ahead ? std::min(skip_lo, stop) : stop, &best);
+  if (band_ahead) search<Extreme>(x, skip_hi, stop, &best);
+  return static_cast<int32_t>(best.at);
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop) {
+  return search_outside<largest>(arr, start, stop, 0, 0);
+}
+
+int32_t vfpd_FindMin(const double *arr, int32_t start, int32_t stop) {
+  if (std::int64_t{start} + 1 >= stop) return start;
+  candidate best = {std::numeric_limits<double>::max(), start};  // the first element itself is no candidate
+  search<smallest>(arr, std::int64_t{start} + 1, stop, &best);
+  return static_cast<int32_t>(best.at);
+}
+
+int32_t vfpd_FindMax2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi) {
+  return search_outside<largest>(arr, start, stop, skip_lo, skip_hi);
+}
+
+int32_t vfpd_FindMin2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi) {
+  return search_outside<smallest>(arr, start, stop, skip_lo, skip_hi);
+}

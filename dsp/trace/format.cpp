@@ -1,0 +1,75 @@
+// Measurement points as they are displayed, and phase without jumps.
+#include <cmath>
+#include <cstdint>
+
+#include "dsp/dsp.h"
+#include "dsp/trace/angles.h"
+#include "dsp/trace/kernels.h"
+
+namespace dsp {
+namespace {
+
+enum : uint32_t { decibels, linear, degrees, standing_wave_ratio, return_loss };
+
+// 180/pi to 13 digits: the instrument has always shown its phases with this factor.
+constexpr double degrees_per_radian = 57.29577951307855;
+
+double phase(const dsp_complex &z) { return std::atan2(z.im, z.re); }
+
+template <class Format>
+void each(const dsp_complex *in, double *out, std::int64_t n, Format format) {
+  for (std::int64_t i = 0; i < n; ++i) out[i] = format(in[i]);
+}
+
+void level(const dsp_complex *in, double *out, std::int64_t n, double factor) {
+  each(in, out, n, [factor](const dsp_complex &z) { return factor * std::log10(z.re * z.re + z.im * z.im); });
+}
+
+// The turns that the points already unwrapped have gone through. A count that is none starts again at 0.
+double turns_before(int32_t start, const double *unwrapped) {
+  if (start <= 1) return 0.0;
+  const double turns = std::trunc((unwrapped[start - 1] - unwrapped[0]) / turn);
+  return std::isfinite(turns) ? turns : 0.0;
+}
+
+}  // namespace
+}  // namespace dsp
+
+using namespace dsp;
+
+void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int32_t start, int32_t stop) {
+  if (start >= stop) return;
+  const std::int64_t n = std::int64_t{stop} - start;
+  in += start;
+  out += start;
+  switch (format) {
+    case decibels:
+      return level(in, out, n, 10.0);
+    case linear:
+      return trace().magnitude(in, out, n);
+    case degrees:
+      return each(in, out, n, [](const dsp_complex &z) { return phase(z) * degrees_per_radian; });
+    case standing_wave_ratio:
+      return trace().standing_wave_ratio(in, out, n);
+    case return_loss:
+      return level(in, out, n, -10.0);
+    default:
+      return;
+  }
+}
+
+void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double *out) {
+  double turns = turns_before(start, out);
+  for (int32_t i = start; i < stop; ++i) {
+    double unwrapped = phase(in[i]) + turns * turn;
+    const double step = i > 0 ? unwrapped - out[i - 1] : 0.0;
+    if (step < -pi) {
+      unwrapped += turn;
+      turns += 1.0;
+    } else if (step > pi) {
+      unwrapped -= turn;
+      turns -= 1.0;
+    }
+    out[i] = unwrapped;
+  }
+}

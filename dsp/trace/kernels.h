@@ -1,0 +1,30 @@
+// The loops over whole traces, compiled once per instruction set; the same bits on every processor.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/isa.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+struct trace_kernels {
+  void (*scale)(double factor, double *x, std::int64_t n);
+  void (*scale_single)(float factor, float *x, std::int64_t n);
+  // out[i] = out_lo + k (in[i] - lo), which may lie in place; as integers truncated and saturated, NaN as 0.
+  void (*map)(const double *in, std::int64_t n, double lo, double k, double *out, double out_lo);
+  void (*map_to_int)(const double *in, std::int64_t n, double lo, double k, std::int32_t *out, double out_lo);
+  // The largest of `than` and the values above it; the smallest of `than` and the values below it.
+  double (*largest)(const double *x, std::int64_t n, double than);
+  double (*smallest)(const double *x, std::int64_t n, double than);
+  // x[i] = first + step i, from `begin` to before `end`.
+  void (*line)(double *x, std::int32_t begin, std::int32_t end, double first, double step);
+  void (*magnitude)(const dsp_complex *z, double *out, std::int64_t n);
+  void (*standing_wave_ratio)(const dsp_complex *z, double *out, std::int64_t n);
+};
+
+DSP_DECLARE_KERNELS(trace_kernels, trace_table)
+
+inline const trace_kernels &trace() { return DSP_KERNELS(trace_table); }
+
+}  // namespace dsp
