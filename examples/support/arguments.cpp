@@ -1,0 +1,113 @@
+#include "examples/support/arguments.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
+#include <sstream>
+
+#include "examples/support/failure.h"
+
+namespace examples {
+namespace {
+
+const option *find(const std::vector<option> &options, const std::string &name) {
+  for (const option &o : options)
+    if (name == o.name) return &o;
+  return nullptr;
+}
+
+const option *find(const std::vector<option> &options, char letter) {
+  for (const option &o : options)
+    if (letter == o.letter) return &o;
+  return nullptr;
+}
+
+std::string plain(double number) {
+  std::ostringstream out;
+  out.precision(15);
+  out << number;
+  return out.str();
+}
+
+std::string usage(const option &o) {
+  std::string left = o.letter ? std::string("  -") + o.letter + ", --" + o.name : std::string("      --") + o.name;
+  return o.value ? left + " " + o.value : left;
+}
+
+}  // namespace
+
+bool parse_number(const std::string &text, double *number) {
+  if (text.empty() || std::isspace(static_cast<unsigned char>(text[0]))) return false;
+  char *end = nullptr;
+  *number = std::strtod(text.c_str(), &end);
+  return end == text.c_str() + text.size();
+}
+
+arguments::arguments(int argc, char **argv, const std::vector<option> &options) {
+  bool only_words = false;
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (only_words || word.size() < 2 || word[0] != '-') {
+      words_.push_back(word);
+      continue;
+    }
+    if (word == "--") {
+      only_words = true;
+      continue;
+    }
+    const bool is_long = word[1] == '-';
+    const std::size_t equals = is_long ? word.find('=') : std::string::npos;
+    const std::string shown = is_long ? word.substr(0, equals) : word.substr(0, 2);
+    const option *o = is_long ? find(options, shown.substr(2)) : find(options, word[1]);
+    if (!o) throw failure("unknown option " + shown + "; --help lists them");
+    const bool attached = is_long ? equals != std::string::npos : word.size() > 2;
+    if (!o->value) {
+      if (attached) throw failure(shown + " takes no value");
+      values_[o->name] = "";
+    } else if (attached) {
+      values_[o->name] = word.substr(is_long ? equals + 1 : 2);
+    } else if (i + 1 < argc) {
+      values_[o->name] = argv[++i];
+    } else {
+      throw failure(shown + " needs a value: " + o->value);
+    }
+  }
+}
+
+std::string arguments::text(const std::string &name, const std::string &otherwise) const {
+  const auto found = values_.find(name);
+  return found == values_.end() ? otherwise : found->second;
+}
+
+double arguments::number(const std::string &name, double otherwise, double lo, double hi) const {
+  if (!has(name)) return otherwise;
+  const std::string word = text(name, "");
+  double number = 0.0;
+  if (!parse_number(word, &number) || !std::isfinite(number))
+    throw failure("--" + name + ": '" + word + "' is not a number");
+  if (!(number >= lo && number <= hi))
+    throw failure("--" + name + ": " + word + " is not within " + plain(lo) + " ... " + plain(hi));
+  return number;
+}
+
+int64_t arguments::integer(const std::string &name, int64_t otherwise, int64_t lo, int64_t hi) const {
+  const double value = number(name, static_cast<double>(otherwise), static_cast<double>(lo), static_cast<double>(hi));
+  if (value != std::floor(value)) throw failure("--" + name + ": " + text(name, "") + " is not a whole number");
+  return static_cast<int64_t>(value);
+}
+
+std::string describe(const std::vector<option> &options) {
+  std::size_t width = 0;
+  for (const option &o : options) width = std::max(width, usage(o).size() + 2);
+  std::string all;
+  for (const option &o : options) {
+    std::string line = usage(o);
+    std::istringstream help(o.help);
+    for (std::string text; std::getline(help, text); line.clear())
+      all += line + std::string(width - line.size(), ' ') + text + "\n";
+  }
+  return all;
+}
+
+}  // namespace examples

@@ -1,0 +1,23 @@
+#include "examples/support/input_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "examples/support/failure.h"
+
+namespace examples {
+
+int64_t readable_size(const std::string &path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) throw failure(path + " is a directory");
+  errno = 0;
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  if (!file) throw failure("cannot read " + path + ": " + std::strerror(errno));
+  const int64_t size = static_cast<int64_t>(file.tellg());
+  if (size == 0) throw failure(path + " is empty");
+  return size;
+}
+
+}  // namespace examples

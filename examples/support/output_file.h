@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace examples {
+
+/** A file that appears complete or not at all: it is written under a temporary name beside its place and renamed by
+ * commit(). Without commit, and on an interrupt from the keyboard, it is removed. A path that cannot be written is a
+ * failure at once, before any work is done. One at a time. */
+class output_file {
+ public:
+  explicit output_file(const std::string &path);
+  ~output_file();
+  output_file(const output_file &) = delete;
+  output_file &operator=(const output_file &) = delete;
+
+  const std::string &path() const { return path_; }
+  const std::string &temporary() const { return temporary_; }
+
+  /** Writes the whole content. */
+  void write(const std::string &text);
+  void commit();
+
+ private:
+  std::string path_;
+  std::string temporary_;
+};
+
+}  // namespace examples

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace examples {
+
+/** A recording, read front to back in frames (one sample of each channel). Whatever is wrong with it, a sample that is
+ * not finite included, is a failure. */
+class sample_reader {
+ public:
+  virtual ~sample_reader() = default;
+  virtual double rate() const = 0;  // frames a second
+  virtual int channels() const = 0;
+  virtual int64_t frames() const = 0;   // -1: known at the end only
+  virtual double progress() const = 0;  // the share read so far, 0 ... 1
+
+  /** Reads `count` frames, interleaved; fewer at the end only. */
+  virtual int64_t read(double *frames, int64_t count) = 0;
+};
+
+/** Any sound file that libsndfile knows; integer samples come scaled to full scale 1. A file that is shorter than its
+ * header says is refused. */
+std::unique_ptr<sample_reader> open_sound(const std::string &path);
+
+/** A column of a text file: fields are separated by commas, semicolons or blanks, '#' begins a comment, a first line
+ * without numbers is the header. `column` is a number from 1 or a name of the header. */
+std::unique_ptr<sample_reader> open_column(const std::string &path, const std::string &column, double rate);
+
+/** One channel of a recording, from 1; channel 0 is the mean of all. */
+class channel_reader {
+ public:
+  channel_reader(sample_reader &source, int channel);
+  /** Reads `count` samples; fewer at the end only. */
+  int64_t read(double *samples, int64_t count);
+
+ private:
+  sample_reader &source_;
+  int channel_;
+  std::vector<double> frames_;
+};
+
+}  // namespace examples
