@@ -236,23 +236,123 @@ DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
 
 /* ============================================================================================================
  * Fourier transforms (fft)
+ *
+ * Between time and frequency, in place, for records of any length, and what rests on that. The conventions are the same
+ * everywhere: forward X[k] = 1/N sum x[n] exp(-2 pi i k n/N), inverse x[n] = sum X[k] exp(+2 pi i k n/N), so that a
+ * bin of a forward transform is the amplitude of its frequency and the inverse undoes the forward one. `dx` becomes
+ * 1/(dx N): bin k lies at k times the new dx. A dx of 0 becomes 1e100. The spectrum of a real signal is its lower
+ * half, N/2 + 1 bins; the rest are their conjugates.
+ *
+ *     v.length = 1000; v.dx = 1e-6;             // a real record at 1 MHz
+ *     dspi_rdft(&v);                            // complex, 501 bins of 1 kHz
+ *     for (k = 0; k < v.length; k++) ...        // frequency k * v.dx
+ *     dspi_irdft(&v, 0);                        // the record again; 1 had its length been odd
+ *
+ * Powers of two are the fastest lengths; others go through two transforms of the least power of two from 2N - 2 on and
+ * grow the buffer to that. Relative errors are about 0.7e-16 times the root of the number of stages, log2 N. The first
+ * transform of a size builds its tables (about 2N doubles); they stay until dsp_free_internal.
+ * -1 for lack of memory leaves the samples undefined. NaN and infinite samples spread over the whole result.
  * ========================================================================================================== */
 
+/** Transform of a signal whose length is a power of two; forward for `inverse` 0, else inverse. The result is complex,
+ * but a single sample stays as it is. A borrowed real signal of 2 and more samples gets a buffer of the library's own.
+ * -1: another length (0 too; nothing changes), no memory. */
 DSP_API int32_t dspi_fft(dsp_vec *v, uint32_t inverse);
+
+/** Puts sample i where the bits of its index in reverse order say, for a power-of-two length; twice restores the order.
+ * dx and representation stay. -1: another length (nothing changes), no memory for the table. */
 DSP_API int32_t dspi_bitrev(dsp_vec *v);
+
+/** dspi_bitrev, and every sample times 1/length. */
 DSP_API int32_t dspi_bitrev_scale(dsp_vec *v);
+
+/** dspi_fft on a bare array of `length` samples: re, im, re, im, ... in place. -1 as dspi_fft, and for real data of 2
+ * and more samples, whose result would not fit the array. */
 DSP_API int32_t cf_dspi_fft(double *data, int32_t length, uint32_t is_complex, uint32_t inverse);
+
+/** Half spectrum of a real signal whose length N is a power of two: N/2 + 1 bins, those of dspi_fft. Half its work; the
+ * buffer is grown to the 2N doubles of a full spectrum. A single sample stays real. Bins 0 and N/2 have imaginary part
+ * 0. -1: complex signal, another length (nothing changes), no memory. */
 DSP_API int32_t dspi_rfft(dsp_vec *v);
+
+/** Real signal of N = 2(length - 1) samples from its half spectrum, N a power of two; one bin gives one sample.
+ * Imaginary parts of bins 0 and N/2 are ignored. -1: no memory, no bins, or N no power of two (the signal is then the
+ * full spectrum of N bins). */
 DSP_API int32_t dspi_irfft(dsp_vec *v);
+
+/** Transform of any length, else as dspi_fft. Lengths 0 and 1 only invert dx. For a length that is no power of two
+ * (Bluestein's method) the chirp and its spectrum of the last such length are kept: the next transform of that length,
+ * either way, starts at once. -1: no memory, or a length beyond 2^28 that is no power of two. */
 DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
+
+/** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. -1: complex signal (nothing changes), no
+ * memory. */
 DSP_API int32_t dspi_rdft(dsp_vec *v);
+
+/** Inverse of dspi_rdft: 2(length - 1) real samples, one more with `odd` (a half spectrum does not tell). An empty
+ * signal and, without `odd`, a single bin only invert dx. -1: no memory. */
 DSP_API int32_t dspi_irdft(dsp_vec *v, uint32_t odd);
+
+/** Cosine transform of a real signal of any length N, y[k] = 1/N sum x[n] cos(pi k (2n + 1)/(2N)) (type II); flag 1:
+ * its inverse (type III); flag 2: the normalised form, twice that, y[0] over sqrt 2 as well. dx becomes 1/(2N dx),
+ * 5e99 for a dx of 0; an empty signal's 0.5/dx. The rotations of the last length are kept. -1: complex signal (nothing
+ * changes), no memory. */
 DSP_API int32_t dspi_dct(dsp_vec *v, int32_t flags);
+
+/** Hilbert transform of any length: every frequency a quarter period later, cosine to sine; constant and, for an even
+ * length, highest frequency removed. Representation and dx stay. -1: no memory. */
 DSP_API int32_t dspi_hilbert(dsp_vec *v);
+
+/** Analytic signal of any length: the signal plus i times its Hilbert transform, so that magnitude and phase are
+ * envelope and instantaneous phase. Complex (a single sample stays as it is); dx stays. -1: no memory. */
 DSP_API int32_t dspi_analytic(dsp_vec *v);
 
 /* ============================================================================================================
  * Windows (window)
+ *
+ * A window weighs the samples of a record before it is transformed, so that a line leaks less into its neighbourhood:
+ *
+ *     dspi_window(&v, DSP_WINDOW_HANN, DSP_WND_AMPLITUDE);      // mean 1: a line shows its amplitude
+ *     dspi_rfft(&v);
+ *     dsp_window_enbw(&bins, DSP_WINDOW_HANN, n);               // a bin takes in the noise of bins v.dx
+ *
+ * (dsph_fft does the first two in one.) Windows of the catalogue are periodic: n samples are one period, the centre
+ * stands on sample n/2, and after weighing the halves are swapped, which brings it to sample 0 and the phase of every
+ * bin to the middle of the record. The 16 windows used last are kept, so that one used again costs one product.
+ *
+ * The catalogue. Levels in dB, widths in bins of 1/(n dx), for long windows.
+ *
+ *     type                           side lobe      ENBW    -3 dB     main     ripple
+ *                                      highest               width     lobe   in 1/2 bin
+ *      0  uniform                      -13.3    1.0000    0.886     2.00      3.922
+ *      1  triangular (Bartlett)        -26.5    1.3333    1.276     4.00      1.824
+ *      2  Hann                         -31.5    1.5000    1.441     4.00      1.424
+ *      3  Hamming                      -42.7    1.3628    1.303     4.00      1.751
+ *      4  Blackman                     -58.1    1.7268    1.644     6.00      1.099
+ *      5  Blackman-Harris, 3 terms     -71.5    1.7037    1.619     6.00      1.135
+ *      6  Blackman-Harris, 4 terms     -93.3    2.0212    1.915     8.00      0.812
+ *      7  Gausstop                    -125.4    2.2153    2.095    10.00      0.680
+ *      8  flat-top, 4 terms            -70.4    3.4279    3.388     8.00      0.010
+ *      9  flat-top, 5 terms            -95.1    3.8221    3.772    10.00      0.006
+ *     10  flat-top, 6 terms           -116.8    4.2316    4.173    12.00      0.004
+ *     11  flat-top, 7 terms           -144.1    4.5500    4.484    14.00      0.003
+ *     12  flat-top P501               -120.7    4.1794    4.121    12.00      0.004
+ *     13  flat-top P601               -147.4    4.5124    4.446    14.00      0.003
+ *     14  Kaiser  70 dB                -70.0    1.7995    1.709     6.34      1.018
+ *     15  Kaiser  80 dB                -80.0    1.9084    1.810     7.12      0.908
+ *     16  Kaiser  90 dB                -90.0    2.0103    1.905     7.91      0.821
+ *     17  Kaiser 100 dB               -100.0    2.1065    1.994     8.69      0.749
+ *     18  Kaiser 110 dB               -110.0    2.1979    2.079     9.44      0.690
+ *     19  Kaiser 120 dB               -120.0    2.2851    2.161    10.22      0.639
+ *     20  Gauss 60 dB                  -60.0    1.7869    1.682     7.41      1.059
+ *     21  Gauss 70 dB                  -70.0    1.9581    1.841    10.44      0.886
+ *     22  Gauss 80 dB                  -80.0    2.1248    1.997    10.72      0.754
+ *     23  sinc lobe (Riemann)          -26.4    1.2990    1.251     3.28      1.891
+ *     24  Tukey, alpha 0.25            -13.6    1.1020    1.007     2.28      2.963
+ *
+ * Main lobe: full width between the first minima. Ripple: the most by which a line shows too low between two bins
+ * (flat-tops: or too high), so for the narrow ones their scallop loss. Type 24 has no name. A line and another 90 dB
+ * below it 5 bins off ask for Blackman-Harris with 4 terms; levels, for a flat-top; noise and resolution, for Hann.
  * ========================================================================================================== */
 
 /** Window types, passed as int32_t; several names for one value. */
@@ -312,19 +412,53 @@ enum {
   DSP_WND_NO_SWAP = 32       /**< the others do not */
 };
 
+/** The type of a name, upper or lower case: "Hann", "Flattop", "kaiser70" ... and the constants, "DSP_WINDOW_HANN".
+ * Unknown: type 0 and -1. A null argument: -1. */
 DSP_API int32_t dsp_window_from_str(const char *name, dsp_window_type *type);
+
+/** Knows no name: writes "" (if buffer is not null and size above 0) and returns -1 for every type. */
 DSP_API int32_t dsp_window_to_str(dsp_window_type type, char *buffer, int32_t size);
+
+/** The factor that undoes a raw window of n samples in a spectrum. `kind` DSP_WND_AMPLITUDE: 1/mean (flat-tops: times
+ * the mean, not quite 1, that their amplitude scale has); DSP_WND_POWER: 1/root mean square; DSP_WND_RAW, or n <= 0: 1.
+ * The first form refuses DSP_WND_ACTIVE; the second takes it, with the active length in `param`, and measures the
+ * window itself, as both do for types from 14 on (memory and time for n samples). 0 for a window without mean. -1: null
+ * `scale`, a type or combination that does not exist, no memory. */
 DSP_API int32_t dsp_window_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n);
 DSP_API int32_t dsp_window2_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n, double param);
+
+/** Equivalent noise bandwidth in bins: (amplitude scale / power scale)^2, n sum(w^2)/sum(w)^2. The second for the
+ * window with active length `param`. -1 as above. */
 DSP_API int32_t dsp_window_enbw(double *enbw, dsp_window_type type, int32_t n);
 DSP_API int32_t dsp_window2_enbw(double *enbw, dsp_window_type type, int32_t n, double param);
+
+/** v times a window of the catalogue, in v's own memory, real or complex. `flags` is a scale (DSP_WND_AMPLITUDE, _POWER
+ * or _RAW), perhaps with DSP_WND_SYMMETRIC and the swapping flags; the uniform window without DSP_WND_ACTIVE changes no
+ * sample. dspi_window2 also takes DSP_WND_ACTIVE, for types 0 and 2 to 13: the window then spans the inner `param` > 0
+ * samples of v (uniform: the first), not necessarily a whole number, is 0 outside and scaled by what it measures; a
+ * `param` above v's length leaves the inner part of a longer window. An empty signal stays as it is. -1: a type or
+ * combination that does not exist, no memory (which a window in the cache does not need): v as it was. */
 DSP_API int32_t dspi_window(dsp_vec *v, dsp_window_type type, int32_t flags);
 DSP_API int32_t dspi_window2(dsp_vec *v, dsp_window_type type, int32_t flags, double param);
+
+/** v times a parametric window, halves swapped unless DSP_WND_NO_SWAP. At d samples from the centre, L the span (n, and
+ * n - 1 with DSP_WND_SYMMETRIC, the centre of an even n then between two samples), raw:
+ * gauss   exp(-(d / (sigma L))^2 / 2); sigma 0: the centre alone
+ * kaiser  I0(beta sqrt(1 - (2d/L)^2)) / I0(beta), |beta| limited to 460.5 (power scale: 230.3)
+ * tukey   flat to (1 - alpha) L/2, then half a cosine down to 0; alpha 0 is uniform, 1 is Hann
+ * sinc    sin(x)/x at x = 2 lobe d / L, `peak` on a centre sample
+ * Not cached. -1: DSP_WND_ACTIVE, an invalid scale, no memory: v as it was. */
 DSP_API int32_t dspi_window_gauss(dsp_vec *v, double sigma, int32_t flags);
 DSP_API int32_t dspi_window_kaiser(dsp_vec *v, double beta, int32_t flags);
 DSP_API int32_t dspi_window_tukey(dsp_vec *v, double alpha, int32_t flags);
 DSP_API int32_t dspi_window_sinc(dsp_vec *v, double lobe, double peak, int32_t flags);
+
+/** v times c[0] + c[1] cos(2 pi d/n) + c[2] cos(4 pi d/n) + ..., d samples from sample n/2; no scaling, no swap. No
+ * coefficients: v becomes 0. -1: complex coefficients, no memory. */
 DSP_API int32_t dspi_window_cos(dsp_vec *v, const dsp_vec *coefficients);
+
+/** Filter taps times the raw window of a type, centred between the first and last tap and spanning n samples, so that
+ * no tap gets weight 0. -1: unknown type, no memory. */
 DSP_API int32_t dspi_window_fir(dsp_vec *v, dsp_window_type type);
 
 /* ============================================================================================================

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "dsp/core/saturation.h"
 #include "dsp/window/circle.h"
 #include "dsp/window/two_product.h"
 
@@ -48,14 +49,23 @@ double asymptotic(double y, double rest) {
 }  // namespace
 
 void bessel_i0(const double *y, const double *rest, double *value) {
-  for (int i = 0; i < bessel_batch; ++i) value[i] = series.c[power_series::terms - 1];
-  for (int k = power_series::terms - 1; k-- > 0;)
-    for (int i = 0; i < bessel_batch; ++i) value[i] = value[i] * y[i] + series.c[k];
+  // By pairs of terms: half the steps of Horner's rule, half the rounding. What the square of y loses counts as half as
+  // much of y.
+  double square[bessel_batch];
+  double lost[bessel_batch];
+  for (int i = 0; i < bessel_batch; ++i) {
+    const exact_product exact = two_product(y[i], y[i]);
+    square[i] = exact.value;
+    lost[i] = exact.rest / (2 * y[i] + smallest_normal);
+    value[i] = series.c[power_series::terms - 1];
+  }
+  for (int k = power_series::terms - 3; k >= 0; k -= 2)
+    for (int i = 0; i < bessel_batch; ++i) value[i] = value[i] * square[i] + (series.c[k + 1] * y[i] + series.c[k]);
   for (int i = 0; i < bessel_batch; ++i) {
     if (y[i] > largest_for_series)
       value[i] = asymptotic(y[i], rest[i]);
     else  // the derivative, I1(x)/(x/2), to a percent or so: enough for a correction of an ulp
-      value[i] += value[i] * (rest[i] * 2 / (0.5 + std::sqrt(4 * y[i] + 2.25)));
+      value[i] += value[i] * ((rest[i] + lost[i]) * 2 / (0.5 + std::sqrt(4 * y[i] + 2.25)));
   }
 }
 

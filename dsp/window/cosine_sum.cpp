@@ -5,36 +5,38 @@
 namespace dsp {
 namespace {
 
-// Adds c cos(2 pi k d / period). An exact point every 64 samples is turned on by a short exact table, in the form
-// cos(a + b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses next to nothing for small b.
+// Adds c cos(2 pi k d / period). Every so many samples an exact point, turned on by a short exact table in the form
+// cos(a + b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses next to nothing.
 class harmonic {
  public:
   harmonic(double c, double k, double period, std::int32_t count) : c_(c), k_(k), period_(period) {
-    for (int r = 0; r < (count < stride ? count : stride); ++r) {
-      const circle_point half = on_circle(k * r, 2 * period);
-      versine_[r] = 2 * half.sin * half.sin;
-      sine_[r] = 2 * half.sin * half.cos;
+    while (stride_ * stride_ < count && stride_ < longest) stride_ *= 2;
+    for (int r = 0; r < stride_ && r < count; ++r) {
+      const circle_point b = on_circle(k * r, period);
+      versine_[r] = b.cos > 0.5 ? b.sin * b.sin / (1.0 + b.cos) : 1.0 - b.cos;
+      sine_[r] = b.sin;
     }
   }
 
   void add(double first, std::int32_t count, double *to) const {
-    for (std::int32_t done = 0; done < count; done += stride) {
-      const circle_point start = on_circle(k_ * (first + done), period_);
-      const double c = c_ * start.cos;
-      const double s = c_ * start.sin;
-      const int n = count - done < stride ? count - done : stride;
+    for (std::int32_t done = 0; done < count; done += stride_) {
+      const circle_point a = on_circle(k_ * (first + done), period_);
+      const double c = c_ * a.cos;
+      const double s = c_ * a.sin;
+      const int n = count - done < stride_ ? count - done : stride_;
       double *out = to + done;
       for (int r = 0; r < n; ++r) out[r] += c - (c * versine_[r] + s * sine_[r]);
     }
   }
 
  private:
-  static constexpr int stride = 64;
+  static constexpr int longest = 64;
+  int stride_ = 8;
   double c_;
   double k_;
   double period_;
-  double versine_[stride];
-  double sine_[stride];
+  double versine_[longest];
+  double sine_[longest];
 };
 
 }  // namespace

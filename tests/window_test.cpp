@@ -1,0 +1,460 @@
+// The window catalogue, the generators and their cache.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+using wide = long double;
+
+const wide pi = std::acos(wide(-1));
+const double eps = 0x1p-52;
+const double inf = std::numeric_limits<double>::infinity();
+
+using window = std::vector<wide>;
+
+template <class Apply>
+reals weights(const Apply &apply, std::size_t n) {
+  record v(reals(n, 1.0));
+  EXPECT_EQ(apply(&v), 0);
+  return doubles_of(v);
+}
+
+reals catalogued(int32_t type, int32_t flags, std::size_t n, double param = 0.0) {
+  return weights([&](dsp_vec *v) { return dspi_window2(v, type, flags | DSP_WND_NO_SWAP, param); }, n);
+}
+
+wide mean(const reals &w) {
+  wide sum = 0;
+  for (const double x : w) sum += x;
+  return sum / static_cast<wide>(w.size());
+}
+
+wide rms(const reals &w) {
+  wide sum = 0;
+  for (const double x : w) sum += wide(x) * x;
+  return std::sqrt(sum / static_cast<wide>(w.size()));
+}
+
+// Within 4 epsilons of the peak.
+void expect_near(const reals &w, const window &expected) {
+  ASSERT_EQ(w.size(), expected.size());
+  for (std::size_t i = 0; i < w.size(); ++i)
+    ASSERT_LE(std::abs(w[i] - expected[i]), 4 * eps) << i << ": " << w[i] << " for " << double(expected[i]);
+}
+
+// The definition of a symmetric shape: value(d, span) at each sample.
+template <class Value>
+window shaped(std::size_t n, bool symmetric, const Value &value) {
+  window w(n);
+  const wide length = static_cast<wide>(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    const wide centre = symmetric ? (length - 1) / 2 : std::floor(length / 2);
+    w[i] = n == 1 ? value(0, 1) : value(std::abs(static_cast<wide>(i) - centre), symmetric ? length - 1 : length);
+  }
+  return w;
+}
+
+wide cosines(const reals &c, wide turns) {
+  wide sum = 0;
+  for (std::size_t k = 0; k < c.size(); ++k) {
+    const wide part = static_cast<wide>(k) * turns;
+    sum += c[k] * std::cos(2 * pi * (part - std::floor(part)));
+  }
+  return sum;
+}
+
+const std::size_t lengths[] = {1, 2, 3, 4, 5, 6, 7, 8, 13, 16, 63, 64, 65, 127, 128, 129, 130, 131, 500, 1023, 4096};
+
+TEST(Catalogue, NamesInAnyCase) {
+  struct {
+    const char *name;
+    int32_t type, status;
+  } cases[] = {{"Hann", 2, 0},
+               {"hANN", 2, 0},
+               {"P110", 2, 0},
+               {"DSP_WINDOW_HANN", 2, 0},
+               {"dsp_window_flat5", 9, 0},
+               {"Flattop", 9, 0},
+               {"P401", 9, 0},
+               {"Riemann", 23, 0},
+               {"Sinc_Lobe", 23, 0},
+               {"Uniform", 0, 0},
+               {"Blackman", 4, 0},
+               {"Blackman_Harris4", 6, 0},
+               {"Kaiser100", 17, 0},
+               {"Gauss80", 22, 0},
+               {"Hanning", 0, -1},
+               {"Han", 0, -1},
+               {"", 0, -1},
+               {"DSP_WINDOW_", 0, -1},
+               {"DSP_WINDOW_DSP_WINDOW_HANN", 0, -1}};
+  for (const auto &c : cases) {
+    dsp_window_type type = 77;
+    EXPECT_EQ(dsp_window_from_str(c.name, &type), c.status) << c.name;
+    EXPECT_EQ(type, c.type) << c.name;
+    EXPECT_EQ(dsp_window_from_str(nullptr, &type), -1);
+    EXPECT_EQ(dsp_window_from_str(c.name, nullptr), -1);
+  }
+  for (int32_t type = -1; type < 26; ++type) {
+    char text[4] = "abc";
+    EXPECT_EQ(dsp_window_to_str(type, text, 0), -1);
+    EXPECT_STREQ(text, "abc");
+    EXPECT_EQ(dsp_window_to_str(type, text, 4), -1);
+    EXPECT_STREQ(text, "");
+    EXPECT_EQ(dsp_window_to_str(type, nullptr, 4), -1);
+  }
+}
+
+// Level of a line `bins` off, from the continuous transform on a grid of 1/64 bin.
+struct figures {
+  double side_lobe, enbw, width, main_lobe, ripple;
+};
+
+figures measure(int32_t type) {
+  const std::size_t n = 1024;
+  const int32_t grid = 64;
+  const reals w = catalogued(type, DSP_WND_RAW, n);
+  record v(w);
+  EXPECT_EQ(dspi_zpad(&v, static_cast<int32_t>(n) * grid), 0);
+  EXPECT_EQ(dspi_rfft(&v), 0);
+  EXPECT_EQ(dspi_mag(&v), 0);
+  reals level;
+  for (int i = 0; i < 100 * grid; ++i) level.push_back(20 * std::log10(v.data[i] / v.data[0] + 1e-300));
+  std::size_t i = 0, foot;
+  const double half = -10 * std::log10(2.0);
+  while (level[i] > half) ++i;
+  for (foot = i; level[foot + 1] < level[foot];) ++foot;
+  double ripple = 0;
+  for (std::size_t k = 0; k <= grid / 2; ++k) ripple = std::max(ripple, std::abs(level[k]));
+  const double crossing = static_cast<double>(i) - (level[i] - half) / (level[i] - level[i - 1]);
+  const auto ratio = static_cast<double>(rms(w) / mean(w));
+  return {*std::max_element(level.begin() + static_cast<std::ptrdiff_t>(foot), level.end()), ratio * ratio,
+          2 * crossing / grid, 2 * static_cast<double>(foot) / grid, ripple};
+}
+
+TEST(Catalogue, HeadersFiguresAreTrue) {
+  const std::string here = __FILE__;
+  std::ifstream header(here.substr(0, here.rfind("tests")) + "dsp/dsp.h");
+  if (!header) GTEST_SKIP() << "no sources here";
+  int rows = 0;
+  for (std::string line; std::getline(header, line);) {
+    int type = -1;
+    figures f = {};
+    if (line.compare(0, 6, " *    ") != 0 || line.size() < 40 || std::sscanf(line.c_str(), " * %d", &type) != 1)
+      continue;
+    if (std::sscanf(line.c_str() + 36, "%lf %lf %lf %lf %lf", &f.side_lobe, &f.enbw, &f.width, &f.main_lobe,
+                    &f.ripple) != 5)
+      continue;
+    EXPECT_EQ(type, rows++);
+    const figures measured = measure(type);
+    EXPECT_NEAR(measured.side_lobe, f.side_lobe, 0.06) << type;
+    EXPECT_NEAR(measured.enbw, f.enbw, 6e-5) << type;
+    EXPECT_NEAR(measured.width, f.width, 6e-4) << type;
+    EXPECT_NEAR(measured.main_lobe, f.main_lobe, 6e-3) << type;
+    EXPECT_NEAR(measured.ripple, f.ripple, 6e-4) << type;
+  }
+  EXPECT_EQ(rows, 25);
+}
+
+TEST(Catalogue, ScalesOfOneTypeAreOneWindow) {
+  for (int32_t type = 0; type <= 24; ++type)
+    for (std::size_t n = 1; n <= 40; ++n) {
+      SCOPED_TRACE(testing::Message() << "type " << type << " n " << n);
+      const auto count = static_cast<int32_t>(n);
+      const bool flat_top = type >= 8 && type <= 13;
+      const reals raw = catalogued(type, DSP_WND_RAW, n);
+      const reals amplitude = catalogued(type, DSP_WND_AMPLITUDE, n), power = catalogued(type, DSP_WND_POWER, n);
+      const double target = flat_top ? catalogued(type, DSP_WND_AMPLITUDE, 1)[0] : 1.0;
+      double by_amplitude = 0, by_power = 0, enbw = 0;
+      ASSERT_EQ(dsp_window_scale(&by_amplitude, type, DSP_WND_AMPLITUDE, count), 0);
+      ASSERT_EQ(dsp_window_scale(&by_power, type, DSP_WND_POWER, count), 0);
+      ASSERT_EQ(dsp_window_enbw(&enbw, type, count), 0);
+      EXPECT_NEAR(static_cast<double>(mean(raw)) * by_amplitude, target, 1e-14);
+      EXPECT_NEAR(static_cast<double>(rms(raw)) * by_power, 1.0, 1e-14);
+      const auto ratio = static_cast<double>(rms(raw) / mean(raw));
+      EXPECT_NEAR(enbw / (target * target * ratio * ratio), 1.0, 4e-14);
+      for (std::size_t i = 0; i < n; ++i) {
+        EXPECT_NEAR(amplitude[i], raw[i] * by_amplitude, 3e-14);
+        EXPECT_NEAR(power[i], raw[i] * by_power, 3e-14);
+      }
+      EXPECT_NEAR(raw[n / 2], 1.0, 2e-15);
+    }
+}
+
+TEST(Catalogue, ScaleArguments) {
+  double s = 7;
+  for (int32_t type = -1; type <= 25; ++type) {
+    for (const int32_t kind : {0, 1, 2, 3, 8}) {
+      s = 7;
+      EXPECT_EQ(dsp_window2_scale(&s, type, kind, 0, 1.0), 0);
+      EXPECT_EQ(s, 1.0);
+    }
+    EXPECT_EQ(dsp_window2_scale(&s, type, DSP_WND_RAW, 9, 0.0), 0);
+    EXPECT_EQ(s, 1.0);
+    s = 7;
+    EXPECT_EQ(dsp_window_scale(&s, type, 3, 9), -1);
+    EXPECT_EQ(dsp_window_scale(&s, type, 8, 9), -1);
+    const bool known = type >= 0 && type <= 24, sum = known && type < 14 && type != 1;
+    EXPECT_EQ(dsp_window_enbw(&s, type, 9), known ? 0 : -1) << type;
+    EXPECT_EQ(dsp_window2_enbw(&s, type, 9, 4.0), sum ? 0 : -1) << type;
+    for (const double param : {0.0, -1.0, std::nan("")}) EXPECT_EQ(dsp_window2_enbw(&s, type, 9, param), -1);
+    EXPECT_EQ(dsp_window2_scale(&s, type, DSP_WND_SYMMETRIC, 9, 0.0), known ? 0 : -1);
+  }
+  EXPECT_EQ(dsp_window_enbw(nullptr, 2, 9), -1);
+  EXPECT_EQ(dsp_window2_enbw(nullptr, 2, 9, 3), -1);
+  EXPECT_EQ(dsp_window2_scale(nullptr, 2, 0, 9, 3), -1);
+  struct {
+    int32_t type, kind, n;
+    double expected;
+  } known[] = {{2, 0, 1000, 2.0},     {2, 1, 1000, 2 * 0.816496580927726},
+               {1, 0, 3, 1.8},        {1, 1, 4, std::sqrt(48.0 / 18)},
+               {3, 0, 100, 1 / 0.54}, {0, 1, 5, 1.0}};
+  for (const auto &k : known) {
+    ASSERT_EQ(dsp_window_scale(&s, k.type, k.kind, k.n), 0);
+    EXPECT_DOUBLE_EQ(s, k.expected);
+  }
+}
+
+TEST(Generators, SumsOfCosinesToTheLastDigits) {
+  const reals sets[] = {{}, {0.5}, {0.5, 0.5}, {0.355768, 0.487396, 0.144232, 0.012604}, random_reals(25, 1)};
+  for (const reals &c : sets)
+    for (const std::size_t n : lengths) {
+      SCOPED_TRACE(testing::Message() << c.size() << " terms, n " << n);
+      const record coefficients(c);
+      wide size = 0;
+      for (const double x : c) size += std::abs(x);
+      const reals w = weights([&](dsp_vec *v) { return dspi_window_cos(v, &coefficients); }, n);
+      const window expected = shaped(n, false, [&](wide d, wide span) { return cosines(c, d / span); });
+      for (std::size_t i = 0; i < n; ++i) EXPECT_LE(std::abs(w[i] - expected[i]), 3 * eps * size) << i;
+      if (c.size() != 4) continue;
+      expect_near(catalogued(DSP_WINDOW_BLACKMAN_HARRIS4, DSP_WND_RAW, n), expected);
+      const reals taps = weights([](dsp_vec *v) { return dspi_window_fir(v, DSP_WINDOW_LOWLEAK); }, n);
+      const wide middle = (static_cast<wide>(n) - 1) / 2;
+      for (std::size_t i = 0; i < n; ++i)
+        EXPECT_LE(std::abs(taps[i] - cosines(c, std::abs(static_cast<wide>(i) - middle) / static_cast<wide>(n))),
+                  4 * eps);
+    }
+}
+
+wide bessel_i0(wide x) {
+  wide sum = 0, term = 1;
+  for (int k = 1; term > sum * 1e-21L; ++k) {
+    sum += term;
+    term *= x / (2 * k) * (x / (2 * k));
+  }
+  return sum;
+}
+
+TEST(Generators, ParametricShapesToTheLastDigits) {
+  for (const std::size_t n : lengths)
+    for (const int32_t form : {0, static_cast<int32_t>(DSP_WND_SYMMETRIC)}) {
+      SCOPED_TRACE(testing::Message() << "n " << n << " form " << form);
+      const int32_t flags = DSP_WND_RAW | DSP_WND_NO_SWAP | form;
+      const auto check = [&](const auto &apply, const auto &value) {
+        const reals w = weights(apply, n);
+        const window expected = shaped(n, form != 0, value);
+        expect_near(w, expected);
+      };
+      for (const double beta : {0.0, 1.0, -8.5, 15.0, 19.99, 20.01, 100.0}) {
+        const wide centre = n % 2 == 0 && form != 0 ? 1 / (static_cast<wide>(n) - 1) : 0;
+        const auto i0 = [&](wide t) { return bessel_i0(beta * std::sqrt(1 - t * t)); };
+        check([&](dsp_vec *v) { return dspi_window_kaiser(v, beta, flags); },
+              [&](wide d, wide span) { return i0(std::min(2 * d / span, wide(1))) / i0(centre); });
+      }
+      for (const double sigma : {0.15, 1.0, -0.4})
+        check([&](dsp_vec *v) { return dspi_window_gauss(v, sigma, flags); },
+              [&](wide d, wide span) { return std::exp(-0.5L * (d / (sigma * span)) * (d / (sigma * span))); });
+      for (const double lobe : {1.0, 3.0, 20.0})
+        check([&](dsp_vec *v) { return dspi_window_sinc(v, lobe, 0.75, flags); },
+              [&](wide d, wide span) {
+                const wide x = 2 * d / span * lobe;
+                return d == 0 ? 0.75L : std::sin(x) / x;
+              });
+      for (const double alpha : {0.0, 0.25, 0.6, 1.0})
+        check([&](dsp_vec *v) { return dspi_window_tukey(v, alpha, flags); },
+              [&](wide d, wide span) {
+                const wide flat = (1 - wide(alpha)) * span / 2;
+                return d <= flat ? wide(1) : (1 + std::cos(2 * pi * (d - flat) / (alpha * span))) / 2;
+              });
+      check([&](dsp_vec *v) { return dspi_window_gauss(v, 0.0, flags); },
+            [](wide d, wide) { return d < 1 ? wide(1) : wide(0); });
+    }
+}
+
+TEST(Generators, AreScaledAsAsked) {
+  for (const std::size_t n : {1, 2, 7, 64, 4097})
+    for (const int32_t form : {0, static_cast<int32_t>(DSP_WND_SYMMETRIC)})
+      for (const int32_t scale : {static_cast<int32_t>(DSP_WND_AMPLITUDE), static_cast<int32_t>(DSP_WND_POWER)}) {
+        const int32_t flags = scale | form;
+        const auto check = [&](const auto &apply) {
+          const reals w = weights(apply, n);
+          EXPECT_NEAR(static_cast<double>(scale == DSP_WND_POWER ? rms(w) : mean(w)), 1.0, 1e-15) << n << " " << flags;
+        };
+        check([&](dsp_vec *v) { return dspi_window_gauss(v, 0.2, flags); });
+        check([&](dsp_vec *v) { return dspi_window_gauss(v, 0.0, flags); });
+        check([&](dsp_vec *v) { return dspi_window_kaiser(v, 1e3, flags); });
+        check([&](dsp_vec *v) { return dspi_window_sinc(v, 3.0, 2.0, flags); });
+        if (n > 2) check([&](dsp_vec *v) { return dspi_window_tukey(v, 0.5, flags); });
+      }
+  EXPECT_EQ(weights([](dsp_vec *v) { return dspi_window_sinc(v, 3.0, 0.0, 4); }, 1), reals{1.0});
+  EXPECT_EQ(weights([](dsp_vec *v) { return dspi_window_tukey(v, 1.0, 4); }, 2), (reals{0, 0})) << "nothing to scale";
+}
+
+TEST(Generators, ActivePartOfASignal) {
+  for (const std::size_t n : {1, 2, 9, 16, 301, 1000})
+    for (const double active : {0.4, 1.0, 2.0, 5.0, 6.5, 8.0, 9.0, 16.0, 20.0, 300.0, 999.5, 4000.0, inf})
+      for (const int32_t type : {2, 6, 11})
+        for (const int32_t scale : {0, 1, 2}) {
+          SCOPED_TRACE(testing::Message()
+                       << "n " << n << " active " << active << " type " << type << " scale " << scale);
+          const reals w = catalogued(type, scale | DSP_WND_ACTIVE, n, active);
+          // The sum's coefficients, read off its window of 64 samples.
+          const reals raw = catalogued(type, DSP_WND_RAW, 64);
+          reals c(8, 0.0);
+          for (std::size_t k = 0; k < 8; ++k)
+            for (std::size_t i = 0; i < 64; ++i)
+              c[k] += raw[i] * std::cos(2 * static_cast<double>(pi) * static_cast<double>(k * (i + 32) % 64) / 64) *
+                      (k == 0 ? 1 : 2) / 64;
+          window expected(n, 0);
+          const wide length = static_cast<wide>(n), centre = std::floor(length / 2);
+          for (std::size_t i = 0; i < n; ++i) {
+            const wide d = static_cast<wide>(i) - centre;
+            const bool cut =
+                active < length && (std::abs(d) > std::floor(active / 2) || 2 * d == active || (n % 2 == 0 && i == 0));
+            if (!cut) expected[i] = cosines(c, std::abs(d) / active);
+          }
+          wide first = 0, square = 0;
+          for (const wide x : expected) first += x / length, square += x * x / length;
+          const double goal = type == 11 ? 0.999820406 : 1.0;
+          const wide factor = scale == 0 ? goal / first : scale == 1 ? 1 / std::sqrt(square) : 1;
+          for (std::size_t i = 0; i < n; ++i)
+            EXPECT_NEAR(w[i], static_cast<double>(expected[i] * factor), 1e-13 * static_cast<double>(factor)) << i;
+        }
+  EXPECT_EQ(catalogued(0, DSP_WND_ACTIVE | DSP_WND_RAW, 4, 2.5), (reals{1, 1, 1, 0}));
+  EXPECT_EQ(catalogued(0, DSP_WND_ACTIVE, 4, 2.0), (reals{2, 2, 0, 0}));
+  EXPECT_EQ(catalogued(0, DSP_WND_ACTIVE, 3, 1e-9), (reals{3, 0, 0}));
+  EXPECT_EQ(catalogued(0, DSP_WND_ACTIVE, 3, inf), (reals{1, 1, 1}));
+}
+
+TEST(Applying, SwapsHalvesAndKeepsTheRest) {
+  for (const bool is_complex : {false, true})
+    for (const std::size_t n : {0, 1, 2, 5, 8, 33, 100}) {
+      const record in = random_signal(n, is_complex, 3, 0.25);
+      for (const int32_t type : {0, 2, 17}) {
+        record plain(in), swapped(in), twice(in);
+        ASSERT_EQ(dspi_window(&plain, type, DSP_WND_NO_SWAP), 0);
+        ASSERT_EQ(dspi_window(&swapped, type, DSP_WND_SWAP_UNIFORM), 0);
+        if (n > 0) {
+          const reals w = catalogued(type, 0, n);
+          for (std::size_t i = 0; i < n; ++i) EXPECT_EQ(complexes_of(plain)[i], complexes_of(in)[i] * w[i]);
+        }
+        dspi_swap_halves2(&plain);
+        EXPECT_TRUE(same(swapped, plain));
+        dsp_vec borrowed = view(twice);
+        ASSERT_EQ(dspi_window(&borrowed, type, DSP_WND_SWAP_UNIFORM), 0);
+        EXPECT_EQ(borrowed.data, twice.data) << "in the caller's memory";
+        EXPECT_TRUE(same(twice, plain));
+      }
+    }
+  EXPECT_EQ(catalogued(DSP_WINDOW_HANN, DSP_WND_RAW, 4), (reals{0, 0.5, 1, 0.5}));
+  EXPECT_EQ(weights([](dsp_vec *v) { return dspi_window(v, DSP_WINDOW_HANN, DSP_WND_RAW); }, 4),
+            (reals{1, 0.5, 0, 0.5}));
+  for (const std::size_t n : {4, 5, 100}) {
+    const reals taps = weights([](dsp_vec *v) { return dspi_window_fir(v, DSP_WINDOW_KAISER80); }, n);
+    EXPECT_EQ(taps, reals(taps.rbegin(), taps.rend()));
+    EXPECT_GT(taps[0], 0.0);
+    EXPECT_EQ(taps == catalogued(DSP_WINDOW_KAISER80, DSP_WND_RAW, n), n % 2 != 0);
+  }
+  EXPECT_EQ(weights([](dsp_vec *v) { return dspi_window_fir(v, DSP_WINDOW_TRIANGULAR); }, 4),
+            (reals{0.25, 0.75, 0.75, 0.25}));
+}
+
+TEST(Applying, RefusesWhatDoesNotExist) {
+  const record v(reals{1, 2, 3});
+  record w(v);
+  for (int32_t type = -1; type <= 25; ++type)
+    for (int32_t flags = 0; flags < 16; ++flags)
+      for (const double param : {2.0, 0.0, std::nan("")}) {
+        w = v;
+        const bool known = type >= 0 && type <= 24, sum = known && type < 14 && type != 1;
+        const bool symmetric = (flags & DSP_WND_SYMMETRIC) != 0, active = (flags & DSP_WND_ACTIVE) != 0;
+        const bool plain_uniform = type == 0 && !active;
+        const bool fits = sum ? !symmetric && (!active || param > 0) : !active && !(type == 1 && symmetric);
+        const bool good = (flags & 3) != 3 && known && (fits || plain_uniform);
+        EXPECT_EQ(dspi_window2(&w, type, flags, param), good ? 0 : -1) << type << " " << flags << " " << param;
+        EXPECT_TRUE(good || same(w, v));
+      }
+  EXPECT_EQ(dspi_window(&w, 2, DSP_WND_ACTIVE), -1);
+  for (const int32_t flags : {3, 8}) {
+    EXPECT_EQ(dspi_window_gauss(&w, 1, flags), -1);
+    EXPECT_EQ(dspi_window_kaiser(&w, 1, flags), -1);
+    EXPECT_EQ(dspi_window_tukey(&w, 1, flags), -1);
+    EXPECT_EQ(dspi_window_sinc(&w, 1, 1, flags), -1);
+  }
+  const record complex_coefficients(complexes{{1, 0}});
+  EXPECT_EQ(dspi_window_cos(&w, &complex_coefficients), -1);
+  EXPECT_EQ(dspi_window_fir(&w, 25), -1);
+  record empty;
+  EXPECT_EQ(dspi_window(&empty, 2, 0), 0);
+  EXPECT_EQ(dspi_window_kaiser(&empty, 2, 0), 0);
+}
+
+TEST(Cache, KeepsTheLastSixteen) {
+  dsp_free_internal();
+  const auto requests = [](int32_t i) {
+    record v(reals(static_cast<std::size_t>(100 - i), 1.0));
+    const long before = heap_requests();
+    EXPECT_EQ(dspi_window(&v, DSP_WINDOW_HANN, 0), 0);
+    return heap_requests() - before;
+  };
+  EXPECT_EQ(requests(0), 2);  // the slots and the first window
+  for (int32_t i = 1; i < 16; ++i) EXPECT_EQ(requests(i), 1);
+  for (int32_t i = 0; i < 16; ++i) EXPECT_EQ(requests(i), 0);
+  EXPECT_EQ(requests(16), 0) << "fits into the oldest one's memory";
+  for (int32_t i = 1; i <= 16; ++i) EXPECT_EQ(requests(i), 0);
+  EXPECT_EQ(requests(0), 1) << "the oldest, replaced";
+  EXPECT_EQ(requests(2), 0);
+  const reals flags_differ = catalogued(DSP_WINDOW_HANN, DSP_WND_RAW, 99);
+  EXPECT_NE(flags_differ, catalogued(DSP_WINDOW_HANN, DSP_WND_POWER, 99));
+  EXPECT_NE(flags_differ, catalogued(DSP_WINDOW_HANN, DSP_WND_RAW | DSP_WND_ACTIVE, 99, 50.0));
+  EXPECT_EQ(flags_differ, catalogued(DSP_WINDOW_HANN, DSP_WND_RAW | DSP_WND_ACTIVE, 99, 99.0));
+  const long live = heap_live();
+  dsp_free_internal();
+  EXPECT_EQ(heap_live(), live - 17);
+}
+
+TEST(FailingMemory, Windows) {
+  const auto sweep = [](const char *name, const auto &apply) {
+    sweep_failing_memory(name, [&](record *r) {
+      *r = random_signal(20, true, 1);
+      return apply(r);
+    });
+  };
+  sweep("dspi_window", [](record *r) { return dspi_window(r, DSP_WINDOW_HANN, 0); });
+  sweep("dspi_window2", [](record *r) { return dspi_window2(r, DSP_WINDOW_FLATTOP, DSP_WND_ACTIVE, 9.0); });
+  sweep("dspi_window_kaiser", [](record *r) { return dspi_window_kaiser(r, 4.0, 0); });
+  sweep("dspi_window_gauss", [](record *r) { return dspi_window_gauss(r, 0.2, 0); });
+  sweep("dspi_window_tukey", [](record *r) { return dspi_window_tukey(r, 0.2, 0); });
+  sweep("dspi_window_sinc", [](record *r) { return dspi_window_sinc(r, 3.0, 1.0, 0); });
+  sweep("dspi_window_fir", [](record *r) { return dspi_window_fir(r, DSP_WINDOW_HANN); });
+  const record c(reals{0.5, 0.5});
+  sweep("dspi_window_cos", [&](record *r) { return dspi_window_cos(r, &c); });
+  for (const int32_t type : {2, 15})
+    sweep_failing_memory("dsp_window2_enbw", [&](record *r) {
+      *r = record(reals{0.0});
+      return type == 2 ? dsp_window2_enbw(r->data, type, 20, 9.0) : dsp_window_enbw(r->data, type, 20);
+    });
+}
+
+}  // namespace
