@@ -1,5 +1,5 @@
 // The bound that stands for infinity, and the comparisons that go with it. NaN is within bounds everywhere: it runs
-// through the formulas.
+// through the formulas. Local to the file that includes it: kernel files (*.isa.cpp) do.
 #pragma once
 
 namespace dsp {
@@ -8,13 +8,13 @@ constexpr double overflow_bound = 1e100;
 constexpr double overflow_square = 1e200;
 constexpr double smallest_normal = 2.2250738585072014e-308;
 
-inline bool overflows(double x) { return x > overflow_bound || x < -overflow_bound; }
+static inline bool overflows(double x) { return x > overflow_bound || x < -overflow_bound; }
 
-inline double saturate(double x) {
+static inline double saturate(double x) {
   return x > overflow_bound ? overflow_bound : x < -overflow_bound ? -overflow_bound : x;
 }
 
 // The square of a component, and what stands for the square of one beyond the bound.
-inline double saturated_square(double x, double beyond = overflow_square) { return overflows(x) ? beyond : x * x; }
+static inline double saturated_square(double x, double beyond = overflow_square) { return overflows(x) ? beyond : x * x; }
 
 }  // namespace dsp
