@@ -1,18 +1,14 @@
 // Discrete calculus: differences, integrals, level crossings.
-#include "dsp/core/saturation.h"
+#include <type_traits>
+
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/by_sample.h"
 #include "dsp/elementwise/complex_product.h"
+#include "dsp/elementwise/sample_loops.h"
 
 namespace dsp {
 namespace {
-
-double minus(double a, double b) { return a - b; }
-dsp_complex minus(dsp_complex a, dsp_complex b) { return {a.re - b.re, a.im - b.im}; }
-
-double over(double a, double dx) { return a / dx; }
-dsp_complex over(dsp_complex a, double dx) { return {a.re / dx, a.im / dx}; }
 
 bool crosses(double a, double b, int32_t mode, double level) {
   return ((mode & 1) != 0 && a <= level && level < b) || ((mode & 2) != 0 && b < level && level <= a);
@@ -24,13 +20,7 @@ bool crosses(double a, double b, int32_t mode, double level) {
 using namespace dsp;
 
 int32_t dspi_differ(dsp_vec *v) {
-  const double dx = v->dx;
-  by_sample(v, [dx](auto *x, int32_t n) {
-    for (int32_t i = n; i-- > 0;) {
-      const auto d = i > 0 ? minus(x[i], x[i - 1]) : x[i];
-      x[i] = dx == 0.0 ? multiply(d, overflow_bound) : over(d, dx);
-    }
-  });
+  DSP_KERNELS(unary_table).difference(v->data, doubles(*v), v->is_complex != 0 ? 2 : 1, v->dx);
   return 0;
 }
 
@@ -47,10 +37,9 @@ int32_t dspi_integ(dsp_vec *v) {
 }
 
 int32_t dspi_pdiffer(dsp_vec *v) {
-  by_sample(v, [](auto *x, int32_t n) {
-    for (int32_t i = 1; i < n; ++i) x[i - 1] = multiply(x[i], static_cast<double>(i));
-  });
-  v->length = samples(*v) > 0 ? v->length - 1 : 0;
+  const int32_t n = samples(*v);
+  DSP_KERNELS(unary_table).derivative(v->data, n, v->is_complex != 0);
+  v->length = n > 0 ? n - 1 : 0;
   return 0;
 }
 

@@ -1,19 +1,20 @@
-// The product and the sum of two samples of either representation, without recovery of infinities.
+// The product and the sum of two samples of either representation, without recovery of infinities. Local to the file
+// that includes it: kernel files do.
 #pragma once
 
 #include "dsp/dsp.h"
 
 namespace dsp {
 
-inline double multiply(double a, double b) { return a * b; }
-inline dsp_complex multiply(dsp_complex a, double b) { return {a.re * b, a.im * b}; }
-inline dsp_complex multiply(double a, dsp_complex b) { return {a * b.re, a * b.im}; }
-inline dsp_complex multiply(dsp_complex a, dsp_complex b) {
+static inline double multiply(double a, double b) { return a * b; }
+static inline dsp_complex multiply(dsp_complex a, double b) { return {a.re * b, a.im * b}; }
+static inline dsp_complex multiply(double a, dsp_complex b) { return {a * b.re, a * b.im}; }
+static inline dsp_complex multiply(dsp_complex a, dsp_complex b) {
   return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
 }
 
-inline void accumulate(double *total, double x) { *total += x; }
-inline void accumulate(dsp_complex *total, dsp_complex z) {
+static inline void accumulate(double *total, double x) { *total += x; }
+static inline void accumulate(dsp_complex *total, dsp_complex z) {
   total->re += z.re;
   total->im += z.im;
 }

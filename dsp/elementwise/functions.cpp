@@ -3,9 +3,12 @@
 
 #include <cmath>
 
+#include "dsp/core/saturation.h"
+#include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
+#include "dsp/elementwise/each_sample.h"
 #include "dsp/elementwise/in_place.h"
-#include "dsp/elementwise/kernels.h"
+#include "dsp/elementwise/polar.h"
 
 namespace dsp {
 namespace {
@@ -44,10 +47,13 @@ struct exponential {
   dsp_complex operator()(dsp_complex z) const { return from_polar(capped_exp(z.re), z.im); }
 };
 
-// 10^z. A real part below -1e100 gives the magnitude -1e100, and is told apart by callers of real samples.
-double capped_exp10(double x) {
-  return x > 100.0 ? overflow_bound : x < -overflow_bound ? -overflow_bound : std::exp(x * ln_10);
-}
+// The magnitude -1e100 for exponents below -1e100 is a promise, odd as it is; real samples never get that far.
+struct exponential10 {
+  dsp_complex operator()(dsp_complex z) const { return from_polar(magnitude(z.re), z.im * ln_10); }
+  static double magnitude(double x) {
+    return x > 100.0 ? overflow_bound : x < -overflow_bound ? -overflow_bound : std::exp(x * ln_10);
+  }
+};
 
 struct logarithm {
   double operator()(double x) const { return x < smallest_normal ? ln_smallest_normal : std::log(x); }
@@ -89,19 +95,19 @@ int32_t dspi_besy1(dsp_vec *v) {
   return real_only(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y1(x); });
 }
 
-int32_t dspi_exp(dsp_vec *v) { return in_place(v, exponential()); }
+int32_t dspi_exp(dsp_vec *v) { return in_place(v, becomes::same, each_sample<exponential>); }
 
 int32_t dspi_exp10(dsp_vec *v) {
+  const int32_t n = samples(*v);
   if (v->is_complex != 0) {
-    auto *z = as<dsp_complex>(v->data);
-    for (int32_t i = 0; i < samples(*v); ++i) z[i] = from_polar(capped_exp10(z[i].re), z[i].im * ln_10);
+    walk<dsp_complex>(v->data, n, exponential10(), as<dsp_complex>(static_cast<const double *>(v->data)));
     return 0;
   }
   // A sample below -1e100 ends the conversion; dsp.h says so.
-  for (int32_t i = 0; i < samples(*v) && !(v->data[i] < -overflow_bound); ++i) v->data[i] = capped_exp10(v->data[i]);
+  for (int32_t i = 0; i < n && !(v->data[i] < -overflow_bound); ++i) v->data[i] = exponential10::magnitude(v->data[i]);
   return 0;
 }
 
-int32_t dspi_log(dsp_vec *v) { return in_place(v, logarithm()); }
+int32_t dspi_log(dsp_vec *v) { return in_place(v, becomes::same, each_sample<logarithm>); }
 
-int32_t dspi_log10(dsp_vec *v) { return in_place(v, decibels(1.0)); }
+int32_t dspi_log10(dsp_vec *v) { return dspi_db(v, 1.0); }

@@ -5,7 +5,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/kernels.h"
+#include "dsp/elementwise/polar.h"
 
 namespace dsp {
 namespace {

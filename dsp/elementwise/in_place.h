@@ -1,48 +1,37 @@
-// Routines that replace each sample by a function of it. The kernel is overloaded on the sample type; what it returns
-// is the new representation.
+// Routines that replace each sample by a function of it.
 #pragma once
 
-#include <type_traits>
-#include <utility>
+#include <cstdint>
 
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
+#include "dsp/elementwise/sample_loops.h"
 
 namespace dsp {
 
-template <class Kernel, class Sample>
-using result_of = decltype(std::declval<Kernel>()(std::declval<Sample>()));
+// What becomes of the representation.
+enum class becomes { same, real, complex };
 
-template <class Sample>
-constexpr bool is_complex_sample = std::is_same_v<Sample, dsp_complex>;
+constexpr bool complex_after(becomes result, bool before) {
+  return result == becomes::same ? before : result == becomes::complex;
+}
 
-template <class Kernel>
-int32_t in_place(dsp_vec *v, Kernel kernel) {
+inline int32_t in_place(dsp_vec *v, becomes result, unary_loop loop, dsp_complex c = {0.0, 0.0}) {
   const bool was_complex = v->is_complex != 0;
-  const bool is_complex =
-      was_complex ? is_complex_sample<result_of<Kernel, dsp_complex>> : is_complex_sample<result_of<Kernel, double>>;
-  v->is_complex = is_complex;
-  if (is_complex && !was_complex && dsp_realloc(v, v->length, 0) != 0) return -1;
-  const double *in = v->data;
-  if (was_complex)
-    walk<result_of<Kernel, dsp_complex>>(v->data, samples(*v), kernel, as<dsp_complex>(in));
-  else
-    walk<result_of<Kernel, double>>(v->data, samples(*v), kernel, in);
+  v->is_complex = complex_after(result, was_complex);
+  if (v->is_complex != 0 && !was_complex && dsp_realloc(v, v->length, 0) != 0) return -1;
+  loop(v->data, v->data, samples(*v), was_complex, c);
   return 0;
 }
 
-// The same into another signal, for kernels that make no sample wider.
-template <class Kernel>
-int32_t into(const dsp_vec *in, dsp_vec *out, Kernel kernel) {
-  constexpr bool keeps_complex = is_complex_sample<result_of<Kernel, dsp_complex>>;
+// The same into another signal, for loops that make no sample wider.
+inline int32_t into(const dsp_vec *in, dsp_vec *out, becomes result, unary_loop loop) {
   operands ready;
-  if (dspb_prepare_output(*in, *in, keeps_complex && in->is_complex != 0, out, &ready) != 0) return -1;
-  if (ready.a_complex)
-    walk<result_of<Kernel, dsp_complex>>(out->data, ready.length, kernel, as<dsp_complex>(ready.a));
-  else
-    walk<result_of<Kernel, double>>(out->data, ready.length, kernel, ready.a);
+  if (dspb_prepare_output(*in, *in, complex_after(result, in->is_complex != 0), out, &ready) != 0) return -1;
+  loop(out->data, ready.a, ready.length, ready.a_complex, {0.0, 0.0});
   return 0;
 }
+
+inline const unary_loops &loops() { return DSP_KERNELS(unary_table); }
 
 }  // namespace dsp

@@ -35,7 +35,10 @@ int32_t rotate_left(dsp_vec *v, int32_t k) {
 using namespace dsp;
 
 int32_t dspi_rev(dsp_vec *v) {
-  by_sample(v, [](auto *x, int32_t n) { std::reverse(x, x + n); });
+  by_sample(v, [](auto *x, int32_t n) {
+    DSP_INDEPENDENT
+    for (int32_t i = 0; i < n / 2; ++i) std::swap(x[i], x[n - 1 - i]);
+  });
   return 0;
 }
 

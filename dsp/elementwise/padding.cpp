@@ -4,8 +4,8 @@
 
 #include "dsp/core/move_doubles.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/by_sample.h"
 
 namespace dsp {
 namespace {
@@ -62,9 +62,11 @@ void move_scaled(double *to, const double *from, std::int64_t n, double factor) 
   if (factor == 1.0) {
     if (n > 0) dsp_move_doubles(to, from, static_cast<std::size_t>(n) * sizeof(double));
   } else if (to <= from) {
+    DSP_INDEPENDENT
     for (std::int64_t i = 0; i < n; ++i) to[i] = factor * from[i];
   } else {
-    for (std::int64_t i = n; i-- > 0;) to[i] = factor * from[i];
+    DSP_INDEPENDENT
+    for (std::int64_t i = n - 1; i >= 0; --i) to[i] = factor * from[i];
   }
 }
 
@@ -80,9 +82,12 @@ int32_t mirror(dsp_vec *v, std::int64_t length) {
   if (dsp_realloc(v, n, v->is_complex) != 0) return -1;
   if (v->is_complex != 0) {
     auto *z = as<dsp_complex>(v->data);
+    DSP_INDEPENDENT
     for (std::int64_t m = n; m < length; ++m) z[m] = {z[length - m].re, -z[length - m].im};
   } else {
-    for (std::int64_t m = n; m < length; ++m) v->data[m] = v->data[length - m];
+    double *x = v->data;
+    DSP_INDEPENDENT
+    for (std::int64_t m = n; m < length; ++m) x[m] = x[length - m];
   }
   return 0;
 }

@@ -1,5 +1,8 @@
 // Sums of products of two signals: the dot product and the product of polynomials.
+#include <type_traits>
+
 #include "dsp/core/operands.h"
+#include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
@@ -32,8 +35,11 @@ void convolve(const dsp_vec &a, const dsp_vec &b, double *out) {
   with_samples(a, b, [=](const auto *x, const auto *y) {
     using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
     auto *to = as<sample>(out);
-    for (std::int64_t i = 0; i < m; ++i)
-      for (std::int64_t j = 0; j < n; ++j) accumulate(&to[i + j], multiply(x[i], y[j]));
+    for (std::int64_t i = 0; i < m; ++i) {
+      const auto factor = x[i];
+      DSP_INDEPENDENT
+      for (std::int64_t j = 0; j < n; ++j) accumulate(&to[i + j], multiply(factor, y[j]));
+    }
   });
 }
 
@@ -69,9 +75,11 @@ int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
     for (int32_t i = 0; i < n; ++i) accumulate(&sum, multiply(x[i], y[i]));
     *as<sample>(total) = sum;
   });
+  const bool shared = shares_buffer(*out, *a) || shares_buffer(*out, *b);
+  const uint32_t was_complex = out->is_complex;
   out->length = 1;
   out->is_complex = is_complex;
-  if (dsp_alloc(out) != 0) return -1;
+  if ((shared ? dsp_realloc(out, n, was_complex) : dsp_alloc(out)) != 0) return -1;
   out->data[0] = total[0];
   if (is_complex) out->data[1] = total[1];
   return 0;

@@ -2,61 +2,26 @@
 #include <cmath>
 
 #include "dsp/dsp.h"
+#include "dsp/elementwise/decibels.h"
+#include "dsp/elementwise/each_sample.h"
 #include "dsp/elementwise/in_place.h"
-#include "dsp/elementwise/kernels.h"
+#include "dsp/elementwise/magnitude.h"
+#include "dsp/elementwise/polar.h"
 
 namespace dsp {
 namespace {
 
-struct real_part {
-  double operator()(double x) const { return x; }
-  double operator()(dsp_complex z) const { return z.re; }
+struct phase {
+  double operator()(double x) const { return x < 0.0 ? pi : 0.0; }
+  double operator()(dsp_complex z) const { return z.re == 0.0 && z.im == 0.0 ? 0.0 : std::atan2(z.im, z.re); }
 };
 
-struct imaginary_part {
-  double operator()(double) const { return 0.0; }
-  double operator()(dsp_complex z) const { return z.im; }
+struct polar {
+  dsp_complex operator()(double x) const { return {magnitude(x), phase()(x)}; }
+  dsp_complex operator()(dsp_complex z) const { return {magnitude(z), phase()(z)}; }
 };
 
-struct to_complex {
-  dsp_complex operator()(double x) const { return {x, 0.0}; }
-  dsp_complex operator()(dsp_complex z) const { return z; }
-};
-
-struct conjugate {
-  double operator()(double x) const { return x; }
-  dsp_complex operator()(dsp_complex z) const { return {z.re, -z.im}; }
-};
-
-struct to_magnitude {
-  template <class Sample>
-  double operator()(Sample x) const {
-    return magnitude(x);
-  }
-};
-
-struct to_magnitude_squared {
-  template <class Sample>
-  double operator()(Sample x) const {
-    return magnitude_squared(x);
-  }
-};
-
-struct to_phase {
-  template <class Sample>
-  double operator()(Sample x) const {
-    return angle(x);
-  }
-};
-
-struct to_polar {
-  template <class Sample>
-  dsp_complex operator()(Sample x) const {
-    return {magnitude(x), angle(x)};
-  }
-};
-
-struct to_cartesian {
+struct cartesian {
   double operator()(double x) const { return x; }
   dsp_complex operator()(dsp_complex z) const { return from_polar(z.re, z.im); }
 };
@@ -66,15 +31,15 @@ struct to_cartesian {
 
 using namespace dsp;
 
-int32_t dspi_real(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, real_part()); }
-int32_t dspi_imag(dsp_vec *v) { return in_place(v, imaginary_part()); }
-int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, to_complex()); }
-int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, conjugate()); }
-int32_t dspi_mag(dsp_vec *v) { return in_place(v, to_magnitude()); }
-int32_t dspi_magsq(dsp_vec *v) { return in_place(v, to_magnitude_squared()); }
-int32_t dspi_phase(dsp_vec *v) { return in_place(v, to_phase()); }
-int32_t dspi_rtop(dsp_vec *v) { return in_place(v, to_polar()); }
-int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, to_cartesian()); }
-int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, decibels(factor)); }
-int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, to_magnitude()); }
-int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) { return into(in, out, to_magnitude_squared()); }
+int32_t dspi_real(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::real, loops().real_part); }
+int32_t dspi_imag(dsp_vec *v) { return in_place(v, becomes::real, loops().imaginary_part); }
+int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, becomes::complex, loops().widen); }
+int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, loops().conjugate); }
+int32_t dspi_mag(dsp_vec *v) { return in_place(v, becomes::real, loops().magnitude); }
+int32_t dspi_magsq(dsp_vec *v) { return in_place(v, becomes::real, loops().magnitude_squared); }
+int32_t dspi_phase(dsp_vec *v) { return in_place(v, becomes::real, each_sample<phase>); }
+int32_t dspi_rtop(dsp_vec *v) { return in_place(v, becomes::complex, each_sample<polar>); }
+int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, each_sample<cartesian>); }
+int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, becomes::same, each_sample<decibels>, {factor, 0.0}); }
+int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude); }
+int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude_squared); }

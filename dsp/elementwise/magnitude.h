@@ -1,0 +1,32 @@
+// Magnitudes, plain and squared. Local to the file that includes it: kernel files do.
+#pragma once
+
+#include "dsp/core/saturation.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+static inline double magnitude(double x) { return __builtin_fabs(x); }
+
+// As hypot: an infinite part outweighs a NaN, and the squares neither overflow nor vanish. Powers of two bring them
+// into range, so the error is that of sqrt(x x + y y): at most one unit in the last place.
+static inline double magnitude(dsp_complex z) {
+  constexpr double infinite = __builtin_huge_val();
+  const double x = magnitude(z.re);
+  const double y = magnitude(z.im);
+  const double largest = x > y ? x : y;
+  const double to = largest > 0x1p500 ? 0x1p-600 : largest < 0x1p-450 ? 0x1p600 : 1.0;
+  const double back = largest > 0x1p500 ? 0x1p600 : largest < 0x1p-450 ? 0x1p-600 : 1.0;
+  const double a = x * to;
+  const double b = y * to;
+  const double r = __builtin_sqrt(a * a + b * b) * back;
+  return (x == infinite) | (y == infinite) ? infinite : r;
+}
+
+// With what stands for it when a part is beyond the bound.
+static inline double magnitude_squared(double x) { return saturated_square(x, overflow_bound); }
+static inline double magnitude_squared(dsp_complex z) {
+  return overflows(z.re) || overflows(z.im) ? overflow_bound : z.re * z.re + z.im * z.im;
+}
+
+}  // namespace dsp

@@ -1,0 +1,44 @@
+// The element-wise loops that are arithmetic alone, compiled once per instruction set; the same bits on every
+// processor.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/isa.h"
+#include "dsp/core/operands.h"
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+// n samples from `in`, which may be `out`; c is the constant of those that have one.
+using unary_loop = void (*)(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c);
+
+struct unary_loops {
+  // the representation stays
+  unary_loop scale, offset, conjugate, reciprocal, square;
+  // it becomes complex
+  unary_loop widen, complex_scale, times_i;
+  // it becomes real
+  unary_loop real_part, imaginary_part, magnitude, magnitude_squared;
+
+  // real samples alone
+  void (*root)(double *out, const double *in, std::int64_t n);
+  // whether any was out of [lo, hi]
+  bool (*clamp)(double *x, std::int64_t n, double lo, double hi);
+  // x[i] - x[i - width], times 1e100 for dx 0, else over dx; n doubles
+  void (*difference)(double *x, std::int64_t n, std::int64_t width, double dx);
+  // x[i - 1] = i x[i]; n samples
+  void (*derivative)(double *x, std::int32_t n, bool is_complex);
+};
+
+// The output is complex when an operand is; w is the weight of the blend.
+using binary_loop = void (*)(double *out, const operands &in, double w);
+
+struct binary_loops {
+  binary_loop sum, difference, product, conjugate_product, quotient, blend, larger, smaller, pair;
+};
+
+DSP_DECLARE_KERNELS(unary_loops, unary_table)
+DSP_DECLARE_KERNELS(binary_loops, binary_table)
+
+}  // namespace dsp
