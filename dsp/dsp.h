@@ -800,41 +800,130 @@ DSP_API int32_t dspi_zinter(dsp_vec *v);
 
 /* ============================================================================================================
  * Trace display (trace): plain arrays, no signals
+ *
+ * From measured reflection points to what a screen shows, range by range while a sweep is running:
+ *
+ *     vfpd_ExpandLinear(frequency, n, start, stop);          // the axis
+ *     vfpd_FormatBuffer(4, points, trace, from, to);         // return loss in dB of the points that came in
+ *     vfpd_Smooth(trace, smooth, n, from, to, 11, 0);        // needs neighbours: may write fewer than to - from
+ *     best = vfpd_FindMax(smooth, 0, n);
+ *     vfpdb_ScaleToInt2(smooth, n, 60.0, 0.0, pixels, 0, 479);
+ *
+ * A range [start, stop) is half open, and point i of the input gives element i of the output, wherever the range
+ * starts. Nothing allocates, nothing fails for lack of memory, and a count of 0 or less is an empty buffer. Outputs do
+ * not overlap inputs unless the routine says so. The names ending in 2 of the scaling routines give the same bits as
+ * those without; they are kept for the programs that call them.
  * ========================================================================================================== */
 
+/** buf[i] *= scale; the last one in single precision. */
 DSP_API void vfpdbMul1(double scale, double *buf, int32_t n);
 DSP_API void vfpdbMul2(double scale, double *buf, int32_t n);
 DSP_API void vfpsbMul2(float scale, float *buf, int32_t n);
+
+/** Maps [lo, hi] to [out_lo, out_hi] by a line, truncates towards zero and saturates at the limits of int32_t; NaN
+ * gives 0. lo == hi is not refused: the slope is then infinite (or NaN), and so are the values before saturation. */
 DSP_API void vfpdb_ScaleToInt(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo,
                               int32_t out_hi);
 DSP_API void vfpdb_ScaleToInt2(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo,
                                int32_t out_hi);
+
+/** Maps [lo, hi] to [out_lo, out_hi] by a line. out may be in. */
 DSP_API void vfpdb_ScaleToFP(const double *in, int32_t n, double lo, double hi, double *out, double out_lo,
                              double out_hi);
+
+/** The index of the largest value in [start, stop), of the first among equal ones; `start` when the range has fewer
+ * than two points. NaN is never taken for larger, nor anything for larger than a NaN in the first place. */
 DSP_API int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop);
+
+/** The index of the smallest value in [start + 1, stop): unlike vfpd_FindMax it never looks at arr[start], and returns
+ * `start` only when no later value is below the largest double. */
 DSP_API int32_t vfpd_FindMin(const double *arr, int32_t start, int32_t stop);
+
+/** The index of the largest (smallest) value in [start, stop) outside the band [skip_lo, skip_hi), the first point
+ * included in both; ties and NaN as for vfpd_FindMax. A band with skip_lo >= skip_hi leaves nothing out. -1: `start`
+ * lies in the band, and the band reaches `stop`. */
 DSP_API int32_t vfpd_FindMax2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi);
 DSP_API int32_t vfpd_FindMin2(const double *arr, int32_t start, int32_t stop, int32_t skip_lo, int32_t skip_hi);
+
+/** n points from `first` to `last`, evenly spaced; both ends are exact. One point is `first`. */
 DSP_API void vfpd_ExpandLinear(double *out, int32_t n, double first, double last);
+
+/** n points from `first` to `last` in even ratios; both ends are exact. Nothing is written unless both are above 0. */
 DSP_API void vfpd_ExpandLog(double *out, int32_t n, double first, double last);
+
+/** Centred moving average over `width` points (odd, at least 3) of a trace of n points. Towards both ends of the trace
+ * the window shrinks evenly about its point: in[0] and in[n - 1] stay as they are. Writes the points of [start, stop)
+ * from `start` on, as far as their window ends before `stop`, and returns how many; call again from there when more
+ * points have come in. Points before `start` are read. A phase trace (is_phase not 0; radians) is unwrapped within each
+ * window and the mean wrapped into [-pi, pi] again, which costs a sum per point and makes pieces equal the whole bit
+ * for bit; the plain trace carries a running sum, so that its pieces agree to rounding and a NaN stays in the sum until
+ * the window changes its width. out may not be in. -1: a negative start, stop below start, a width that is even or
+ * below 3; start == stop returns 0 whatever the width. */
 DSP_API int32_t vfpd_Smooth(const double *in, double *out, int32_t n, int32_t start, int32_t stop, int32_t width,
                             int32_t is_phase);
+
+/** The same for complex points: magnitude and phase are averaged separately, the phase without unwrapping. */
 DSP_API int32_t vfpd_SmoothCpx(const dsp_complex *in, dsp_complex *out, int32_t n, int32_t start, int32_t stop,
                                int32_t width);
+
+/** Points of [start, stop) in a display format, with p = re^2 + im^2 and r = sqrt(p):
+ *
+ *     0   10 log10(p)                level in dB; -inf for a zero point
+ *     1   r                          magnitude
+ *     2   atan2(im, re) 57.29577951307855   phase in degrees (the factor falls short of 180/pi by 7e-14 of it)
+ *     3   (1 + r) / (1 - r)          standing-wave ratio; 1000000 for r above 0.999998
+ *     4   -10 log10(p)               return loss in dB
+ *
+ * Other formats write nothing. */
 DSP_API void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int32_t start, int32_t stop);
+
+/** The phase of points [start, stop) in radians, without jumps above pi from point to point, continuing what `out`
+ * holds from 0 to start - 1. A piece starts from the whole turns between out[0] and out[start - 1] and takes at most
+ * one turn per point. A NaN point leaves the count of turns as it was. */
 DSP_API void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double *out);
+
+/** The floating-point unit's modes, of the calling thread, as bits of the VFP's FPSCR: 22-23 the rounding (0 nearest,
+ * 1 up, 2 down, 3 towards zero), 24 flush to zero, 25 default NaN. On ARM (FPSCR) and AArch64 (FPCR) it is the register;
+ * on x86-64 a word per thread, returned as stored, whose bits 22-24 drive the unit (flush to zero: subnormal results
+ * and operands alike); elsewhere a word that nothing listens to. The first two return the register and the register
+ * before the change. set_runfast sets bits 24 and 25 (`on` not 0) or clears them, leaves all others alone and returns
+ * what it wrote. */
 DSP_API uint32_t get_fpscr(void);
 DSP_API uint32_t set_fpscr(uint32_t value);
 DSP_API uint32_t set_runfast(int32_t on);
 
 /* ============================================================================================================
  * One-port calibration and complex matrices (rf): plain arrays, no signals
+ *
+ * A reflectometer sees the reflection coefficient a of a device through an error box,
+ * g = e00 + e10e01 a / (1 - e11 a): directivity e00, reflection tracking e10e01, source match e11. Three standards of
+ * known coefficients, measured, give the three terms, and these correct every later measurement:
+ *
+ *     Compute1PortTerms(short_g, open_g, load_g, short_a, open_a, load_a, 0, n);    // now e00, e11, e10e01
+ *     a[i] = (g[i] - e00[i]) / (e10e01[i] + e11[i] (g[i] - e00[i]));                // in complex numbers
+ *
+ * Reference: D. Rytting, An Analysis of Vector Measurement Accuracy Enhancement Techniques. C++ programs find the matrix
+ * behind it in dsp/rf/matrix.h: matrix<std::complex<double>>, or any other field. One thread at a time.
  * ========================================================================================================== */
 
+/** Error terms from three standards at points [first, end): g1 to g3 hold the measured coefficients and become
+ * directivity e00, source match e11 and reflection tracking e10e01; a1 to a3 hold the actual ones and are only read.
+ * All six of a point are read before any is written, so that they may share memory point by point. Nothing happens for
+ * first >= end. Standards that do not determine the terms (two alike, say) give meaningless terms at that point, and no
+ * notice. When memory runs out (a few hundred bytes) std::bad_alloc is thrown: the only exception that leaves the
+ * library. */
 DSP_API void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3, const dsp_complex *a1,
                                const dsp_complex *a2, const dsp_complex *a3, int32_t first, int32_t end);
+
+/** out = a b for row-major arrays: a of m x k, b of k x p, out of m x p elements (it may be a or b). Returns the number
+ * of elements written, m p. -1, and out untouched: k k > m k (for positive sizes: more columns than rows in a), a
+ * negative size, no memory. */
 DSP_API int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k,
                            int32_t p);
+
+/** Inverts the row-major n x n array m in place by Gauss-Jordan elimination with row pivoting and returns 1. 0, and m
+ * untouched: a pivot of modulus below 2.220446049250313e-12 (an absolute bound: scale small matrices up), n <= 0, no
+ * memory. */
 DSP_API int32_t invert(dsp_complex *m, int32_t n);
 
 #ifdef __cplusplus

@@ -17,8 +17,7 @@ struct trace_kernels {
   // The largest of `than` and the values above it; the smallest of `than` and the values below it.
   double (*largest)(const double *x, std::int64_t n, double than);
   double (*smallest)(const double *x, std::int64_t n, double than);
-  // x[i] = first + step i, from `begin` to before `end`.
-  void (*line)(double *x, std::int32_t begin, std::int32_t end, double first, double step);
+  void (*line)(double *x, std::int32_t n, double first, double step);  // x[i] = first + step i
   void (*magnitude)(const dsp_complex *z, double *out, std::int64_t n);
   void (*standing_wave_ratio)(const dsp_complex *z, double *out, std::int64_t n);
 };

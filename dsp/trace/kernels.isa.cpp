@@ -6,9 +6,18 @@ namespace dsp {
 namespace DSP_ISA {
 namespace {
 
+// Elements before the next border of a cache line: wide stores across it cost double.
+template <class T>
+std::int64_t to_border(const T *x, std::int64_t n) {
+  const auto count = static_cast<std::int64_t>((64 - reinterpret_cast<std::uintptr_t>(x) % 64) % 64 / sizeof(T));
+  return count < n ? count : n;
+}
+
 template <class T>
 void scale(T factor, T *x, std::int64_t n) {
-  for (std::int64_t i = 0; i < n; ++i) x[i] *= factor;
+  std::int64_t i = 0;
+  for (const std::int64_t head = to_border(x, n); i < head; ++i) x[i] *= factor;
+  for (; i < n; ++i) x[i] *= factor;
 }
 
 // By lanes, since the compiler would take in place for a dependence between the samples.
@@ -56,8 +65,10 @@ double smallest(const double *x, std::int64_t n, double than) {
   return best(x, n, than, [](auto a, auto b) { return a < b; });
 }
 
-void line(double *x, std::int32_t begin, std::int32_t end, double first, double step) {
-  for (std::int32_t i = begin; i < end; ++i) x[i] = first + step * i;
+void line(double *x, std::int32_t n, double first, double step) {
+  std::int32_t i = 0;
+  for (const std::int64_t head = to_border(x, n); i < head; ++i) x[i] = first + step * i;
+  for (; i < n; ++i) x[i] = first + step * i;
 }
 
 double power(const dsp_complex &z) { return z.re * z.re + z.im * z.im; }

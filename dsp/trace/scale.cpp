@@ -30,7 +30,7 @@ void vfpdb_ScaleToFP(const double *in, int32_t n, double lo, double hi, double *
 void vfpd_ExpandLinear(double *out, int32_t n, double first, double last) {
   if (n <= 0) return;
   if (n >= 2) {
-    trace().line(out, 1, n - 1, first, (last - first) / (n - 1));
+    trace().line(out, n - 1, first, (last - first) / (n - 1));
     out[n - 1] = last;
   }
   out[0] = first;
