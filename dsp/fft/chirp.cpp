@@ -1,12 +1,12 @@
 #include "dsp/fft/chirp.h"
 
 #include <cmath>
-#include <cstring>
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
 #include "dsp/fft/double_double.h"
 #include "dsp/fft/roots.h"
+#include "dsp/fft/transform.h"
 
 namespace dsp {
 namespace {
@@ -74,19 +74,18 @@ int32_t build_filter(int32_t n, int32_t m) {
   if (dsp_alloc(&state.filter) != 0 || dspi_zero(&state.filter) != 0) return -1;
   const dsp_complex *w = samples_of(state.chirp);
   dsp_complex *h = samples_of(state.filter);
-  const double scale = state.inverse ? 1.0 : 1.0 / n;
-  h[0] = {scale, 0.0};
-  for (int32_t k = 1; k < n; ++k) h[k] = h[m - k] = {scale * w[k].re, -scale * w[k].im};
-  return dspi_fft(&state.filter, 1);
+  h[0] = {1.0, 0.0};
+  for (int32_t k = 1; k < n; ++k) h[k] = h[m - k] = {w[k].re, -w[k].im};
+  return transform(state.filter.data, log2_of(m), true, 1.0);
 }
 
-// The filter of the other direction is the conjugate, whose spectrum is the conjugate in reverse order.
+// The filter of the other direction is the conjugate, whose spectrum is the conjugate in reverse order. Built
+// for the forward direction always and without its 1/n, so that a result does not depend on what was served before.
 void turn_round(int32_t n, int32_t m) {
-  const double scale = state.inverse ? n : 1.0 / n;
   dsp_complex *w = samples_of(state.chirp);
   dsp_complex *h = samples_of(state.filter);
   for (int32_t k = 0; k < n; ++k) w[k].im = -w[k].im;
-  const auto turned = [scale](dsp_complex z) { return dsp_complex{scale * z.re, -scale * z.im}; };
+  const auto turned = [](dsp_complex z) { return dsp_complex{z.re, -z.im}; };
   h[0] = turned(h[0]);
   for (int32_t low = 1, high = m - 1; low <= high; ++low, --high) {
     const dsp_complex from_low = turned(h[low]);
@@ -97,19 +96,14 @@ void turn_round(int32_t n, int32_t m) {
 
 int32_t prepare(int32_t n, int32_t m, bool inverse) {
   initialise();
-  if (state.length == n) {
-    if (state.inverse != inverse) {
-      state.inverse = inverse;
-      turn_round(n, m);
-    }
-    return 0;
+  if (state.length != n) {
+    state.length = 0;
+    state.inverse = false;
+    if (build_chirp(n) != 0 || build_filter(n, m) != 0) return -1;
+    state.length = n;
   }
-  state.length = 0;
+  if (state.inverse != inverse) turn_round(n, m);
   state.inverse = inverse;
-  if (build_chirp(n) != 0) return -1;
-  if (inverse && dspi_conj(&state.chirp) != 0) return -1;
-  if (build_filter(n, m) != 0) return -1;
-  state.length = n;
   return 0;
 }
 
@@ -122,8 +116,10 @@ int32_t chirp_dft(dsp_vec *v, bool inverse) {
   const auto m = static_cast<int32_t>(grid);
   if (prepare(n, m, inverse) != 0) return -1;
   const double dx = v->dx;
-  if (dspb_mul(v, &state.chirp, v) != 0 || dspi_zpad(v, m) != 0 || dspi_fft(v, 1) != 0) return -1;
-  if (dspb_mul(v, &state.filter, v) != 0 || dspi_fft(v, 0) != 0) return -1;
+  const double scale = (inverse ? 1.0 : 1.0 / n) / m;
+  if (dspb_mul(v, &state.chirp, v) != 0 || dspi_zpad(v, m) != 0) return -1;
+  if (transform(v->data, log2_of(m), true, 1.0) != 0 || dspb_mul(v, &state.filter, v) != 0) return -1;
+  if (transform(v->data, log2_of(m), false, scale) != 0) return -1;
   v->length = n;
   if (dspb_mul(v, &state.chirp, v) != 0) return -1;
   v->dx = dx;

@@ -34,13 +34,13 @@ constexpr int reversed_bits(int value, int size) {
 }
 
 template <int W>
-DSP_INLINE samples<W> exchanged(const samples<W> &a) {
+DSP_INLINE points<W> exchanged(const points<W> &a) {
   return {a.im, a.re};
 }
 
 // An inverse transform is the forward one of exchanged parts, its parts exchanged again.
 template <int W, bool Exchange>
-DSP_INLINE samples<W> exchanged_if(const samples<W> &a) {
+DSP_INLINE points<W> exchanged_if(const points<W> &a) {
   if constexpr (Exchange)
     return exchanged<W>(a);
   else
@@ -49,7 +49,7 @@ DSP_INLINE samples<W> exchanged_if(const samples<W> &a) {
 
 // a times cos - i sin.
 template <int W>
-DSP_INLINE samples<W> times_root(const samples<W> &a, const double *root) {
+DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
   const lanes<W> cos = load<W>(root);
   if constexpr (root_values == 2) {
     const lanes<W> sin = load<W>(root + W);
@@ -63,19 +63,19 @@ DSP_INLINE samples<W> times_root(const samples<W> &a, const double *root) {
 // Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
 struct as_pairs {
   template <int W>
-  static DSP_INLINE samples<W> load(const double *p) {
+  static DSP_INLINE points<W> load(const double *p) {
     return load_pairs<W>(p);
   }
 };
 struct as_exchanged_pairs {
   template <int W>
-  static DSP_INLINE samples<W> load(const double *p) {
+  static DSP_INLINE points<W> load(const double *p) {
     return exchanged<W>(load_pairs<W>(p));
   }
 };
 struct as_split {
   template <int W>
-  static DSP_INLINE samples<W> load(const double *p) {
+  static DSP_INLINE points<W> load(const double *p) {
     return load_split<W>(p);
   }
 };
@@ -87,7 +87,7 @@ void pass(double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *root
   for (std::ptrdiff_t block = 0; block < blocks; ++block, x += 2 * n) {
     const double *root = roots;
     for (double *at = x; at < x + leg; at += 2 * W) {
-      samples<W> v[R];
+      points<W> v[R];
       for (int i = 0; i < R; ++i) v[i] = Source::template load<W>(at + i * leg);
       butterfly<W>(v);
       store_split<W>(at, v[0]);
@@ -139,7 +139,7 @@ void later_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, 
 // its rows; they run here across rows, after a transposition that is also the reversal of the outer bits.
 template <int W, int T>
 struct tile {
-  samples<W> column[T][T / W];
+  points<W> column[T][T / W];
 
   DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
     for (int i = 0; i < T; ++i)
@@ -152,7 +152,7 @@ struct tile {
   template <class Source>
   DSP_INLINE void compute(const double *x, const double *roots) {
     for (int group = 0; group < T / W; ++group, roots += (T - 1) * root_values * W) {
-      samples<W> v[T];
+      points<W> v[T];
       for (int i = 0; i < T; ++i) v[i] = Source::template load<W>(x + 2 * (i * T + group * W));
       butterfly<W>(v);
       column[0][group] = v[0];
@@ -164,8 +164,8 @@ struct tile {
   DSP_INLINE void transpose_rows() {
     for (int i = 0; i < T; i += W) {
       for (int j = i; j < T; j += W) {
-        samples<W> a[W];
-        samples<W> b[W];
+        points<W> a[W];
+        points<W> b[W];
         for (int k = 0; k < W; ++k) a[k] = column[i + k][j / W], b[k] = column[j + k][i / W];
         dsp::transpose<W>(a);
         dsp::transpose<W>(b);
@@ -177,7 +177,7 @@ struct tile {
   template <bool Exchange>
   DSP_INLINE void finish(double scale) {
     for (int group = 0; group < T / W; ++group) {
-      samples<W> v[T];
+      points<W> v[T];
       for (int i = 0; i < T; ++i) v[i] = column[i][group];
       butterfly<W>(v);
       for (int i = 0; i < T; ++i) column[i][group] = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
@@ -250,7 +250,7 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
 
 template <int N>
 void small(double *x, double scale, bool inverse) {
-  samples<1> v[N];
+  points<1> v[N];
   for (int i = 0; i < N; ++i) {
     v[i] = {x[2 * i] * scale, x[2 * i + 1] * scale};
     if (inverse) v[i] = exchanged<1>(v[i]);
@@ -275,32 +275,32 @@ void small_any(int bits, double *x, double scale, bool inverse) {
 // the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
 // out conjugated once more.
 template <int W>
-DSP_INLINE void split_pair(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-  const samples<W> even = {a.re + b.re, a.im - b.im};
-  const samples<W> odd = {a.im + b.im, b.re - a.re};
-  const samples<W> turned = {odd.re * cos + odd.im * sin, odd.im * cos - odd.re * sin};
+DSP_INLINE void split_pair(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  const points<W> even = {a.re + b.re, a.im - b.im};
+  const points<W> odd = {a.im + b.im, b.re - a.re};
+  const points<W> turned = {odd.re * cos + odd.im * sin, odd.im * cos - odd.re * sin};
   a = even + turned;
   b = {even.re - turned.re, turned.im - even.im};
 }
 
 template <int W>
-DSP_INLINE void join_pair(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-  const samples<W> even = {a.re + b.re, a.im - b.im};
-  const samples<W> odd = {a.re - b.re, a.im + b.im};
-  const samples<W> turned = {-odd.re * sin - odd.im * cos, odd.re * cos - odd.im * sin};
+DSP_INLINE void join_pair(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  const points<W> even = {a.re + b.re, a.im - b.im};
+  const points<W> odd = {a.re - b.re, a.im + b.im};
+  const points<W> turned = {-odd.re * sin - odd.im * cos, odd.re * cos - odd.im * sin};
   a = even + turned;
   b = {even.re - turned.re, turned.im - even.im};
 }
 
 struct split_kernel {
   template <int W>
-  static DSP_INLINE void apply(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
     split_pair<W>(a, b, cos, sin);
   }
 };
 struct join_kernel {
   template <int W>
-  static DSP_INLINE void apply(samples<W> &a, samples<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+  static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
     join_pair<W>(a, b, cos, sin);
   }
 };
@@ -314,10 +314,10 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
   double *const middle_high = x + 2 * (m / 2 + k);
   const lanes<W> cos = load<W>(octant + k);
   const lanes<W> sin = load<W>(octant + m / 4 + 1 + k);
-  samples<W> a = load_pairs<W>(low);
-  samples<W> b = load_pairs_reversed<W>(high);
-  samples<W> c = load_pairs_reversed<W>(middle_low);
-  samples<W> d = load_pairs<W>(middle_high);
+  points<W> a = load_pairs<W>(low);
+  points<W> b = load_pairs_reversed<W>(high);
+  points<W> c = load_pairs_reversed<W>(middle_low);
+  points<W> d = load_pairs<W>(middle_high);
   Kernel::template apply<W>(a, b, cos, sin);
   Kernel::template apply<W>(c, d, sin, cos);
   store_pairs<W>(low, a);
@@ -332,8 +332,8 @@ void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   std::ptrdiff_t k = 1;
   for (; k + widest <= m / 4; k += widest) mirrored_pairs<widest, Kernel>(x, m, k, octant);
   for (; k < m / 4; ++k) mirrored_pairs<1, Kernel>(x, m, k, octant);
-  samples<1> a = load_split<1>(x + 2 * k);
-  samples<1> b = load_split<1>(x + 2 * (m - k));
+  points<1> a = load_split<1>(x + 2 * k);
+  points<1> b = load_split<1>(x + 2 * (m - k));
   Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
   store_split<1>(x + 2 * k, a);
   store_split<1>(x + 2 * (m - k), b);

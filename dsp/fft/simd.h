@@ -28,7 +28,7 @@ template <int W>
 using lanes = typename lanes_type<W>::type;
 
 template <int W>
-struct samples {
+struct points {
   lanes<W> re;
   lanes<W> im;
 };
@@ -49,19 +49,19 @@ DSP_INLINE void store(double *p, const lanes<W> &v) {
 
 // W real parts, then W imaginary parts.
 template <int W>
-DSP_INLINE samples<W> load_split(const double *p) {
+DSP_INLINE points<W> load_split(const double *p) {
   return {load<W>(p), load<W>(p + W)};
 }
 
 template <int W>
-DSP_INLINE void store_split(double *p, const samples<W> &v) {
+DSP_INLINE void store_split(double *p, const points<W> &v) {
   store<W>(p, v.re);
   store<W>(p + W, v.im);
 }
 
 // The even and the odd lanes of a and b, and back.
 template <int W>
-DSP_INLINE samples<W> unzip(const lanes<W> &a, const lanes<W> &b) {
+DSP_INLINE points<W> unzip(const lanes<W> &a, const lanes<W> &b) {
   if constexpr (W == 1)
     return {a, b};
   else if constexpr (W == 2)
@@ -111,25 +111,25 @@ DSP_INLINE lanes<W> reversed(const lanes<W> &a) {
 
 // W complex samples as they lie in a signal: re, im, re, im, ...
 template <int W>
-DSP_INLINE samples<W> load_pairs(const double *p) {
+DSP_INLINE points<W> load_pairs(const double *p) {
   return unzip<W>(load<W>(p), load<W>(p + W));
 }
 
 template <int W>
-DSP_INLINE void store_pairs(double *p, const samples<W> &v) {
+DSP_INLINE void store_pairs(double *p, const points<W> &v) {
   store<W>(p, zip_low<W>(v.re, v.im));
   store<W>(p + W, zip_high<W>(v.re, v.im));
 }
 
 // The same from the last sample to the first.
 template <int W>
-DSP_INLINE samples<W> load_pairs_reversed(const double *p) {
-  const samples<W> v = load_pairs<W>(p);
+DSP_INLINE points<W> load_pairs_reversed(const double *p) {
+  const points<W> v = load_pairs<W>(p);
   return {reversed<W>(v.re), reversed<W>(v.im)};
 }
 
 template <int W>
-DSP_INLINE void store_pairs_reversed(double *p, const samples<W> &v) {
+DSP_INLINE void store_pairs_reversed(double *p, const points<W> &v) {
   store_pairs<W>(p, {reversed<W>(v.re), reversed<W>(v.im)});
 }
 
@@ -160,7 +160,7 @@ DSP_INLINE void exchange(lanes<W> &a, lanes<W> &b) {
 }
 
 template <int W, int D = W / 2>
-DSP_INLINE void transpose(samples<W> (&row)[W]) {
+DSP_INLINE void transpose(points<W> (&row)[W]) {
   if constexpr (D > 0) {
     for (int i = 0; i < W; ++i) {
       if ((i & D) != 0) continue;
