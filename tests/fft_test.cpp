@@ -1,0 +1,394 @@
+// Transforms against their definition in long double, on every instruction set of this machine.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <tuple>
+
+#include "dsp/core/isa.h"
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+
+using wide = std::complex<long double>;
+using wides = std::vector<wide>;
+
+const long double pi = std::acos(-1.0L);
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr int32_t huge = std::numeric_limits<int32_t>::max();
+
+// Unscaled, by the definition where n is odd and by halves where it is even.
+wides transform_of(const wides &x, int sign) {
+  const std::size_t n = x.size();
+  wides root(n);
+  for (std::size_t k = 0; k < n; ++k) root[k] = std::polar(1.0L, static_cast<long double>(sign) * 2 * pi * k / n);
+  wides y(n);
+  if (n % 2 == 0 && n > 0) {
+    wides half[2];
+    for (std::size_t i = 0; i < n; ++i) half[i % 2].push_back(x[i]);
+    const wides even = transform_of(half[0], sign);
+    const wides odd = transform_of(half[1], sign);
+    for (std::size_t k = 0; k < n; ++k) y[k] = even[k % (n / 2)] + root[k] * odd[k % (n / 2)];
+  } else {
+    for (std::size_t k = 0; k < n; ++k)
+      for (std::size_t i = 0, at = 0; i < n; ++i, at = (at + k) % n) y[k] += x[i] * root[at];
+  }
+  return y;
+}
+
+wides widened(const dsp_vec &v) {
+  const complexes z = complexes_of(v);
+  return wides(z.begin(), z.end());
+}
+
+// What a transform of `v` is to give: 1/n forward, unscaled inverse, as many bins as asked for.
+wides expected_of(const dsp_vec &v, bool inverse, std::size_t bins) {
+  wides y = transform_of(widened(v), inverse ? 1 : -1);
+  for (wide &z : y) z /= inverse ? 1.0L : static_cast<long double>(y.size());
+  y.resize(bins);
+  return y;
+}
+
+double l2_error(const dsp_vec &v, const wides &expected) {
+  const wides z = widened(v);
+  if (z.size() != expected.size()) return HUGE_VAL;
+  long double error = 0;
+  long double whole = 0;
+  for (std::size_t i = 0; i < z.size(); ++i) error += std::norm(z[i] - expected[i]), whole += std::norm(expected[i]);
+  return static_cast<double>(std::sqrt(whole > 0 ? error / whole : error));
+}
+
+// The error of a transform grows with the root of its stages. Fused kernels reach 0.7e-16 a root, others 0.85e-16;
+// a chirp-z transform goes through two of the next power of two but one.
+double limit(std::size_t n, double factor = 1.8e-16) {
+  const bool power = (n & (n - 1)) == 0;
+  return factor * (power ? 1.0 : 1.6) * std::sqrt(std::log2(static_cast<double>(power ? n : 4 * n)) + 1);
+}
+
+class Transforms : public testing::TestWithParam<dsp::isa> {
+ protected:
+  void SetUp() override {
+    if (!dsp::force_isa(GetParam())) GTEST_SKIP() << "not on this processor";
+  }
+  void TearDown() override { dsp::force_isa(best_); }
+
+ private:
+  const dsp::isa best_ = dsp::active_isa();
+};
+
+INSTANTIATE_TEST_SUITE_P(Sets, Transforms, testing::Values(dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512));
+
+std::vector<std::size_t> lengths() {
+  std::vector<std::size_t> n;
+  for (std::size_t i = 1; i <= 130; ++i) n.push_back(i);
+  for (const std::size_t i : {251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384}) n.push_back(i);
+  return n;
+}
+
+TEST_P(Transforms, AgreeWithTheDefinition) {
+  for (const std::size_t n : lengths()) {
+    for (const bool is_complex : {false, true}) {
+      for (const bool inverse : {false, true}) {
+        SCOPED_TRACE(testing::Message() << n << (is_complex ? " complex" : " real") << (inverse ? " inverse" : ""));
+        record v = random_signal(n, is_complex, 7, 0.25);
+        const wides expected = expected_of(v, inverse, n);
+        ASSERT_EQ(dspi_dft(&v, inverse ? -5 : 0), 0);
+        EXPECT_EQ(v.is_complex != 0, is_complex || n > 1);
+        EXPECT_LE(l2_error(v, expected), limit(n));
+        EXPECT_EQ(v.dx, n > 1 ? 1.0 / (0.25 * static_cast<double>(n)) : 4.0);
+        ASSERT_EQ(dspi_dft(&v, inverse ? 0 : 1), 0);
+        EXPECT_LE(l2_error(v, widened(random_signal(n, is_complex, 7))), 2 * limit(n));
+        EXPECT_DOUBLE_EQ(v.dx, 0.25);
+      }
+    }
+  }
+}
+
+TEST_P(Transforms, RealOnesGiveHalfTheSpectrumAndComeBack) {
+  for (const std::size_t n : lengths()) {
+    SCOPED_TRACE(n);
+    const record x = random_signal(n, false, 11, 0.25);
+    record v = x;
+    ASSERT_EQ(dspi_rdft(&v), 0);
+    EXPECT_LE(l2_error(v, expected_of(x, false, n / 2 + 1)), limit(n));
+    EXPECT_EQ(v.is_complex != 0, n > 1);
+    EXPECT_EQ(v.dx, 4.0 / static_cast<double>(n));
+    if (n % 2 == 0) {  // the imaginary parts of the outer bins belong to no real signal
+      v.data[1] = 0.25;
+      v.data[n + 1] = -0.5;
+    }
+    ASSERT_EQ(dspi_irdft(&v, n % 2), 0);
+    EXPECT_EQ(v.is_complex, 0u);
+    EXPECT_LE(l2_error(v, widened(x)), 2 * limit(n));
+    EXPECT_DOUBLE_EQ(v.dx, 0.25);
+  }
+}
+
+TEST_P(Transforms, ErrGrowWithTheRootOfTheStages) {
+  for (int bits = 4; bits <= 16; ++bits) {
+    const std::size_t n = std::size_t{1} << bits;
+    record v = random_signal(n, true, 3);
+    const wides expected = expected_of(v, false, n);
+    ASSERT_EQ(dspi_fft(&v, 0), 0);
+    EXPECT_LE(l2_error(v, expected), 1.5e-16 * std::sqrt(bits)) << n;
+  }
+}
+
+TEST_P(Transforms, CosineHilbertAnalytic) {
+  for (const std::size_t n : lengths()) {
+    if (n > 1009) continue;
+    SCOPED_TRACE(n);
+    const record x = random_signal(n, false, 5, 0.25);
+    std::vector<long double> cosines(4 * n);
+    for (std::size_t i = 0; i < 4 * n; ++i) cosines[i] = std::cos(pi * i / (2 * n));
+    for (const int flags : {0, 2}) {
+      wides expected(n);
+      for (std::size_t k = 0; k < n; ++k) {
+        for (std::size_t i = 0; i < n; ++i) expected[k] += x.data[i] * cosines[k * (2 * i + 1) % (4 * n)];
+        expected[k] *= (flags == 0 ? 1.0L : k == 0 ? std::sqrt(2.0L) : 2.0L) / n;
+      }
+      record v = x;
+      ASSERT_EQ(dspi_dct(&v, flags), 0);
+      EXPECT_EQ(v.is_complex, 0u);
+      EXPECT_LE(l2_error(v, expected), limit(n));
+      EXPECT_DOUBLE_EQ(v.dx, 2.0 / static_cast<double>(n));
+      ASSERT_EQ(dspi_dct(&v, flags | 1), 0);
+      EXPECT_LE(l2_error(v, widened(x)), 2 * limit(n));
+      EXPECT_DOUBLE_EQ(v.dx, 0.25);
+    }
+    for (const bool is_complex : {false, true}) {
+      const record signal = random_signal(n, is_complex, 6, 0.25);
+      wides bins = transform_of(widened(signal), -1);
+      wides positive = bins;
+      for (std::size_t k = 0; k < n; ++k) {
+        const bool middle = k == 0 || 2 * k == n;
+        positive[k] *= middle ? 1.0L : 2 * k < n ? 2.0L : 0.0L;
+        bins[k] *= middle ? wide(0) : wide(0, 2 * k < n ? -1 : 1);
+      }
+      wides turned = transform_of(bins, 1);
+      wides analytic = transform_of(positive, 1);
+      for (std::size_t k = 0; k < n; ++k) turned[k] /= n, analytic[k] /= n;
+      record v = signal;
+      ASSERT_EQ(dspi_hilbert(&v), 0);
+      EXPECT_EQ(v.is_complex, signal.is_complex);
+      EXPECT_EQ(v.dx, 0.25);
+      EXPECT_LE(l2_error(v, turned), 2 * limit(n));
+      v = signal;
+      ASSERT_EQ(dspi_analytic(&v), 0);
+      EXPECT_EQ(v.is_complex != 0, is_complex || n > 1);
+      EXPECT_LE(l2_error(v, analytic), 2 * limit(n));
+    }
+  }
+}
+
+TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
+  for (const std::size_t n : {32, 64, 256, 100}) {
+    const record x = random_signal(n, true, 9);
+    record once = x;
+    ASSERT_EQ(dspi_dft(&once, 0), 0);
+    record again = x;
+    ASSERT_EQ(dspi_dft(&again, 0), 0);
+    EXPECT_TRUE(same(once, again));
+    EXPECT_EQ(dsp_free_internal(), 0);
+    again = x;
+    ASSERT_EQ(dspi_dft(&again, 0), 0);
+    EXPECT_TRUE(same(once, again)) << "after a release";
+    const dsp::isa best = dsp::active_isa();
+    ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
+    again = x;
+    ASSERT_EQ(dspi_dft(&again, 0), 0);
+    EXPECT_TRUE(near(again, complexes_of(once), 1e-15));
+    dsp::force_isa(best);
+    again = x;
+    ASSERT_EQ(dspi_dft(&again, 0), 0);
+    EXPECT_TRUE(near(again, complexes_of(once), 1e-15));
+  }
+}
+
+TEST(Fft, KnownResults) {
+  const complex i(0, 1);
+  record v(reals{1, 1});
+  EXPECT_EQ(dspi_fft(&v, 0), 0);
+  EXPECT_TRUE(near(v, complexes{1.0, 0.0}, 0));
+  EXPECT_EQ(dspi_fft(&v, 1), 0);
+  EXPECT_TRUE(near(v, complexes{1.0, 1.0}, 0));
+  v = record(reals{1, 2, 3, 4});
+  EXPECT_EQ(dspi_rfft(&v), 0);
+  EXPECT_TRUE(near(v, complexes{2.5, -0.5 + 0.5 * i, -0.5}, 0));
+  v = record(reals{5}, 4);
+  EXPECT_EQ(dspi_fft(&v, 0), 0);
+  EXPECT_EQ(dspi_rfft(&v), 0);
+  EXPECT_EQ(dspi_rfft(&v), 0);
+  EXPECT_TRUE(near(v, reals{5}, 0));
+  EXPECT_EQ(v.dx, 0.25);
+  for (const std::size_t n : {4, 8, 16, 64, 1024}) {  // an impulse either way, exactly
+    complexes impulse(n);
+    impulse[0] = 1.0;
+    v = record(impulse);
+    EXPECT_EQ(dspi_fft(&v, 0), 0);
+    EXPECT_TRUE(near(v, complexes(n, 1.0 / static_cast<double>(n)), 0));
+    v = record(complexes(n, 1.0));
+    EXPECT_EQ(dspi_fft(&v, 1), 0);
+    impulse[0] = static_cast<double>(n);
+    EXPECT_TRUE(near(v, impulse, 0));
+  }
+  v = record(reals(7, 3.0), 0.5);
+  EXPECT_EQ(dspi_dct(&v, 0), 0);
+  EXPECT_TRUE(near(v, reals{3, 0, 0, 0, 0, 0, 0}, 2e-15));
+}
+
+using routine = int32_t (*)(dsp_vec *);
+int32_t fft(dsp_vec *v) { return dspi_fft(v, 0); }
+int32_t unfft(dsp_vec *v) { return dspi_fft(v, 1); }
+int32_t dft(dsp_vec *v) { return dspi_dft(v, 0); }
+int32_t undft(dsp_vec *v) { return dspi_dft(v, 1); }
+int32_t irdft_odd(dsp_vec *v) { return dspi_irdft(v, 1); }
+int32_t irdft_even(dsp_vec *v) { return dspi_irdft(v, 0); }
+int32_t dct(dsp_vec *v) { return dspi_dct(v, 2); }
+int32_t undct(dsp_vec *v) { return dspi_dct(v, 3); }
+
+TEST(Fft, RefusalsLeaveTheSignalAlone) {
+  for (const routine run : {fft, unfft, dspi_bitrev, dspi_bitrev_scale, dspi_rfft})
+    for (const std::size_t n : {0, 3, 6, 1023})
+      for (const bool is_complex : {false, true}) {
+        const record x = random_signal(n, is_complex, 1, 2.0);
+        record v = x;
+        EXPECT_EQ(run(&v), -1) << n;
+        EXPECT_TRUE(same(v, x));
+      }
+  for (const routine run : {dspi_rfft, dspi_rdft, dct, undct})
+    for (const std::size_t n : {0, 1, 4, 5}) {
+      record v = random_signal(n, true, 1);
+      EXPECT_EQ(run(&v), -1) << n;
+      EXPECT_TRUE(same(v, random_signal(n, true, 1)));
+    }
+  record v = random_signal(4, true, 1);  // six samples are no power of two
+  EXPECT_EQ(dspi_irfft(&v), -1);
+  EXPECT_EQ(v.length, 6);
+  reals flat(8, 1.0);
+  EXPECT_EQ(cf_dspi_fft(flat.data(), 2, 0, 0), -1);
+  EXPECT_EQ(cf_dspi_fft(flat.data(), 1, 0, 0), 0);
+  EXPECT_EQ(cf_dspi_fft(flat.data(), 4, 1, 0), 0);
+  EXPECT_EQ(flat, (reals{1, 1, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(Fft, LengthsWithoutSamplesAndTooLargeOnes) {
+  for (const int32_t n : {0, -3}) {
+    for (const routine run : {dft, undft, dspi_rdft, irdft_even, irdft_odd, dct, undct, dspi_hilbert, dspi_analytic}) {
+      record v;
+      v.length = n;
+      v.dx = 4.0;
+      EXPECT_EQ(run(&v), 0);
+      EXPECT_EQ(v.length, n);
+      EXPECT_EQ(v.dx, run == dspi_hilbert || run == dspi_analytic ? 4.0 : run == dct || run == undct ? 0.125 : 0.25);
+    }
+    record v;
+    v.length = n;
+    EXPECT_EQ(dspi_irfft(&v), -1);
+  }
+  for (const int32_t n : {huge, huge / 2, huge / 2 + 1, huge / 4 + 2}) {
+    for (const routine run : {dft, irdft_even, irdft_odd, dspi_irfft}) {
+      double few[4] = {};
+      dsp_vec v = {1.0, few, 0, n, 1, 0};
+      const bool power = (n & (n - 1)) == 0;
+      if (run == dft && power) continue;
+      EXPECT_EQ(run(&v), -1) << n;
+      dsp_destroy(&v);
+    }
+  }
+}
+
+TEST(Fft, SpacingOfZeroStandsForNone) {
+  for (const routine run : {fft, unfft, dft, undft, dspi_rfft, dspi_rdft, irdft_even, irdft_odd, dspi_irfft})
+    for (const std::size_t n : {1, 2, 3, 5, 8, 9}) {
+      record v = random_signal(n, run == irdft_even || run == irdft_odd || run == dspi_irfft, 1, 0.0);
+      if (run(&v) == 0) {
+        EXPECT_EQ(v.dx, 1e100) << n;
+      }
+    }
+  record v(reals{1, 2, 3}, 0.0);
+  EXPECT_EQ(dspi_dct(&v, 0), 0);
+  EXPECT_EQ(v.dx, 5e99);
+  v = record(reals{1, 2, 3}, 0.0);
+  EXPECT_EQ(dspi_hilbert(&v), 0);
+  EXPECT_EQ(v.dx, 0.0);
+  v.length = 0;
+  EXPECT_EQ(dspi_dct(&v, 1), 0);
+  EXPECT_EQ(v.dx, 1e100);
+}
+
+TEST(Fft, BitReversal) {
+  for (int bits = 0; bits <= 11; ++bits) {
+    const std::size_t n = std::size_t{1} << bits;
+    for (const bool is_complex : {false, true}) {
+      const record x = random_signal(n, is_complex, 2, 3.0);
+      const complexes z = complexes_of(x);
+      complexes expected(n);
+      for (std::size_t i = 0; i < n; ++i) {
+        std::size_t j = 0;
+        for (int b = 0; b < bits; ++b) j |= (i >> b & 1) << (bits - 1 - b);
+        expected[j] = z[i];
+      }
+      record v = x;
+      ASSERT_EQ(dspi_bitrev(&v), 0);
+      EXPECT_EQ(complexes_of(v), expected) << n;
+      ASSERT_EQ(dspi_bitrev(&v), 0);
+      EXPECT_TRUE(same(v, x)) << n;
+      ASSERT_EQ(dspi_bitrev_scale(&v), 0);
+      for (complex &value : expected) value /= static_cast<double>(n);
+      EXPECT_EQ(complexes_of(v), expected) << n;
+    }
+  }
+}
+
+TEST(Fft, BorrowedSignalsThatGrowLeaveTheirMemoryAlone) {
+  for (const routine run : {fft, dspi_rfft, dft, dspi_rdft, dspi_analytic}) {
+    for (const std::size_t n : {2, 4, 32, 7, 100}) {
+      reals mine = random_reals(n, 4);
+      dsp_vec v = borrow(mine);
+      record owned(mine);
+      const int32_t status = run(&owned);
+      EXPECT_EQ(run(&v), status);
+      if (status == 0) {
+        EXPECT_TRUE(same(v, owned));
+        EXPECT_GT(v.capacity, 0);
+      }
+      EXPECT_EQ(mine, random_reals(n, 4));
+      dsp_destroy(&v);
+    }
+  }
+}
+
+TEST(Fft, SpecialValuesSpread) {
+  for (const double special : {nan, HUGE_VAL}) {
+    for (const std::size_t n : {4, 64, 100}) {
+      record v(reals(n, 1.0));
+      v.data[1] = special;
+      ASSERT_EQ(dspi_dft(&v, 0), 0);
+      for (std::size_t k = 0; k < n; ++k) EXPECT_FALSE(std::isfinite(v.data[2 * k] + v.data[2 * k + 1])) << k;
+    }
+  }
+}
+
+TEST(Fft, MemoryThatFails) {
+  const std::tuple<const char *, routine, int, bool> cases[] = {
+      {"fft", fft, 64, false},          {"inverse fft", unfft, 32, true},     {"bitrev", dspi_bitrev, 32, true},
+      {"rfft", dspi_rfft, 64, false},   {"irfft", dspi_irfft, 33, true},      {"irfft of 2", dspi_irfft, 2, false},
+      {"dft", dft, 7, false},           {"inverse dft", undft, 12, true},     {"rdft", dspi_rdft, 15, false},
+      {"irdft", irdft_odd, 8, true},    {"even irdft", irdft_even, 7, true},  {"dct", dct, 32, false},
+      {"inverse dct", undct, 9, false}, {"hilbert", dspi_hilbert, 16, false}, {"analytic", dspi_analytic, 11, false}};
+  for (const auto &[name, run, n, is_complex] : cases) {
+    const routine call = run;
+    const record x = random_signal(static_cast<std::size_t>(n), is_complex, 8);
+    sweep_failing_memory(name, [&](record *result) {
+      *result = x;
+      return call(result);
+    });
+  }
+}
+
+}  // namespace
