@@ -883,11 +883,11 @@ DSP_API void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *o
 DSP_API void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double *out);
 
 /** The floating-point unit's modes, of the calling thread, as bits of the VFP's FPSCR: 22-23 the rounding (0 nearest,
- * 1 up, 2 down, 3 towards zero), 24 flush to zero, 25 default NaN. On ARM (FPSCR) and AArch64 (FPCR) it is the register;
- * on x86-64 a word per thread, returned as stored, whose bits 22-24 drive the unit (flush to zero: subnormal results
- * and operands alike); elsewhere a word that nothing listens to. The first two return the register and the register
- * before the change. set_runfast sets bits 24 and 25 (`on` not 0) or clears them, leaves all others alone and returns
- * what it wrote. */
+ * 1 up, 2 down, 3 towards zero), 24 flush to zero, 25 default NaN. On ARM (FPSCR) and AArch64 (FPCR) it is the
+ * register; on x86-64 a word per thread, returned as stored, whose bits 22-24 drive the unit (flush to zero: subnormal
+ * results and operands alike); elsewhere a word that nothing listens to. The first two return the register and the
+ * register before the change. set_runfast sets bits 24 and 25 (`on` not 0) or clears them, leaves all others alone and
+ * returns what it wrote. */
 DSP_API uint32_t get_fpscr(void);
 DSP_API uint32_t set_fpscr(uint32_t value);
 DSP_API uint32_t set_runfast(int32_t on);
@@ -902,8 +902,8 @@ DSP_API uint32_t set_runfast(int32_t on);
  *     Compute1PortTerms(short_g, open_g, load_g, short_a, open_a, load_a, 0, n);    // now e00, e11, e10e01
  *     a[i] = (g[i] - e00[i]) / (e10e01[i] + e11[i] (g[i] - e00[i]));                // in complex numbers
  *
- * Reference: D. Rytting, An Analysis of Vector Measurement Accuracy Enhancement Techniques. C++ programs find the matrix
- * behind it in dsp/rf/matrix.h: matrix<std::complex<double>>, or any other field. One thread at a time.
+ * Reference: D. Rytting, An Analysis of Vector Measurement Accuracy Enhancement Techniques. C++ programs find the
+ * matrix behind it in dsp/rf/matrix.h: matrix<std::complex<double>>, or any other field. One thread at a time.
  * ========================================================================================================== */
 
 /** Error terms from three standards at points [first, end): g1 to g3 hold the measured coefficients and become
