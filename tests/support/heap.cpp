@@ -9,8 +9,9 @@
 
 namespace {
 
-struct alignas(64) header {
+struct header {
   std::uint64_t mark;
+  std::uint64_t padding;  // keeps malloc's alignment
 };
 
 constexpr std::uint64_t allocated = 0x616c6c6f63617465;
