@@ -5,6 +5,10 @@
 namespace dsp {
 namespace {
 
+// Samples are read at every address. Wider vectors would nearly all straddle two cache lines, and lose.
+constexpr int span_lanes = lane_count < 4 ? lane_count : 4;
+typedef double span __attribute__((vector_size(span_lanes * sizeof(double))));
+
 constexpr int wide = 8;  // vectors of outputs side by side: enough to hide the adder's latency
 
 template <class V>
@@ -93,13 +97,13 @@ inline void tile(double *y, const double *x, const Taps &taps, std::int64_t coun
 // may begin among outputs that are done: it makes them again.
 template <class Narrow, class Taps>
 void filter(const fir_run &run, const Taps &taps, std::int64_t count, bool continued) {
-  constexpr std::int64_t broad = wide * lane_count;
+  constexpr std::int64_t broad = wide * span_lanes;
   std::int64_t j = 0;
-  for (; j + broad <= run.count; j += broad) tile<lanes, wide>(run.y + j, run.x + j, taps, count, continued);
-  for (; j + lane_count <= run.count; j += lane_count) tile<lanes, 1>(run.y + j, run.x + j, taps, count, continued);
-  if (j < run.count && run.count >= lane_count && !continued) {
-    j = run.count - lane_count;
-    tile<lanes, 1>(run.y + j, run.x + j, taps, count, continued);
+  for (; j + broad <= run.count; j += broad) tile<span, wide>(run.y + j, run.x + j, taps, count, continued);
+  for (; j + span_lanes <= run.count; j += span_lanes) tile<span, 1>(run.y + j, run.x + j, taps, count, continued);
+  if (j < run.count && run.count >= span_lanes && !continued) {
+    j = run.count - span_lanes;
+    tile<span, 1>(run.y + j, run.x + j, taps, count, continued);
     return;
   }
   for (; j < run.count; j += doubles_in<Narrow>) tile<Narrow, 1>(run.y + j, run.x + j, taps, count, continued);

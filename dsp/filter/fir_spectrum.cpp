@@ -1,6 +1,7 @@
 #include "dsp/filter/fir_spectrum.h"
 
 #include <cmath>
+#include <cstring>
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
@@ -37,17 +38,25 @@ bool filter_held = false;
 route_spectrum spectra[2];
 
 bool has_nan(const dsp_vec &v) {
-  int found = 0;
-  for (std::int64_t i = 0; i < doubles(v); ++i) found |= v.data[i] != v.data[i];
-  return found != 0;
+  for (std::int64_t i = 0; i < doubles(v); ++i)
+    if (std::isnan(v.data[i])) return true;
+  return false;
 }
 
-// Whether h is, within a few units in the last place of its first tap, the filter held. NaN is never equal.
+bool same_bits(const dsp_vec &a, const dsp_vec &b) {
+  return a.length == b.length && a.dx == b.dx &&
+         std::memcmp(a.data, b.data, static_cast<std::size_t>(doubles(a)) * sizeof(double)) == 0;
+}
+
+// Whether h is the filter held, up to a few units in the last place of its first tap. A filter with a NaN never is, nor
+// is any that an infinite first tap would make equal to everything.
 bool held(const dsp_vec &h) {
+  if (!filter_held) return false;
+  if (same_bits(h, filter_copy.signal)) return true;
   const double tolerance = std::fabs(h.data[0]) * 1.1102230246251565e-15;
   int32_t order = 0;
-  return filter_held && std::isfinite(tolerance) && !has_nan(h) &&
-         dsp_cmp(&h, &filter_copy.signal, tolerance, &order) == 0 && order == 0;
+  return std::isfinite(tolerance) && !has_nan(h) && dsp_cmp(&h, &filter_copy.signal, tolerance, &order) == 0 &&
+         order == 0;
 }
 
 int32_t hold(const dsp_vec &h) {
