@@ -1,0 +1,217 @@
+// FIR filters block by block, beside plain loops and overlap-save on FFTW.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "dsp/dsp.h"
+
+#ifdef HAVE_FFTW
+#include <fftw3.h>
+#endif
+
+namespace {
+
+using reals = std::vector<double>;
+
+reals random_reals(std::size_t n, unsigned seed) {
+  std::mt19937_64 engine(seed);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  reals x(n);
+  for (double &v : x) v = value(engine);
+  return x;
+}
+
+dsp_vec borrow(reals &x) { return {1.0, x.data(), 0, static_cast<int32_t>(x.size()), 0, 0}; }
+
+void count(benchmark::State &state, std::size_t block) {
+  state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(block));
+}
+
+struct stream {
+  reals in, taps;
+  dsp_vec x, h, y, past;
+
+  stream(std::size_t block, std::size_t m)
+      : in(random_reals(block, 1)), taps(random_reals(m, 2)), x(borrow(in)), h(borrow(taps)) {
+    dsp_init(&y);
+    dsp_init(&past);
+  }
+  stream(const stream &) = delete;
+  stream &operator=(const stream &) = delete;
+  ~stream() {
+    dsp_destroy(&y);
+    dsp_destroy(&past);
+  }
+};
+
+void ours(benchmark::State &state, std::size_t block, std::size_t m) {
+  stream s(block, m);
+  for (auto _ : state) {
+    dspd_fir(&s.x, &s.y, &s.h, &s.past);
+    benchmark::DoNotOptimize(s.y.data);
+  }
+  count(state, block);
+}
+
+// The sum as one writes it down, the past in front of the block.
+void loop(benchmark::State &state, std::size_t block, std::size_t m) {
+  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  reals x(m - 1 + block), y(block);
+  for (auto _ : state) {
+    std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
+    std::memcpy(x.data() + m - 1, in.data(), block * sizeof(double));
+    for (std::size_t n = 0; n < block; ++n) {
+      double sum = 0;
+      for (std::size_t k = 0; k < m; ++k) sum += taps[k] * x[n + m - 1 - k];
+      y[n] = sum;
+    }
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state, block);
+}
+
+// Taps outside, a tile of outputs inside, which the compiler turns into vectors.
+void tiled(benchmark::State &state, std::size_t block, std::size_t m) {
+  constexpr std::size_t tile = 64;
+  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  reals x(m - 1 + block), y(block);
+  for (auto _ : state) {
+    std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
+    std::memcpy(x.data() + m - 1, in.data(), block * sizeof(double));
+    for (std::size_t n = 0; n < block; n += tile) {
+      double sum[tile] = {};
+      for (std::size_t k = 0; k < m; ++k)
+        for (std::size_t j = 0; j < tile; ++j) sum[j] += taps[k] * x[n + j + m - 1 - k];
+      std::copy(sum, sum + tile, y.begin() + static_cast<std::ptrdiff_t>(n));
+    }
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state, block);
+}
+
+#ifdef HAVE_FFTW
+// Past and block in one transform of twice the block or, for filters longer than that, the next power of two.
+void overlap_save(benchmark::State &state, std::size_t block, std::size_t m) {
+  std::size_t size = 1;
+  while (size < block + m - 1) size *= 2;
+  double *x = fftw_alloc_real(size), *y = fftw_alloc_real(size);
+  fftw_complex *spectrum = fftw_alloc_complex(size / 2 + 1), *filter = fftw_alloc_complex(size / 2 + 1);
+  const fftw_plan forward = fftw_plan_dft_r2c_1d(static_cast<int>(size), x, spectrum, FFTW_MEASURE);
+  const fftw_plan inverse = fftw_plan_dft_c2r_1d(static_cast<int>(size), spectrum, y, FFTW_MEASURE);
+  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  std::fill(x, x + size, 0.0);
+  for (std::size_t k = 0; k < m; ++k) x[k] = taps[k] / static_cast<double>(size);
+  fftw_execute_dft_r2c(forward, x, filter);
+  std::fill(x, x + size, 0.0);
+  for (auto _ : state) {
+    std::memmove(x, x + block, (m - 1) * sizeof(double));
+    std::memcpy(x + m - 1, in.data(), block * sizeof(double));
+    fftw_execute(forward);
+    for (std::size_t k = 0; k <= size / 2; ++k) {
+      const double re = spectrum[k][0] * filter[k][0] - spectrum[k][1] * filter[k][1];
+      spectrum[k][1] = spectrum[k][0] * filter[k][1] + spectrum[k][1] * filter[k][0];
+      spectrum[k][0] = re;
+    }
+    fftw_execute(inverse);
+    benchmark::DoNotOptimize(y[m - 1]);
+  }
+  count(state, block);
+  fftw_destroy_plan(forward);
+  fftw_destroy_plan(inverse);
+  for (void *p :
+       {static_cast<void *>(x), static_cast<void *>(y), static_cast<void *>(spectrum), static_cast<void *>(filter)})
+    fftw_free(p);
+}
+#endif
+
+// A filter given by its first half of `half` taps, the last of them the centre.
+void ours_folded(benchmark::State &state, std::size_t block, std::size_t half) {
+  stream s(block, half);
+  for (auto _ : state) {
+    dspd_sfir(&s.x, &s.y, &s.h, 1, 0, &s.past);
+    benchmark::DoNotOptimize(s.y.data);
+  }
+  count(state, block);
+}
+
+void folded_loop(benchmark::State &state, std::size_t block, std::size_t half) {
+  const std::size_t m = 2 * half - 1;
+  const reals taps = random_reals(half, 2), in = random_reals(block, 1);
+  reals x(m - 1 + block), y(block);
+  for (auto _ : state) {
+    std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
+    std::memcpy(x.data() + m - 1, in.data(), block * sizeof(double));
+    for (std::size_t n = 0; n < block; ++n) {
+      double sum = taps[half - 1] * x[n + half - 1];
+      for (std::size_t k = 0; k < half - 1; ++k) sum += taps[k] * (x[n + k] + x[n + m - 1 - k]);
+      y[n] = sum;
+    }
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state, block);
+}
+
+void ours_recursive(benchmark::State &state, std::size_t block, std::size_t) {
+  stream s(block, 1);
+  for (auto _ : state) {
+    dspd_hwfilt(&s.x, &s.y, nullptr, &s.past);
+    benchmark::DoNotOptimize(s.y.data);
+  }
+  count(state, block);
+}
+
+void recursive_loop(benchmark::State &state, std::size_t block, std::size_t) {
+  const reals in = random_reals(block, 1);
+  reals y(block);
+  double s[4][3] = {};
+  for (auto _ : state) {
+    for (std::size_t n = 0; n < block; ++n) {
+      double v = in[n];
+      for (auto &c : s) {
+        const double u = v - 0.5 * c[1];
+        v = 0.25 * u + 0.5 * c[0] + 0.5 * c[1] + 0.25 * c[2];
+        c[2] = c[1];
+        c[1] = c[0];
+        c[0] = u;
+      }
+      y[n] = v;
+    }
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state, block);
+}
+
+using work = void (*)(benchmark::State &, std::size_t block, std::size_t m);
+
+void add(const std::string &name, const std::string &library, work f, std::size_t block, std::size_t m) {
+  benchmark::RegisterBenchmark((name + "/" + std::to_string(block) + "/" + library).c_str(),
+                               [=](benchmark::State &state) { f(state, block, m); });
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  for (const std::size_t block : {256u, 1024u, 4096u}) {
+    for (const std::size_t m : {16u, 45u, 64u, 256u, 1024u}) {
+      const std::string name = "fir" + std::to_string(m);
+      add(name, "dsp", ours, block, m);
+      add(name, "loop", loop, block, m);
+      add(name, "tiled", tiled, block, m);
+#ifdef HAVE_FFTW
+      add(name, "fftw", overlap_save, block, m);
+#endif
+    }
+    for (const std::size_t m : {15u, 39u, 59u}) {
+      add("sfir" + std::to_string(m), "dsp", ours_folded, block, (m + 1) / 2);
+      add("sfir" + std::to_string(m), "loop", folded_loop, block, (m + 1) / 2);
+    }
+    add("hwfilt", "dsp", ours_recursive, block, 0);
+    add("hwfilt", "loop", recursive_loop, block, 0);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,135 @@
+// Sample-rate conversion in blocks, beside soxr and libsamplerate. Items are input samples.
+#include <benchmark/benchmark.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "dsp/dsp.h"
+
+#ifdef HAVE_SOXR
+#include <soxr.h>
+#endif
+#ifdef HAVE_SAMPLERATE
+#include <samplerate.h>
+#endif
+
+namespace {
+
+using reals = std::vector<double>;
+
+reals random_reals(std::size_t n, unsigned seed) {
+  std::mt19937_64 engine(seed);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  reals x(n);
+  for (double &v : x) v = value(engine);
+  return x;
+}
+
+constexpr std::size_t block = 4096;
+
+void count(benchmark::State &state) { state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(block)); }
+
+void ours(benchmark::State &state, double ratio) {
+  reals in = random_reals(block, 1);
+  const dsp_vec x = {1.0, in.data(), 0, static_cast<int32_t>(block), 0, 0};
+  dsp_vec y, scratch;
+  dsp_init(&y);
+  dsp_init(&scratch);
+  dsph_rsmp_coef coef;
+  dsph_rsmp_coef_init(&coef);
+  dsph_rsmp_coef_alloc(&coef, 0);
+  dsph_rsmp_coef_setup(&coef, 0, ratio, 0, 0);
+  dsph_rsmp_state past;
+  dsph_rsmp_state_init(&past);
+  dsph_rsmp_state_alloc(&coef, &past, 0);
+  dsph_rsmp_state_reset(&coef, &past);
+  for (auto _ : state) {
+    dsph_rsmp(&x, &y, &scratch, &coef, &past);
+    benchmark::DoNotOptimize(y.data);
+  }
+  count(state);
+  dsph_rsmp_state_destroy(&past);
+  dsph_rsmp_coef_destroy(&coef);
+  dsp_destroy(&scratch);
+  dsp_destroy(&y);
+}
+
+#ifdef HAVE_SOXR
+void with_soxr(benchmark::State &state, double ratio, unsigned long recipe) {
+  const reals in = random_reals(block, 1);
+  reals out(block + 16);
+  soxr_error_t error = nullptr;
+  const soxr_io_spec_t io = soxr_io_spec(SOXR_FLOAT64_I, SOXR_FLOAT64_I);
+  const soxr_quality_spec_t quality = soxr_quality_spec(recipe, 0);
+  const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
+  const soxr_t s = soxr_create(ratio, 1.0, 1, &error, &io, &quality, &runtime);
+  if (error != nullptr) {
+    state.SkipWithError(soxr_strerror(error));
+    return;
+  }
+  for (auto _ : state) {
+    std::size_t used = 0, made = 0;
+    soxr_process(s, in.data(), block, &used, out.data(), out.size(), &made);
+    benchmark::DoNotOptimize(out.data());
+  }
+  count(state);
+  soxr_delete(s);
+}
+void soxr_high(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_HQ); }
+void soxr_very_high(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_VHQ); }
+#endif
+
+#ifdef HAVE_SAMPLERATE
+// Single precision throughout: the library has nothing else.
+void with_samplerate(benchmark::State &state, double ratio, int quality) {
+  const reals in = random_reals(block, 1);
+  const std::vector<float> x(in.begin(), in.end());
+  std::vector<float> y(block + 16);
+  int error = 0;
+  SRC_STATE *s = src_new(quality, 1, &error);
+  SRC_DATA data = {};
+  data.data_in = x.data();
+  data.data_out = y.data();
+  data.input_frames = static_cast<long>(block);
+  data.output_frames = static_cast<long>(y.size());
+  data.src_ratio = 1.0 / ratio;
+  for (auto _ : state) {
+    src_process(s, &data);
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state);
+  src_delete(s);
+}
+void samplerate_medium(benchmark::State &state, double ratio) {
+  with_samplerate(state, ratio, SRC_SINC_MEDIUM_QUALITY);
+}
+#endif
+
+using work = void (*)(benchmark::State &, double ratio);
+
+void add(double ratio, const std::string &size, const std::string &library, work f) {
+  benchmark::RegisterBenchmark(("resample/" + size + "/" + library).c_str(),
+                               [=](benchmark::State &state) { f(state, ratio); });
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  const struct {
+    double ratio;
+    const char *name;
+  } ratios[] = {{1.25, "1.25"}, {1.3377, "1.3377"}, {2.0, "2"}, {2.7, "2.7"}, {8.0, "8"}};
+  for (const auto &[ratio, name] : ratios) {
+    add(ratio, name, "dsp", ours);
+#ifdef HAVE_SOXR
+    add(ratio, name, "soxr-hq", soxr_high);
+    add(ratio, name, "soxr-vhq", soxr_very_high);
+#endif
+#ifdef HAVE_SAMPLERATE
+    add(ratio, name, "samplerate-medium", samplerate_medium);
+#endif
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}
