@@ -14,6 +14,7 @@ namespace {
 
 using namespace support;
 using wide = long double;
+using sizes = std::initializer_list<std::size_t>;
 using statistic = int32_t (*)(const dsp_vec *, dsp_vec *);
 
 const double inf = std::numeric_limits<double>::infinity();
@@ -218,7 +219,7 @@ void check_moments(const record &in, double tolerance) {
 
 TEST(Statistics, EqualTheirDefinitionsAtEveryLength) {
   for (const bool is_complex : {false, true})
-    for (const std::size_t n : {1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 100, 1000, 2047, 2048, 2049, 5000}) {
+    for (const std::size_t n : sizes{1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 100, 1000, 2047, 2048, 2049, 5000}) {
       SCOPED_TRACE(testing::Message() << n << " complex " << is_complex);
       record in = random_signal(n, is_complex, static_cast<unsigned>(n));
       dspi_offset(&in, 3.0);
@@ -228,7 +229,7 @@ TEST(Statistics, EqualTheirDefinitionsAtEveryLength) {
 
 TEST(Statistics, SaturateWhereverTheValueStands) {
   for (const bool is_complex : {false, true})
-    for (const std::size_t n : {1, 5, 40, 2100})
+    for (const std::size_t n : sizes{1, 5, 40, 2100})
       for (const double x : {1e100, std::nextafter(1e100, inf), -1.0000001e100, 3e120, -1e300, 1e99, inf, -inf, nan})
         for (const std::size_t at : {std::size_t(0), n / 3, n - 1}) {
           SCOPED_TRACE(testing::Message() << n << " complex " << is_complex << " " << x << " at " << at);
@@ -264,7 +265,7 @@ TEST(Statistics, SameBitsOnEveryInstructionSet) {
     return bits;
   };
   for (const bool is_complex : {false, true})
-    for (const std::size_t n : {1, 6, 13, 16, 33, 700, 3000})
+    for (const std::size_t n : sizes{1, 6, 13, 16, 33, 700, 3000})
       for (const double x : {0.5, 1e200}) {
         record in = random_signal(n, is_complex, 4);
         in.data[n / 2] = x;
@@ -278,7 +279,7 @@ TEST(Statistics, SameBitsOnEveryInstructionSet) {
 
 TEST(Extremes, FirstOfEqualSamplesWhereverItStands) {
   for (const bool is_complex : {false, true})
-    for (const std::size_t n : {1, 4, 9, 33, 70, 2049, 4200})
+    for (const std::size_t n : sizes{1, 4, 9, 33, 70, 2049, 4200})
       for (std::size_t at = 0; at < n; at += n < 100 ? 1 : 97) {
         record in = random_signal(n, is_complex, 2);
         for (const double sign : {1.0, -1.0}) {
@@ -335,7 +336,7 @@ TEST(Histogram, CountsEdgesAsStated) {
 }
 
 TEST(Median, IsTheMiddleOfTheSorted) {
-  for (const std::size_t n : {1, 2, 9, 10, 1000}) {
+  for (const std::size_t n : sizes{1, 2, 9, 10, 1000}) {
     const record in = random_signal(n, false, 3);
     reals x = doubles_of(in);
     std::sort(x.begin(), x.end());
@@ -382,7 +383,7 @@ reals regression(const std::vector<wide> &x, const std::vector<wide> &y) {
 
 TEST(Regression, EqualsTheDefinition) {
   for (const double dx : {1.0, 0.25, 0.0})
-    for (const std::size_t n : {2, 3, 50, 2048, 3000, 5000}) {
+    for (const std::size_t n : sizes{2, 3, 50, 2048, 3000, 5000}) {
       reals y = random_reals(n, 5);
       std::vector<wide> px, py;
       complexes z;

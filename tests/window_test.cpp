@@ -16,6 +16,7 @@ namespace {
 
 using namespace support;
 using wide = long double;
+using sizes = std::initializer_list<std::size_t>;
 
 const wide pi = std::acos(wide(-1));
 const double eps = 0x1p-52;
@@ -293,7 +294,7 @@ TEST(Generators, ParametricShapesToTheLastDigits) {
 }
 
 TEST(Generators, AreScaledAsAsked) {
-  for (const std::size_t n : {1, 2, 7, 64, 4097})
+  for (const std::size_t n : sizes{1, 2, 7, 64, 4097})
     for (const int32_t form : {0, static_cast<int32_t>(DSP_WND_SYMMETRIC)})
       for (const int32_t scale : {static_cast<int32_t>(DSP_WND_AMPLITUDE), static_cast<int32_t>(DSP_WND_POWER)}) {
         const int32_t flags = scale | form;
@@ -312,7 +313,7 @@ TEST(Generators, AreScaledAsAsked) {
 }
 
 TEST(Generators, ActivePartOfASignal) {
-  for (const std::size_t n : {1, 2, 9, 16, 301, 1000})
+  for (const std::size_t n : sizes{1, 2, 9, 16, 301, 1000})
     for (const double active : {0.4, 1.0, 2.0, 5.0, 6.5, 8.0, 9.0, 16.0, 20.0, 300.0, 999.5, 4000.0, inf})
       for (const int32_t type : {2, 6, 11})
         for (const int32_t scale : {0, 1, 2}) {
@@ -349,7 +350,7 @@ TEST(Generators, ActivePartOfASignal) {
 
 TEST(Applying, SwapsHalvesAndKeepsTheRest) {
   for (const bool is_complex : {false, true})
-    for (const std::size_t n : {0, 1, 2, 5, 8, 33, 100}) {
+    for (const std::size_t n : sizes{0, 1, 2, 5, 8, 33, 100}) {
       const record in = random_signal(n, is_complex, 3, 0.25);
       for (const int32_t type : {0, 2, 17}) {
         record plain(in), swapped(in), twice(in);
@@ -370,7 +371,7 @@ TEST(Applying, SwapsHalvesAndKeepsTheRest) {
   EXPECT_EQ(catalogued(DSP_WINDOW_HANN, DSP_WND_RAW, 4), (reals{0, 0.5, 1, 0.5}));
   EXPECT_EQ(weights([](dsp_vec *v) { return dspi_window(v, DSP_WINDOW_HANN, DSP_WND_RAW); }, 4),
             (reals{1, 0.5, 0, 0.5}));
-  for (const std::size_t n : {4, 5, 100}) {
+  for (const std::size_t n : sizes{4, 5, 100}) {
     const reals taps = weights([](dsp_vec *v) { return dspi_window_fir(v, DSP_WINDOW_KAISER80); }, n);
     EXPECT_EQ(taps, reals(taps.rbegin(), taps.rend()));
     EXPECT_GT(taps[0], 0.0);
