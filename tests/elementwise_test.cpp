@@ -1,0 +1,414 @@
+// Arithmetic, representations, two-signal operations and elementary functions.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "dsp/core/isa.h"
+#include "dsp/dsp.h"
+#include "tests/support/heap.h"
+#include "tests/support/record.h"
+
+namespace {
+
+using namespace support;
+using wide = std::complex<long double>;
+
+const double inf = std::numeric_limits<double>::infinity();
+const double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double pi = 3.141592653589793;
+constexpr double log10_e = 0.4342944819032518;
+constexpr double bound = 1e100;
+constexpr double tiny = 2.2250738585072014e-308;
+
+struct unary {
+  const char *name;
+  std::function<int32_t(dsp_vec *)> run;
+};
+
+struct binary {
+  const char *name;
+  std::function<int32_t(const dsp_vec *, const dsp_vec *, dsp_vec *)> run;
+};
+
+const std::vector<unary> unaries = {
+    {"real", dspi_real},
+    {"imag", dspi_imag},
+    {"rtoc", dspi_rtoc},
+    {"conj", dspi_conj},
+    {"neg", dspi_neg},
+    {"offset", [](dsp_vec *v) { return dspi_offset(v, 0.3); }},
+    {"scale", [](dsp_vec *v) { return dspi_scale(v, 1.7); }},
+    {"cscale", [](dsp_vec *v) { return dspi_cscale(v, 0.3, -1.7); }},
+    {"recip", dspi_recip},
+    {"sqrt", dspi_sqrt},
+    {"square", dspi_square},
+    {"timesi", dspi_timesi},
+    {"limit", [](dsp_vec *v) { return dspi_limit(v, 0.5, -0.25, nullptr); }},
+    {"zero", dspi_zero},
+    {"mag", dspi_mag},
+    {"magsq", dspi_magsq},
+    {"phase", dspi_phase},
+    {"rtop", dspi_rtop},
+    {"ptor", dspi_ptor},
+    {"db", [](dsp_vec *v) { return dspi_db(v, 20.0); }},
+    {"exp", dspi_exp},
+    {"log", dspi_log},
+    {"log10", dspi_log10},
+};
+
+const std::vector<binary> binaries = {
+    {"add", dspb_add},
+    {"sub", dspb_sub},
+    {"mul", dspb_mul},
+    {"conj_mul", dspb_conj_mul},
+    {"div", dspb_div},
+    {"avg_add", [](const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return dspb_avg_add(a, b, out, 0.3); }},
+    {"max", dspb_max},
+    {"min", dspb_min},
+};
+
+// Runs `check` with each instruction set this processor has.
+void with_each_isa(const std::function<void()> &check) {
+  const dsp::isa best = dsp::active_isa();
+  for (const auto set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512})
+    if (dsp::force_isa(set)) {
+      SCOPED_TRACE("instruction set " + std::to_string(static_cast<int>(set)));
+      check();
+    }
+  dsp::force_isa(best);
+}
+
+// Random samples with the awkward ones strewn in.
+record awkward_signal(std::size_t n, bool is_complex, unsigned seed) {
+  const double special[] = {0.0, -0.0, 1e101, -1e101, 1e-310, -1e-310, inf, -inf, nan, 1e200, 1e-200, 300.0, -2.0};
+  record v = random_signal(n, is_complex, seed, 0.5);
+  const std::size_t doubles = is_complex ? 2 * n : n;
+  for (std::size_t i = seed % 3; i < doubles; i += 1 + (seed + i) % 5) v.data[i] = special[(i + seed) % 13];
+  return v;
+}
+
+record sample_of(const record &v, int32_t i) {
+  record one;
+  EXPECT_EQ(dspu_subvec(&v, &one, i, 1), 0);
+  return one;
+}
+
+// What the routine makes of each sample alone, behind each other.
+record by_samples(const record &like, const std::function<int32_t(int32_t i, record *one)> &run) {
+  record whole;
+  for (int32_t i = 0; i < like.length; ++i) {
+    record one;
+    EXPECT_EQ(run(i, &one), 0);
+    whole.dx = one.dx;
+    EXPECT_EQ(dsp_append(&whole, &one), 0);
+  }
+  return whole;
+}
+
+TEST(Unary, EachSampleIsTreatedAlikeWhereverItLies) {
+  with_each_isa([] {
+    for (const unary &f : unaries)
+      for (const bool is_complex : {false, true})
+        for (const std::size_t n : {1u, 2u, 3u, 5u, 7u, 8u, 9u, 16u, 31u, 67u}) {
+          SCOPED_TRACE(std::string(f.name) + " of " + std::to_string(n) + (is_complex ? " complex" : " real"));
+          const record in = awkward_signal(n, is_complex, static_cast<unsigned>(n));
+          const record expected = by_samples(in, [&](int32_t i, record *one) {
+            *one = sample_of(in, i);
+            return f.run(one);
+          });
+          record own(in);
+          ASSERT_EQ(f.run(&own), 0);
+          EXPECT_TRUE(same(own, expected));
+          record memory(in);
+          record borrowed;
+          static_cast<dsp_vec &>(borrowed) = view(memory);
+          ASSERT_EQ(f.run(&borrowed), 0);
+          EXPECT_TRUE(same(borrowed, expected));
+        }
+  });
+}
+
+TEST(Unary, WritesIntoASecondSignal) {
+  struct {
+    int32_t (*into)(const dsp_vec *, dsp_vec *);
+    int32_t (*in_place)(dsp_vec *);
+  } pairs[] = {{dspu_mag, dspi_mag}, {dspu_magsq, dspi_magsq}, {dspu_sqrt, dspi_sqrt}};
+  for (const auto &f : pairs)
+    for (const bool is_complex : {false, true}) {
+      const record in = awkward_signal(37, is_complex, 4);
+      record expected(in), out(reals{1}), own(in), memory(in);
+      ASSERT_EQ(f.in_place(&expected), 0);
+      ASSERT_EQ(f.into(&in, &out), 0);
+      EXPECT_TRUE(same(out, expected));
+      ASSERT_EQ(f.into(&own, &own), 0);
+      EXPECT_TRUE(same(own, expected));
+      dsp_vec borrowed = view(memory);
+      ASSERT_EQ(f.into(&borrowed, &borrowed), 0);
+      EXPECT_TRUE(same(borrowed, expected));
+      dsp_destroy(&borrowed);
+      const dsp_vec sight = view(memory);
+      ASSERT_EQ(f.into(&sight, &memory), 0);
+      EXPECT_TRUE(same(memory, expected));
+    }
+}
+
+TEST(Unary, EmptySignalsChangeRepresentationOnly) {
+  const std::string to_complex = "rtoc rtop", to_real = "real imag mag magsq phase";
+  for (const unary &f : unaries)
+    for (const uint32_t is_complex : {0u, 1u})
+      for (const int32_t length : {0, -3}) {
+        record v;
+        v.length = length;
+        v.is_complex = is_complex;
+        ASSERT_EQ(f.run(&v), 0) << f.name;
+        const bool listed = to_complex.find(f.name) != std::string::npos;
+        const bool cleared = to_real.find(f.name) != std::string::npos;
+        EXPECT_EQ(v.is_complex, listed ? 1u : cleared ? 0u : is_complex) << f.name;
+        EXPECT_EQ(v.data, nullptr) << f.name;
+      }
+}
+
+TEST(Unary, KnownValues) {
+  const double floor1 = -307.6526555685888, floor20 = 20 * floor1, floor_e = -708.3964185322641;
+  const auto db = [](double factor) { return [factor](dsp_vec *v) { return dspi_db(v, factor); }; };
+  const auto limit = [](double lo, double hi) { return [=](dsp_vec *v) { return dspi_limit(v, lo, hi, nullptr); }; };
+  const double half = std::sqrt(0.5);
+  struct {
+    std::function<int32_t(dsp_vec *)> run;
+    record in, out;
+    double tolerance;
+  } cases[] = {
+      {db(20), record(reals{0, -1, 1e-310, 1, tiny, nan}), record(reals{floor20, floor20, floor20, 0, floor20, nan}),
+       0},
+      {db(10), record(complexes{{0, 1}, {0, 0}, {1e150, 0}, {nan, 1}}),
+       record(complexes{{0, 10 * (pi / 2) * log10_e}, {10 * floor1, 0}, {1000, 0}, {nan, nan}}), 1e-13},
+      {db(1), record(complexes{{1e101, -1e101}}), record(complexes{{std::log10(2e200) / 2, -pi / 4 * log10_e}}), 1e-14},
+      {dspi_recip, record(reals{0, 4, -0.0}), record(reals{bound, 0.25, bound}), 0},
+      {dspi_recip, record(complexes{{1e101, 0}, {0, 0}, {3, 4}, {1e-170, 0}}),
+       record(complexes{{10, -0.0}, {0, -0.0}, {0.12, -0.16}, {1e-70, -0.0}}), 1e-16},
+      {dspi_sqrt, record(reals{-4, 4, nan}), record(reals{0, 2, nan}), 0},
+      {dspi_sqrt, record(complexes{{-4, 0}, {0, 0}, {0, -2}, {1e101, 0}, {-4, -0.0}}),
+       record(complexes{{0, 2}, {0, 0}, {1, -1}, {1e50, 0}, {0, -2}}), 1e-15},
+      {dspi_square, record(reals{3, 1e101, -1e101, bound}), record(reals{9, bound, bound, 1e200}), 0},
+      {dspi_square, record(complexes{{1, 2}, {-1e101, 3}, {2, -1e150}, {1e101, 1e101}}),
+       record(complexes{{-3, 4}, {1e200, 3 * -2e100}, {-1e200, -4e100}, {0, bound * 2e100}}), 0},
+      {dspi_mag, record(complexes{{3, -4}, {inf, nan}, {1e200, 1e200}, {3e-320, 4e-320}, {nan, 0}, {0, 0}}),
+       record(reals{5, inf, std::hypot(1e200, 1e200), std::hypot(3e-320, 4e-320), nan, 0}), 0},
+      {dspi_magsq, record(complexes{{3, -4}, {0, 1e101}, {nan, 2}}), record(reals{25, bound, nan}), 0},
+      {dspi_phase, record(reals{-1, 0, -0.0, nan, 2}), record(reals{pi, 0, 0, 0, 0}), 0},
+      {dspi_phase, record(complexes{{0, -1}, {-0.0, 0}, {-0.0, -0.0}, {-1, 0}}), record(reals{-pi / 2, 0, 0, pi}), 0},
+      {dspi_rtop, record(reals{-3, 2}), record(complexes{{3, pi}, {2, 0}}), 0},
+      {dspi_ptor, record(complexes{{2, pi / 2}, {-1, 0}}), record(complexes{{0, 2}, {-1, 0}}), 1e-15},
+      {dspi_ptor, record(reals{-3, 2}), record(reals{-3, 2}), 0},
+      {dspi_imag, record(reals{1, 2}), record(reals{0, 0}), 0},
+      {dspi_asin, record(reals{2, 1, -0.5, nan}), record(reals{0, pi / 2, -pi / 6, nan}), 2e-16},
+      {dspi_acos, record(reals{-1.1, 1, -1}), record(reals{0, 0, pi}), 0},
+      {dspi_sinh, record(reals{231, -231, 1}), record(reals{bound, -bound, (std::exp(1) - std::exp(-1)) / 2}), 1e-15},
+      {dspi_cosh, record(reals{231, -231, 0}), record(reals{bound, bound, 1}), 0},
+      {dspi_besy0, record(reals{0, -1, 1}), record(reals{0, 0, 0.088256964215676958}), 1e-16},
+      {dspi_besy1, record(reals{0, -1, 1}), record(reals{0, 0, -0.78121282130028871}), 2e-16},
+      {dspi_exp, record(reals{231, 0, -1000}), record(reals{bound, 1, 0}), 0},
+      {dspi_exp, record(complexes{{231, pi / 2}, {0, pi}}),
+       record(complexes{{bound * 6.123233995736766e-17, bound}, {-1, 1.2246467991473532e-16}}), 1e84},
+      {dspi_exp10, record(reals{1, -1e101, 2}), record(reals{10, -1e101, 2}), 1e-14},
+      {dspi_exp10, record(reals{101, -400}), record(reals{bound, 0}), 0},
+      {dspi_exp10, record(complexes{{-1e101, 0}, {-2, 0}}), record(complexes{{-bound, -0.0}, {0.01, 0}}), 1e-16},
+      {dspi_log, record(reals{0, -1, 1, tiny}), record(reals{floor_e, floor_e, 0, floor_e}), 0},
+      {dspi_log, record(complexes{{1e101, 0}, {0, -2}, {1e-160, 0}}),
+       record(complexes{{115.12925464970229, 0}, {std::log(2), -pi / 2}, {floor_e, 0}}), 2e-16},
+      {dspi_log10, record(reals{0, 100}), record(reals{floor1, 2}), 0},
+      {dspi_log10, record(complexes{{half, half}}), record(complexes{{0, pi / 4 * log10_e}}), 1e-16},
+      {limit(5, -5), record(reals{-7, 7, 1, nan}), record(reals{-5, 5, 1, nan}), 0},
+  };
+  for (auto &c : cases) {
+    ASSERT_EQ(c.run(&c.in), 0);
+    const bool good = c.out.is_complex != 0 ? near(c.in, complexes_of(c.out), c.tolerance)
+                                            : near(c.in, doubles_of(c.out), c.tolerance);
+    EXPECT_TRUE(good) << "case " << &c - cases << ": " << ::testing::PrintToString(doubles_of(c.in));
+  }
+}
+
+TEST(Unary, LimitTellsWhetherAnythingChanged) {
+  for (std::size_t at = 0; at < 19; ++at)
+    for (const double x : {2.0, -2.0, 1.0, nan}) {
+      reals values(19, 0.5);
+      values[at] = x;
+      record v(values);
+      int32_t clipped = 7;
+      EXPECT_EQ(dspi_limit(&v, -1, 1, &clipped), 0);
+      EXPECT_EQ(clipped, std::abs(x) > 1 ? 1 : 0);
+    }
+  record empty;
+  int32_t clipped = 7;
+  EXPECT_EQ(dspi_limit(&empty, -1, 1, &clipped), 0);
+  EXPECT_EQ(clipped, 0);
+}
+
+// Relative error of the magnitude |got - expected| / |expected| in units of epsilon/2.
+double error(const complex &got, const wide &expected) {
+  return static_cast<double>(std::abs(wide(got) - expected) / std::abs(expected)) * 0x1p53;
+}
+
+TEST(Unary, AgreesWithLongDouble) {
+  const wide i(0, 1);
+  const struct {
+    std::function<int32_t(dsp_vec *)> run;
+    std::function<wide(wide)> expected;
+    double limit;
+  } cases[] = {
+      {[](dsp_vec *v) { return dspi_scale(v, 1.5); }, [](wide z) { return 1.5L * z; }, 1},
+      {[](dsp_vec *v) { return dspi_cscale(v, 0.3, -1.7); }, [](wide z) { return wide(0.3, -1.7) * z; }, 3},
+      {dspi_recip, [](wide z) { return 1.0L / z; }, 5},
+      {dspi_square, [](wide z) { return z * z; }, 3},
+      {dspi_timesi, [i](wide z) { return i * z; }, 0},
+      {dspi_mag, [](wide z) { return wide(std::abs(z)); }, 2},
+      {dspi_magsq, [](wide z) { return wide(std::norm(z)); }, 2},
+      {dspi_rtop, [](wide z) { return wide(std::abs(z), std::arg(z)); }, 2},
+      {dspi_sqrt, [](wide z) { return std::sqrt(z); }, 6},
+      {dspi_exp, [](wide z) { return std::exp(z); }, 4},
+      {dspi_log, [](wide z) { return wide(std::log(std::norm(wide(complex(z)))) / 2, std::arg(z)); }, 8},
+  };
+  for (const auto &f : cases) {
+    const record in = random_signal(1000, true, 11);
+    record out(in);
+    ASSERT_EQ(f.run(&out), 0);
+    const complexes x = complexes_of(in), y = complexes_of(out);
+    double worst = 0.0;
+    for (std::size_t k = 0; k < x.size(); ++k) worst = std::max(worst, error(y[k], f.expected(wide(x[k]))));
+    EXPECT_LE(worst, f.limit) << "case " << &f - cases;
+  }
+}
+
+TEST(Unary, RealFunctionsRefuseComplexSignals) {
+  for (const auto run : {dspi_asin, dspi_acos, dspi_sinh, dspi_cosh, dspi_besy0, dspi_besy1}) {
+    record v(complexes{{0.5, 1}}, 2.0);
+    const record before(v);
+    EXPECT_EQ(run(&v), -1);
+    EXPECT_TRUE(same(v, before));
+  }
+}
+
+TEST(Binary, EachPairIsTreatedAlikeWhereverItLies) {
+  with_each_isa([] {
+    for (const binary &f : binaries)
+      for (int mix = 0; mix < 4; ++mix)
+        for (const std::size_t n : {1u, 2u, 7u, 8u, 9u, 33u}) {
+          SCOPED_TRACE(std::string(f.name) + " mix " + std::to_string(mix) + " of " + std::to_string(n));
+          const record a = awkward_signal(n, mix & 1, 1), b = awkward_signal(n, mix & 2, 2);
+          const record expected = by_samples(a, [&](int32_t i, record *one) {
+            const record x = sample_of(a, i), y = sample_of(b, i);
+            return f.run(&x, &y, one);
+          });
+          record fresh, over_a(a), over_b(b), memory_a(a), memory_b(b);
+          ASSERT_EQ(f.run(&a, &b, &fresh), 0);
+          EXPECT_TRUE(same(fresh, expected));
+          ASSERT_EQ(f.run(&over_a, &b, &over_a), 0);
+          EXPECT_TRUE(same(over_a, expected));
+          ASSERT_EQ(f.run(&a, &over_b, &over_b), 0);
+          EXPECT_TRUE(same(over_b, expected));
+          const dsp_vec sight = view(memory_b);
+          ASSERT_EQ(f.run(&a, &sight, &memory_b), 0);
+          EXPECT_TRUE(same(memory_b, expected));
+          record borrowed;
+          static_cast<dsp_vec &>(borrowed) = view(memory_a);
+          ASSERT_EQ(f.run(&borrowed, &b, &borrowed), 0);
+          EXPECT_TRUE(same(borrowed, expected));
+        }
+  });
+}
+
+TEST(Binary, KnownValues) {
+  struct {
+    std::function<int32_t(const dsp_vec *, const dsp_vec *, dsp_vec *)> run;
+    record a, b, out;
+  } cases[] = {
+      {dspb_div, record(reals{1, -1, 0, 6}), record(reals{0, 0, 0, 4}), record(reals{bound, bound, 0, 1.5})},
+      {dspb_div, record(complexes{{1, 1}, {0, 0}, {1, 2}, {1, 0}}),
+       record(complexes{{0, 0}, {0, 0}, {1, -2}, {1e-170, 0}}),
+       record(complexes{{bound, bound}, {0, 0}, {-0.6, 0.8}, {bound, bound}})},
+      {dspb_div, record(complexes{{1, 2}, {1, 0}, {0, 0}}), record(reals{2, 0, 0}),
+       record(complexes{{0.5, 1}, {bound, bound}, {0, 0}})},
+      {dspb_div, record(reals{10, 1, 0}), record(complexes{{3, 4}, {0, 0}, {0, 0}}),
+       record(complexes{{1.2, -1.6}, {bound, bound}, {0, 0}})},
+      {dspb_add, record(reals{1, 2, 3}, 1), record(reals{1, 1, 1, 4, 5}, 3), record(reals{2, 3, 4, 4, 5}, 2)},
+      {dspb_sub, record(reals{1, 2, 3}), record(complexes{{1, 7}}), record(complexes{{0, -7}, {2, -0.0}, {3, -0.0}})},
+      {dspb_sub, record(reals{1}), record(complexes{{1, 7}, {2, 3}}), record(complexes{{0, -7}, {-2, -3}})},
+      {dspb_mul, record(complexes{{1, 2}}), record(complexes{{3, -4}}), record(complexes{{11, 2}})},
+      {dspb_conj_mul, record(complexes{{1, 2}}), record(complexes{{3, -4}}), record(complexes{{-5, 10}})},
+      {dspb_conj_mul, record(reals{2}), record(complexes{{3, -4}}), record(complexes{{6, 8}})},
+      {dspb_conj_mul, record(complexes{{1, 2}}), record(reals{3}), record(complexes{{3, 6}})},
+      {dspb_max, record(complexes{{3, 4}, {1, 1}}), record(reals{-5, 1}), record(complexes{{-5, 0}, {1, 1}})},
+      {dspb_max, record(reals{3, nan, 1}), record(reals{-5, 2, nan}), record(reals{3, 2, nan})},
+      {dspb_max, record(complexes{{1e101, 0}}), record(complexes{{0, 1e60}}), record(complexes{{0, 1e60}})},
+      {dspb_min, record(complexes{{3, 4}, {0, 0}}), record(complexes{{5, 0}, {1, 1}}),
+       record(complexes{{5, 0}, {0, 0}})},
+      {dspb_min, record(reals{3}), record(reals{-5}), record(reals{-5})},
+      {dspb_pmul, record(reals{1, 2}, 3.0), record(reals{3, 4, 5}, 9.0), record(reals{3, 10, 13, 10}, 3.0)},
+      {dspb_pmul, record(complexes{{0, 1}, {1, 0}}), record(reals{1, 1}), record(complexes{{0, 1}, {1, 1}, {1, 0}})},
+      {dspb_pmul, record(complexes{{0, 1}}), record(complexes{{0, 1}, {2, 1}}), record(complexes{{-1, 0}, {-1, 2}})},
+      {dspb_pmul, record(reals{1}), record(complexes{}), record(complexes{})},
+      {dspb_ritoc, record(reals{1, 2}, 1), record(reals{3, 4}, 2), record(complexes{{1, 3}, {2, 4}}, 1.5)},
+      {dspbs_dot, record(complexes{{0, 1}}), record(complexes{{0, 1}}), record(complexes{{-1, 0}})},
+      {dspbs_dot, record(reals{1, 2}), record(complexes{{3, 1}, {4, 2}}), record(complexes{{11, 5}})},
+      {dspbs_dot, record(complexes{{3, 1}, {4, 2}}), record(reals{1, 2}), record(complexes{{11, 5}})},
+      {dspbs_dot, record(reals{1e16, 1, -1e16}), record(reals{1, 1, 1}), record(reals{0})},
+      {dspbs_dot, record(reals{}), record(reals{}), record(reals{0})},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE("case " + std::to_string(&c - cases));
+    record fresh, over_a(c.a), over_b(c.b), memory(c.a);
+    ASSERT_EQ(c.run(&c.a, &c.b, &fresh), 0);
+    EXPECT_TRUE(same(fresh, c.out));
+    ASSERT_EQ(c.run(&over_a, &c.b, &over_a), 0);
+    ASSERT_EQ(c.run(&c.a, &over_b, &over_b), 0);
+    dsp_vec borrowed = view(memory);
+    ASSERT_EQ(c.run(&borrowed, &c.b, &borrowed), 0);
+    over_a.dx = over_b.dx = borrowed.dx = c.out.dx;  // the dot product keeps its output's
+    EXPECT_TRUE(same(over_a, c.out));
+    EXPECT_TRUE(same(over_b, c.out));
+    EXPECT_TRUE(same(borrowed, c.out));
+    dsp_destroy(&borrowed);
+  }
+}
+
+TEST(Binary, RefusesWithoutTouchingTheOutput) {
+  const record two(reals{1, 2}), three(reals{1, 2, 3}), z(complexes{{1, 2}, {3, 4}});
+  const record before(reals{7}, 3.0);
+  record out(before);
+  for (const binary &f : binaries) {
+    if (std::string(f.name) == "add" || std::string(f.name) == "sub") continue;
+    EXPECT_EQ(f.run(&two, &three, &out), -1) << f.name;
+  }
+  EXPECT_EQ(dspb_ritoc(&two, &three, &out), -1);
+  EXPECT_EQ(dspb_ritoc(&two, &z, &out), -1);
+  EXPECT_EQ(dspb_ritoc(&z, &two, &out), -1);
+  EXPECT_EQ(dspbs_dot(&two, &three, &out), -1);
+  EXPECT_TRUE(same(out, before));
+}
+
+TEST(FailingMemory, ElementWise) {
+  const record x = random_signal(9, false, 1), z = random_signal(9, true, 2), shorter = random_signal(5, true, 3);
+  for (const unary &f : unaries)
+    sweep_failing_memory(f.name, [&](record *r) {
+      *r = x;
+      return f.run(r);
+    });
+  for (const binary &f : binaries) {
+    sweep_failing_memory(f.name, [&](record *r) { return f.run(&x, &z, r); });
+    sweep_failing_memory(f.name, [&](record *r) { return *r = x, f.run(r, &z, r); });
+  }
+  sweep_failing_memory("add, padded", [&](record *r) { return dspb_add(&x, &shorter, r); });
+  sweep_failing_memory("sub, padded", [&](record *r) { return dspb_sub(&shorter, &x, r); });
+  sweep_failing_memory("pmul", [&](record *r) { return dspb_pmul(&x, &z, r); });
+  sweep_failing_memory("pmul, shared", [&](record *r) { return *r = x, dspb_pmul(&z, r, r); });
+  sweep_failing_memory("ritoc", [&](record *r) { return *r = x, dspb_ritoc(r, &x, r); });
+  sweep_failing_memory("dot", [&](record *r) { return dspbs_dot(&x, &z, r); });
+  for (const auto run : {dspu_mag, dspu_magsq, dspu_sqrt})
+    sweep_failing_memory("dspu_", [&](record *r) { return run(&z, r); });
+}
+
+}  // namespace
