@@ -142,35 +142,34 @@ struct tile {
   points<W> column[T][T / W];
 
   DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
-    for (int i = 0; i < T; ++i)
-      for (int group = 0; group < T / W; ++group)
-        column[i][group] = load_split<W>(x + reversed_bits(i, T) * stride + 2 * W * group);
-    transpose_rows();
+    for (int group = 0; group < T / W; ++group) {
+      points<W> row[T];
+      for (int i = 0; i < T; ++i) row[i] = load_split<W>(x + reversed_bits(i, T) * stride + 2 * W * group);
+      take_rows(row, group);
+    }
   }
 
   // For a record that is no more than this tile: the one pass before, whose results stay in registers.
   template <class Source>
   DSP_INLINE void compute(const double *x, const double *roots) {
-    for (int group = 0; group < T / W; ++group, roots += (T - 1) * root_values * W) {
-      points<W> v[T];
-      for (int i = 0; i < T; ++i) v[i] = Source::template load<W>(x + 2 * (i * T + group * W));
-      butterfly<W>(v);
-      column[0][group] = v[0];
-      for (int i = 1; i < T; ++i) column[i][group] = times_root<W>(v[i], roots + (i - 1) * root_values * W);
+    for (int group = 0; group < T / W; ++group) {
+      points<W> row[T];
+      for (int i = 0; i < T; ++i) row[i] = Source::template load<W>(x + 2 * (i * T + group * W));
+      butterfly<W>(row);
+      for (int i = 1; i < T; ++i, roots += root_values * W) row[i] = times_root<W>(row[i], roots);
+      take_rows(row, group);
     }
-    transpose_rows();
   }
 
-  DSP_INLINE void transpose_rows() {
-    for (int i = 0; i < T; i += W) {
-      for (int j = i; j < T; j += W) {
-        points<W> a[W];
-        points<W> b[W];
-        for (int k = 0; k < W; ++k) a[k] = column[i + k][j / W], b[k] = column[j + k][i / W];
-        dsp::transpose<W>(a);
-        dsp::transpose<W>(b);
-        for (int k = 0; k < W; ++k) column[j + k][i / W] = a[k], column[i + k][j / W] = b[k];
-      }
+  // W columns of all T rows.
+  DSP_INLINE void take_rows(const points<W> (&row)[T], int group) {
+    for (int r = 0; r < T; r += W) {
+      lanes<W> re[W];
+      lanes<W> im[W];
+      for (int l = 0; l < W; ++l) re[l] = row[r + lane_order(l, W)].re, im[l] = row[r + lane_order(l, W)].im;
+      transpose<W>(re);
+      transpose<W>(im);
+      for (int l = 0; l < W; ++l) column[group * W + lane_order(l, W)][r / W] = {re[l], im[l]};
     }
   }
 
@@ -312,8 +311,8 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
   double *const high = x + 2 * (m - k - W + 1);
   double *const middle_low = x + 2 * (m / 2 - k - W + 1);
   double *const middle_high = x + 2 * (m / 2 + k);
-  const lanes<W> cos = load<W>(octant + k);
-  const lanes<W> sin = load<W>(octant + m / 4 + 1 + k);
+  const lanes<W> cos = in_lane_order<W>(load<W>(octant + k));
+  const lanes<W> sin = in_lane_order<W>(load<W>(octant + m / 4 + 1 + k));
   points<W> a = load_pairs<W>(low);
   points<W> b = load_pairs_reversed<W>(high);
   points<W> c = load_pairs_reversed<W>(middle_low);

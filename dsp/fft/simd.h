@@ -59,115 +59,118 @@ DSP_INLINE void store_split(double *p, const points<W> &v) {
   store<W>(p + W, v.im);
 }
 
-// The even and the odd lanes of a and b, and back.
+// The cheap way between pairs and lanes leaves samples out of order: lane l holds sample lane_order(l, W).
 template <int W>
-DSP_INLINE points<W> unzip(const lanes<W> &a, const lanes<W> &b) {
-  if constexpr (W == 1)
-    return {a, b};
-  else if constexpr (W == 2)
-    return {__builtin_shufflevector(a, b, 0, 2), __builtin_shufflevector(a, b, 1, 3)};
-  else if constexpr (W == 4)
-    return {__builtin_shufflevector(a, b, 0, 2, 4, 6), __builtin_shufflevector(a, b, 1, 3, 5, 7)};
+DSP_INLINE lanes<W> in_lane_order(const lanes<W> &a) {
+  if constexpr (W == 4)
+    return __builtin_shufflevector(a, a, 0, 2, 1, 3);
+  else if constexpr (W == 8)
+    return __builtin_shufflevector(a, a, 0, 4, 1, 5, 2, 6, 3, 7);
   else
-    return {__builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14),
-            __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15)};
+    return a;
 }
 
+// Of every two neighbouring lanes the first ones of a and b, and the second ones.
 template <int W>
-DSP_INLINE lanes<W> zip_low(const lanes<W> &a, const lanes<W> &b) {
+DSP_INLINE lanes<W> first_lanes(const lanes<W> &a, const lanes<W> &b) {
   if constexpr (W == 1)
     return a;
   else if constexpr (W == 2)
     return __builtin_shufflevector(a, b, 0, 2);
   else if constexpr (W == 4)
-    return __builtin_shufflevector(a, b, 0, 4, 1, 5);
+    return __builtin_shufflevector(a, b, 0, 4, 2, 6);
   else
-    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+    return __builtin_shufflevector(a, b, 0, 8, 2, 10, 4, 12, 6, 14);
 }
 
 template <int W>
-DSP_INLINE lanes<W> zip_high(const lanes<W> &a, const lanes<W> &b) {
+DSP_INLINE lanes<W> second_lanes(const lanes<W> &a, const lanes<W> &b) {
   if constexpr (W == 1)
     return b;
   else if constexpr (W == 2)
     return __builtin_shufflevector(a, b, 1, 3);
   else if constexpr (W == 4)
-    return __builtin_shufflevector(a, b, 2, 6, 3, 7);
+    return __builtin_shufflevector(a, b, 1, 5, 3, 7);
   else
-    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+    return __builtin_shufflevector(a, b, 1, 9, 3, 11, 5, 13, 7, 15);
 }
 
+// The pairs of lanes from the last to the first.
 template <int W>
-DSP_INLINE lanes<W> reversed(const lanes<W> &a) {
-  if constexpr (W == 1)
-    return a;
-  else if constexpr (W == 2)
-    return __builtin_shufflevector(a, a, 1, 0);
-  else if constexpr (W == 4)
-    return __builtin_shufflevector(a, a, 3, 2, 1, 0);
+DSP_INLINE lanes<W> pairs_reversed(const lanes<W> &a) {
+  if constexpr (W == 4)
+    return __builtin_shufflevector(a, a, 2, 3, 0, 1);
+  else if constexpr (W == 8)
+    return __builtin_shufflevector(a, a, 6, 7, 4, 5, 2, 3, 0, 1);
   else
-    return __builtin_shufflevector(a, a, 7, 6, 5, 4, 3, 2, 1, 0);
+    return a;
 }
 
-// W complex samples as they lie in a signal: re, im, re, im, ...
+// W complex samples as they lie in a signal, re, im, re, im, ..., to lane order and back.
 template <int W>
 DSP_INLINE points<W> load_pairs(const double *p) {
-  return unzip<W>(load<W>(p), load<W>(p + W));
+  const lanes<W> a = load<W>(p);
+  const lanes<W> b = load<W>(p + W);
+  return {first_lanes<W>(a, b), second_lanes<W>(a, b)};
 }
 
 template <int W>
 DSP_INLINE void store_pairs(double *p, const points<W> &v) {
-  store<W>(p, zip_low<W>(v.re, v.im));
-  store<W>(p + W, zip_high<W>(v.re, v.im));
+  store<W>(p, first_lanes<W>(v.re, v.im));
+  store<W>(p + W, second_lanes<W>(v.re, v.im));
 }
 
-// The same from the last sample to the first.
+// The same with the last sample where the first would be.
 template <int W>
 DSP_INLINE points<W> load_pairs_reversed(const double *p) {
-  const points<W> v = load_pairs<W>(p);
-  return {reversed<W>(v.re), reversed<W>(v.im)};
+  if constexpr (W == 1) return load_pairs<W>(p);
+  const lanes<W> a = pairs_reversed<W>(load<W>(p + W));
+  const lanes<W> b = pairs_reversed<W>(load<W>(p));
+  return {first_lanes<W>(a, b), second_lanes<W>(a, b)};
 }
 
 template <int W>
 DSP_INLINE void store_pairs_reversed(double *p, const points<W> &v) {
-  store_pairs<W>(p, {reversed<W>(v.re), reversed<W>(v.im)});
+  if constexpr (W == 1) return store_pairs<W>(p, v);
+  store<W>(p, pairs_reversed<W>(second_lanes<W>(v.re, v.im)));
+  store<W>(p + W, pairs_reversed<W>(first_lanes<W>(v.re, v.im)));
 }
 
-// One exchange of a transposition: of every 2 x 2 block of D x D lanes in rows a and b, those off the diagonal.
-template <int W, int D>
-DSP_INLINE void exchange(lanes<W> &a, lanes<W> &b) {
+// Halves of a followed by halves of b: the lower ones, then the upper ones.
+template <int W>
+DSP_INLINE void exchange_halves(lanes<W> &a, lanes<W> &b) {
   const lanes<W> x = a;
   const lanes<W> y = b;
-  if constexpr (W == 2) {
-    a = __builtin_shufflevector(x, y, 0, 2);
-    b = __builtin_shufflevector(x, y, 1, 3);
-  } else if constexpr (W == 4 && D == 1) {
-    a = __builtin_shufflevector(x, y, 0, 4, 2, 6);
-    b = __builtin_shufflevector(x, y, 1, 5, 3, 7);
-  } else if constexpr (W == 4) {
+  if constexpr (W == 4) {
     a = __builtin_shufflevector(x, y, 0, 1, 4, 5);
     b = __builtin_shufflevector(x, y, 2, 3, 6, 7);
-  } else if constexpr (W == 8 && D == 1) {
-    a = __builtin_shufflevector(x, y, 0, 8, 2, 10, 4, 12, 6, 14);
-    b = __builtin_shufflevector(x, y, 1, 9, 3, 11, 5, 13, 7, 15);
-  } else if constexpr (W == 8 && D == 2) {
-    a = __builtin_shufflevector(x, y, 0, 1, 8, 9, 4, 5, 12, 13);
-    b = __builtin_shufflevector(x, y, 2, 3, 10, 11, 6, 7, 14, 15);
   } else if constexpr (W == 8) {
     a = __builtin_shufflevector(x, y, 0, 1, 2, 3, 8, 9, 10, 11);
     b = __builtin_shufflevector(x, y, 4, 5, 6, 7, 12, 13, 14, 15);
   }
 }
 
-template <int W, int D = W / 2>
-DSP_INLINE void transpose(points<W> (&row)[W]) {
-  if constexpr (D > 0) {
-    for (int i = 0; i < W; ++i) {
-      if ((i & D) != 0) continue;
-      exchange<W, D>(row[i].re, row[i + D].re);
-      exchange<W, D>(row[i].im, row[i + D].im);
+template <int W>
+DSP_INLINE void transpose(lanes<W> (&row)[W]) {
+  for (int i = 0; i + 1 < W; i += 2) {
+    const lanes<W> a = row[i];
+    const lanes<W> b = row[i + 1];
+    row[i] = first_lanes<W>(a, b);
+    row[i + 1] = second_lanes<W>(a, b);
+  }
+  if constexpr (W == 4) {
+    exchange_halves<W>(row[0], row[2]);
+    exchange_halves<W>(row[1], row[3]);
+  } else if constexpr (W == 8) {
+    for (int i = 0; i < 2; ++i) {  // 4 by 4 pairs of lanes
+      exchange_halves<W>(row[i], row[i + 2]);
+      exchange_halves<W>(row[i + 4], row[i + 6]);
+      const lanes<W> t[] = {row[i], row[i + 2], row[i + 4], row[i + 6]};
+      row[i] = __builtin_shufflevector(t[0], t[2], 0, 1, 4, 5, 8, 9, 12, 13);
+      row[i + 2] = __builtin_shufflevector(t[0], t[2], 2, 3, 6, 7, 10, 11, 14, 15);
+      row[i + 4] = __builtin_shufflevector(t[1], t[3], 0, 1, 4, 5, 8, 9, 12, 13);
+      row[i + 6] = __builtin_shufflevector(t[1], t[3], 2, 3, 6, 7, 10, 11, 14, 15);
     }
-    transpose<W, D / 2>(row);
   }
 }
 
