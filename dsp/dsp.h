@@ -147,91 +147,279 @@ DSP_API int32_t dsp_free_internal(void);
 
 /* ============================================================================================================
  * Arithmetic and representations (elementwise)
+ *
+ * One signal changed in place, sample by sample; `length` and `dx` stay. A routine that makes a real signal complex
+ * grows its buffer, and is the only kind here that can fail (-1: no memory).
+ *
+ *     dspi_fft(&v, 0);           // complex bins ...
+ *     dspi_scale(&v, 2.0);
+ *     dspi_mag(&v);              // ... to real amplitudes
+ *     dspi_db(&v, 20.0);         // ... to decibels
+ *
+ * Real samples that meet a complex constant or result count as (x, 0). Polar signals are complex signals whose pairs
+ * are (magnitude, phase in radians): dspi_rtop makes them, dspi_ptor undoes it, and only the caller knows.
+ * All arithmetic here is the same, bit for bit, on every processor.
  * ========================================================================================================== */
 
+/** Decibels: factor log10(x), `factor` 10 for powers and 20 for amplitudes. A real sample below the smallest normal
+ * double (zero, negative, subnormal) gives the factor times -307.6526555685888. Complex: (factor log10 |z|, factor
+ * times the phase times log10 e), parts beyond +-1e100 clamped to it; below the smallest normal |z|^2, (that floor, 0).
+ */
 DSP_API int32_t dspi_db(dsp_vec *v, double factor);
+
+/** Real parts; the signal becomes real. */
 DSP_API int32_t dspi_real(dsp_vec *v);
+
+/** Imaginary parts; the signal becomes real. A real signal becomes all 0. */
 DSP_API int32_t dspi_imag(dsp_vec *v);
+
+/** x becomes (x, 0); a complex signal stays. -1: no memory. */
 DSP_API int32_t dspi_rtoc(dsp_vec *v);
+
+/** Complex conjugate; a real signal stays. */
 DSP_API int32_t dspi_conj(dsp_vec *v);
+
+/** -x. */
 DSP_API int32_t dspi_neg(dsp_vec *v);
+
+/** x + c; of complex samples only the real part moves. */
 DSP_API int32_t dspi_offset(dsp_vec *v, double c);
+
+/** k x. */
 DSP_API int32_t dspi_scale(dsp_vec *v, double k);
+
+/** (c_re + i c_im) z; the signal becomes complex, unless it is empty. -1: no memory. */
 DSP_API int32_t dspi_cscale(dsp_vec *v, double c_re, double c_im);
+
+/** 1/x, and 1e100 for 0. Complex zeros give (0, -0). A complex sample with a part beyond +-1e100 is merely conjugated
+ * and scaled by 1e-100. */
 DSP_API int32_t dspi_recip(dsp_vec *v);
+
+/** Square root: 0 for negative real samples (a real signal stays real), the principal root of complex ones, whose
+ * magnitude counts as 1e100 when a part is beyond +-1e100. */
 DSP_API int32_t dspi_sqrt(dsp_vec *v);
+
+/** x x, and 1e100 for a real sample beyond +-1e100. Complex: parts beyond +-1e100 count as +-1e100. */
 DSP_API int32_t dspi_square(dsp_vec *v);
+
+/** i z; the signal becomes complex, unless it is empty. -1: no memory. */
 DSP_API int32_t dspi_timesi(dsp_vec *v);
+
+/** Clamps every value, each part of complex samples by itself, into [lo, hi], or [hi, lo] when those are the right way
+ * round. *clipped, unless null, becomes 1 if any value was outside, else 0. NaN stays and counts as inside. */
 DSP_API int32_t dspi_limit(dsp_vec *v, double lo, double hi, int32_t *clipped);
+
+/** All samples 0; a buffer that is too small, or borrowed, is replaced first. -1: no memory. */
 DSP_API int32_t dspi_zero(dsp_vec *v);
+
+/** Magnitude; the signal becomes real. Neither overflows nor vanishes on the way, like hypot; within one unit in the
+ * last place of it. */
 DSP_API int32_t dspi_mag(dsp_vec *v);
+
+/** Squared magnitude, 1e100 for samples with a part beyond +-1e100; the signal becomes real. */
 DSP_API int32_t dspi_magsq(dsp_vec *v);
+
+/** Phase in radians, in [-pi, pi]; the signal becomes real. Real samples have pi below 0, else 0 (NaN too); complex
+ * zeros of any sign 0. */
 DSP_API int32_t dspi_phase(dsp_vec *v);
+
+/** To polar: (dspi_mag, dspi_phase). The signal becomes complex. -1: no memory. */
 DSP_API int32_t dspi_rtop(dsp_vec *v);
+
+/** From polar: (m, p) becomes (m cos p, m sin p). A real signal stays. */
 DSP_API int32_t dspi_ptor(dsp_vec *v);
+
+/** As dspi_mag, dspi_magsq and dspi_sqrt, into `out`, which takes length and dx of `in` and may be it. -1: no memory.
+ */
 DSP_API int32_t dspu_mag(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out);
 DSP_API int32_t dspu_sqrt(const dsp_vec *in, dsp_vec *out);
 
 /* ============================================================================================================
  * Two signals into one (elementwise)
+ *
+ * out = a op b, sample by sample. `out` may be `a` or `b`; it takes their length, the mean of their `dx`, and is
+ * complex when either is. A real operand beside a complex one has imaginary parts 0.
+ *
+ *     dspb_sub(&measured, &background, &measured);
+ *     dspb_div(&measured, &reference, &ratio);
+ *
+ * -1: the lengths differ (the output is untouched), or no memory. Complex products and quotients follow the school
+ * formulas: no rescue of infinities, no scaling.
  * ========================================================================================================== */
 
+/** a + b and a - b. The shorter operand is extended with zeros: lengths may differ here. */
 DSP_API int32_t dspb_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
 DSP_API int32_t dspb_sub(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** a b. */
 DSP_API int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** a times the conjugate of b. */
 DSP_API int32_t dspb_conj_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** a/b. Over zero: 0 when `a` is 0 too, else 1e100 whatever its sign, (1e100, 1e100) when complex. A complex divisor
+ * whose squared magnitude underflows to 0 counts as zero. */
 DSP_API int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** b + w (a - b): the exponential average b after the new value a of weight w. w is not checked. */
 DSP_API int32_t dspb_avg_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, double w);
+
+/** The larger or smaller sample of each pair, whole: by value when both are real, else by squared magnitude, which
+ * counts as 1e100 when a part is beyond +-1e100. Ties, and comparisons with NaN, go to b. */
 DSP_API int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
 DSP_API int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** The product of the polynomials whose coefficients are the samples: full convolution, a.length + b.length - 1 samples
+ * (none when either is empty), dx of a. The lengths may differ. Time grows with their product. */
 DSP_API int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
+
+/** The complex signal (re, im) of two real ones of equal length. -1 also for complex inputs. */
 DSP_API int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out);
+
+/** The dot product, one sample, summed in order and without conjugation; 0 for empty operands. `out` keeps its dx. */
 DSP_API int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
 
 /* ============================================================================================================
  * Elementary functions (elementwise)
+ *
+ * In place; length, dx and representation stay. No domain errors: outside its domain a function gives a fixed value,
+ * 0 or 1e100 or the function's value at the smallest normal double. Accuracy is the C library's.
+ *
+ *     dspi_log10(&v);                          // a floor of -307.65 instead of minus infinity
+ *     dspi_addcos(&v, 0, 50.0, 0.1, 0.0);      // plus a hum of 50 cycles per unit of dx
+ *
+ * The first six take real signals only (-1 for complex ones, unchanged); the others always return 0.
  * ========================================================================================================== */
 
+/** Inverse sine and cosine; 0 where |x| > 1. */
 DSP_API int32_t dspi_asin(dsp_vec *v);
 DSP_API int32_t dspi_acos(dsp_vec *v);
+
+/** Hyperbolic sine and cosine; +-1e100 and 1e100 where |x| > 230.25850929940458 = 100 ln 10. */
 DSP_API int32_t dspi_sinh(dsp_vec *v);
 DSP_API int32_t dspi_cosh(dsp_vec *v);
+
+/** Bessel functions of the second kind, order 0 and 1; 0 where x <= 0. */
 DSP_API int32_t dspi_besy0(dsp_vec *v);
 DSP_API int32_t dspi_besy1(dsp_vec *v);
+
+/** e^x; 1e100 (the magnitude, of complex samples) where the real part is above 230.25850929940458. */
 DSP_API int32_t dspi_exp(dsp_vec *v);
+
+/** 10^x; 1e100 (the magnitude) where the real part is above 100. Two oddities are kept: a real sample below -1e100 ends
+ * the conversion, it and all after it stay as they are; a complex one gets the magnitude -1e100. */
 DSP_API int32_t dspi_exp10(dsp_vec *v);
+
+/** Natural logarithm; -708.3964185322641 for real samples below the smallest normal double, and (that, 0) for complex
+ * ones whose squared magnitude is below it. The squared magnitude counts as 1e100 when a part is beyond +-1e100 (the
+ * real part is then 115.12925464970229). */
 DSP_API int32_t dspi_log(dsp_vec *v);
+
+/** Common logarithm: dspi_db with factor 1. */
 DSP_API int32_t dspi_log10(dsp_vec *v);
+
+/** Adds amp cos(phase + 2 pi freq dx k) to sample k, `freq` in cycles per unit of dx. With bit 0 of `flags` a complex
+ * signal gets the sine as well, in its imaginary parts: a complex exponential. The angle is computed afresh every 256
+ * samples and turned in between; errors stay near 1e-15 of the amplitude. */
 DSP_API int32_t dspi_addcos(dsp_vec *v, int32_t flags, double freq, double amp, double phase);
 
 /* ============================================================================================================
  * Order, length and calculus (elementwise)
+ *
+ * In place; complex samples move as pairs.
+ *
+ *     dspi_zpad2(&v, 4096, DSP_PAD_CENTRE | DSP_PAD_UNSCALED);    // zeros on both sides
+ *     dspi_fft(&v, 0);
+ *     dspi_swap_halves(&v);                                       // frequency 0 in the middle
+ *
+ * -1: no memory, a mode that has no meaning, or a complex signal where a routine says real only.
  * ========================================================================================================== */
 
+/** Modes of dspi_zpad2 and dspi_unzpad: one of the first three, one of the others; further bits are ignored. */
+enum {
+  DSP_PAD_SCALED = 0,      /**< samples times new length / old length */
+  DSP_PAD_ROOT_SCALED = 1, /**< times the square root of that */
+  DSP_PAD_UNSCALED = 2,    /**< as they are; 3 is invalid */
+  DSP_PAD_FRONT = 0x000,   /**< the samples lie at the front */
+  DSP_PAD_CENTRE = 0x100,  /**< in the middle: sample n/2 of the shorter at sample n/2 of the longer signal */
+  DSP_PAD_BACK = 0x200,    /**< at the end */
+  DSP_PAD_SPLIT = 0x300    /**< the first half, the larger one, at the front, the rest at the end, as spectra want it */
+};
+
+/** Reverses the order. */
 DSP_API int32_t dspi_rev(dsp_vec *v);
+
+/** Drops the first k samples, k clamped into [0, length]. -1: no memory (a borrowed buffer is replaced by a copy). */
 DSP_API int32_t dspi_shift(dsp_vec *v, int32_t k);
+
+/** Sorts, not stably: real samples by value; complex ones by squared magnitude, parts beyond +-1e100 counting 1e200,
+ * then by real, then by imaginary part. Samples with a NaN come last. Never worse than n log n. */
 DSP_API int32_t dspi_sort(dsp_vec *v);
+
+/** Exchanges the halves: of N samples, the first moves to N/2 (a spectrum is centred). dspi_swap_halves2 undoes it; for
+ * even N the two are the same. */
 DSP_API int32_t dspi_swap_halves(dsp_vec *v);
 DSP_API int32_t dspi_swap_halves2(dsp_vec *v);
+
+/** Appends zeros up to `length`; never shortens. -1: no memory. */
 DSP_API int32_t dspi_zpad(dsp_vec *v, int32_t length);
+
+/** Lengthens to `length`, placing and scaling the old samples as `mode` says; nothing happens if the signal is that
+ * long already. -1: no memory, or an invalid mode (the signal is then longer, its samples undefined). */
 DSP_API int32_t dspi_zpad2(dsp_vec *v, int32_t length, int32_t mode);
+
+/** The inverse: keeps the `length` samples that dspi_zpad2 would have placed so; nothing happens if there are no more.
+ * A length of 0 or less leaves none. -1: an invalid mode (unchanged). */
 DSP_API int32_t dspi_unzpad(dsp_vec *v, int32_t length, int32_t mode);
+
+/** Completes the spectrum of a real signal from its one side: n samples become 2 (n - 1), or with `odd` 2 n - 1, the
+ * new ones the conjugates of those that mirror them. dspi_recon is the even form, and leaves fewer than 3 samples as
+ * they are. -1: no memory. */
 DSP_API int32_t dspi_recon(dsp_vec *v);
 DSP_API int32_t dspi_orecon(dsp_vec *v, int32_t odd);
+
+/** (x[i] - x[i-1])/dx with x[-1] = 0; times 1e100 for dx 0. */
 DSP_API int32_t dspi_differ(dsp_vec *v);
+
+/** dx (x[0] + ... + x[i]). */
 DSP_API int32_t dspi_integ(dsp_vec *v);
+
+/** Derivative of the polynomial whose coefficients, in ascending powers, are the samples: i x[i] at i - 1, one sample
+ * less. */
 DSP_API int32_t dspi_pdiffer(dsp_vec *v);
+
+/** Real only. Takes the jumps out of a phase: each sample is moved by whole turns to within pi of the one before it,
+ * the first to within pi of 0. NaN and infinite samples become NaN, and the next goes on from the last number. */
 DSP_API int32_t dspi_unwrap(dsp_vec *v);
+
+/** The same against the mean of the last `window` outputs, of as many as there are at first; 1 is dspi_unwrap, 0 wraps
+ * every sample into [-pi, pi]. -1 also for a negative window. */
 DSP_API int32_t dspi_unwrap_wnd(dsp_vec *v, int32_t window);
+
+/** Real only. Replaces the signal by the positions where it crosses `level`, interpolated, in units of dx from its
+ * first sample: rising with bit 0 of `mode` (a <= level < b), falling with bit 1 (b < level <= a). dx becomes 1. */
 DSP_API int32_t dspi_edge(dsp_vec *v, int32_t mode, double level);
 
 /* ============================================================================================================
  * Generators (elementwise)
+ *
+ * The caller states length, dx and representation; the generator sizes the buffer and writes every sample.
+ *
+ *     v.length = 1000; v.dx = 1e-6; v.is_complex = 0;
+ *     dspc_cos(&v, 50e3, 0.0);       // 50 kHz sampled at 1 MHz
+ *
+ * -1: no memory.
  * ========================================================================================================== */
 
+/** offset, offset + slope dx, ... by repeated addition; complex signals get imaginary parts 0. */
 DSP_API int32_t dspc_line(dsp_vec *v, double slope, double offset);
+
+/** cos(phase + 2 pi freq dx k), `freq` in cycles per unit of dx; complex signals get imaginary parts 0. The angle is
+ * computed afresh every 256 samples and turned in between; errors stay near 1e-15. */
 DSP_API int32_t dspc_cos(dsp_vec *v, double freq, double phase);
+
+/** The complex exponential of the same angle; on a real signal dspc_cos. */
 DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
 
 /* ============================================================================================================

@@ -16,23 +16,23 @@ struct placement {
   int32_t head_at;
 };
 
-enum : int32_t { scale_mask = 3, by_ratio = 0, by_root = 1, unscaled = 2 };
-enum : int32_t { place_mask = 0x700, front = 0x000, centre = 0x100, back = 0x200, split = 0x300 };
+constexpr int32_t scale_mask = 3;
+constexpr int32_t place_mask = 0x700;
 
 bool place(int32_t mode, int32_t shorter, int32_t longer, placement *p) {
   const int32_t gap = longer - shorter;
   switch (mode & place_mask) {
-    case front:
+    case DSP_PAD_FRONT:
       *p = {shorter, 0};
       return true;
     // Sample `shorter`/2 lands on sample `longer`/2.
-    case centre:
+    case DSP_PAD_CENTRE:
       *p = {shorter, gap / 2 + (longer % 2 == 0 && shorter % 2 != 0 ? 1 : 0)};
       return true;
-    case back:
+    case DSP_PAD_BACK:
       *p = {shorter, gap};
       return true;
-    case split:
+    case DSP_PAD_SPLIT:
       *p = {shorter - shorter / 2, 0};
       return true;
     default:
@@ -43,13 +43,13 @@ bool place(int32_t mode, int32_t shorter, int32_t longer, placement *p) {
 bool scale_factor(int32_t mode, int32_t from, int32_t to, double *factor) {
   const double ratio = from > 0 && to > 0 ? static_cast<double>(to) / from : 1.0;
   switch (mode & scale_mask) {
-    case by_ratio:
+    case DSP_PAD_SCALED:
       *factor = ratio;
       return true;
-    case by_root:
+    case DSP_PAD_ROOT_SCALED:
       *factor = std::sqrt(ratio);
       return true;
-    case unscaled:
+    case DSP_PAD_UNSCALED:
       *factor = 1.0;
       return true;
     default:
@@ -97,7 +97,7 @@ int32_t mirror(dsp_vec *v, std::int64_t length) {
 
 using namespace dsp;
 
-int32_t dspi_zpad(dsp_vec *v, int32_t length) { return dspi_zpad2(v, length, unscaled); }
+int32_t dspi_zpad(dsp_vec *v, int32_t length) { return dspi_zpad2(v, length, DSP_PAD_UNSCALED); }
 
 int32_t dspi_zpad2(dsp_vec *v, int32_t length, int32_t mode) {
   const int32_t old = samples(*v);
