@@ -16,7 +16,9 @@ void tell(const char *program, std::string message) {
 
 int run(const char *program, const std::function<int()> &body) {
   try {
-    return body();
+    const int status = body();
+    if (std::fflush(stdout) != 0) throw failure("cannot write to standard output");
+    return status;
   } catch (const std::bad_alloc &) {
     tell(program, "out of memory");
   } catch (const std::exception &e) {

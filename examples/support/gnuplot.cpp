@@ -42,8 +42,9 @@ void require_gnuplot(const std::string &picture) {
 }
 
 std::string gnuplot::quoted(const std::string &text) {
+  // Single quotes keep gnuplot from running what stands between backquotes, but cannot hold a line break.
   std::string literal = "'";
-  for (char c : text) literal += c == '\'' ? "''" : std::string(1, c);
+  for (char c : text) literal += c == '\'' ? "''" : c == '\n' ? "'.\"\\n\".'" : std::string(1, c);
   return literal + "'";
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 #include "examples/support/failure.h"
 
@@ -39,30 +40,23 @@ output_file::output_file(const std::string &path) : path_(path) {
   if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
     throw failure("cannot write " + path + ": it is not a plain file");
   if (path.size() + 16 > sizeof to_remove) throw failure("cannot write " + path + ": its path is too long");
-  for (int attempt = 0;; ++attempt) {
+  for (int attempt = 0; !stream_; ++attempt) {
     temporary_ = path + ".part" + (attempt ? std::to_string(attempt) : "");
-    if (std::FILE *file = std::fopen(temporary_.c_str(), "wbx")) {
-      std::fclose(file);
-      break;
-    }
-    if (errno != EEXIST || attempt == 99) cannot_write(path);
+    stream_ = std::fopen(temporary_.c_str(), "wbx");
+    if (!stream_ && (errno != EEXIST || attempt == 99)) cannot_write(path);
   }
   guard(temporary_);
 }
 
 output_file::~output_file() {
+  if (stream_) std::fclose(stream_);
   if (!temporary_.empty()) std::remove(temporary_.c_str());
   unguard();
 }
 
-void output_file::write(const std::string &text) {
-  std::FILE *file = std::fopen(temporary_.c_str(), "wb");
-  if (!file) cannot_write(path_);
-  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  if (std::fclose(file) != 0 || !written) cannot_write(path_);
-}
-
 void output_file::commit() {
+  const bool failed = std::ferror(stream_) != 0;
+  if (std::fclose(std::exchange(stream_, nullptr)) != 0 || failed) cannot_write(path_);
   std::error_code error;
   std::filesystem::rename(temporary_, path_, error);
   if (error) throw failure("cannot write " + path_ + ": " + error.message());

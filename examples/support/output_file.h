@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 namespace examples {
@@ -15,15 +16,15 @@ class output_file {
   output_file &operator=(const output_file &) = delete;
 
   const std::string &path() const { return path_; }
+  /** To write through; or leave it alone and let another program write to temporary(). */
+  std::FILE *stream() const { return stream_; }
   const std::string &temporary() const { return temporary_; }
-
-  /** Writes the whole content. */
-  void write(const std::string &text);
   void commit();
 
  private:
   std::string path_;
   std::string temporary_;
+  std::FILE *stream_ = nullptr;
 };
 
 }  // namespace examples

@@ -1,0 +1,314 @@
+// A one-port calibration: from three measured standards and a measured device to the device as it is.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dsp/dsp.h"
+#include "examples/support/arguments.h"
+#include "examples/support/failure.h"
+#include "examples/support/gnuplot.h"
+#include "examples/support/output_file.h"
+#include "examples/support/simulated_reflectometer.h"
+#include "examples/support/touchstone.h"
+
+namespace {
+
+using namespace examples;
+
+constexpr double pi = 3.14159265358979323846;
+
+const std::vector<option> options = {
+    {'o', "output", "FILE.s1p", "write the corrected device"},
+    {'f', "format", "FORMAT", "its numbers: ri (default), ma or db"},
+    {'p', "plot", "FILE", "draw level and Smith chart (.png or .svg)"},
+    {'s', "smooth", "POINTS", "average the level over an odd number of points\nbefore its minimum is looked for"},
+    {0, "simulate", nullptr, "make a set instead of reading one: an antenna\nbehind a cable, the standards, and noise"},
+    {0, "points", "N", "points of the simulated sweep (default 401)"},
+    {0, "noise", "DB", "its noise, in dB below full reflection\n(default 70)"},
+    {0, "seed", "N", "of the noise (default 1)"},
+    {0, "keep", "DIR", "write the simulated set there, as .s1p files"},
+    {'h', "help", nullptr, "this text"},
+};
+
+const char *const usage =
+    "usage: one_port [options] MEASURED ACTUAL MEASURED ACTUAL MEASURED ACTUAL DEVICE\n"
+    "       one_port [options] --simulate\n"
+    "\n"
+    "Corrects the measured reflection of DEVICE for the errors of the reflectometer\n"
+    "(directivity, source match, reflection tracking), which three standards show.\n"
+    "All files are Touchstone one-ports (.s1p; Hz to GHz; RI, MA or DB) over the same\n"
+    "frequencies. For each standard give what was measured and what it actually is;\n"
+    "instead of an ACTUAL file short, open or load mean ideal ones: -1, +1 and 0.\n"
+    "\n";
+
+const char *const examples_of_use =
+    "\n"
+    "  one_port --simulate --plot antenna.png\n"
+    "  one_port s.s1p short o.s1p open l.s1p load filter.s1p -o corrected.s1p -p c.svg\n"
+    "\n"
+    "The exit status is 0, or 2 after one line that says what is wrong. Output files\n"
+    "appear complete or not at all.\n";
+
+number_format format_named(const std::string &name) {
+  if (name == "ri") return number_format::ri;
+  if (name == "ma") return number_format::ma;
+  if (name == "db") return number_format::db;
+  throw failure("--format: '" + name + "' is none of ri, ma, db");
+}
+
+reflection read_actual(const std::string &word, const reflection &measured) {
+  const std::pair<const char *, double> ideals[] = {{"short", -1.0}, {"open", 1.0}, {"load", 0.0}};
+  for (const auto &[name, coefficient] : ideals) {
+    if (word != name) continue;
+    reflection r = measured;
+    r.name = word;
+    r.s.assign(measured.s.size(), {coefficient, 0.0});
+    return r;
+  }
+  return read_touchstone(word);
+}
+
+calibration_set read_set(const std::vector<std::string> &files) {
+  if (files.size() != 7)
+    throw failure("three standards, each measured and actual, and a device are seven files, not " +
+                  std::to_string(files.size()) + "; --help tells more");
+  calibration_set set;
+  for (std::size_t k = 0; k < 3; ++k) {
+    set.measured[k] = read_touchstone(files[2 * k]);
+    set.actual[k] = read_actual(files[2 * k + 1], set.measured[k]);
+  }
+  set.device = read_touchstone(files[6]);
+  return set;
+}
+
+void require_three_standards(const calibration_set &set) {
+  for (int k = 0; k < 3; ++k) {
+    require_same_sweep(set.device, set.measured[k]);
+    require_same_sweep(set.device, set.actual[k]);
+    const reflection &one = set.actual[k], &next = set.actual[(k + 1) % 3];
+    for (std::size_t i = 0; i < one.s.size(); ++i)
+      if (std::hypot(one.s[i].re - next.s[i].re, one.s[i].im - next.s[i].im) < 1e-6)
+        throw failure(one.name + " and " + next.name + " are the same standard at " + hertz(one.frequency[i]) +
+                      "; a calibration takes three different ones");
+  }
+}
+
+void write_file(const std::string &path, const std::string &text) {
+  output_file file(path);
+  std::fputs(text.c_str(), file.stream());
+  file.commit();
+}
+
+void keep_set(const calibration_set &set, const reflection &truth, const std::string &directory) {
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  for (const reflection *r : {&set.measured[0], &set.actual[0], &set.measured[1], &set.actual[1], &set.measured[2],
+                              &set.actual[2], &set.device, &truth})
+    write_file(directory + "/" + r->name, touchstone(*r, number_format::ri, "simulated reflectometer"));
+}
+
+struct error_terms {
+  std::vector<dsp_complex> directivity, source_match, tracking;
+};
+
+error_terms terms_of(const calibration_set &set) {
+  error_terms e = {set.measured[0].s, set.measured[1].s, set.measured[2].s};
+  Compute1PortTerms(e.directivity.data(), e.source_match.data(), e.tracking.data(), set.actual[0].s.data(),
+                    set.actual[1].s.data(), set.actual[2].s.data(), 0, set.device.points());
+  return e;
+}
+
+dsp_complex product(const dsp_complex &a, const dsp_complex &b) {
+  return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+}
+
+// The error box maps the actual coefficient a to (p a + e00) / (1 - e11 a), p = e10e01 - e00 e11: a quotient of two
+// linear forms. The inverse of their matrix, applied to (g, 1), gives those of a.
+reflection corrected(const reflection &device, const error_terms &e) {
+  reflection r = device;
+  r.name = "corrected";
+  for (std::size_t i = 0; i < r.s.size(); ++i) {
+    const dsp_complex e00 = e.directivity[i], e11 = e.source_match[i], both = product(e00, e11);
+    dsp_complex box[] = {{e.tracking[i].re - both.re, e.tracking[i].im - both.im}, e00, {-e11.re, -e11.im}, {1.0, 0.0}};
+    const dsp_complex measured[] = {device.s[i], {1.0, 0.0}};
+    dsp_complex actual[2];
+    if (invert(box, 2) == 0 || MatrixMult(box, measured, actual, 2, 2, 1) != 2 || invert(&actual[1], 1) == 0)
+      throw failure("the standards do not tell the errors at " + hertz(r.frequency[i]));
+    r.s[i] = product(actual[0], actual[1]);
+  }
+  return r;
+}
+
+enum : uint32_t { decibels = 0, phase_in_degrees = 2, standing_wave_ratio = 3, return_loss = 4 };
+
+std::vector<double> formatted(uint32_t format, const std::vector<dsp_complex> &s) {
+  std::vector<double> out(s.size());
+  vfpd_FormatBuffer(format, s.data(), out.data(), 0, static_cast<int32_t>(s.size()));
+  return out;
+}
+
+double largest(const std::vector<double> &x) {
+  return x[static_cast<std::size_t>(vfpd_FindMax(x.data(), 0, static_cast<int32_t>(x.size())))];
+}
+
+void tell_terms(const error_terms &e) {
+  const std::vector<double> tracking = formatted(return_loss, e.tracking);
+  std::printf("%-20s %8.2f dB at worst\n", "directivity", largest(formatted(decibels, e.directivity)));
+  std::printf("%-20s %8.2f dB at worst\n", "source match", largest(formatted(decibels, e.source_match)));
+  std::printf("%-20s %8.2f dB at most\n", "reflection loss", largest(tracking));
+}
+
+// The level as its minimum is looked for: smoothed or not.
+std::vector<double> searched_level(const reflection &device, int32_t smooth) {
+  const std::vector<double> level = formatted(decibels, device.s);
+  if (smooth == 0) return level;
+  std::vector<double> smoothed(level.size());
+  const int32_t n = device.points();
+  if (vfpd_Smooth(level.data(), smoothed.data(), n, 0, n, smooth, 0) != n)
+    throw failure("--smooth: an odd number of points from 3 on");
+  return smoothed;
+}
+
+void tell_device(const reflection &device, std::size_t at, double delay) {
+  std::printf("%-20s %s\n", "least reflection at", hertz(device.frequency[at]).c_str());
+  std::printf("%-20s %8.2f dB\n", "  return loss", formatted(return_loss, device.s)[at]);
+  std::printf("%-20s %8.3f\n", "  standing-wave ratio", formatted(standing_wave_ratio, device.s)[at]);
+  std::printf("%-20s %8.1f degrees\n", "  phase", formatted(phase_in_degrees, device.s)[at]);
+  std::printf("%-20s %8.4g ps there and back\n", "delay", delay * 1e12);
+}
+
+// The mean group delay, from the phase without its jumps.
+double delay_of(const reflection &device) {
+  const int32_t n = device.points();
+  if (n < 2) return 0.0;
+  std::vector<double> phase(device.s.size());
+  vfpd_UnwrapPhase(device.s.data(), 0, n, phase.data());
+  return (phase.front() - phase.back()) / (2.0 * pi * (device.frequency.back() - device.frequency.front()));
+}
+
+void tell_deviation(const reflection &device, const reflection &truth) {
+  std::vector<dsp_complex> d = device.s;
+  for (std::size_t i = 0; i < d.size(); ++i) d[i] = {d[i].re - truth.s[i].re, d[i].im - truth.s[i].im};
+  std::printf("%-20s %8.2f dB at worst, from the antenna simulated\n", "deviation", largest(formatted(decibels, d)));
+}
+
+// Circles of constant resistance and arcs of constant reactance, with gaps in between.
+void add_smith_chart(gnuplot &g) {
+  std::vector<double> x, y;
+  const auto end_curve = [&] { x.push_back(NAN), y.push_back(NAN); };
+  const auto add = [&](double resistance, double reactance) {  // z in units of the reference
+    const double d = (resistance + 1.0) * (resistance + 1.0) + reactance * reactance;
+    x.push_back((resistance * resistance + reactance * reactance - 1.0) / d);
+    y.push_back(2.0 * reactance / d);
+  };
+  constexpr int steps = 90;
+  for (const double resistance : {0.0, 0.2, 0.5, 1.0, 2.0, 5.0}) {
+    for (int i = -steps; i <= steps; ++i) add(resistance, (resistance + 1.0) * std::tan(0.4999 * pi * i / steps));
+    end_curve();
+  }
+  for (const double reactance : {-5.0, -2.0, -1.0, -0.5, -0.2, 0.0, 0.2, 0.5, 1.0, 2.0, 5.0}) {
+    for (int i = 0; i <= steps; ++i) add(std::tan(0.4999 * pi * i / steps), reactance);
+    end_curve();
+  }
+  g.table("chart", {x, y});
+}
+
+std::vector<double> parts(const reflection &r, double dsp_complex::*part) {
+  std::vector<double> x;
+  for (const dsp_complex &z : r.s) x.push_back(z.*part);
+  return x;
+}
+
+void draw(output_file &file, const reflection &measured, const reflection &device, const std::vector<double> &level,
+          std::size_t least) {
+  const double unit = device.frequency.back() >= 1e9 ? 1e9 : 1e6;
+  std::vector<double> frequency = device.frequency;
+  vfpdbMul1(1.0 / unit, frequency.data(), device.points());
+  gnuplot g(1280, 600);
+  g.table("level", {frequency, formatted(decibels, measured.s), formatted(decibels, device.s), level});
+  g.table("least", {{frequency[least]}, {level[least]}, {device.s[least].re}, {device.s[least].im}});
+  g.table("reflection", {parts(measured, &dsp_complex::re), parts(measured, &dsp_complex::im),
+                         parts(device, &dsp_complex::re), parts(device, &dsp_complex::im)});
+  add_smith_chart(g);
+  g.command("set multiplot");
+  g.command("set size 0.58, 1");
+  g.command("set xlabel " + gnuplot::quoted(unit == 1e9 ? "frequency / GHz" : "frequency / MHz"));
+  g.command("set ylabel 'reflection / dB'");
+  g.command("set autoscale xfix");
+  g.command("set offsets 0, 0, graph 0.12, graph 0.05");
+  g.command("set key outside top center horizontal");
+  g.command(
+      "plot $level using 1:2 with lines linetype 2 title 'measured', "
+      "$level using 1:4 with lines linetype 1 linewidth 2 title 'corrected', "
+      "$least using 1:2 with points pointtype 7 pointsize 1 linecolor rgb '#c02020' title " +
+      gnuplot::quoted("least: " + hertz(device.frequency[least])));
+  g.command("set origin 0.58, 0");
+  g.command("set size 0.42, 1");
+  g.command("unset border; unset tics; unset grid; unset xlabel; unset ylabel; unset key; unset offsets");
+  g.command("set size ratio -1");
+  g.command("set xrange [-1.08:1.08]; set yrange [-1.08:1.08]");
+  char reference[80];
+  std::snprintf(reference, sizeof reference, "set label 1 'Smith chart, %.4g ohms' at 0, -1.14 center",
+                device.resistance);
+  g.command(reference);
+  g.command(
+      "plot $chart using 1:2 with lines linewidth 0.6 linecolor rgb '#b8b8b8', "
+      "$reflection using 1:2 with lines linetype 2, $reflection using 3:4 with lines linetype 1 linewidth 2, "
+      "$least using 3:4 with points pointtype 7 pointsize 1 linecolor rgb '#c02020'");
+  g.command("unset multiplot");
+  g.draw(file);
+}
+
+int calibrate(const arguments &args) {
+  const number_format format = format_named(args.text("format", "ri"));
+  const auto smooth = static_cast<int32_t>(args.integer("smooth", 0, 3, 1000001));
+  if (args.has("plot")) require_gnuplot(args.text("plot", ""));
+  if (args.has("simulate") && !args.words().empty()) throw failure("--simulate takes no files");
+  if (args.has("keep") && !args.has("simulate")) throw failure("--keep goes with --simulate");
+
+  reflection truth;
+  const calibration_set set =
+      args.has("simulate") ? simulate_reflectometer(static_cast<int32_t>(args.integer("points", 401, 2, 1000000)),
+                                                    args.number("noise", 70.0, 0.0, 300.0),
+                                                    static_cast<uint64_t>(args.integer("seed", 1, 0, 1000000)), &truth)
+                           : read_set(args.words());
+  require_three_standards(set);
+  if (args.has("keep")) keep_set(set, truth, args.text("keep", ""));
+
+  const error_terms e = terms_of(set);
+  const reflection device = corrected(set.device, e);
+  const std::vector<double> level = searched_level(device, smooth);
+  const auto least = static_cast<std::size_t>(vfpd_FindMin2(level.data(), 0, device.points(), 0, 0));
+  if (args.has("output"))
+    write_file(args.text("output", ""),
+               touchstone(device, format,
+                          set.device.name + ", corrected by three standards: " + set.actual[0].name + ", " +
+                              set.actual[1].name + ", " + set.actual[2].name));
+  if (args.has("plot")) {
+    output_file picture(args.text("plot", ""));
+    draw(picture, set.device, device, level, least);
+    picture.commit();
+  }
+
+  std::printf("%-20s %d from %s to %s\n", "points", device.points(), hertz(device.frequency.front()).c_str(),
+              hertz(device.frequency.back()).c_str());
+  tell_terms(e);
+  tell_device(device, least, delay_of(device));
+  if (args.has("simulate")) tell_deviation(device, truth);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  return run("one_port", [argc, argv] {
+    const arguments args(argc, argv, options);
+    if (!args.has("help")) return calibrate(args);
+    std::printf("%s%s%s", usage, describe(options).c_str(), examples_of_use);
+    return 0;
+  });
+}

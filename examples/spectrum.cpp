@@ -1,0 +1,428 @@
+// The averaged spectrum of a recording: overlapping blocks are windowed, transformed and folded into one average, whose
+// strongest peaks are refined between the bins, listed and drawn.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "dsp/dsp.h"
+#include "examples/support/arguments.h"
+#include "examples/support/failure.h"
+#include "examples/support/gnuplot.h"
+#include "examples/support/output_file.h"
+#include "examples/support/progress.h"
+#include "examples/support/sample_reader.h"
+#include "examples/support/signal.h"
+
+using examples::failure;
+using examples::require;
+using examples::signal;
+
+namespace {
+
+const std::vector<examples::option> options = {
+    {'o', "output", "FILE", "the picture, .png or .svg, or the numbers, .csv\n(default: RECORDING.png here)"},
+    {0, "csv", nullptr,
+     "numbers instead of a picture: frequency in Hz, level in dB;\nto standard output unless -o is given"},
+    {'b', "block", "N", "samples of a block (default 4096)"},
+    {'w', "window", "NAME", "window (default Gausstop); see below"},
+    {'f', "fraction", "F",
+     "active part of a block, 0 ... 1 (default 1); zeros fill the\nrest and interpolate the spectrum"},
+    {'v', "overlap", "F", "share that a block has in common with the next one,\n0 ... 0.99 (default 0.75)"},
+    {'a', "average", "MODE", "power, max, min, geometric, harmonic or last (default power)"},
+    {'n', "count", "N", "blocks to average (default: all)"},
+    {'e', "exponential", "N", "from block N on, a new one counts 1/N: old ones fade"},
+    {'c', "channel", "N", "channel of a sound file, from 1; mix: the mean of all (default)"},
+    {'r', "rate", "HZ", "sample rate of a text file; makes any file a text file"},
+    {'k', "column", "C", "its column: a number from 1 (default 1) or a header's name"},
+    {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
+    {'p', "peaks", "N", "peaks to list at most (default 10)"},
+    {0, "from", "HZ", "lowest frequency shown (default 0)"},
+    {0, "to", "HZ", "highest frequency shown (default: half the sample rate)"},
+    {'l', "log", nullptr, "logarithmic frequency axis"},
+    {'h', "help", nullptr, "this text"},
+};
+
+const char *const introduction =
+    "usage: spectrum [OPTION]... RECORDING\n"
+    "\n"
+    "Measures the spectrum of a recording: any sound file, or a column of numbers in a text file (.csv, .tsv,\n"
+    ".txt, .dat). Cuts it into overlapping blocks, averages their spectra, lists the strongest peaks and draws\n"
+    "the spectrum as RECORDING.png.\n"
+    "\n";
+
+const char *const notes =
+    "\n"
+    "Levels are in dB relative to full scale: a sine of full amplitude reads 0 dB, whatever the window. Noise\n"
+    "reads higher the wider the bins are: its density is the level less 10 log10(ENBW), the equivalent noise\n"
+    "bandwidth that the table states. What does not fill a last block is left out.\n"
+    "\n"
+    "Windows, in any case of letters: Gausstop (default: frequency and level of tones far apart in strength),\n"
+    "Hann (general use), Flattop (levels within 0.01 dB), Blackman_Harris4, Kaiser70 ... Kaiser120, Gauss60 ...\n"
+    "Gauss80 (weak tones beside strong ones), Hamming, Blackman, Bartlett, Riemann, Uniform (transients, or\n"
+    "periods that fit the block), and all other names of the library.\n"
+    "\n"
+    "Peaks are local maxima that rise 6 dB above the valleys on both sides, refined between bins by a Gaussian of\n"
+    "the window's own width: within 0.01 bins with Gausstop, which is what it is for; poorly with the flat tops.\n"
+    "\n"
+    "  spectrum voice.wav                                   table, and voice.png\n"
+    "  spectrum -o hum.svg --log --to 2000 -b 32768 voice.flac\n"
+    "  spectrum --csv -w hann --rate 1e6 -k voltage scope.csv >spectrum.csv\n"
+    "\n"
+    "Status 0, or 2 with a line on standard error that says what is wrong; no file is then written.\n";
+
+struct averaging {
+  const char *name;
+  int32_t mode;
+  const char *title;
+};
+const averaging averagings[] = {
+    {"power", DSP_AVG_MEAN, "mean power"},
+    {"max", DSP_AVG_MAX_HOLD, "maximum"},
+    {"min", DSP_AVG_MIN_HOLD, "minimum"},
+    {"geometric", DSP_AVG_GEOMETRIC, "geometric mean"},
+    {"harmonic", DSP_AVG_HARMONIC, "harmonic mean"},
+    {"last", DSP_AVG_REPLACE, "last block"},
+};
+
+enum class output_kind { picture, csv };
+
+struct settings {
+  std::string recording, output;  // an empty output is standard output
+  output_kind kind;
+  int32_t block, active, hop, grid;  // samples: stated, windowed, from block to block, transformed
+  dsp_window_type window;
+  std::string window_name;
+  const averaging *average;
+  int64_t count, exponential;
+  int channel;
+  double full_scale, from, to;
+  int64_t peaks;
+  bool logarithmic;
+};
+
+std::string extension_of(const std::string &path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  for (char &c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+  return extension;
+}
+
+const averaging *averaging_of(const std::string &name) {
+  for (const averaging &a : averagings)
+    if (name == a.name) return &a;
+  throw failure("--average: '" + name + "' is none of power, max, min, geometric, harmonic, last");
+}
+
+void choose_output(const examples::arguments &given, settings *s) {
+  s->output = given.text("output", "");
+  const bool csv = given.has("csv") || extension_of(s->output) == ".csv";
+  s->kind = csv ? output_kind::csv : output_kind::picture;
+  if (s->kind == output_kind::picture && s->output.empty())
+    s->output = std::filesystem::path(s->recording).stem().string() + ".png";
+}
+
+int32_t power_of_two_from(int32_t n) {
+  int32_t power = 1;
+  while (power < n) power *= 2;
+  return power;
+}
+
+settings settings_from(const examples::arguments &given) {
+  if (given.words().size() != 1) throw failure("one recording is needed; --help tells more");
+  settings s{};
+  s.recording = given.words()[0];
+  choose_output(given, &s);
+  s.block = static_cast<int32_t>(given.integer("block", 4096, 16, 1 << 24));
+  const double fraction = given.number("fraction", 1.0, 0.001, 1.0);
+  s.active = std::max(static_cast<int32_t>(std::lround(fraction * s.block)), 8);
+  s.grid = power_of_two_from(s.block);
+  s.hop = std::max(static_cast<int32_t>(std::lround((1.0 - given.number("overlap", 0.75, 0.0, 0.99)) * s.active)), 1);
+  s.window_name = given.text("window", "Gausstop");
+  if (dsp_window_from_str(s.window_name.c_str(), &s.window) != 0)
+    throw failure("--window: '" + s.window_name + "' is unknown; --help lists some");
+  s.average = averaging_of(given.text("average", "power"));
+  constexpr int64_t most = std::numeric_limits<int32_t>::max();
+  s.count = given.integer("count", most, 1, most);
+  s.exponential = given.integer("exponential", 0, 1, most);
+  s.channel = given.text("channel", "mix") == "mix" ? 0 : static_cast<int>(given.integer("channel", 1, 1, 1024));
+  s.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
+  s.peaks = given.integer("peaks", 10, 0, 1000);
+  s.logarithmic = given.has("log");
+  return s;
+}
+
+std::unique_ptr<examples::sample_reader> open_recording(const examples::arguments &given, const std::string &path) {
+  const std::string extension = extension_of(path);
+  const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||
+                    extension == ".txt" || extension == ".dat";
+  if (!text) return examples::open_sound(path);
+  if (!given.has("rate")) throw failure(path + " holds numbers: their sample rate is needed, --rate HZ");
+  return examples::open_column(path, given.text("column", "1"), given.number("rate", 1.0, 1e-9, 1e15));
+}
+
+void choose_range(const examples::arguments &given, double rate, settings *s) {
+  s->from = given.number("from", 0.0, 0.0, rate / 2.0);
+  s->to = given.number("to", rate / 2.0, 0.0, rate / 2.0);
+  if (s->logarithmic) s->from = std::max(s->from, rate / s->grid);
+  if (!(s->from < s->to)) throw failure("--from and --to leave no frequency between them");
+}
+
+/** Averages the recording's blocks into `spectrum`, in dB; returns how many there were. */
+int32_t measure(examples::sample_reader &recording, const settings &s, signal *spectrum) {
+  examples::channel_reader channel(recording, s.channel);
+  examples::progress progress("measuring " + s.recording);
+  signal block(s.active), bins, work;
+  block.dx = 1.0 / recording.rate();
+  const double fraction = static_cast<double>(s.active) / s.grid;
+  const int32_t flags = s.average->mode | DSP_AVG_POWER | (s.exponential > 0 ? DSP_AVG_LIMIT : 0);
+  int32_t count = 0;
+  for (int32_t kept = 0; count < s.count; kept = s.active - s.hop) {
+    std::memmove(block.data, block.data + s.active - kept, static_cast<std::size_t>(kept) * sizeof(double));
+    const int64_t got = channel.read(block.data + kept, s.active - kept);
+    if (got < s.active - kept) {
+      if (count == 0)
+        throw failure(s.recording + " holds " + std::to_string(got) + " samples, fewer than a block of " +
+                      std::to_string(s.active) + "; see --block");
+      break;
+    }
+    require(dsph_fft(&block, &bins, s.grid, fraction, s.window, 0), "transform a block");
+    ++count;
+    require(dsph_avg(&bins, spectrum, &work, flags, count, 0, -1.0, static_cast<double>(s.exponential)),
+            "average a spectrum");
+    progress.show(recording.progress());
+  }
+  // The single-sided spectrum doubles every amplitude, but zero and half the sample rate have no other side.
+  (*spectrum)[0] *= 0.25;
+  (*spectrum)[spectrum->length - 1] *= 0.25;
+  require(dspi_scale(spectrum, 1.0 / (s.full_scale * s.full_scale)), "scale the spectrum");
+  require(dspi_db(spectrum, 10.0), "convert the spectrum to dB");
+  return count;
+}
+
+/** The top of the window's line in a spectrum, of which `active` of `grid` samples are windowed: the power falls as
+ * exp(-curvature x^2), x bins from the centre; beyond `half_width` bins it is below -40 dB. */
+struct main_lobe {
+  double curvature;
+  int32_t half_width;
+};
+
+main_lobe lobe_of(const settings &s) {
+  constexpr double pi = 3.14159265358979323846;
+  signal window(std::min(s.active, 2048));
+  const int32_t n = window.length;
+  for (int32_t i = 0; i < n; ++i) window[i] = 1.0;
+  require(dspi_window(&window, s.window, DSP_WND_RAW | DSP_WND_NO_SWAP), "make the window");
+  const double widening = static_cast<double>(s.grid) / s.active;
+  const auto power = [&](double bins) {
+    double sum = 0.0;
+    for (int32_t i = 0; i < n; ++i) sum += window[i] * std::cos(2.0 * pi * bins / widening * (i - n / 2) / n);
+    return sum * sum;
+  };
+  main_lobe lobe{};
+  while (power(++lobe.half_width) > 1e-4 * power(0.0)) continue;
+  // Fitted at one bin from the centre, unless the line has a zero there: between the centre and the half bin, where
+  // every symmetric line agrees, the Gaussian then is within a hundredth of a bin of the usual windows.
+  const double x = lobe.half_width > 1 ? 0.0 : 0.25;
+  lobe.curvature = std::log(power(x) / power(1.0 - x)) / (1.0 - 2.0 * x);
+  return lobe;
+}
+
+struct peak {
+  double bin, level;
+};
+
+/** The centre of the line around bin i, and its level there. */
+peak refine(const signal &spectrum, int32_t i, const main_lobe &lobe) {
+  // The Gaussian fit expects a power that falls as exp(-0.631 x^2): as many powers of the spectrum as make the
+  // window's line this wide.
+  const double exponent = 0.631127298315668 / lobe.curvature * std::log(10.0) / 10.0;
+  signal around(3), fit;
+  for (int32_t k = 0; k < 3; ++k) around[k] = std::exp(exponent * (spectrum[i + k - 1] - spectrum[i]));
+  if (dsps_peak(&around, &fit, DSP_PEAK_AT_INDEX | DSP_PEAK_GAUSS, 1) != 0 || !std::isfinite(fit[1]))
+    require(dsps_peak(&around, &fit, DSP_PEAK_AT_INDEX | DSP_PEAK_NO_INTERP, 1), "refine a peak");
+  const double offset = fit[1] - 1.0;
+  return {i + offset, spectrum[i] + 10.0 / std::log(10.0) * lobe.curvature * offset * offset};
+}
+
+/** Does it rise 6 dB above the valleys towards higher maxima, or towards the ends? */
+bool stands_out(const signal &spectrum, int32_t i) {
+  constexpr double excursion = 6.0;
+  for (int32_t step : {-1, 1}) {
+    double valley = spectrum[i];
+    for (int32_t k = i + step; k >= 0 && k < spectrum.length && spectrum[k] <= spectrum[i]; k += step)
+      valley = std::min(valley, spectrum[k]);
+    if (spectrum[i] - valley < excursion) return false;
+  }
+  return true;
+}
+
+/** The strongest peaks in the range shown, strongest first. The main lobe at frequency 0 holds an offset, no tone. */
+std::vector<peak> find_peaks(const signal &spectrum, const settings &s) {
+  const main_lobe lobe = lobe_of(s);
+  std::vector<int32_t> maxima;
+  for (int32_t i = lobe.half_width; i < spectrum.length - 1; ++i)
+    if (spectrum[i] > spectrum[i - 1] && spectrum[i] >= spectrum[i + 1] && i * spectrum.dx >= s.from &&
+        i * spectrum.dx <= s.to)
+      maxima.push_back(i);
+  std::stable_sort(maxima.begin(), maxima.end(), [&](int32_t a, int32_t b) { return spectrum[a] > spectrum[b]; });
+  std::vector<peak> peaks;
+  for (std::size_t k = 0; k < maxima.size() && static_cast<int64_t>(peaks.size()) < s.peaks; ++k)
+    if (stands_out(spectrum, maxima[k])) peaks.push_back(refine(spectrum, maxima[k], lobe));
+  return peaks;
+}
+
+std::string text(const char *format, double value) {
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, format, value);
+  return buffer;
+}
+
+double noise_bandwidth(const settings &s, double rate) {
+  double bins = 0.0;
+  require(dsp_window_enbw(&bins, s.window, s.active), "compute the noise bandwidth");
+  return bins * rate / s.active;
+}
+
+/** One line that tells how the spectrum was made. */
+std::string method(const settings &s, int32_t count, double rate) {
+  return text("%.0f", count) + (count == 1 ? " block of " : " blocks of ") + text("%.0f", s.active) + ", overlap " +
+         text("%.0f", 100.0 * (s.active - s.hop) / s.active) + " %, " + s.average->title + ", window " + s.window_name +
+         ", bins " + text("%.4g", rate / s.grid) + " Hz, ENBW " + text("%.4g", noise_bandwidth(s, rate)) + " Hz";
+}
+
+void print_table(const std::vector<peak> &peaks, double dx) {
+  const int decimals = std::clamp(static_cast<int>(3.0 - std::floor(std::log10(dx))), 0, 9);
+  std::printf("\n%16s  %10s\n", "frequency / Hz", "level / dB");
+  for (const peak &p : peaks) std::printf("%16.*f  %10.2f\n", decimals, p.bin * dx, p.level);
+  if (peaks.empty()) std::printf("%16s\n", "no peaks");
+}
+
+void write_csv(const signal &spectrum, const settings &s, std::FILE *out) {
+  std::fprintf(out, "frequency_hz,level_db\n");
+  for (int32_t i = 0; i < spectrum.length; ++i)
+    if (i * spectrum.dx >= s.from && i * spectrum.dx <= s.to)
+      std::fprintf(out, "%.12g,%.6f\n", i * spectrum.dx, spectrum[i]);
+}
+
+/** Where on the frequency axis, 0 left to 1 right. */
+double along_axis(const settings &s, double f) {
+  return s.logarithmic ? std::log(f / s.from) / std::log(s.to / s.from) : (f - s.from) / (s.to - s.from);
+}
+
+struct points {
+  std::vector<double> frequency, level;
+  void add(double f, double l) {
+    frequency.push_back(f);
+    level.push_back(l);
+  }
+};
+
+/** What a drawing can show of a spectrum: the first bin, and the least and greatest level, of each of 2000 columns. */
+points outline_of(const signal &spectrum, const settings &s) {
+  points line;
+  int column = -1, bins = 0;
+  for (int32_t i = 0; i < spectrum.length; ++i) {
+    const double f = i * spectrum.dx, level = spectrum[i];
+    if (f < s.from || f > s.to) continue;
+    const int next = static_cast<int>(2000.0 * along_axis(s, f));
+    bins = next == column ? bins + 1 : 1;
+    column = next;
+    if (bins < 4) {
+      line.add(f, level);
+      continue;
+    }
+    double &least = line.level.end()[-2], &greatest = line.level.end()[-1];
+    if (least > greatest) std::swap(least, greatest);
+    least = std::min(least, level);
+    greatest = std::max(greatest, level);
+  }
+  if (line.level.empty()) throw failure("no bin lies between --from and --to");
+  return line;
+}
+
+/** The peaks whose frequencies can be written beside them without covering each other, strongest first. */
+points labels_of(const std::vector<peak> &peaks, double dx, double height, const settings &s) {
+  points labels;
+  for (const peak &p : peaks) {
+    const double x = along_axis(s, p.bin * dx);
+    bool is_free = x > 0.0 && x < 0.98 && labels.level.size() < 8;
+    for (std::size_t k = 0; k < labels.level.size() && is_free; ++k)
+      is_free = std::abs(along_axis(s, labels.frequency[k]) - x) > 0.07 ||
+                std::abs(labels.level[k] - p.level) > 0.05 * height;
+    if (is_free) labels.add(p.bin * dx, p.level);
+  }
+  return labels;
+}
+
+void draw(const signal &spectrum, const std::vector<peak> &peaks, const settings &s, const std::string &subtitle,
+          examples::output_file &picture) {
+  const points line = outline_of(spectrum, s);
+  const auto [lowest, highest] = std::minmax_element(line.level.begin(), line.level.end());
+  const double top = 10.0 * std::ceil((*highest + 8.0) / 10.0);
+  const double bottom = std::clamp(10.0 * std::floor(*lowest / 10.0), top - 150.0, top - 40.0);
+  points dots;
+  for (const peak &p : peaks) dots.add(p.bin * spectrum.dx, p.level);
+  const points labels = labels_of(peaks, spectrum.dx, top - bottom, s);
+
+  examples::gnuplot plot;
+  plot.table("spectrum", {line.frequency, line.level});
+  plot.table("peaks", {dots.frequency, dots.level});
+  plot.table("labels", {labels.frequency, labels.level});
+  const std::string name = std::filesystem::path(s.recording).filename().string();
+  plot.command("set title " + examples::gnuplot::quoted(name + "\n" + subtitle) + " noenhanced");
+  plot.command("set xlabel 'frequency / Hz'; set ylabel 'level / dB relative to full scale'");
+  plot.command("set xrange [" + text("%.9g", s.from) + ":" + text("%.9g", s.to) + "]");
+  plot.command("set yrange [" + text("%.0f", bottom) + ":" + text("%.0f", top) + "]");
+  plot.command("set format x '%.0s %c'; set key off");
+  if (s.logarithmic) plot.command("set logscale x; set mxtics 10; set grid xtics mxtics ytics");
+  std::string drawing = "plot $spectrum with lines linetype 1";
+  if (!peaks.empty()) drawing += ", $peaks with points pointtype 7 pointsize 0.7 linecolor rgb '#d06010'";
+  if (!labels.level.empty())
+    drawing += ", $labels using 1:2:(sprintf('%.4g', $1)) with labels offset 0,0.8 textcolor rgb '#a04000'";
+  plot.command(drawing);
+  plot.draw(picture);
+}
+
+int spectrum_of(const examples::arguments &given) {
+  settings s = settings_from(given);
+  const bool to_stdout = s.output.empty();
+  if (s.kind == output_kind::picture) examples::require_gnuplot(s.output);
+  const auto recording = open_recording(given, s.recording);
+  const double rate = recording->rate();
+  choose_range(given, rate, &s);
+  std::unique_ptr<examples::output_file> file;
+  if (!to_stdout) file = std::make_unique<examples::output_file>(s.output);
+
+  signal spectrum;
+  const int32_t count = measure(*recording, s, &spectrum);
+  const std::vector<peak> peaks = find_peaks(spectrum, s);
+  const std::string how = method(s, count, rate);
+  if (s.kind == output_kind::csv)
+    write_csv(spectrum, s, to_stdout ? stdout : file->stream());
+  else
+    draw(spectrum, peaks, s, how, *file);
+  if (to_stdout) return 0;
+  file->commit();
+  std::printf("%s: %s\n", s.recording.c_str(), how.c_str());
+  print_table(peaks, spectrum.dx);
+  std::printf("\nwritten to %s\n", s.output.c_str());
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  return examples::run("spectrum", [&] {
+    const examples::arguments given(argc, argv, options);
+    if (given.has("help")) {
+      std::printf("%s%s%s", introduction, examples::describe(options).c_str(), notes);
+      return 0;
+    }
+    return spectrum_of(given);
+  });
+}

@@ -1,0 +1,180 @@
+#include "examples/support/touchstone.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <complex>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "examples/support/arguments.h"
+#include "examples/support/failure.h"
+#include "examples/support/input_file.h"
+
+namespace examples {
+namespace {
+
+constexpr double degrees_per_radian = 57.29577951308232;
+
+struct header {
+  double unit = 1e9;
+  number_format format = number_format::ma;
+  double resistance = 50.0;
+};
+
+[[noreturn]] void refuse(const std::string &path, int line, const std::string &what) {
+  throw failure(path + ", line " + std::to_string(line) + ": " + what);
+}
+
+std::vector<std::string> words_of(const std::string &line) {
+  std::istringstream in(line);
+  std::vector<std::string> words;
+  for (std::string word; in >> word;) words.push_back(word);
+  return words;
+}
+
+std::string upper(std::string word) {
+  for (char &c : word) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return word;
+}
+
+/** The option line: # [HZ|KHZ|MHZ|GHZ] [S] [MA|DB|RI] [R n], in any order. */
+header parse_header(const std::string &path, int line, const std::vector<std::string> &words) {
+  header h;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string word = upper(words[i]);
+    if (word == "HZ") {
+      h.unit = 1.0;
+    } else if (word == "KHZ") {
+      h.unit = 1e3;
+    } else if (word == "MHZ") {
+      h.unit = 1e6;
+    } else if (word == "GHZ") {
+      h.unit = 1e9;
+    } else if (word == "RI") {
+      h.format = number_format::ri;
+    } else if (word == "MA") {
+      h.format = number_format::ma;
+    } else if (word == "DB") {
+      h.format = number_format::db;
+    } else if (word == "R" && i + 1 < words.size()) {
+      if (!parse_number(words[++i], &h.resistance) || !(h.resistance > 0.0) || std::isinf(h.resistance))
+        refuse(path, line, "'" + words[i] + "' is not a reference resistance");
+    } else if (word != "S") {
+      refuse(path, line, "'" + words[i] + "' in the header; it should read like # MHz S RI R 50");
+    }
+  }
+  return h;
+}
+
+std::complex<double> decode(number_format format, double first, double second) {
+  if (format == number_format::ri) return {first, second};
+  const double magnitude = format == number_format::db ? std::pow(10.0, first / 20.0) : first;
+  const double angle = second / degrees_per_radian;
+  return {magnitude * std::cos(angle), magnitude * std::sin(angle)};
+}
+
+void encode(number_format format, const dsp_complex &z, double *first, double *second) {
+  *first = z.re;
+  *second = z.im;
+  if (format == number_format::ri) return;
+  const double magnitude = std::hypot(z.re, z.im);
+  *first = format == number_format::db ? 20.0 * std::log10(std::max(magnitude, 1e-100)) : magnitude;
+  *second = std::atan2(z.im, z.re) * degrees_per_radian;
+}
+
+void add_point(reflection *r, const std::string &path, int line, const header &h,
+               const std::vector<std::string> &words) {
+  double numbers[3] = {};
+  if (words.size() != 3)
+    refuse(path, line, std::to_string(words.size()) + " numbers; a one-port has three: frequency and two parts");
+  for (std::size_t i = 0; i < 3; ++i)
+    if (!parse_number(words[i], &numbers[i]) || !std::isfinite(numbers[i]))
+      refuse(path, line, "'" + words[i] + "' is not a number");
+  const double frequency = numbers[0] * h.unit;
+  if (frequency < 0.0 || (!r->frequency.empty() && frequency <= r->frequency.back()))
+    refuse(path, line, "the frequencies do not rise");
+  const std::complex<double> s = decode(h.format, numbers[1], numbers[2]);
+  r->frequency.push_back(frequency);
+  r->s.push_back({s.real(), s.imag()});
+}
+
+}  // namespace
+
+reflection read_touchstone(const std::string &path) {
+  readable_size(path);
+  std::ifstream file(path);
+  reflection r;
+  r.name = path;
+  header h;
+  bool has_header = false;
+  int line = 0;
+  for (std::string text; std::getline(file, text);) {
+    ++line;
+    text.erase(std::min(text.find('!'), text.size()));
+    std::vector<std::string> words = words_of(text);
+    if (words.empty()) continue;
+    if (words[0][0] == '#') {
+      if (has_header) continue;  // only the first one counts
+      words[0].erase(0, 1);
+      if (words[0].empty()) words.erase(words.begin());
+      h = parse_header(path, line, words);
+      has_header = true;
+    } else if (words[0][0] == '[') {
+      refuse(path, line, "keywords of version 2; this program reads version 1");
+    } else if (!has_header) {
+      refuse(path, line, "no header before the data; it should read like # MHz S RI R 50");
+    } else {
+      add_point(&r, path, line, h, words);
+    }
+  }
+  if (r.s.empty()) throw failure(path + ": no measured point");
+  r.resistance = h.resistance;
+  return r;
+}
+
+std::string touchstone(const reflection &r, number_format format, const std::string &comment) {
+  static const char *const names[] = {"RI", "MA", "DB"};
+  std::string text;
+  std::istringstream lines(comment);
+  for (std::string line; std::getline(lines, line);) text += "! " + line + "\n";
+  char row[100];
+  std::snprintf(row, sizeof row, "# Hz S %s R %.10g\n", names[static_cast<int>(format)], r.resistance);
+  text += row;
+  for (std::size_t i = 0; i < r.s.size(); ++i) {
+    double first = 0.0, second = 0.0;
+    encode(format, r.s[i], &first, &second);
+    std::snprintf(row, sizeof row, "%.15g %.12g %.12g\n", r.frequency[i], first, second);
+    text += row;
+  }
+  return text;
+}
+
+void require_same_sweep(const reflection &a, const reflection &b) {
+  const std::string both = a.name + " and " + b.name;
+  if (a.s.size() != b.s.size())
+    throw failure(both + " do not belong together: " + std::to_string(a.s.size()) + " points and " +
+                  std::to_string(b.s.size()));
+  for (std::size_t i = 0; i < a.s.size(); ++i)
+    if (std::abs(a.frequency[i] - b.frequency[i]) > 1e-9 * a.frequency[i])
+      throw failure(both + " disagree in frequency: point " + std::to_string(i + 1) + " is at " +
+                    hertz(a.frequency[i]) + " and " + hertz(b.frequency[i]));
+  if (a.resistance != b.resistance) throw failure(both + " have different reference resistances");
+}
+
+std::string hertz(double frequency) {
+  static const struct {
+    double least, unit;
+    const char *name;
+  } units[] = {{1e9, 1e9, "GHz"}, {1e6, 1e6, "MHz"}, {1e3, 1e3, "kHz"}, {0.0, 1.0, "Hz"}};
+  for (const auto &u : units) {
+    if (frequency < u.least) continue;
+    char text[40];
+    std::snprintf(text, sizeof text, "%.4g %s", frequency / u.unit, u.name);
+    return text;
+  }
+  return "0 Hz";
+}
+
+}  // namespace examples
