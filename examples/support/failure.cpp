@@ -17,7 +17,7 @@ void tell(const char *program, std::string message) {
 int run(const char *program, const std::function<int()> &body) {
   try {
     const int status = body();
-    if (std::fflush(stdout) != 0) throw failure("cannot write to standard output");
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) throw failure("cannot write to standard output");
     return status;
   } catch (const std::bad_alloc &) {
     tell(program, "out of memory");
