@@ -14,5 +14,6 @@ std::int32_t free_chirp_state();     // fft: chirp and filter spectrum of the an
 std::int32_t dsp_free_scratch();     // core: scratch output and scratch state
 std::int32_t free_twiddle_tables();  // fft: twiddle tables
 std::int32_t free_window_cache();    // window: generated windows
+std::int32_t free_kernel_rows();     // resample: work signal of the fractional stage
 
 }  // namespace dsp

@@ -3,15 +3,18 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
+#include "dsp/core/caches.h"
 #include "dsp/core/history.h"
-#include "dsp/core/lanes.h"
 #include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/resample/fractional_kernels.h"
 #include "dsp/resample/kernel_lists.h"
 #include "dsp/resample/kernel_taps.h"
+#include "dsp/resample/position.h"
 
 namespace dsp {
 namespace {
@@ -34,83 +37,75 @@ struct kernel {
   }
 };
 
-// Where the next output lies: `offset` samples, in (-1, 0] once settled, from a span that begins at sample `start` of
-// the block.
-struct position {
-  double offset;
-  double start;
+// The kernel's rows and, behind them, the marks of those that are filled. Process-wide; its contents last for one call.
+dsp_vec row_store;
+bool row_store_initialised = false;
 
-  void settle(double oldest) {
-    if (offset > 0.0) {
-      // Rounding up by way of an integer: std::ceil is a call where the processor has no instruction for it.
-      double whole = offset < 0x1p31 ? static_cast<double>(static_cast<std::int32_t>(offset)) : std::ceil(offset);
-      if (whole < offset) whole += 1.0;
-      offset -= whole;
-      start += whole;
-    }
-    if (start < oldest) start = oldest;
-  }
-};
-
-// The kernel between two of its points: from `points`, `fraction` of the way to the next.
-struct phase {
-  const double *points;
-  double fraction;
-
-  phase(const kernel &k, double offset, bool linear) {
-    const double f = -offset * k.phases;
-    std::int32_t point = static_cast<std::int32_t>(f);
-    fraction = linear ? f - point : 0.0;
-    if (point > 0 && point == k.phases) {  // a whole sample: the table ends with this point, so come from the last one
-      --point;
-      fraction = 1.0;
-    }
-    points = k.points + point;
-  }
-};
-
-// Adds a run of taps at two neighbouring points of the kernel at once.
-inline void add_taps(lane_pair *sum, const double *x, std::int32_t width, const double *points, std::int64_t phases,
-                     std::int64_t taps) {
-  lane_pair s = *sum;
-  for (std::int64_t i = 0; i < taps; ++i) s += x[i * width] * load<lane_pair>(points + i * phases);
-  *sum = s;
+int32_t prepare_rows(const kernel &k, kernel_rows *rows) {
+  const std::int64_t groups = (std::int64_t{k.phases} + points_in_group - 1) / points_in_group;
+  const std::int64_t doubles = groups * rows_in_group * k.taps;
+  const std::int64_t marks = groups / static_cast<std::int64_t>(sizeof(double)) + 1;
+  if (doubles + marks > INT32_MAX) return -1;
+  if (!row_store_initialised && dsp_init(&row_store) != 0) return -1;
+  row_store_initialised = true;
+  row_store.length = static_cast<std::int32_t>(doubles + marks);
+  if (dsp_alloc(&row_store) != 0) return -1;
+  double *filled = row_store.data + doubles;
+  std::memset(filled, 0, static_cast<std::size_t>(marks) * sizeof(double));
+  *rows = {k.points, k.taps, k.phases, row_store.data, reinterpret_cast<unsigned char *>(filled)};
+  return 0;
 }
 
-// One channel of the output whose span begins at sample `start`, no earlier than -T.
-inline double interpolate(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
-                          const phase &at) {
-  lane_pair sum = {0.0, 0.0};
-  const std::int64_t old = start < 0 ? std::min<std::int64_t>(-start, k.taps) : 0;
-  if (old > 0 && x.past != nullptr)
-    add_taps(&sum, x.past + (k.taps + start) * x.width + channel, x.width, at.points, k.phases, old);
-  if (old < k.taps)
-    add_taps(&sum, x.block + (start + old) * x.width + channel, x.width, at.points + old * k.phases, k.phases,
-             k.taps - old);
-  return at.fraction == 0.0 ? sum[0] : sum[0] * (1.0 - at.fraction) + sum[1] * at.fraction;
+// One channel of an output whose span may begin in the past, summed in the order of the kernels.
+double weigh_anywhere(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
+                      const kernel_phase &at) {
+  double lanes[5] = {};
+  for (std::int32_t i = 0; i < k.taps; ++i) {
+    const double *tap = k.points + at.point + std::int64_t{i} * k.phases;
+    const double w = tap[0] + at.fraction * (tap[1] - tap[0]);
+    const std::int64_t sample = start + i;
+    const double *from = sample >= 0 ? x.block + sample * x.width : x.past;
+    if (sample < 0 && from != nullptr) from += (k.taps + sample) * x.width;
+    lanes[i < k.taps / 4 * 4 ? i % 4 : 4] += w * (from != nullptr ? from[channel] : 0.0);
+  }
+  return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) + lanes[4];
 }
 
-// Fills y until the block is used up or `most` outputs are made; returns how many, and leaves the position behind.
-template <int Width>
-std::int32_t resample(const past_and_block &x, const kernel &k, bool linear, double step, std::int32_t most, double *y,
-                      position *at) {
-  const double oldest = -static_cast<double>(k.taps);
+// Fills y until the block is used up or `most` outputs are made, and leaves the position behind.
+int32_t resample(const past_and_block &x, const kernel &k, bool linear, double step, std::int32_t most, double *y,
+                 position *at, std::int32_t *made) {
   const double newest = static_cast<double>(x.block_length) - k.taps;
-  position now = *at;
-  std::int32_t made = 0;
-  for (; made < most; ++made) {
-    now.settle(oldest);
-    if (now.start > newest) break;
-    const phase p(k, now.offset, linear);
-    for (std::int32_t channel = 0; channel < Width; ++channel)
-      *y++ = interpolate(x, channel, static_cast<std::int64_t>(now.start), k, p);
-    now.offset += step;
+  const bool by_rows = k.phases > 0 && step < 0x1p31;
+  kernel_rows rows = {};
+  if (by_rows && newest >= 0 && prepare_rows(k, &rows) != 0) return -1;
+  for (*made = 0; *made < most;) {
+    settle(at);
+    at->start = std::max(at->start, -static_cast<double>(k.taps));  // nothing older is held
+    if (at->start > newest) break;
+    auto start = static_cast<std::int64_t>(at->start);
+    if (by_rows && start >= 0) {
+      const auto &kernels = DSP_KERNELS(fractional_kernel_table);
+      const fractional_run run = {x.block, static_cast<std::int64_t>(newest), linear, step, y, most - *made};
+      *made += (x.width == 2 ? kernels.complex : kernels.real)(run, rows, &at->offset, &start);
+      at->start = static_cast<double>(start);
+      break;
+    }
+    const kernel_phase phase(at->offset, k.phases, linear);
+    for (std::int32_t channel = 0; channel < x.width; ++channel) *y++ = weigh_anywhere(x, channel, start, k, phase);
+    at->offset += step;
+    ++*made;
   }
-  *at = now;
-  return made;
+  return 0;
 }
 
 }  // namespace
+
+std::int32_t free_kernel_rows() {
+  if (!row_store_initialised) return 0;
+  row_store_initialised = false;
+  return dsp_destroy(&row_store);
+}
+
 }  // namespace dsp
 
 using namespace dsp;
@@ -132,10 +127,9 @@ int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec
     at.start += stored[x.width];
     if (!(at.offset >= -1.0 && std::isfinite(at.offset) && std::isfinite(at.start))) return -1;
   }
-  const bool linear = interp != 0;
-  const std::int32_t most = samples(*out);
-  out->length = x.width == 2 ? resample<2>(x, k, linear, step, most, out->data, &at)
-                             : resample<1>(x, k, linear, step, most, out->data, &at);
+  std::int32_t made = 0;
+  if (resample(x, k, interp != 0, step, samples(*out), out->data, &at, &made) != 0) return -1;
+  out->length = made;
   out->dx = dx;
   if (stored != nullptr) {
     x.remember(state);

@@ -1,0 +1,46 @@
+// The inner loop of the fractional resampler, one for each instruction set.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/isa.h"
+
+namespace dsp {
+
+// The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
+// the cache. So they are copied, when first needed in a call, into rows of `taps`, in groups of neighbouring points. A
+// group also holds the point after its last.
+constexpr std::int32_t points_in_group = 8;
+constexpr std::int32_t rows_in_group = points_in_group + 1;
+
+struct kernel_rows {
+  const double *points;
+  std::int32_t taps;
+  std::int32_t phases;
+  double *rows;
+  unsigned char *filled;  // by group
+};
+
+struct fractional_run {
+  const double *block;
+  std::int64_t newest;  // the last sample at which a span may begin
+  bool linear;
+  double step;  // below 2^31
+  double *y;
+  std::int32_t most;
+};
+
+// Makes outputs while there are spans within the block and at most `most`, at least one; returns how many. `offset` and
+// `start` enter settled, with 0 <= start <= newest. They leave as they stand after the last output, or settled when the
+// block is used up.
+using fractional_kernel = std::int32_t (*)(const fractional_run &run, const kernel_rows &kernel, double *offset,
+                                           std::int64_t *start);
+
+struct fractional_kernels {
+  fractional_kernel real;
+  fractional_kernel complex;
+};
+
+DSP_DECLARE_KERNELS(fractional_kernels, fractional_kernel_table)
+
+}  // namespace dsp

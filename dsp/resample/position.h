@@ -1,0 +1,44 @@
+// Where a fractional resampler stands, and what that means for its kernel. Everything here is local to the file that
+// includes it, so that kernels for several instruction sets may.
+#pragma once
+
+#include <cstdint>
+
+namespace {
+
+// The next output lies `offset` samples, in [-1, 0] once settled, from a span that begins at sample `start` of the
+// block.
+struct position {
+  double offset;
+  double start;
+};
+
+// Moves whole samples from the offset to the start. Rounds up by way of an integer: not every processor has an
+// instruction for it.
+inline void settle(position *at) {
+  if (!(at->offset > 0.0)) return;
+  double whole =
+      at->offset < 0x1p31 ? static_cast<double>(static_cast<std::int32_t>(at->offset)) : __builtin_ceil(at->offset);
+  if (whole < at->offset) whole += 1.0;
+  at->offset -= whole;
+  at->start += whole;
+}
+
+// The kernel between two of its points: `fraction` of the way from `point` to the next.
+struct kernel_phase {
+  std::int32_t point;
+  double fraction;
+
+  kernel_phase(double offset, std::int32_t phases, bool linear) {
+    const double f = -offset * phases;
+    point = static_cast<std::int32_t>(f);
+    fraction = linear ? f - point : 0.0;
+    if (point > 0 &&
+        point == phases) {  // a whole sample: the kernel may end with this point, so come from the last one
+      --point;
+      fraction = 1.0;
+    }
+  }
+};
+
+}  // namespace
