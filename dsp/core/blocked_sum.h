@@ -23,21 +23,6 @@ constexpr int sum_lanes = 16;
 constexpr int sum_round = 8 * sum_lanes;
 constexpr int sum_block = 2048;  // samples
 
-inline lanes alternating(double even, double odd) {
-  lanes v{};
-  for (int i = 0; i < lane_count; ++i) v[i] = i % 2 == 0 ? even : odd;
-  return v;
-}
-
-inline lanes broadcast(double x) { return alternating(x, x); }
-
-// first, first + 1, ...
-inline lanes counting_from(int first) {
-  lanes v{};
-  for (int i = 0; i < lane_count; ++i) v[i] = first + i;
-  return v;
-}
-
 // Adds whole rows of 16 doubles to the lanes from `first` on that fill `Groups` registers. A block stays in the nearest
 // cache, so that lanes which find no register wait for a second walk.
 template <int Groups, class Kernel>
@@ -64,12 +49,12 @@ void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, dou
 template <class Kernel>
 void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kernel, double (*lane)[sum_lanes]) {
   for (int at = begin; at < end; at += lane_count) {
-    lanes present{};
-    for (int i = 0; i < lane_count && at + i < end; ++i) present[i] = x[at + i];
     lanes term[Kernel::sums];
-    kernel(present, at, term);
-    for (int k = 0; k < Kernel::sums; ++k)
-      for (int i = 0; i < lane_count && at + i < end; ++i) lane[k][at - begin + i] += term[k][i];
+    kernel(load_some(x, at, end, 0.0), at, term);
+    for (int k = 0; k < Kernel::sums; ++k) {
+      double *total = lane[k] + (at - begin);
+      store(total, load<lanes>(total) + (counting_from(at) < end ? term[k] : lanes{}));
+    }
   }
 }
 

@@ -3,9 +3,9 @@
 #include <cstdint>
 
 #include "dsp/core/operands.h"
-#include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
+#include "dsp/stats/extremes.h"
 
 namespace dsp {
 namespace {
@@ -29,9 +29,10 @@ class trace {
     return z[0] * z[0] + z[1] * z[1];
   }
 
-  double key(std::int32_t i) const {
-    const double *z = data_ + 2 * static_cast<std::int64_t>(i);
-    return is_complex_ && (overflows(z[0]) || overflows(z[1])) ? overflow_bound : (*this)[i];
+  std::int32_t extreme(bool least) const {
+    const auto search = least ? extremes().least : extremes().greatest;
+    const std::int64_t at = search(data_, length_, is_complex_ ? 2 : 1);
+    return at < 0 ? 0 : static_cast<std::int32_t>(at);
   }
 
  private:
@@ -40,24 +41,10 @@ class trace {
   bool is_complex_;
 };
 
-template <class Better>
-std::int32_t search(const trace &y, double best, Better better) {
-  std::int32_t at = 0;
-  for (std::int32_t i = 0; i < y.length(); ++i) {
-    const double key = y.key(i);
-    if (better(key, best)) {
-      best = key;
-      at = i;
-    }
-  }
-  return at;
-}
-
 std::int32_t chosen_sample(const trace &y, std::int32_t flags, std::int32_t index) {
   const std::int32_t last = y.length() - 1;
   if ((flags & DSP_PEAK_AT_INDEX) != 0) return index < 0 ? 0 : index > last ? last : index;
-  if ((flags & DSP_PEAK_MIN) != 0) return search(y, overflow_bound, [](double a, double b) { return a < b; });
-  return search(y, -overflow_bound, [](double a, double b) { return a > b; });
+  return y.extreme((flags & DSP_PEAK_MIN) != 0);
 }
 
 peak unrefined(const trace &y, std::int32_t i) { return {y[i], static_cast<double>(i), 0}; }
