@@ -762,7 +762,7 @@ DSP_API int32_t dsps_gmean(const dsp_vec *in, dsp_vec *out);
  * samples saturate, and a complex 0 counts as reciprocal 0. */
 DSP_API int32_t dsps_hmean(const dsp_vec *in, dsp_vec *out);
 
-/** Middle one in the order of dspi_sort, or the mean of the middle two. Costs a copy and its sorting. */
+/** Middle one in the order of dspi_sort, or the mean of the middle two. Works on a copy; a complex one is sorted. */
 DSP_API int32_t dsps_median(const dsp_vec *in, dsp_vec *out);
 
 /** The greatest (least) sample; of equal ones the first. A real maximum starts from -1e100 and a minimum from 1e100,
@@ -853,79 +853,203 @@ DSP_API int32_t dsps_lin_regres2(const dsp_vec *in, dsp_vec *out);
 
 /* ============================================================================================================
  * FIR design and streaming filters (filter)
+ *
+ * Filters for streams: each call takes one block and carries what the next one needs in a state of the caller's. A
+ * record filtered in blocks, of any lengths, is the record filtered whole. A lowpass at a tenth of the sample rate:
+ *
+ *     h.length = 101;
+ *     dspc_fir(&h, DSP_FIR_LOWPASS, 0.1, 0.0);       // taps; frequencies in cycles per sample
+ *     dsp_init(&state);                              // empty: silence before the stream
+ *     while (next_block(&in))
+ *       dspd_fir(&in, &out, &h, &state);             // out has the length of in, 50 samples late
+ *     dsp_destroy(&state);
+ *
+ * States take the input's dx and representation on every call; null is silence before the block, and nothing is kept.
+ * Outputs are sized by the routine and may be the input. An output on a filter's or a state's buffer is refused with
+ * -1, and so is a state on the input's. Once sizes have been reached, no further call allocates.
  * ========================================================================================================== */
 
+/** Kernels of dspc_fir. The taps are h(t) at t = k - (N - 1)/2, N the length: an odd filter has a tap at its centre
+ * t = 0, an even one two beside it. Halves are exact mirrors, except for the delayed lowpass. x stands for 2 pi f t,
+ * sinc x for sin(x)/x. */
 typedef int32_t dsp_fir_type;
 enum {
-  DSP_FIR_BANDPASS = 0,
-  DSP_FIR_BANDSTOP = 1,
-  DSP_FIR_HIGHPASS = 2,
-  DSP_FIR_LOWPASS = 3,
-  DSP_FIR_SINH = 4,
-  DSP_FIR_DELAYED_LOWPASS = 5,
-  DSP_FIR_DIFFERENTIATOR = 6,
-  DSP_FIR_GAUSSIAN = 7,
-  DSP_FIR_HILBERT = 8,
-  DSP_FIR_KAISER_SPECTRUM = 9,
-  DSP_FIR_RAMP = 10
+  DSP_FIR_BANDPASS = 0, /**< centre f, full bandwidth p: 2p sinc(pi p t) cos x; f 0.2, p 0.1 passes 0.15-0.25 */
+  DSP_FIR_BANDSTOP = 1, /**< 1 at the centre less the bandpass; odd lengths only */
+  DSP_FIR_HIGHPASS = 2, /**< 1 at the centre less the lowpass; odd lengths only */
+  DSP_FIR_LOWPASS = 3,  /**< cut-off (-6 dB) f: 2f sinc x */
+  DSP_FIR_SINH = 4,     /**< smoothing by sinh(b sqrt(1 - (2t/(N+1))^2)); b is f, 0: by length; sum 1 */
+  DSP_FIR_DELAYED_LOWPASS =
+      5, /**< lowpass f, later by p samples (a fraction, typically): 2f sinc(2 pi f (t - p)); sum 1 */
+  DSP_FIR_DIFFERENTIATOR = 6,  /**< d/dt up to f: 4 pi f^2 (cos x - sinc x)/x; gain 2 pi nu, per sample */
+  DSP_FIR_GAUSSIAN = 7,        /**< exp(-x^2/(2 ln 2)): half power at f; 0: a plain mean; sum 1 */
+  DSP_FIR_HILBERT = 8,         /**< -2f (1 - cos x)/x: gain 1 up to f, 90 degrees */
+  DSP_FIR_KAISER_SPECTRUM = 9, /**< sinh(r)/r, r^2 = b^2 - 4(b^2 + pi^2)(t/(N+1))^2; |b| is |f|, 0: by length; sum 1 */
+  DSP_FIR_RAMP = 10            /**< 4f^2 (sinc x + (cos x - 1)/x^2): gain 2 |nu| up to f, as for back projection */
 };
-typedef int32_t dsp_fir2_type;
-enum { DSP_FIR2_TAPS12 = 100, DSP_FIR2_TAPS20 = 101, DSP_FIR2_TAPS5 = 102 };
 
+/** Sets of dspc_fir2. */
+typedef int32_t dsp_fir2_type;
+enum {
+  DSP_FIR2_TAPS12 = 100, /**< half of the 23-tap lowpass before the fractional stage of dsph_rsmp */
+  DSP_FIR2_TAPS20 = 101, /**< half of the 39-tap lowpass for halving: see docs/filters.md for its response */
+  DSP_FIR2_TAPS5 = 102   /**< half of a 9-tap lowpass that rises towards the band's edge */
+};
+
+/** Fills h, whose `length` says how many taps are wanted, with a kernel of f and p. A complex h gets imaginary parts 0.
+ * dx and length stay. "Sum 1" kernels are divided by their sum (not by a sum of 0). f and p are not checked: what the
+ * formula gives is what comes. Ideal kernels ripple by 9 % beside their edges; multiply a window for smoother ones.
+ * Lengths of 0 or less do nothing. -1: no such kind (h is then allocated and real), an even length where an odd one is
+ * needed, no memory. */
 DSP_API int32_t dspc_fir(dsp_vec *h, dsp_fir_type kind, double f, double p);
+
+/** Makes h one of the fixed halves, 12, 20 or 5 taps, the last of them the centre (odd = 1 in dspd_sfir). A complex h
+ * gets imaginary parts 0. -1: no such set (h untouched), no memory. */
 DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
+
+/** out[n] = sum of h[k] in[n - k], the samples before the block coming from `state`: its M - 1 samples, M the taps, are
+ * the most recent ones, oldest first. A shorter state is extended by zeros at its newest end, of a longer one the first
+ * M - 1 samples count. out is complex when in or h is, and has the length and dx of in; no taps copy in to out.
+ *
+ * Real filters of more than 45 taps (35 on complex blocks), on blocks of at least M - 1 samples, run through the FFT;
+ * all others as the sum itself, each output adding its taps from the oldest sample to the newest. Direct results are
+ * the same bits however a record is divided; others agree to 1e-13 of the largest output, and a NaN or infinity spreads
+ * over its block. The spectrum of the last long filter is kept for as long as the same taps (within 1.1e-15 |h[0]|)
+ * and transform sizes come back: one filter used on many blocks is cheap, several long ones in turn are not. -1: no
+ * memory, or a transform of more than 2^30 samples. */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
+
+/** dspd_fir with a filter given by its first half: L samples of `half`, then their mirror image, negated when `anti`
+ * is not 0. `odd` not 0: the last sample of `half` is the centre, 2L - 1 taps (an antisymmetric filter keeps its centre
+ * as given); 0: 2L taps. Real halves of up to 60 taps in full add mirrored samples before the product, in half the
+ * multiplications; blocks then are the whole bit for bit. */
 DSP_API int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti,
                           dsp_vec *state);
+
+/** Keeps every `factor`-th sample (below 1: every one) and multiplies dx by the factor. The state's first sample is the
+ * number of samples to skip before the next one kept; NaN and negative values are 0. Filter first: nothing is filtered
+ * here. */
 DSP_API int32_t dspd_deci(const dsp_vec *in, dsp_vec *out, int32_t factor, dsp_vec *state);
+
+/** A fixed recursive lowpass: four times (0.25 + 0.5 z^-1 + 0.5 z^-2 + 0.25 z^-3)/(1 + 0.5 z^-2), gain 1 at frequency
+ * 0, a zero at the Nyquist frequency, half amplitude near 0.2. The state holds 12 samples, three inner values of each
+ * section; with a null state one goes on that all such calls share. -1: `reserved` is not null. */
 DSP_API int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_vec *state);
+
+/** dspd_hwfilt(v, v, reserved, NULL): in place, always on the shared state. Give null. */
 DSP_API int32_t dspi_hwfilt(dsp_vec *v, const void *reserved);
 
 /* ============================================================================================================
  * Sample-rate conversion (resample)
+ *
+ * Lower sample rates, by any ratio of input to output rate from 1 up:
+ *
+ *     dsph_rsmp_coef_init(&coef);                    // once per ratio
+ *     dsph_rsmp_coef_alloc(&coef, 0);
+ *     dsph_rsmp_coef_setup(&coef, 0, 48.0 / 44.1, 0, 0);
+ *     dsph_rsmp_state_init(&state);                  // once per stream
+ *     dsph_rsmp_state_alloc(&coef, &state, 0);       // 0: a real stream
+ *     dsph_rsmp_state_reset(&coef, &state);
+ *     while (next_block(&in))
+ *       dsph_rsmp(&in, &out, &scratch, &coef, &state);
+ *     dsph_rsmp_state_destroy(&state);
+ *     dsph_rsmp_coef_destroy(&coef);
+ *
+ * What it reaches (docs/filters.md has the figures for each ratio): flat within 0.06 dB up to 0.39 of the output rate,
+ * distortion of a tone below -115 dB, and at least 78 dB (94 dB at whole powers of two) against what would fall into
+ * that band. A stream in blocks is the stream at once, bit for bit. It begins where the filters have settled: outputs
+ * that reach into the silence before it are dropped.
  * ========================================================================================================== */
 
+/** What a ratio needs. Filled by the routines below; read as you like. */
 typedef struct dsph_rsmp_coef {
-  dsp_vec halfband;
-  int32_t halfband_odd;
-  dsp_vec prefilter;
-  int32_t prefilter_odd;
-  dsp_vec kernel;
-  int32_t interp;
-  double ratio;
-  int32_t halvings;
-  int32_t mode;
-  int32_t delay1;
-  int32_t delay2;
+  dsp_vec halfband;      /**< first half of the 39-tap lowpass */
+  int32_t halfband_odd;  /**< 1: it ends with the centre */
+  dsp_vec prefilter;     /**< first half of the 23-tap lowpass before the fractional stage */
+  int32_t prefilter_odd; /**< 1 */
+  dsp_vec kernel;        /**< interpolation kernel of kind 4, 13314 samples */
+  int32_t interp;        /**< 1: linear between the kernel's points */
+  double ratio;          /**< what is left after halving, in [1, 2) */
+  int32_t halvings;      /**< stages that halve the rate */
+  int32_t mode;          /**< not 0: the fractional stage runs even for a ratio of 1 */
+  int32_t delay1;        /**< outputs to drop after halving: 33, or 0 without a stage */
+  int32_t delay2;        /**< outputs to drop at the end: 19 + ceil(35/ratio), or 0 without a fractional stage */
 } dsph_rsmp_coef;
 
+/** What a stream carries from block to block. */
 typedef struct dsph_rsmp_state {
-  int32_t stages;
-  dsp_vec *stage_hist;
-  dsp_vec *stage_phase;
-  int32_t delay1;
-  dsp_vec pre_hist;
-  dsp_vec rsmp_state;
-  dsp_vec post_hist;
-  dsp_vec post_phase;
-  int32_t delay2;
+  int32_t stages;       /**< halvings it is built for */
+  dsp_vec *stage_hist;  /**< history of each stage's lowpass, 38 samples */
+  dsp_vec *stage_phase; /**< decimation phase of each stage */
+  int32_t delay1;       /**< samples still to drop after halving */
+  dsp_vec pre_hist;     /**< history of the 23-tap lowpass */
+  dsp_vec rsmp_state;   /**< state of the fractional stage, see dspd_rsmp */
+  dsp_vec post_hist;    /**< history of the last lowpass */
+  dsp_vec post_phase;   /**< phase of the last decimation */
+  int32_t delay2;       /**< samples still to drop at the end */
 } dsph_rsmp_state;
 
+/** Builds a kernel table of v's length from a built-in list: kinds 0 and 1 in powers of a cosine (8 and 13 taps), 2, 3
+ * and 4 as cosine series (8, 10 and 13 taps; 4 is the converter's and expects its lowpasses around it). -1: no such
+ * kind (v untouched), or as the builders. */
 DSP_API int32_t dspc_rsmp(dsp_vec *v, int32_t kind);
+
+/** Kernel tables of any even length L: v[0] is c[0], the number of taps T, and v[L/2 + j] = v[L/2 - j] is the sum of
+ * c[k] cos((k - 1) j d) over k from 1 (dspc_rsmp_cos), or of c[k] cos(j d)^(k - 1) (dspc_rsmp_pcos), d = 2 pi/(L - 2).
+ * So the kernel has (L - 2)/T points per input sample, 256 to 1024 typically. A complex v gets imaginary parts 0. With
+ * fewer than two samples in v or c, v becomes zeros behind c[0]. -1: odd length, complex c, c on v's buffer, no memory.
+ */
 DSP_API int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c);
 DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
+
+/** One output every `step` input samples (0 or more): the sum of T samples weighted by the kernel, whose points are
+ * taken as they lie (`interp` 0) or interpolated linearly. On entry out's `length` is the most outputs wanted; those
+ * left over come first in the next block, from the oldest sample held if they need older ones. out->dx is step times
+ * in->dx. Nothing is filtered: frequencies above the output's Nyquist frequency alias.
+ *
+ * The state: T past samples, at index T the position of the next output relative to the span's grid (above -1), at
+ * T + 1 how many samples further on its span begins; for complex streams both in the real parts. Zeros start a stream:
+ * its first output has the first sample as its newest but none.
+ *
+ * A table shorter than 2 copies in to out. -1: step negative, infinite or NaN; no taps, or a length less 2 that is no
+ * multiple of them; a complex table; a position in the state below -1 or not finite; no memory. */
 DSP_API int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec *table, double step,
                           dsp_vec *state);
+
+/** dspd_rsmp with a table of a built-in kind (0: 8194, 1: 13314, 2: 2050, 3: 10242, 4: 13314 samples), made for the
+ * call: some milliseconds each time. -1 also: no such kind. */
 DSP_API int32_t dspd_rsmp2(const dsp_vec *in, dsp_vec *out, int32_t interp, int32_t kind, double step, dsp_vec *state);
+
+/** Empties a coefficient record, or releases what it owns. Null is allowed. Always 0. */
 DSP_API int32_t dsph_rsmp_coef_init(dsph_rsmp_coef *coef);
 DSP_API int32_t dsph_rsmp_coef_destroy(dsph_rsmp_coef *coef);
+
+/** Makes the filters and the kernel, about 110 kB. -1: `reserved` is not 0, no memory. */
 DSP_API int32_t dsph_rsmp_coef_alloc(dsph_rsmp_coef *coef, int32_t reserved);
+
+/** Sets the ratio, input rate over output rate: halvings down to [1, 2), and the delays. 0 and less are 1; a ratio
+ * below 1 is kept, but a block never yields more samples than it has. `mode` not 0 sends a ratio of 1 through the
+ * fractional stage, too. The second argument is ignored. -1: NaN or infinite ratio, `reserved` not 0; nothing is
+ * stored. */
 DSP_API int32_t dsph_rsmp_coef_setup(dsph_rsmp_coef *coef, int32_t reserved0, double ratio, int32_t mode,
                                      int32_t reserved);
+
+/** Empties a state record, or releases what it owns. Always 0. */
 DSP_API int32_t dsph_rsmp_state_init(dsph_rsmp_state *state);
 DSP_API int32_t dsph_rsmp_state_destroy(dsph_rsmp_state *state);
+
+/** Builds the state for a ratio and a representation; what it carries is kept where both stay. -1: no memory. */
 DSP_API int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state, uint32_t is_complex);
+
+/** Restarts the stream: silence before it, and the outputs to drop counted afresh. A state that is never reset drops
+ * nothing. */
 DSP_API int32_t dsph_rsmp_state_reset(const dsph_rsmp_coef *coef, dsph_rsmp_state *state);
+
+/** Converts one block: out gets about in->length/ratio samples, fewer at the start of a stream, and dx times the ratio.
+ * After a reset, with k halvings, r = coef->ratio and h = 2^k, output m stands for the stream's sample
+ * ratio m + (k > 0 ? 14 h + 19 : 0) + (delay2 > 0 ? h (r (delay2 - 9.5) - 17.5) : 0). `scratch` is work space that is
+ * worth keeping from call to call (null: allocated each time). A null `state` converts the block on its own and drops
+ * nothing. in, out and scratch may be the same. -1: no memory; the state is then partly updated. */
 DSP_API int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_rsmp_coef *coef,
                           dsph_rsmp_state *state);
 

@@ -84,6 +84,8 @@ TEST(Statistics, KnownValues) {
       {dsps_hmean, record(complexes{{2e100, 0}}), 1e100, 0},
       {dsps_median, record(reals{3, 1, 2, 4}), 2.5, 0},
       {dsps_median, record(reals{5, 1, 3}), 3, 0},
+      {dsps_median, record(reals{nan, 1, 7, nan, 3}), 7, 0},
+      {dsps_median, record(complexes{{3, 4}, {0, 1}, {2, 0}}), 2, 0},
       {dsps_median, record(complexes{{3, 4}, {0, 1}, {2, 0}, {0, -3}}), 1, -1.5},
       {dsps_max, record(reals{-1e200, -1e300}), -bound, 0},
       {dsps_min, record(reals{5e100}), bound, 0},
