@@ -247,18 +247,20 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
   transform<(widest < 4 ? widest : 4), 4>(plan, tables, x, scale, inverse);
 }
 
+template <int N, bool Exchange>
+void small(double *x, double scale) {
+  points<1> v[N];
+  for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>({x[2 * i] * scale, x[2 * i + 1] * scale});
+  butterfly<1>(v);
+  for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<1, Exchange>(v[i]));
+}
+
 template <int N>
 void small(double *x, double scale, bool inverse) {
-  points<1> v[N];
-  for (int i = 0; i < N; ++i) {
-    v[i] = {x[2 * i] * scale, x[2 * i + 1] * scale};
-    if (inverse) v[i] = exchanged<1>(v[i]);
-  }
-  butterfly<1>(v);
-  for (int i = 0; i < N; ++i) {
-    if (inverse) v[i] = exchanged<1>(v[i]);
-    store_split<1>(x + 2 * i, v[i]);
-  }
+  if (inverse)
+    small<N, true>(x, scale);
+  else
+    small<N, false>(x, scale);
 }
 
 void small_any(int bits, double *x, double scale, bool inverse) {
@@ -304,7 +306,8 @@ struct join_kernel {
   }
 };
 
-// Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin.
+// Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin. For k = 0
+// these are (0, m) and m/2 twice, which comes out right as well.
 template <int W, class Kernel>
 DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *octant) {
   double *const low = x + 2 * k;
@@ -325,39 +328,31 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
   store_pairs<W>(middle_high, d);
 }
 
-// All pairs but that of k = 0; m >= 4.
-template <class Kernel>
+template <int W, class Kernel>
 void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
-  std::ptrdiff_t k = 1;
-  for (; k + widest <= m / 4; k += widest) mirrored_pairs<widest, Kernel>(x, m, k, octant);
-  for (; k < m / 4; ++k) mirrored_pairs<1, Kernel>(x, m, k, octant);
-  points<1> a = load_split<1>(x + 2 * k);
-  points<1> b = load_split<1>(x + 2 * (m - k));
+  if constexpr (W > 1)
+    if (m < 4 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
+  std::ptrdiff_t k = 0;
+  do mirrored_pairs<W, Kernel>(x, m, k, octant);
+  while ((k += W) < m / 4);
+  if (m < 4) return;
+  points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
+  points<1> b = load_split<1>(x + m / 2 * 3);
   Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
-  store_split<1>(x + 2 * k, a);
-  store_split<1>(x + 2 * (m - k), b);
+  store_split<1>(x + m / 2, a);
+  store_split<1>(x + m / 2 * 3, b);
 }
 
 void split(double *x, std::ptrdiff_t m, const double *octant) {
-  const double even = x[0];
-  const double odd = x[1];
-  x[0] = 2.0 * (even + odd);
-  x[1] = 0.0;
-  x[2 * m] = 2.0 * (even - odd);
-  x[2 * m + 1] = 0.0;
-  x[m] *= 2.0;
-  x[m + 1] *= -2.0;
-  if (m >= 4) all_pairs<split_kernel>(x, m, octant);
+  x[2 * m] = x[0];
+  x[2 * m + 1] = x[1];
+  all_pairs<widest, split_kernel>(x, m, octant);
+  x[1] = x[2 * m + 1] = 0.0;
 }
 
 void join(double *x, std::ptrdiff_t m, const double *octant) {
-  const double first = x[0];
-  const double last = x[2 * m];
-  x[0] = first + last;
-  x[1] = first - last;
-  x[m] *= 2.0;
-  x[m + 1] *= -2.0;
-  if (m >= 4) all_pairs<join_kernel>(x, m, octant);
+  x[1] = x[2 * m + 1] = 0.0;
+  all_pairs<widest, join_kernel>(x, m, octant);
 }
 
 }  // namespace

@@ -4,33 +4,25 @@
 #include "dsp/fft/kernels.h"
 #include "dsp/fft/spacing.h"
 #include "dsp/fft/transform.h"
-#include "dsp/fft/twiddle_tables.h"
 
 using namespace dsp;
 
 namespace {
 
-constexpr int32_t smallest_with_octant = 8;
-
-// Null is no failure for sizes that need none.
-bool find_octant(int32_t n, const double **octant) {
-  *octant = n >= smallest_with_octant ? octant_table(n) : nullptr;
-  return n < smallest_with_octant || *octant != nullptr;
-}
-
-// n real samples, at least 4, in a buffer of n + 2 doubles.
-int32_t forward(double *x, int32_t n) {
-  const double *octant;
-  if (!find_octant(n, &octant) || transform(x, log2_of(n / 2), false, 0.5 / n) != 0) return -1;
+// 2^bits real samples, at least 4, in a buffer of two doubles more.
+int32_t forward(double *x, int bits) {
+  const std::ptrdiff_t n = std::ptrdiff_t{1} << bits;
+  const double *octant = octant_setup(bits);
+  if (octant == nullptr || transform(x, bits - 1, false, 0.5 / static_cast<double>(n)) != 0) return -1;
   active_fft_kernels().split(x, n / 2, octant);
   return 0;
 }
 
-int32_t backward(double *x, int32_t n) {
-  const double *octant;
-  if (!find_octant(n, &octant)) return -1;
-  active_fft_kernels().join(x, n / 2, octant);
-  return transform(x, log2_of(n / 2), true, 1.0);
+int32_t backward(double *x, int bits) {
+  const double *octant = octant_setup(bits);
+  if (octant == nullptr) return -1;
+  active_fft_kernels().join(x, std::ptrdiff_t{1} << (bits - 1), octant);
+  return transform(x, bits - 1, true, 1.0);
 }
 
 }  // namespace
@@ -48,7 +40,7 @@ int32_t dspi_rfft(dsp_vec *v) {
       v->data[1] = 0.0;
       v->data[2] = (first - second) * 0.5;
       v->data[3] = 0.0;
-    } else if (forward(v->data, n) != 0) {
+    } else if (forward(v->data, log2_of(n)) != 0) {
       return -1;
     }
     v->length = n / 2 + 1;
@@ -65,7 +57,7 @@ int32_t dspi_irfft(dsp_vec *v) {
   }
   if (dspi_rtoc(v) != 0) return -1;
   const auto length = static_cast<int32_t>(n);
-  if (backward(v->data, length) != 0) return -1;
+  if (backward(v->data, log2_of(n)) != 0) return -1;
   v->length = length;
   v->is_complex = 0;
   v->dx = transformed_spacing(v->dx, length);

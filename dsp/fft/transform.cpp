@@ -9,7 +9,8 @@ namespace {
 
 constexpr int smallest_planned = 4;  // bits
 
-// As many passes of radix 8 as the registers of the widest kernels allow; else one where radix 4 leaves a level over.
+// The widest kernels have registers for radix 8: as many of its passes as leave an even number of levels to radix 4.
+// The others take one, last, where radix 4 would leave a level over.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
   const bool wide = lanes == 8 && bits >= 6;
@@ -17,10 +18,9 @@ fft_plan make_plan(int bits, int lanes) {
   plan.lanes = static_cast<std::int8_t>(wide || lanes < 8 ? lanes : 4);
   plan.tile_bits = wide ? 3 : 2;
   int left = bits - plan.tile_bits;
-  int eights = wide ? left / 3 : left % 2;
-  while ((left - 3 * eights) % 2 != 0) --eights;
+  int eights = wide ? left / 3 - (left % 3 == 1 ? 1 : 0) : 0;
   while (left > 0) {
-    plan.radix_bits[plan.passes] = eights-- > 0 ? 3 : 2;
+    plan.radix_bits[plan.passes] = eights-- > 0 || left == 3 ? 3 : 2;
     left -= plan.radix_bits[plan.passes++];
   }
   return plan;
@@ -34,6 +34,7 @@ struct fft_setup {
 };
 
 fft_setup setups[32];
+const double *octants[32];
 
 bool set_up(int bits, const fft_kernels &kernels, fft_setup *setup) {
   fft_setup fresh = {&kernels, make_plan(bits, kernels.lanes), {}};
@@ -59,8 +60,16 @@ std::int32_t transform(double *x, int bits, bool inverse, double scale) {
   return 0;
 }
 
+const double *octant_setup(int bits) {
+  static constexpr double one[] = {1.0, 0.0};
+  if (bits == 2) return one;
+  if (octants[bits] == nullptr) octants[bits] = octant_table(std::int64_t{1} << bits);
+  return octants[bits];
+}
+
 void forget_setups() {
   for (fft_setup &setup : setups) setup.kernels = nullptr;
+  for (const double *&octant : octants) octant = nullptr;
 }
 
 }  // namespace dsp

@@ -9,6 +9,9 @@ namespace dsp {
 // untouched.
 std::int32_t transform(double *x, int bits, bool inverse, double scale);
 
+// The octant_table of 2^bits, bits >= 2. Null: no memory.
+const double *octant_setup(int bits);
+
 // The exponent of a power of two.
 inline int log2_of(std::int64_t n) { return 63 - __builtin_clzll(static_cast<unsigned long long>(n)); }
 
