@@ -18,28 +18,19 @@ struct bins {
   double count;
 };
 
-// Places of samples along the bins: apart from the counting, so that it vectorises.
-void places(const stats_input &x, std::int64_t begin, int n, const bins &b, double *place) {
-  if (x.is_complex) {
-    const double *z = x.data + 2 * begin;
-    for (int i = 0; i < n; ++i) {
-      const double re = z[2 * i];
-      const double im = z[2 * i + 1];
-      place[i] = overflows(re) || overflows(im) ? overflow_bound : std::sqrt(re * re + im * im);
-    }
-    for (int i = 0; i < n; ++i) place[i] -= b.start;
-  } else {
-    for (int i = 0; i < n; ++i) place[i] = x.data[begin + i] - b.start;
-  }
-  if (b.width != 0.0)
-    for (int i = 0; i < n; ++i) place[i] /= b.width;
-  else
-    for (int i = 0; i < n; ++i) place[i] = place[i] == 0.0 ? place[i] : overflow_bound;
+double magnitude(double re, double im) {
+  return overflows(re) || overflows(im) ? overflow_bound : std::sqrt(re * re + im * im);
 }
 
-void count(const double *place, int n, const bins &b, double *counts) {
-  for (int i = 0; i < n; ++i) {
-    const double u = place[i];
+// value(i) is what is counted of sample i.
+template <class Value>
+void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
+  for (std::int64_t i = 0; i < n; ++i) {
+    double u = value(i) - b.start;
+    if (b.width != 0.0)
+      u /= b.width;
+    else if (u != 0.0)
+      u = overflow_bound;
     if (u >= 0.0 && u < b.count)
       counts[static_cast<int32_t>(u)] += 1.0;
     else if (u >= b.count && u < b.count * upper_edge && b.count > 0.0)
@@ -52,13 +43,12 @@ int32_t histogram(const stats_input &x, dsp_vec *out, const bins &b, int32_t len
   out->length = length;
   out->dx = b.width;
   if (dsp_alloc(out) != 0 || dspi_zero(out) != 0) return -1;
-  constexpr int block = 512;
-  double place[block];
-  for (std::int64_t done = 0; done < x.n; done += block) {
-    const int n = static_cast<int>(x.n - done < block ? x.n - done : block);
-    places(x, done, n, b, place);
-    count(place, n, b, out->data);
-  }
+  if (x.is_complex)
+    count(
+        x.n, [&](std::int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, out->data);
+  else
+    count(
+        x.n, [&](std::int64_t i) { return x.data[i]; }, b, out->data);
   return 0;
 }
 
