@@ -187,7 +187,7 @@ TEST(FirDesign, RepresentationAndRefusals) {
   }
 }
 
-TEST(FirSets, AreHalvesOfUnitGainLowpasses) {
+TEST(FirSets, AreHalvesOfUnitGainFilters) {
   for (const auto &[kind, n] : {std::pair{100, 12}, {101, 20}, {102, 5}})
     for (const bool is_complex : {false, true}) {
       record h(reals{1, 2}, 3.0);

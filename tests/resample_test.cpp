@@ -436,6 +436,21 @@ TEST(Converter, PassesTheBandAndStopsWhatWouldFallIntoIt) {
   }
 }
 
+TEST(Converter, OutputsStandForTheStatedSamples) {
+  for (const double ratio : {1.25, 1.9, 2.0, 3.3, 8.0}) {
+    converter k(ratio);
+    const double stage = std::ldexp(1.0, k.coef.halvings), rest = k.coef.ratio;
+    const double first = (k.coef.halvings > 0 ? 14 * stage + 19 : 0.0) +
+                         (k.coef.delay2 > 0 ? stage * (rest * (k.coef.delay2 - 9.5) - 17.5) : 0.0);
+    const double frequency = 0.02 / ratio;
+    record in(reals(2000)), out;
+    ASSERT_EQ(dspc_cos(&in, frequency, 0), 0);
+    ASSERT_EQ(k.run(&in, &out), 0);
+    for (int32_t m = 0; m < out.length; ++m)
+      ASSERT_NEAR(out.data[m], std::cos(two_pi * frequency * (ratio * m + first)), 3e-3) << ratio << " " << m;
+  }
+}
+
 TEST(Stream, SteadyConversionAllocatesNothing) {
   for (const double ratio : ratios) {
     const record in = random_signal(256, true, 8);
