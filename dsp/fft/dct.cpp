@@ -5,6 +5,7 @@
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
+#include "dsp/fft/dct_kernels.h"
 #include "dsp/fft/roots.h"
 
 namespace dsp {
@@ -49,42 +50,6 @@ int32_t build_rotations(int32_t n) {
   return 0;
 }
 
-// The even samples to the front, the odd ones in reverse to the back, and undone.
-void sort_evens_and_odds(double *x, int32_t n, double *odds) {
-  for (int32_t i = 0; i < n / 2; ++i) odds[i] = x[2 * i + 1];
-  for (int32_t i = 0; i < (n + 1) / 2; ++i) x[i] = x[2 * i];
-  for (int32_t i = 0; i < n / 2; ++i) x[n - 1 - i] = odds[i];
-}
-
-void merge_evens_and_odds(const double *sorted, int32_t n, double *x) {
-  for (int32_t i = 0; i < (n + 1) / 2; ++i) x[2 * i] = sorted[i];
-  for (int32_t i = 0; i < n / 2; ++i) x[2 * i + 1] = sorted[n - 1 - i];
-}
-
-// From the half spectrum in x to the result in the same place; the upper half waits in `upper`.
-void rotate(double *x, int32_t n, double *upper) {
-  const double middle = n % 2 == 0 ? (x[n] + x[n + 1]) * half_sqrt2 : 0.0;
-  const int32_t half = (n + 1) / 2;
-  for (int32_t k = 1; k < half; ++k) {
-    const dsp_complex w = state.rotations[k - 1];
-    const dsp_complex bin = {x[2 * k], x[2 * k + 1]};
-    x[k] = w.re * bin.re + w.im * bin.im;
-    upper[k] = w.im * bin.re - w.re * bin.im;
-  }
-  if (n % 2 == 0) x[n / 2] = middle;
-  for (int32_t k = 1; k < half; ++k) x[n - k] = upper[k];
-}
-
-// The half spectrum of the sorted samples from the cosine transform.
-void rotate_back(const double *y, int32_t n, dsp_complex *bins) {
-  bins[0] = {y[0], 0.0};
-  for (int32_t k = 1; k <= (n - 1) / 2; ++k) {
-    const dsp_complex w = state.rotations[k - 1];
-    bins[k] = {w.re * y[k] + w.im * y[n - k], w.im * y[k] - w.re * y[n - k]};
-  }
-  if (n % 2 == 0) bins[n / 2] = {y[n / 2] * sqrt2, 0.0};
-}
-
 int32_t scale(dsp_vec *v, double all, double first) {
   if (dspi_scale(v, all) != 0) return -1;
   v->data[0] *= first;
@@ -93,24 +58,33 @@ int32_t scale(dsp_vec *v, double all, double first) {
 
 int32_t forward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
-  if (size_work((n + 1) / 2, false) != 0 || build_rotations(n) != 0) return -1;
-  sort_evens_and_odds(v->data, n, state.work.data);
-  if (dspi_rdft(v) != 0) return -1;
-  if (n > 1) rotate(v->data, n, state.work.data);
-  v->length = n;
-  v->is_complex = 0;
-  v->dx *= 0.5;
+  const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
+  if (size_work(n, false) != 0 || build_rotations(n) != 0) return -1;
+  state.work.dx = v->dx;
+  kernels.sort(v->data, n, state.work.data);
+  if (dspi_rdft(&state.work) != 0) return -1;
+  const auto *bins = reinterpret_cast<const dsp_complex *>(state.work.data);
+  double *y = v->data;
+  y[0] = bins[0].re;
+  kernels.rotate(bins, state.rotations, n, y);
+  if (n % 2 == 0) y[n / 2] = (bins[n / 2].re + bins[n / 2].im) * half_sqrt2;
+  v->dx = state.work.dx * 0.5;
   return normalised ? scale(v, 2.0, half_sqrt2) : 0;
 }
 
 int32_t backward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
+  const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
   if (normalised && scale(v, 0.5, sqrt2) != 0) return -1;
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
   state.work.dx = v->dx;
-  rotate_back(v->data, n, reinterpret_cast<dsp_complex *>(state.work.data));
+  auto *bins = reinterpret_cast<dsp_complex *>(state.work.data);
+  const double *y = v->data;
+  bins[0] = {y[0], 0.0};
+  kernels.rotate_back(y, state.rotations, n, bins);
+  if (n % 2 == 0) bins[n / 2] = {y[n / 2] * sqrt2, 0.0};
   if (dspi_irdft(&state.work, n % 2 != 0) != 0) return -1;
-  merge_evens_and_odds(state.work.data, n, v->data);
+  kernels.merge(state.work.data, n, v->data);
   v->dx = state.work.dx * 0.5;
   return 0;
 }
