@@ -1,10 +1,12 @@
 // Interpolation on a grid, spline derivatives, interleaving.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
 
+#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
@@ -200,6 +202,31 @@ TEST(Interleave, PlacesSamplesAndShares) {
   dsp_vec huge = {1.0, nullptr, 0, std::numeric_limits<int32_t>::max(), 0, 0};
   EXPECT_EQ(dspi_zinter(&huge), -1);
   EXPECT_EQ(dspb_inter(&huge, &huge, &out), -1);
+}
+
+TEST(Grid, SameBitsOnEveryInstructionSet) {
+  const dsp::isa best = dsp::active_isa();
+  reals x = random_reals(30, 1), t = random_reals(301, 2);
+  std::sort(x.begin(), x.end());
+  std::sort(t.begin(), t.end() - 20);  // and a few that do not rise
+  const record rx(x), ry(random_reals(30, 3)), d2(random_reals(30, 4)), rq(t);
+  for (const int32_t mode : {0, 1, 2, 3, 5, 16, 17, 18, 19, 21}) {
+    ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
+    record expected;
+    ASSERT_EQ(dsp_interp(&rx, &ry, &d2, &rq, &expected, mode), 0);
+    for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
+      record out, merged;
+      if (!dsp::force_isa(set)) continue;
+      ASSERT_EQ(dsp_interp(&rx, &ry, &d2, &rq, &out, mode), 0);
+      EXPECT_TRUE(same(out, expected)) << mode;
+      ASSERT_EQ(dspb_inter(&rx, &ry, &merged), 0);
+      for (std::size_t i = 0; i < 60; ++i) EXPECT_EQ(merged.data[i], (i % 2 == 0 ? rx : ry).data[i / 2]);
+      record onto(rx);
+      ASSERT_EQ(dspb_inter(&onto, &ry, &onto), 0);
+      EXPECT_TRUE(same(onto, merged));
+    }
+  }
+  dsp::force_isa(best);
 }
 
 TEST(FailingMemory, Interpolation) {

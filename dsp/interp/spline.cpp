@@ -46,13 +46,14 @@ end_row end_condition(std::int32_t condition, double value, double slope, double
   return {1.0, 0.0, condition == DSP_SPLINE_NATURAL ? 0.0 : value};
 }
 
-// The dropped node's ordinate must lie on the one cubic from the end node to the node after the dropped one.
+// One cubic from the end node to the node after the dropped one goes through the dropped one: the second divided
+// difference of the three follows from the second derivatives at the outer two. It keeps digits that a difference of
+// ordinates would lose.
 end_row not_a_knot(double end_x, double dropped_x, double next_x, double end_y, double dropped_y, double next_y) {
   const double whole = next_x - end_x;
-  const double lambda = (dropped_x - end_x) / whole;
-  const double mu = (next_x - dropped_x) / whole;
-  const double line = mu * end_y + lambda * next_y;
-  return {mu * (mu * mu - 1.0), lambda * (lambda * lambda - 1.0), 6.0 / (whole * whole) * (dropped_y - line)};
+  const double first = dropped_x - end_x, second = next_x - dropped_x;
+  const double bend = (next_y - dropped_y) / second - (dropped_y - end_y) / first;
+  return {1.0 + second / whole, 1.0 + first / whole, 6.0 / whole * bend};
 }
 
 // The tridiagonal system over the nodes that are knots, in five arrays.
