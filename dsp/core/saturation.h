@@ -8,7 +8,7 @@ constexpr double overflow_bound = 1e100;
 constexpr double overflow_square = 1e200;
 constexpr double smallest_normal = 2.2250738585072014e-308;
 
-static inline bool overflows(double x) { return x > overflow_bound || x < -overflow_bound; }
+static inline bool overflows(double x) { return __builtin_fabs(x) > overflow_bound; }
 
 static inline double saturate(double x) {
   return x > overflow_bound ? overflow_bound : x < -overflow_bound ? -overflow_bound : x;

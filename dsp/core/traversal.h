@@ -1,4 +1,4 @@
-// Walking one signal or two, front to back or back to front, with the kernel as a function object. Everything here is
+// Walking one signal or two with the kernel as a function object. Everything here is
 // local to the file that includes it, so that kernel files (*.isa.cpp) get code of their own.
 #pragma once
 
@@ -9,6 +9,7 @@
 // An output that is an input exactly depends on no sample but its own; the compiler's overlap check would send that
 // case to a scalar loop.
 #if defined(__clang__)
+#pragma clang diagnostic ignored "-Wpass-failed"  // not every kernel can be vectorised
 #define DSP_INDEPENDENT _Pragma("clang loop vectorize(assume_safety)")
 #else
 #define DSP_INDEPENDENT _Pragma("GCC ivdep")
@@ -26,17 +27,17 @@ static inline const Sample *as(const double *data) {
   return reinterpret_cast<const Sample *>(data);
 }
 
-// out[i] = kernel(in[i]...); the inputs may be `out` itself. An output wider than an input is written from the back, so
-// that no sample is overwritten before it is read.
+// out[i] = kernel(in[i]...); the inputs may be `out` itself. An output wider than an input takes the upper half of the
+// samples first, then the upper half of the rest, and so on: what is written then lies beyond all that is still to be
+// read.
 template <class Out, class Kernel, class... In>
 static inline void walk(double *out, std::int64_t n, Kernel kernel, const In *...in) {
   Out *const to = as<Out>(out);
-  if constexpr (((sizeof(In) >= sizeof(Out)) && ...)) {
+  constexpr bool widens = ((sizeof(In) < sizeof(Out)) || ...);
+  for (std::int64_t end = n, begin; end > 0; end = begin) {
+    begin = widens && end > 1 ? end - end / 2 : 0;
     DSP_INDEPENDENT
-    for (std::int64_t i = 0; i < n; ++i) to[i] = kernel(in[i]...);
-  } else {
-    DSP_INDEPENDENT
-    for (std::int64_t i = n - 1; i >= 0; --i) to[i] = kernel(in[i]...);
+    for (std::int64_t i = begin; i < end; ++i) to[i] = kernel(in[i]...);
   }
 }
 

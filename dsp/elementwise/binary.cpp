@@ -38,7 +38,7 @@ int32_t dspb_sub(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
 }
 int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().product); }
 int32_t dspb_conj_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  return combine(a, b, out, loops().conjugate_product);
+  return b->is_complex == 0 ? dspb_mul(a, b, out) : combine(a, b, out, loops().conjugate_product);
 }
 int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().quotient); }
 int32_t dspb_avg_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, double w) {

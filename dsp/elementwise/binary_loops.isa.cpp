@@ -11,14 +11,12 @@ namespace {
 
 struct sum_of {
   double operator()(double a, double b) const { return a + b; }
-  dsp_complex operator()(dsp_complex a, dsp_complex b) const { return {a.re + b.re, a.im + b.im}; }
   dsp_complex operator()(dsp_complex a, double b) const { return {a.re + b, a.im}; }
   dsp_complex operator()(double a, dsp_complex b) const { return {a + b.re, b.im}; }
 };
 
 struct difference_of {
   double operator()(double a, double b) const { return a - b; }
-  dsp_complex operator()(dsp_complex a, dsp_complex b) const { return {a.re - b.re, a.im - b.im}; }
   dsp_complex operator()(dsp_complex a, double b) const { return {a.re - b, a.im}; }
   dsp_complex operator()(double a, dsp_complex b) const { return {a - b.re, -b.im}; }
 };
@@ -30,11 +28,8 @@ struct product_of {
   }
 };
 
+// b is complex.
 struct conjugate_product_of {
-  template <class A>
-  auto operator()(A a, double b) const {
-    return multiply(a, b);
-  }
   dsp_complex operator()(dsp_complex a, dsp_complex b) const {
     return {a.re * b.re + a.im * b.im, a.im * b.re - a.re * b.im};
   }
@@ -43,6 +38,7 @@ struct conjugate_product_of {
 
 // A divisor whose squared magnitude vanishes counts as zero; zero over zero is zero.
 struct quotient_of {
+  static double size(double x) { return __builtin_fabs(x); }
   static dsp_complex chosen(bool divides, double re, double im, bool all_zero) {
     const double instead = all_zero ? 0.0 : overflow_bound;
     return {divides ? re : instead, divides ? im : instead};
@@ -57,8 +53,8 @@ struct quotient_of {
   }
   dsp_complex operator()(dsp_complex a, dsp_complex b) const {
     const double q = b.re * b.re + b.im * b.im;
-    const bool all_zero = (a.re == 0.0) & (a.im == 0.0) & (b.re == 0.0) & (b.im == 0.0);
-    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re - a.re * b.im) / q, all_zero);
+    const double sizes = (size(a.re) + size(a.im)) + (size(b.re) + size(b.im));
+    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re - a.re * b.im) / q, sizes == 0.0);
   }
 };
 
@@ -66,7 +62,6 @@ struct quotient_of {
 struct blend_of {
   double w;
   double operator()(double a, double b) const { return b + w * (a - b); }
-  dsp_complex operator()(dsp_complex a, dsp_complex b) const { return {(*this)(a.re, b.re), (*this)(a.im, b.im)}; }
   dsp_complex operator()(dsp_complex a, double b) const { return {(*this)(a.re, b), w * a.im}; }
   dsp_complex operator()(double a, dsp_complex b) const { return {(*this)(a, b.re), (1.0 - w) * b.im}; }
 };
@@ -107,20 +102,42 @@ Kernel made(double w) {
     return Kernel{w};
 }
 
-// Chooses the kernel's overload for the operands' representations.
+// These choose the kernel's overload for the operands' representations.
+template <class Kernel>
+void with_complex(double *out, const operands &in, const Kernel &kernel) {
+  if (in.a_complex)
+    walk<dsp_complex>(out, in.length, kernel, as<dsp_complex>(in.a), as<dsp_complex>(in.b));
+  else
+    walk<dsp_complex>(out, in.length, kernel, in.a, as<dsp_complex>(in.b));
+}
+
+template <class Kernel>
+void complex_second(double *out, const operands &in, double w) {
+  with_complex(out, in, made<Kernel>(w));
+}
+
 template <class Kernel>
 void each_pair(double *out, const operands &in, double w) {
   const auto kernel = made<Kernel>(w);
-  const auto *za = as<dsp_complex>(in.a);
-  const auto *zb = as<dsp_complex>(in.b);
-  if (in.a_complex && in.b_complex)
-    walk<dsp_complex>(out, in.length, kernel, za, zb);
+  if (in.b_complex)
+    with_complex(out, in, kernel);
   else if (in.a_complex)
-    walk<dsp_complex>(out, in.length, kernel, za, in.b);
-  else if (in.b_complex)
-    walk<dsp_complex>(out, in.length, kernel, in.a, zb);
+    walk<dsp_complex>(out, in.length, kernel, as<dsp_complex>(in.a), in.b);
   else
     walk<double>(out, in.length, kernel, in.a, in.b);
+}
+
+// For kernels that treat both parts of complex pairs alike.
+template <class Kernel>
+void each_double_pair(double *out, const operands &in, double w) {
+  const auto kernel = made<Kernel>(w);
+  const std::int64_t n = in.length;
+  if (in.a_complex == in.b_complex)
+    walk<double>(out, in.a_complex ? 2 * n : n, kernel, in.a, in.b);
+  else if (in.a_complex)
+    walk<dsp_complex>(out, n, kernel, as<dsp_complex>(in.a), in.b);
+  else
+    walk<dsp_complex>(out, n, kernel, in.a, as<dsp_complex>(in.b));
 }
 
 void each_real_pair(double *out, const operands &in, double) {
@@ -130,8 +147,14 @@ void each_real_pair(double *out, const operands &in, double) {
 }  // namespace
 
 extern const binary_loops binary_table = {
-    each_pair<sum_of>,      each_pair<difference_of>, each_pair<product_of>,         each_pair<conjugate_product_of>,
-    each_pair<quotient_of>, each_pair<blend_of>,      each_pair<better_of<greater>>, each_pair<better_of<less>>,
+    each_double_pair<sum_of>,
+    each_double_pair<difference_of>,
+    each_pair<product_of>,
+    complex_second<conjugate_product_of>,
+    each_pair<quotient_of>,
+    each_double_pair<blend_of>,
+    each_pair<better_of<greater>>,
+    each_pair<better_of<less>>,
     each_real_pair,
 };
 

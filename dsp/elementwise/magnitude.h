@@ -20,7 +20,7 @@ static inline double magnitude(dsp_complex z) {
   const double a = x * to;
   const double b = y * to;
   const double r = __builtin_sqrt(a * a + b * b) * back;
-  return (x == infinite) | (y == infinite) ? infinite : r;
+  return x == infinite || y == infinite ? infinite : r;
 }
 
 // With what stands for it when a part is beyond the bound.

@@ -7,6 +7,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/by_sample.h"
+#include "dsp/elementwise/sample_loops.h"
 
 namespace dsp {
 namespace {
@@ -23,9 +24,11 @@ bool before(dsp_complex a, dsp_complex b) {
 }
 
 int32_t rotate_left(dsp_vec *v, int32_t k) {
-  by_sample(v, [k](auto *x, int32_t n) {
-    if (n > 0) std::rotate(x, x + k, x + n);
-  });
+  const std::int64_t n = doubles(*v);
+  if (n > 0 && k == v->length - k)
+    DSP_KERNELS(unary_table).exchange(v->data, v->data + n / 2, n / 2);
+  else
+    by_sample(v, [k](auto *x, int32_t count) { std::rotate(x, x + k, x + count); });
   return 0;
 }
 
@@ -35,10 +38,7 @@ int32_t rotate_left(dsp_vec *v, int32_t k) {
 using namespace dsp;
 
 int32_t dspi_rev(dsp_vec *v) {
-  by_sample(v, [](auto *x, int32_t n) {
-    DSP_INDEPENDENT
-    for (int32_t i = 0; i < n / 2; ++i) std::swap(x[i], x[n - 1 - i]);
-  });
+  DSP_KERNELS(unary_table).reverse(v->data, samples(*v), v->is_complex != 0);
   return 0;
 }
 

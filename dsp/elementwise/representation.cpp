@@ -1,4 +1,5 @@
 // Real, complex and polar samples, magnitudes, phases and decibels.
+#include <algorithm>
 #include <cmath>
 
 #include "dsp/dsp.h"
@@ -32,7 +33,11 @@ struct cartesian {
 using namespace dsp;
 
 int32_t dspi_real(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::real, loops().real_part); }
-int32_t dspi_imag(dsp_vec *v) { return in_place(v, becomes::real, loops().imaginary_part); }
+int32_t dspi_imag(dsp_vec *v) {
+  if (v->is_complex != 0) return in_place(v, becomes::real, loops().imaginary_part);
+  std::fill_n(v->data, samples(*v), 0.0);
+  return 0;
+}
 int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, becomes::complex, loops().widen); }
 int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, loops().conjugate); }
 int32_t dspi_mag(dsp_vec *v) { return in_place(v, becomes::real, loops().magnitude); }

@@ -15,11 +15,13 @@ using unary_loop = void (*)(double *out, const double *in, std::int64_t n, bool 
 
 struct unary_loops {
   // the representation stays
-  unary_loop scale, offset, conjugate, reciprocal, square;
+  unary_loop scale, offset, reciprocal, square;
   // it becomes complex
-  unary_loop widen, complex_scale, times_i;
+  unary_loop complex_scale, times_i;
   // it becomes real
-  unary_loop real_part, imaginary_part, magnitude, magnitude_squared;
+  unary_loop magnitude, magnitude_squared;
+  // of complex samples alone; widen of real ones
+  unary_loop conjugate, real_part, imaginary_part, widen;
 
   // real samples alone
   void (*root)(double *out, const double *in, std::int64_t n);
@@ -29,9 +31,14 @@ struct unary_loops {
   void (*difference)(double *x, std::int64_t n, std::int64_t width, double dx);
   // x[i - 1] = i x[i]; n samples
   void (*derivative)(double *x, std::int32_t n, bool is_complex);
+  // n samples in reverse order
+  void (*reverse)(double *x, std::int32_t n, bool is_complex);
+  // n doubles of x and of y change places
+  void (*exchange)(double *x, double *y, std::int64_t n);
 };
 
-// The output is complex when an operand is; w is the weight of the blend.
+// The output is complex when an operand is; w is the weight of the blend. conjugate_product wants a complex b, pair
+// real operands.
 using binary_loop = void (*)(double *out, const operands &in, double w);
 
 struct binary_loops {

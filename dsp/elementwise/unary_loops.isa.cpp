@@ -20,7 +20,6 @@ struct offset_by {
 };
 
 struct conjugated {
-  double operator()(double x) const { return x; }
   dsp_complex operator()(dsp_complex z) const { return {z.re, -z.im}; }
 };
 
@@ -43,7 +42,6 @@ struct squared {
 
 struct widened {
   dsp_complex operator()(double x) const { return {x, 0.0}; }
-  dsp_complex operator()(dsp_complex z) const { return z; }
 };
 
 struct times_constant {
@@ -58,12 +56,10 @@ struct turned_by_i {
 };
 
 struct real_part_of {
-  double operator()(double x) const { return x; }
   double operator()(dsp_complex z) const { return z.re; }
 };
 
 struct imaginary_part_of {
-  double operator()(double) const { return 0.0; }
   double operator()(dsp_complex z) const { return z.im; }
 };
 
@@ -83,6 +79,11 @@ void each_double(double *out, const double *in, std::int64_t n, bool is_complex,
   walk<double>(out, is_complex ? 2 * n : n, made<Kernel>(c), in);
 }
 
+template <class Sample, class Kernel>
+void only(double *out, const double *in, std::int64_t n, bool, dsp_complex) {
+  walk<decltype(Kernel()(Sample()))>(out, n, Kernel(), as<Sample>(in));
+}
+
 void root(double *out, const double *in, std::int64_t n) {
   walk<double>(
       out, n, [](double x) { return x < 0.0 ? 0.0 : __builtin_sqrt(x); }, in);
@@ -91,7 +92,7 @@ void root(double *out, const double *in, std::int64_t n) {
 bool clamp(double *x, std::int64_t n, double lo, double hi) {
   std::int64_t out = 0;
   for (std::int64_t i = 0; i < n; ++i) {
-    out |= (x[i] < lo) | (x[i] > hi) ? 1 : 0;
+    out |= x[i] < lo || x[i] > hi ? 1 : 0;
     x[i] = x[i] < lo ? lo : x[i] > hi ? hi : x[i];
   }
   return out != 0;
@@ -125,25 +126,53 @@ void derivative_of(double *x, std::int32_t n, bool is_complex) {
     derivative(x, n);
 }
 
+template <class Sample>
+void reverse(Sample *x, std::int32_t n) {
+  DSP_INDEPENDENT
+  for (std::int32_t i = 0; i < n / 2; ++i) {
+    const Sample front = x[i];
+    x[i] = x[n - 1 - i];
+    x[n - 1 - i] = front;
+  }
+}
+
+void reverse_samples(double *x, std::int32_t n, bool is_complex) {
+  if (is_complex)
+    reverse(as<dsp_complex>(x), n);
+  else
+    reverse(x, n);
+}
+
+void exchange(double *x, double *y, std::int64_t n) {
+  DSP_INDEPENDENT
+  for (std::int64_t i = 0; i < n; ++i) {
+    const double first = x[i];
+    x[i] = y[i];
+    y[i] = first;
+  }
+}
+
 }  // namespace
 
 extern const unary_loops unary_table = {
     each_double<scaled>,
     each_sample<offset_by>,
-    each_sample<conjugated>,
     each_sample<reciprocal_of>,
     each_sample<squared>,
-    each_sample<widened>,
     each_sample<times_constant>,
     each_sample<turned_by_i>,
-    each_sample<real_part_of>,
-    each_sample<imaginary_part_of>,
     each_sample<magnitude_of>,
     each_sample<magnitude_squared_of>,
+    only<dsp_complex, conjugated>,
+    only<dsp_complex, real_part_of>,
+    only<dsp_complex, imaginary_part_of>,
+    only<double, widened>,
     root,
     clamp,
     difference_quotient,
     derivative_of,
+    reverse_samples,
+    exchange,
 };
 
 }  // namespace DSP_ISA
