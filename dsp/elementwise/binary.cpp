@@ -16,13 +16,13 @@ int32_t combine(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop lo
 }
 
 // The one routine pair that takes operands of different lengths: zeros stand for what the shorter lacks.
-int32_t combine_padded(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop loop) {
-  if (samples(*a) == samples(*b)) return combine(a, b, out, loop);
+int32_t combine_padded(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop loop, double w) {
+  if (samples(*a) == samples(*b)) return combine(a, b, out, loop, w);
   const bool a_shorter = samples(*a) < samples(*b);
   temporary padded;
   if (dsp_copy(padded.get(), a_shorter ? a : b) != 0) return -1;
   if (dspi_zpad(padded.get(), samples(a_shorter ? *b : *a)) != 0) return -1;
-  return a_shorter ? combine(padded.get(), b, out, loop) : combine(a, padded.get(), out, loop);
+  return a_shorter ? combine(padded.get(), b, out, loop, w) : combine(a, padded.get(), out, loop, w);
 }
 
 const binary_loops &loops() { return DSP_KERNELS(binary_table); }
@@ -32,9 +32,11 @@ const binary_loops &loops() { return DSP_KERNELS(binary_table); }
 
 using namespace dsp;
 
-int32_t dspb_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine_padded(a, b, out, loops().sum); }
+int32_t dspb_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  return combine_padded(a, b, out, loops().sum, 1.0);
+}
 int32_t dspb_sub(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  return combine_padded(a, b, out, loops().difference);
+  return combine_padded(a, b, out, loops().sum, -1.0);
 }
 int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().product); }
 int32_t dspb_conj_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
@@ -44,8 +46,8 @@ int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return comb
 int32_t dspb_avg_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, double w) {
   return combine(a, b, out, loops().blend, w);
 }
-int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().larger); }
-int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().smaller); }
+int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().better, 1.0); }
+int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().better, -1.0); }
 
 int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out) {
   const int32_t n = samples(*re);

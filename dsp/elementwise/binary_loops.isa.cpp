@@ -1,4 +1,4 @@
-#include <type_traits>
+#include <cstdint>
 
 #include "dsp/core/traversal.h"
 #include "dsp/elementwise/complex_product.h"
@@ -9,16 +9,12 @@ namespace dsp {
 namespace DSP_ISA {
 namespace {
 
-struct sum_of {
-  double operator()(double a, double b) const { return a + b; }
-  dsp_complex operator()(dsp_complex a, double b) const { return {a.re + b, a.im}; }
-  dsp_complex operator()(double a, dsp_complex b) const { return {a + b.re, b.im}; }
-};
-
-struct difference_of {
-  double operator()(double a, double b) const { return a - b; }
-  dsp_complex operator()(dsp_complex a, double b) const { return {a.re - b, a.im}; }
-  dsp_complex operator()(double a, dsp_complex b) const { return {a - b.re, -b.im}; }
+// a + w b: the sum, and with w = -1 the difference.
+struct weighted_sum {
+  double w;
+  double operator()(double a, double b) const { return a + w * b; }
+  dsp_complex operator()(dsp_complex a, double b) const { return {(*this)(a.re, b), a.im}; }
+  dsp_complex operator()(double a, dsp_complex b) const { return {(*this)(a, b.re), w * b.im}; }
 };
 
 struct product_of {
@@ -38,23 +34,25 @@ struct conjugate_product_of {
 
 // A divisor whose squared magnitude vanishes counts as zero; zero over zero is zero.
 struct quotient_of {
-  static double size(double x) { return __builtin_fabs(x); }
+  // Zeros of either sign are asked for all at once, by their bits.
+  static std::uint64_t bits(double x) { return __builtin_bit_cast(std::uint64_t, x); }
+  static bool zero(std::uint64_t x) { return x << 1 == 0; }
   static dsp_complex chosen(bool divides, double re, double im, bool all_zero) {
     const double instead = all_zero ? 0.0 : overflow_bound;
     return {divides ? re : instead, divides ? im : instead};
   }
   double operator()(double a, double b) const { return b != 0.0 ? a / b : a == 0.0 ? 0.0 : overflow_bound; }
   dsp_complex operator()(dsp_complex a, double b) const {
-    return chosen(b != 0.0, a.re / b, a.im / b, (a.re == 0.0) & (a.im == 0.0));
+    return chosen(b != 0.0, a.re / b, a.im / b, zero(bits(a.re) | bits(a.im)));
   }
   dsp_complex operator()(double a, dsp_complex b) const {
     const double q = b.re * b.re + b.im * b.im;
-    return chosen(q > 0.0, a * b.re / q, -a * b.im / q, (a == 0.0) & (b.re == 0.0) & (b.im == 0.0));
+    return chosen(q > 0.0, a * b.re / q, -a * b.im / q, zero(bits(a) | bits(b.re) | bits(b.im)));
   }
   dsp_complex operator()(dsp_complex a, dsp_complex b) const {
     const double q = b.re * b.re + b.im * b.im;
-    const double sizes = (size(a.re) + size(a.im)) + (size(b.re) + size(b.im));
-    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re - a.re * b.im) / q, sizes == 0.0);
+    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re - a.re * b.im) / q,
+                  zero(bits(a.re) | bits(a.im) | bits(b.re) | bits(b.im)));
   }
 };
 
@@ -71,40 +69,23 @@ inline double re(dsp_complex z) { return z.re; }
 inline double im(double) { return 0.0; }
 inline double im(dsp_complex z) { return z.im; }
 
-// The winner whole; a tie, or a NaN, leaves b. Complex samples, and real ones beside them, compete by squared
-// magnitude.
-template <class Wins>
+// The winner by squared magnitude, whole: the larger, or with sign -1 the smaller.
 struct better_of {
-  double operator()(double a, double b) const { return Wins()(a, b) ? a : b; }
+  double sign;
   template <class A, class B>
   dsp_complex operator()(A a, B b) const {
-    const bool first = Wins()(magnitude_squared(a), magnitude_squared(b));
+    const bool first = sign * magnitude_squared(a) > sign * magnitude_squared(b);
     return {first ? re(a) : re(b), first ? im(a) : im(b)};
   }
-};
-
-struct greater {
-  bool operator()(double a, double b) const { return a > b; }
-};
-struct less {
-  bool operator()(double a, double b) const { return a < b; }
 };
 
 struct pair_of {
   dsp_complex operator()(double a, double b) const { return {a, b}; }
 };
 
+// Choosing the kernel's overload for the operands' representations.
 template <class Kernel>
-Kernel made(double w) {
-  if constexpr (std::is_empty_v<Kernel>)
-    return Kernel{};
-  else
-    return Kernel{w};
-}
-
-// These choose the kernel's overload for the operands' representations.
-template <class Kernel>
-void with_complex(double *out, const operands &in, const Kernel &kernel) {
+void with_complex_second(double *out, const operands &in, const Kernel &kernel) {
   if (in.a_complex)
     walk<dsp_complex>(out, in.length, kernel, as<dsp_complex>(in.a), as<dsp_complex>(in.b));
   else
@@ -112,25 +93,41 @@ void with_complex(double *out, const operands &in, const Kernel &kernel) {
 }
 
 template <class Kernel>
-void complex_second(double *out, const operands &in, double w) {
-  with_complex(out, in, made<Kernel>(w));
+void with_complex(double *out, const operands &in, const Kernel &kernel) {
+  if (in.b_complex)
+    with_complex_second(out, in, kernel);
+  else
+    walk<dsp_complex>(out, in.length, kernel, as<dsp_complex>(in.a), in.b);
 }
 
 template <class Kernel>
-void each_pair(double *out, const operands &in, double w) {
-  const auto kernel = made<Kernel>(w);
-  if (in.b_complex)
-    with_complex(out, in, kernel);
-  else if (in.a_complex)
-    walk<dsp_complex>(out, in.length, kernel, as<dsp_complex>(in.a), in.b);
+void each_pair(double *out, const operands &in, double) {
+  if (in.a_complex || in.b_complex)
+    with_complex(out, in, Kernel());
   else
-    walk<double>(out, in.length, kernel, in.a, in.b);
+    walk<double>(out, in.length, Kernel(), in.a, in.b);
+}
+
+void conjugate_products(double *out, const operands &in, double) {
+  with_complex_second(out, in, conjugate_product_of());
+}
+
+// A tie, or a NaN, leaves b.
+void better(double *out, const operands &in, double sign) {
+  if (in.a_complex || in.b_complex)
+    with_complex(out, in, better_of{sign});
+  else if (sign > 0.0)
+    walk<double>(
+        out, in.length, [](double a, double b) { return a > b ? a : b; }, in.a, in.b);
+  else
+    walk<double>(
+        out, in.length, [](double a, double b) { return a < b ? a : b; }, in.a, in.b);
 }
 
 // For kernels that treat both parts of complex pairs alike.
 template <class Kernel>
 void each_double_pair(double *out, const operands &in, double w) {
-  const auto kernel = made<Kernel>(w);
+  const Kernel kernel{w};
   const std::int64_t n = in.length;
   if (in.a_complex == in.b_complex)
     walk<double>(out, in.a_complex ? 2 * n : n, kernel, in.a, in.b);
@@ -147,14 +144,12 @@ void each_real_pair(double *out, const operands &in, double) {
 }  // namespace
 
 extern const binary_loops binary_table = {
-    each_double_pair<sum_of>,
-    each_double_pair<difference_of>,
+    each_double_pair<weighted_sum>,
     each_pair<product_of>,
-    complex_second<conjugate_product_of>,
+    conjugate_products,
     each_pair<quotient_of>,
     each_double_pair<blend_of>,
-    each_pair<better_of<greater>>,
-    each_pair<better_of<less>>,
+    better,
     each_real_pair,
 };
 

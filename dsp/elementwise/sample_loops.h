@@ -42,7 +42,7 @@ struct unary_loops {
 using binary_loop = void (*)(double *out, const operands &in, double w);
 
 struct binary_loops {
-  binary_loop sum, difference, product, conjugate_product, quotient, blend, larger, smaller, pair;
+  binary_loop sum, product, conjugate_product, quotient, blend, better, pair;
 };
 
 DSP_DECLARE_KERNELS(unary_loops, unary_table)

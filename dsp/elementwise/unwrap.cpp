@@ -11,32 +11,42 @@ namespace {
 constexpr double turn = 2.0 * pi;
 constexpr double turn_high = 0x1.921fb544p+2;  // 32 bits, so that its product with a count of turns is exact
 constexpr double turn_low = turn - turn_high;
-constexpr double most_turns = 0x1p20;
+constexpr double countable = 0x1p20 * turn;
 
 // Brings samples to within half a turn of a reference. The remainder that fmod would give is exact, and so is
-// d - m turn with the high part first; neighbouring samples mostly are the same number m of turns away, so the last
-// one is tried first.
+// d - m turn with the high part first; neighbouring samples mostly are the same number m of turns away, or one more or
+// less.
 class unwrapper {
  public:
   double operator()(double x, double reference) {
     const double d = x - reference;
     if (!(std::fabs(d) > pi)) return x;
-    const double guess = (d - high_) - low_;
-    return reference + (std::fabs(guess) < pi ? guess : remainder(d));
+    const double r = beyond(d);
+    return reference + (std::fabs(r) < pi ? r : remainder(d));
   }
 
  private:
+  double beyond(double d) const { return (d - high_) - low_; }
+
   double remainder(double d) {
-    const double turns = std::floor(std::fabs(d) / turn);
-    double r = std::fmod(std::fabs(d), turn);
-    const double m = r > pi ? turns + 1.0 : turns;
-    if (r > pi) r -= turn;
-    // A quotient rounded up to the next whole number only costs the next guess.
-    if (m < most_turns) {
-      high_ = std::copysign(m * turn_high, d);
-      low_ = std::copysign(m * turn_low, d);
+    const double r = beyond(d);
+    if (std::fabs(r) < 3.0 * pi && std::fabs(d) < countable) {
+      high_ += std::copysign(turn_high, r);
+      low_ += std::copysign(turn_low, r);
+      if (std::fabs(beyond(d)) < pi) return beyond(d);
     }
-    return std::copysign(1.0, d) * r;
+    return far_remainder(d);
+  }
+
+  double far_remainder(double d) {
+    const double r = std::fmod(d, turn);
+    const double half_turned = r > pi ? r - turn : r < -pi ? r + turn : r;
+    if (std::fabs(d) < countable) {
+      const double m = std::rint((d - half_turned) / turn);
+      high_ = m * turn_high;
+      low_ = m * turn_low;
+    }
+    return half_turned;
   }
 
   double high_ = 0.0, low_ = 0.0;  // of m turns
