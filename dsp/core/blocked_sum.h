@@ -76,6 +76,18 @@ constexpr int groups_at_once(int sums) {
   return groups;
 }
 
+// Adds the sum of the lanes to the total: all of them, or the even and the odd ones apart.
+inline void add_lanes(double *lane, int parts, double *total) {
+  for (int half = sum_lanes / 2; half > 1; half /= 2)
+    for (int l = 0; l < half; ++l) lane[l] += lane[l + half];
+  if (parts == 1) {
+    total[0] += lane[0] + lane[1];
+  } else {
+    total[0] += lane[0];
+    total[1] += lane[1];
+  }
+}
+
 // block(x, n, lane) fills the lanes of a block of n doubles. total[k * parts + part] becomes the k-th sum; parts is 2
 // for complex samples, whose parts are summed apart, else 1.
 template <int Sums, class Block>
@@ -84,14 +96,7 @@ void add_blocks(const double *x, std::int64_t samples, int parts, const Block &b
   for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
     double lane[Sums][sum_lanes];
     block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, lane);
-    for (int k = 0; k < Sums; ++k) {
-      double *sum = lane[k];
-      for (int l = 0; l < 8; ++l) sum[l] += sum[l + 8];
-      for (int l = 0; l < 4; ++l) sum[l] += sum[l + 4];
-      for (int l = 0; l < 2; ++l) sum[l] += sum[l + 2];
-      if (parts == 1) sum[0] += sum[1];
-      for (int part = 0; part < parts; ++part) total[k * parts + part] += sum[part];
-    }
+    for (int k = 0; k < Sums; ++k) add_lanes(lane[k], parts, total + k * parts);
   }
 }
 
