@@ -1,0 +1,325 @@
+// A sound file through a filter, to a lower sample rate, or both, block by block: memory does not grow with the file.
+// What comes out lies where it was in time.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dsp/dsp.h"
+#include "examples/support/arguments.h"
+#include "examples/support/failure.h"
+#include "examples/support/gnuplot.h"
+#include "examples/support/output_file.h"
+#include "examples/support/progress.h"
+#include "examples/support/sample_reader.h"
+#include "examples/support/signal.h"
+#include "examples/support/sound_writer.h"
+
+using examples::failure;
+using examples::require;
+using examples::signal;
+
+namespace {
+
+const std::vector<examples::option> options = {
+    {'f', "filter", "KIND", "lowpass, highpass, bandpass, bandstop, gaussian,\ndifferentiator or hilbert"},
+    {'e', "edge", "HZ[,HZ]", "its cut-off, or the lower and upper edge of its band"},
+    {'t', "taps", "N", "its length (default 255); longer is steeper"},
+    {'w', "window", "NAME", "window on its taps (default Kaiser80; uniform: none)"},
+    {'r', "rate", "HZ", "sample rate of the output, at most the input's"},
+    {'p', "plot", "FILE", "the spectra of the first channel before and after as a\npicture, .png or .svg"},
+    {'b', "block", "N", "samples processed at a time (default 16384)"},
+    {'h', "help", nullptr, "this text"},
+};
+
+const char *const introduction =
+    "usage: stream [OPTION]... INPUT OUTPUT\n"
+    "\n"
+    "Filters a sound file, lowers its sample rate, or both, in that order; all channels alike. The output has the\n"
+    "input's format, and its samples lie where they were in time.\n"
+    "\n";
+
+const char *const notes =
+    "\n"
+    "  stream -r 16000 voice.wav voice16k.wav\n"
+    "  stream -f bandpass -e 300,3400 -t 501 voice.wav phone.wav\n"
+    "  stream -f lowpass -e 4000 -r 11025 -p both.png music.flac small.flac\n"
+    "\n"
+    "The half amplitude points of a band filter lie at its edges; a gaussian has half power at its cut-off.\n"
+    "Conversion keeps frequencies up to 0.39 of the new rate within 0.06 dB.\n"
+    "\n"
+    "Status 0, or 2 with a line on standard error that says what is wrong; no file is then written.\n";
+
+struct filter_kind {
+  const char *name;
+  dsp_fir_type type;
+  int edges;
+  bool shaped;  // by its formula: needs no window
+};
+const filter_kind kinds[] = {
+    {"lowpass", DSP_FIR_LOWPASS, 1, false},   {"highpass", DSP_FIR_HIGHPASS, 1, false},
+    {"bandpass", DSP_FIR_BANDPASS, 2, false}, {"bandstop", DSP_FIR_BANDSTOP, 2, false},
+    {"gaussian", DSP_FIR_GAUSSIAN, 1, true},  {"differentiator", DSP_FIR_DIFFERENTIATOR, 1, false},
+    {"hilbert", DSP_FIR_HILBERT, 1, false},
+};
+
+std::vector<double> edges_of(const std::string &text, double rate) {
+  std::vector<double> edges;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t comma = std::min(text.find(',', begin), text.size());
+    double edge = 0.0;
+    if (!examples::parse_number(text.substr(begin, comma - begin), &edge) || !(edge > 0.0 && edge < rate / 2.0))
+      throw failure("--edge: '" + text + "' is not a frequency below half the sample rate, or two of them");
+    edges.push_back(edge);
+    begin = comma + 1;
+  }
+  return edges;
+}
+
+/** Designs the filter that the options ask for; leaves `taps` empty when they ask for none. */
+void design(const examples::arguments &given, double rate, signal *taps) {
+  if (!given.has("filter")) {
+    for (const char *name : {"edge", "taps", "window"})
+      if (given.has(name)) throw failure(std::string("--") + name + " describes a filter: --filter is missing");
+    return;
+  }
+  const std::string name = given.text("filter", "");
+  const auto *kind = std::find_if(std::begin(kinds), std::end(kinds), [&](const auto &k) { return name == k.name; });
+  if (kind == std::end(kinds)) throw failure("--filter: '" + name + "' is unknown; --help lists the kinds");
+  if (!given.has("edge")) throw failure("--filter " + name + " needs --edge");
+  const std::vector<double> edges = edges_of(given.text("edge", ""), rate);
+  if (static_cast<int>(edges.size()) != kind->edges || (kind->edges == 2 && !(edges[0] < edges[1])))
+    throw failure("--edge: " + name + " takes " + (kind->edges == 2 ? "a lower and a higher edge" : "one edge"));
+  const bool is_band = kind->edges == 2;
+  const double f = (is_band ? (edges[0] + edges[1]) / 2.0 : edges[0]) / rate;
+  const double p = is_band ? (edges[1] - edges[0]) / rate : 0.0;
+  taps->length = static_cast<int32_t>(given.integer("taps", 255, 1, 1 << 20));
+  if (dspc_fir(taps, kind->type, f, p) != 0) throw failure("--taps: " + name + " needs an odd number of taps");
+  if (kind->shaped && !given.has("window")) return;
+  const std::string window = given.text("window", "Kaiser80");
+  dsp_window_type type = 0;
+  if (dsp_window_from_str(window.c_str(), &type) != 0) throw failure("--window: '" + window + "' is unknown");
+  require(dspi_window_fir(taps, type), "shape the filter");
+}
+
+/** The sample-rate converter of one channel. */
+class converter {
+ public:
+  explicit converter(double ratio) {
+    dsph_rsmp_coef_init(&coef_);
+    dsph_rsmp_state_init(&state_);
+    require(dsph_rsmp_coef_alloc(&coef_, 0), "get memory for the converter");
+    require(dsph_rsmp_coef_setup(&coef_, 0, ratio, 0, 0), "set up the converter");
+    require(dsph_rsmp_state_alloc(&coef_, &state_, 0), "get memory for the converter");
+    require(dsph_rsmp_state_reset(&coef_, &state_), "set up the converter");
+  }
+  ~converter() {
+    dsph_rsmp_state_destroy(&state_);
+    dsph_rsmp_coef_destroy(&coef_);
+  }
+  converter(const converter &) = delete;
+  converter &operator=(const converter &) = delete;
+
+  /** The sample of the stream that the first output stands for. */
+  double first() const {
+    const double stage = std::ldexp(1.0, coef_.halvings);
+    return (coef_.halvings > 0 ? 14.0 * stage + 19.0 : 0.0) +
+           (coef_.delay2 > 0 ? stage * (coef_.ratio * (coef_.delay2 - 9.5) - 17.5) : 0.0);
+  }
+
+  void process(const dsp_vec &in, dsp_vec *out) {
+    require(dsph_rsmp(&in, out, &scratch_, &coef_, &state_), "convert a block");
+  }
+
+ private:
+  dsph_rsmp_coef coef_;
+  dsph_rsmp_state state_;
+  signal scratch_;
+};
+
+/** What one channel goes through. Blocks in, blocks out, which need not be of equal length. */
+class channel {
+ public:
+  /** No taps: no filter. */
+  channel(const signal &taps, double ratio) : taps_(taps), to_drop_(std::max(taps.length - 1, 0) / 2) {
+    if (ratio == 1.0) return;
+    converter_ = std::make_unique<converter>(ratio);
+    // Silence ahead, so that the first output stands for the first sample (or for less than one after it).
+    signal lead(static_cast<int32_t>(converter_->first()));
+    require(dspi_zero(&lead), "prepare the converter");
+    signal nothing;
+    converter_->process(lead, &nothing);
+  }
+
+  /** Replaces the block by what comes out. */
+  void process(signal *block) {
+    if (taps_.length > 0) {
+      require(dspd_fir(block, block, &taps_, &past_), "filter a block");
+      const int32_t dropped = std::min(to_drop_, block->length);
+      require(dspi_shift(block, dropped), "filter a block");
+      to_drop_ -= dropped;
+    }
+    if (converter_) converter_->process(*block, block);
+  }
+
+ private:
+  const signal &taps_;
+  signal past_;
+  int32_t to_drop_;  // outputs of the filter that come before the first sample
+  std::unique_ptr<converter> converter_;
+};
+
+/** The averaged power spectrum of a stream, in blocks of a twentieth of a second that overlap by half: noise then has
+ * one level at every sample rate. */
+class spectrum_meter {
+ public:
+  explicit spectrum_meter(double rate)
+      : dx_(1.0 / rate), active_(static_cast<int32_t>(std::clamp(std::round(rate / 20.0), 64.0, 1048576.0))) {
+    while (grid_ < active_) grid_ *= 2;
+  }
+
+  void add(const signal &block) {
+    require(dsp_append(&waiting_, &block), "measure a block");
+    for (; waiting_.length >= active_; require(dspi_shift(&waiting_, active_ / 2), "measure a block")) measure();
+  }
+
+  /** Level in dB over frequency. A stream shorter than a block is measured with zeros behind it. */
+  std::vector<std::vector<double>> table() {
+    if (count_ == 0) {
+      require(dspi_zpad(&waiting_, active_), "measure a block");
+      measure();
+    }
+    std::vector<std::vector<double>> columns(2);
+    for (int32_t i = 0; i < average_.length; ++i) {
+      columns[0].push_back(i * average_.dx);
+      columns[1].push_back(10.0 * std::log10(std::max(average_[i], 1e-20)));
+    }
+    return columns;
+  }
+
+ private:
+  void measure() {
+    require(dsp_copy_at_most(&block_, &waiting_, active_), "measure a block");
+    block_.dx = dx_;
+    require(dsph_fft(&block_, &bins_, grid_, static_cast<double>(active_) / grid_, DSP_WINDOW_BLACKMAN_HARRIS4, 0),
+            "transform a block");
+    require(dsph_avg(&bins_, &average_, &work_, DSP_AVG_MEAN | DSP_AVG_POWER, ++count_, 0, -1.0, 0.0),
+            "average a spectrum");
+  }
+
+  double dx_;
+  int32_t active_;
+  int32_t grid_ = 64;
+  int32_t count_ = 0;
+  signal waiting_, block_, bins_, average_, work_;
+};
+
+/** Splits frames into channels, and puts channels together again. */
+void take_channel(const std::vector<double> &frames, int64_t count, int channels, int c, signal *block) {
+  block->resize(static_cast<int32_t>(count));
+  for (int32_t i = 0; i < block->length; ++i) (*block)[i] = frames[static_cast<std::size_t>(int64_t{i} * channels + c)];
+}
+
+void put_channel(const signal &block, int channels, int c, std::vector<double> *frames) {
+  frames->resize(static_cast<std::size_t>(block.length) * static_cast<std::size_t>(channels));
+  for (int32_t i = 0; i < block.length; ++i) (*frames)[static_cast<std::size_t>(int64_t{i} * channels + c)] = block[i];
+}
+
+std::string name_of(const std::string &path) { return std::filesystem::path(path).filename().string(); }
+
+void draw(const std::string &path, const std::string &title, spectrum_meter *before, spectrum_meter *after) {
+  examples::output_file picture(path);
+  examples::gnuplot plot;
+  plot.table("before", before->table());
+  plot.table("after", after->table());
+  plot.command("set title " + examples::gnuplot::quoted(title) + " noenhanced");
+  plot.command("set xlabel 'frequency / Hz'; set ylabel 'level / dB relative to full scale'");
+  plot.command("set format x '%.0s %c'; set yrange [-160:*]");
+  plot.command(
+      "plot $before with lines linetype 1 linecolor rgb '#b0b0b0' title 'before', $after with lines linetype 1 title "
+      "'after'");
+  plot.draw(picture);
+  picture.commit();
+}
+
+struct job {
+  std::string input, output, picture;
+  double ratio;
+  int64_t block;
+};
+
+/** The whole stream through the channels; returns how many frames were written. */
+int64_t process(examples::sample_reader &recording, const job &j, const signal &taps, examples::sound_writer &sound,
+                spectrum_meter *before, spectrum_meter *after) {
+  const int channels = recording.channels();
+  std::vector<std::unique_ptr<channel>> stream;
+  for (int c = 0; c < channels; ++c) stream.push_back(std::make_unique<channel>(taps, j.ratio));
+  examples::progress progress("processing " + j.input);
+  std::vector<double> in(static_cast<std::size_t>(j.block * channels)), out;
+  signal block;
+  int64_t read = 0, written = 0;
+  for (bool at_end = false;;) {
+    const int64_t got = at_end ? 0 : recording.read(in.data(), j.block);
+    read += got;
+    at_end = got < j.block;
+    const auto wanted = static_cast<int64_t>(std::ceil(static_cast<double>(read) / j.ratio));
+    if (at_end && got == 0 && written >= wanted) return written;
+    // Behind the last sample comes silence, which pushes out what the filters still hold.
+    if (got == 0) std::fill(in.begin(), in.end(), 0.0);
+    for (int c = 0; c < channels; ++c) {
+      take_channel(in, got == 0 ? j.block : got, channels, c, &block);
+      if (c == 0 && got > 0 && before) before->add(block);
+      stream[static_cast<std::size_t>(c)]->process(&block);
+      if (got == 0) block.length = static_cast<int32_t>(std::min<int64_t>(block.length, wanted - written));
+      if (c == 0 && after) after->add(block);
+      put_channel(block, channels, c, &out);
+    }
+    sound.write(out.data(), block.length);
+    written += block.length;
+    progress.show(recording.progress());
+  }
+}
+
+int stream_of(const examples::arguments &given) {
+  if (given.words().size() != 2) throw failure("an input and an output are needed; --help tells more");
+  job j = {given.words()[0], given.words()[1], given.text("plot", ""), 1.0, given.integer("block", 16384, 1, 1 << 24)};
+  if (!j.picture.empty()) {
+    examples::require_gnuplot(j.picture);
+    const examples::output_file writable(j.picture);
+  }
+  const auto recording = examples::open_sound(j.input);
+  const double rate = recording->rate();
+  const double new_rate = static_cast<double>(given.integer("rate", std::lround(rate), 1, std::lround(rate)));
+  j.ratio = rate / new_rate;
+  signal taps;
+  design(given, rate, &taps);
+
+  std::unique_ptr<spectrum_meter> before, after;
+  if (!j.picture.empty()) {
+    before = std::make_unique<spectrum_meter>(rate);
+    after = std::make_unique<spectrum_meter>(new_rate);
+  }
+  examples::sound_writer sound(j.output, j.input, new_rate, recording->channels());
+  const int64_t frames = process(*recording, j, taps, sound, before.get(), after.get());
+  if (before) draw(j.picture, name_of(j.input) + " and " + name_of(j.output), before.get(), after.get());
+  sound.commit();
+  std::printf("%s: %lld frames at %.0f Hz\n", j.output.c_str(), static_cast<long long>(frames), new_rate);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  return examples::run("stream", [&] {
+    const examples::arguments given(argc, argv, options);
+    if (given.has("help")) {
+      std::printf("%s%s%s", introduction, examples::describe(options).c_str(), notes);
+      return 0;
+    }
+    return stream_of(given);
+  });
+}

@@ -1,0 +1,112 @@
+#!/bin/bash
+# Runs examples/stream: tones pass or vanish, stay where they were in time, and everything wrong ends with status 2, one
+# line and no file.
+# usage: stream_example.sh STREAM SPECTRUM DIRECTORY
+stream=$1
+spectrum=$2
+rm -rf "$3" && mkdir -p "$3" && cd "$3" || exit 1
+failures=0
+
+fail() {
+  echo "FAILED: $*"
+  failures=$((failures + 1))
+}
+
+# le BYTES VALUE...: little-endian integers as printf writes them.
+le() {
+  awk -v bytes="$1" 'BEGIN {
+    for (k = 1; k < ARGC; ++k) {
+      v = ARGV[k] < 0 ? ARGV[k] + 256 ^ bytes : ARGV[k]
+      for (b = 0; b < bytes; ++b) { printf "\\%03o", v % 256; v = int(v / 256) }
+    }
+  }' "${@:2}"
+}
+
+# wav SAMPLES EXPRESSION...: a 16 bit file at 48000 Hz, a channel for each awk expression of the time t in seconds.
+wav() {
+  local samples channels=$(($# - 1)) expression
+  expression=$(printf 'print int(32767 * (%s)); ' "${@:2}")
+  mapfile -t samples < <(awk -v n="$1" "BEGIN { w = 8 * atan2(1, 1); for (i = 0; i < n; ++i) { t = i / 48000; $expression } }")
+  local bytes=$((2 * ${#samples[@]}))
+  printf "RIFF$(le 4 $((bytes + 36)))WAVEfmt $(le 4 16)$(le 2 1 $channels)$(le 4 48000 $((96000 * channels)))"
+  printf "$(le 2 $((2 * channels)) 16)data$(le 4 $bytes)$(le 2 "${samples[@]}")"
+}
+
+# level FILE CHANNEL FREQUENCY: of the spectrum there, a whole number of dB.
+level() {
+  "$spectrum" --csv -b 2048 -c "$2" "$1" |
+    awk -F, -v f="$3" 'NR > 1 && (NR == 2 || ($1 - f) ^ 2 < d) { d = ($1 - f) ^ 2; l = $2 } END { printf "%.0f", l }'
+}
+
+# reads LEVEL FILE CHANNEL FREQUENCY: within a dB; below: at most.
+reads() { [ $(($(level "${@:2}") - $1)) -ge -1 ] && [ $(($(level "${@:2}") - $1)) -le 1 ] || fail "$* is $(level "${@:2}")"; }
+below() { [ "$(level "${@:2}")" -le "$1" ] || fail "below $* is $(level "${@:2}")"; }
+
+# frames FILE: how many there are, from the data chunk of a plain WAV file of as many channels.
+frames() { echo $((($(stat -c %s "$1") - 44) / 2 / $2)); }
+
+# refuses WORD ARGUMENT...: status 2, one line on stderr that holds the word, nothing written.
+refuses() {
+  local before after status
+  before=$(ls)
+  "$stream" "${@:2}" >../refused.out 2>../refused.err
+  status=$?
+  after=$(ls)
+  [ $status -eq 2 ] || fail "status $status of $*"
+  [ "$(wc -l <../refused.err)" -eq 1 ] || fail "lines on stderr of $*: $(cat ../refused.err)"
+  grep -q -e "$1" ../refused.err || fail "message of $*: $(cat ../refused.err)"
+  [ "$before" = "$after" ] || fail "files after $*: $after"
+}
+
+wav 24000 '0.25 * sin(w * 1000 * t) + 0.25 * sin(w * 9000 * t)' '0.5 * sin(w * 3000 * t)' >in.wav
+
+"$stream" -f lowpass -e 5000 in.wav low.wav >report || fail lowpass
+grep -q "24000 frames at 48000 Hz" report || fail "report: $(cat report)"
+reads -12 low.wav 1 1000; below -85 low.wav 1 9000; reads -6 low.wav 2 3000
+"$stream" --filter=bandstop --edge=2000,4000 --taps 501 in.wav stop.wav >report || fail bandstop
+reads -12 stop.wav 1 1000; reads -12 stop.wav 1 9000; below -85 stop.wav 2 3000
+"$stream" -f gaussian -e 1000 -t 201 in.wav gauss.wav >report || fail gaussian
+reads -15 gauss.wav 1 1000
+"$stream" -r 11025 in.wav slow.wav >report || fail conversion
+grep -q "5513 frames at 11025 Hz" report || fail "report: $(cat report)"
+reads -12 slow.wav 1 1000; reads -6 slow.wav 2 3000
+
+# A step stays where it was, whatever the block, and a file cut into other blocks gives the same bytes.
+wav 9600 't < 0.1 ? -0.5 : 0.5' >step.wav
+"$stream" -f lowpass -e 3000 -r 16000 step.wav a.wav >report || fail step
+"$stream" -f lowpass -e 3000 -r 16000 -b 100 step.wav b.wav >report || fail step
+cmp -s a.wav b.wav || fail "blocks differ"
+[ "$(frames a.wav 1)" -eq 3200 ] || fail "frames of a.wav"
+crossing=$(od -An -v -t d2 -w2 -j 44 a.wav | awk '$1 > 0 && !n { n = NR } END { print n }')
+[ "$crossing" -ge 1600 ] && [ "$crossing" -le 1602 ] || fail "the step is at $crossing"
+
+if command -v gnuplot >/dev/null; then
+  "$stream" -f highpass -e 5000 -p both.svg in.wav high.wav >report || fail drawing
+  grep -q "<svg" both.svg || fail "picture"
+  refuses "cannot write" -p nowhere/x.png in.wav x.wav
+  refuses ".png or .svg" -p x.gif in.wav x.wav
+fi
+"$stream" --help | grep -q -e --edge || fail help
+
+head -c 5000 in.wav >truncated.wav
+: >empty.wav
+refuses "input and an output" in.wav
+refuses "cannot read" missing.wav x.wav
+refuses "truncated" truncated.wav x.wav
+refuses "empty" empty.wav x.wav
+refuses "cannot write" in.wav nowhere/x.wav
+refuses "plain file" in.wav /dev/null
+refuses "not within" -r 48001 in.wav x.wav
+refuses "unknown" -f notch -e 50 in.wav x.wav
+refuses "needs --edge" -f lowpass in.wav x.wav
+refuses "filter is missing" -t 31 in.wav x.wav
+refuses "half the sample rate" -f lowpass -e 24000 in.wav x.wav
+refuses "half the sample rate" -f bandpass -e 100, in.wav x.wav
+refuses "a lower and a higher" -f bandpass -e 300,200 in.wav x.wav
+refuses "takes one edge" -f lowpass -e 200,300 in.wav x.wav
+refuses "odd number" -f highpass -e 200 -t 100 in.wav x.wav
+refuses "hanning" -f lowpass -e 200 -w hanning in.wav x.wav
+refuses "not within" -b 0 in.wav x.wav
+
+[ $failures -eq 0 ] && echo "all as expected"
+exit $((failures > 0))
