@@ -4,9 +4,11 @@
 
 #include <complex>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "dsp/dsp.h"
+#include "dsp/rf/kernels.h"
 #include "dsp/rf/matrix.h"
 
 namespace dsp {
@@ -61,6 +63,24 @@ inline complex_value reciprocal(complex_value z) {
 inline std::size_t find_pivot(const complex_value *a, std::size_t n, std::size_t k) {
   const std::size_t row = field::largest_in_column(a, n, k, sum_of_squares);
   return field::is_safe(sum_of_squares(a[row * n + k])) ? row : field::find_pivot<complex_value>(a, n, k);
+}
+
+inline double *doubles(complex_value *z) { return reinterpret_cast<double *>(z); }
+inline const double *doubles(const complex_value *z) { return reinterpret_cast<const double *>(z); }
+
+// Small matrices stay where the compiler sees their size.
+constexpr std::size_t worth_a_call = 4;
+
+inline void eliminate(complex_value *a, std::size_t n, std::size_t k) {
+  if (n < worth_a_call) return field::eliminate<complex_value>(a, n, k);
+  matrices().eliminate(doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
+}
+
+inline void multiply(const complex_value *a, const complex_value *b, complex_value *out, std::size_t m, std::size_t k,
+                     std::size_t p) {
+  if (p < worth_a_call) return field::multiply<complex_value>(a, b, out, m, k, p);
+  matrices().multiply(doubles(a), doubles(b), doubles(out), static_cast<std::int64_t>(m), static_cast<std::int64_t>(k),
+                      static_cast<std::int64_t>(p));
 }
 
 }  // namespace dsp

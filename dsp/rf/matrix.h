@@ -125,17 +125,17 @@ void subtract_multiple(T *__restrict row, const T *__restrict other, T f, std::s
   for (std::size_t j = 0; j < n; ++j) row[j] = row[j] - product(f, other[j]);
 }
 
-// The row of the element of largest size in column k, from row k down; the first of several. Selected without
-// branches: nobody can foretell which it will be.
+// The row of the element of largest size in column k, from row k down; the first of several.
 template <class T, class Size>
 std::size_t largest_in_column(const T *a, std::size_t n, std::size_t k, Size size) {
   auto best = size(a[k * n + k]);
   std::size_t row = k;
   for (std::size_t r = k + 1; r < n; ++r) {
     const auto candidate = size(a[r * n + k]);
-    const bool larger = candidate > best;
-    best = larger ? candidate : best;
-    row = larger ? r : row;
+    if (candidate > best) {
+      best = candidate;
+      row = r;
+    }
   }
   return row;
 }
@@ -156,58 +156,52 @@ std::size_t find_pivot(const std::complex<F> *a, std::size_t n, std::size_t k) {
 // Below this modulus a pivot counts as 0, whatever the other elements are.
 constexpr double least_pivot = 2.220446049250313e-12;
 
+// Takes the multiple of row k from every other row that leaves 0 in column k, where the inverse grows in place.
 template <class T>
-void swap_rows(T *a, T *b, std::size_t n) {
-  for (std::size_t j = 0; j < n; ++j) {
-    const T held = a[j];
-    a[j] = b[j];
-    b[j] = held;
+void eliminate(T *a, std::size_t n, std::size_t k) {
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i == k) continue;
+    T *const row = a + i * n;
+    const T f = row[k];
+    row[k] = T(0);
+    subtract_multiple(row, a + k * n, f, n);
   }
 }
 
 // a becomes its inverse by Gauss-Jordan elimination with row pivoting. False: singular, a is left half reduced.
-// `order` and `line` are room for n each. N is n where the compiler may know it, else 0.
+// `order` is room for n. N is n where the compiler may know it, else 0.
 template <std::size_t N, class T>
-bool gauss_jordan(T *a, std::size_t size, std::size_t *order, T *line) {
+bool gauss_jordan(T *a, std::size_t size, std::size_t *order) {
   const std::size_t n = N != 0 ? N : size;
   for (std::size_t k = 0; k < n; ++k) order[k] = k;
   for (std::size_t k = 0; k < n; ++k) {
     const std::size_t pivot = find_pivot(a, n, k);
     if (modulus(a[pivot * n + k]) < least_pivot) return false;
     T *const row = a + k * n;
-    std::swap(order[k], order[pivot]);
-    swap_rows(row, a + pivot * n, n);
+    if (pivot != k) {
+      std::swap(order[k], order[pivot]);
+      std::swap_ranges(row, row + n, a + pivot * n);
+    }
     const T q = reciprocal(row[k]);
     row[k] = T(1);
     scale_row(row, q, n);
-    for (std::size_t i = 0; i < n; ++i) {
-      if (i == k) continue;
-      T *const other = a + i * n;
-      const T f = std::exchange(other[k], T(0));
-      subtract_multiple(other, row, f, n);
-    }
+    eliminate(a, n, k);
   }
-  for (T *row = a; row != a + n * n; row += n) {
-    for (std::size_t j = 0; j < n; ++j) line[order[j]] = row[j];
-    std::copy(line, line + n, row);
+  for (std::size_t j = 0; j < n; ++j) {
+    if (order[j] == j) continue;
+    const auto t = static_cast<std::size_t>(std::find(order + j, order + n, j) - order);
+    for (std::size_t i = 0; i < n; ++i) std::swap(a[i * n + j], a[i * n + t]);
+    std::swap(order[j], order[t]);
   }
   return true;
 }
 
-template <std::size_t N, class T>
-bool invert_fixed(T *a) {
-  std::size_t order[N];
-  T line[N];
-  return gauss_jordan<N>(a, N, order, line);
-}
-
 template <class T>
 bool invert_in_place(T *a, std::size_t n) {
-  if (n == 2) return invert_fixed<2>(a);
-  if (n == 3) return invert_fixed<3>(a);
-  const auto order = std::make_unique<std::size_t[]>(n);
-  const auto line = std::make_unique<T[]>(n);
-  return gauss_jordan<0>(a, n, order.get(), line.get());
+  std::size_t few[3];
+  if (n == 2) return gauss_jordan<2>(a, n, few);
+  if (n == 3) return gauss_jordan<3>(a, n, few);
+  return gauss_jordan<0>(a, n, std::make_unique<std::size_t[]>(n).get());
 }
 
 // The sums of W neighbouring elements of a product: the row `a` times columns of b, from t = 0 on.
@@ -366,7 +360,8 @@ class matrix {
     if (cols() != b.rows())
       throw std::invalid_argument("matrix<T>::operator*=: Inconsistent matrix size in multiplication!");
     matrix result(rows(), b.cols());
-    dsp::field::multiply(data(), b.data(), result.data(), rows(), cols(), b.cols());
+    using dsp::field::multiply;
+    multiply(data(), b.data(), result.data(), rows(), cols(), b.cols());
     std::swap(elements_, result.elements_);
     return *this;
   }
