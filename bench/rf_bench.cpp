@@ -29,22 +29,24 @@ points random_points(std::size_t n, unsigned seed) {
 
 constexpr int32_t sweep = 1601;
 
-// Short, open and load seen through a lossy error box; `a` holds the actual coefficients, `g` the measured ones.
+// A sweep of an offset short, an open with its fringe and an almost matched load behind a lossy line with mismatches,
+// with noise: `a` holds the actual coefficients, `g` the measured ones.
 struct standards {
   points a[3] = {points(sweep), points(sweep), points(sweep)};
   points g[3] = {points(sweep), points(sweep), points(sweep)};
   standards() {
-    const points e00 = random_points(sweep, 1), e11 = random_points(sweep, 2), tracking = random_points(sweep, 3);
-    const points deviation = random_points(3 * sweep, 4);
-    const double nominal[] = {-1.0, 1.0, 0.0};
-    for (std::size_t s = 0; s < 3; ++s)
-      for (std::size_t i = 0; i < sweep; ++i) {
-        const complex actual = nominal[s] + 0.05 * value(deviation[3 * i + s]);
-        const complex measured =
-            0.1 * value(e00[i]) + (0.9 + 0.1 * value(tracking[i])) * actual / (1.0 - 0.1 * value(e11[i]) * actual);
-        a[s][i] = {actual.real(), actual.imag()};
+    const points noise = random_points(3 * sweep, 4);
+    for (std::size_t i = 0; i < sweep; ++i) {
+      const double angle = 0.002 * static_cast<double>(i);
+      const complex actual[] = {-std::polar(0.999, -angle), std::polar(0.998, -1.1 * angle), {0.01, 0.003 * angle}};
+      const complex line = std::polar(0.9 - 0.05 * angle, -40.0 * angle);
+      for (std::size_t s = 0; s < 3; ++s) {
+        const complex inner = line * (actual[s] - 0.05) / (1.0 - 0.05 * actual[s]);
+        const complex measured = (0.04 + inner) / (1.0 + 0.04 * inner) + 1e-4 * value(noise[3 * i + s]);
+        a[s][i] = {actual[s].real(), actual[s].imag()};
         g[s][i] = {measured.real(), measured.imag()};
       }
+    }
   }
 };
 
