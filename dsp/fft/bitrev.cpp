@@ -39,14 +39,15 @@ void reverse_tiles(double *data, std::ptrdiff_t n, double scale, const std::uint
                    const std::uint32_t *fixed) {
   auto *x = reinterpret_cast<sample<Parts> *>(data);
   const std::ptrdiff_t stride = n / T;
+  const auto tile = [x](std::uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * T; };
   for (; *fixed != bitrev_fixed_end; ++fixed) {
     sample<Parts> t[T][T];
-    load(x + std::ptrdiff_t{*fixed} * T, stride, scale, t);
-    store(x + std::ptrdiff_t{*fixed} * T, stride, t);
+    load(tile(*fixed), stride, scale, t);
+    store(tile(*fixed), stride, t);
   }
   for (; *pairs != 0; pairs += 2) {
-    sample<Parts> *a = x + std::ptrdiff_t{pairs[0]} * T;
-    sample<Parts> *b = x + std::ptrdiff_t{pairs[1]} * T;
+    sample<Parts> *a = tile(pairs[0]);
+    sample<Parts> *b = tile(pairs[1]);
     sample<Parts> from_a[T][T];
     sample<Parts> from_b[T][T];
     load(a, stride, scale, from_a);

@@ -18,7 +18,7 @@ constexpr int widest = 1;
 #endif
 
 // With fused products four multiplications cost no more than three and round less.
-#if defined(__FMA__) || defined(__aarch64__)
+#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
 constexpr int root_values = 2;
 #else
 constexpr int root_values = 3;
@@ -192,24 +192,22 @@ struct tile {
 template <int W, int T, bool Exchange>
 void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double scale) {
   const std::ptrdiff_t stride = 2 * (n / T);
+  const auto at = [x](std::uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * 2 * T; };
   for (const std::uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
-    double *at = x + std::ptrdiff_t{*i} * 2 * T;
     tile<W, T> t;
-    t.load(at, stride);
+    t.load(at(*i), stride);
     t.template finish<Exchange>(scale);
-    t.store(at, stride);
+    t.store(at(*i), stride);
   }
   for (const std::uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
-    double *a = x + std::ptrdiff_t{pair[0]} * 2 * T;
-    double *b = x + std::ptrdiff_t{pair[1]} * 2 * T;
     tile<W, T> from_a;
     tile<W, T> from_b;
-    from_a.load(a, stride);
+    from_a.load(at(pair[0]), stride);
     from_a.template finish<Exchange>(scale);
-    from_b.load(b, stride);
+    from_b.load(at(pair[1]), stride);
     from_b.template finish<Exchange>(scale);
-    from_a.store(b, stride);
-    from_b.store(a, stride);
+    from_a.store(at(pair[1]), stride);
+    from_b.store(at(pair[0]), stride);
   }
 }
 
