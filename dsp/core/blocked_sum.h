@@ -76,16 +76,24 @@ constexpr int groups_at_once(int sums) {
   return groups;
 }
 
-// Adds the sum of the lanes to the total: all of them, or the even and the odd ones apart.
-inline void add_lanes(double *lane, int parts, double *total) {
-  for (int half = sum_lanes / 2; half > 1; half /= 2)
-    for (int l = 0; l < half; ++l) lane[l] += lane[l + half];
-  if (parts == 1) {
-    total[0] += lane[0] + lane[1];
-  } else {
-    total[0] += lane[0];
-    total[1] += lane[1];
-  }
+// The sums of the even and of the odd elements.
+template <class V>
+inline lane_pair fold(const V &v) {
+  if constexpr (sizeof v == 2 * sizeof(double))
+    return v;
+  else if constexpr (sizeof v == 4 * sizeof(double))
+    return __builtin_shufflevector(v, v, 0, 1) + __builtin_shufflevector(v, v, 2, 3);
+  else
+    return fold(__builtin_shufflevector(v, v, 0, 1, 2, 3) + __builtin_shufflevector(v, v, 4, 5, 6, 7));
+}
+
+inline lane_pair fold_lanes(const double *lane) {
+  constexpr int count = sum_lanes / lane_count;
+  lanes sum[count];
+  for (int i = 0; i < count; ++i) sum[i] = load<lanes>(lane + i * lane_count);
+  for (int half = count / 2; half > 0; half /= 2)
+    for (int i = 0; i < half; ++i) sum[i] += sum[i + half];
+  return fold(sum[0]);
 }
 
 // block(x, n, lane) fills the lanes of a block of n doubles. total[k * parts + part] becomes the k-th sum; parts is 2
@@ -96,7 +104,15 @@ void add_blocks(const double *x, std::int64_t samples, int parts, const Block &b
   for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
     double lane[Sums][sum_lanes];
     block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, lane);
-    for (int k = 0; k < Sums; ++k) add_lanes(lane[k], parts, total + k * parts);
+    for (int k = 0; k < Sums; ++k) {
+      const lane_pair sum = fold_lanes(lane[k]);
+      if (parts == 1) {
+        total[k] += sum[0] + sum[1];
+      } else {
+        total[2 * k] += sum[0];
+        total[2 * k + 1] += sum[1];
+      }
+    }
   }
 }
 
