@@ -56,6 +56,8 @@ const std::vector<unary> unaries = {
     {"ptor", dspi_ptor},
     {"db", [](dsp_vec *v) { return dspi_db(v, 20.0); }},
     {"exp", dspi_exp},
+    // Within limits, since a real sample below -1e100 ends the conversion.
+    {"exp10", [](dsp_vec *v) { return dspi_limit(v, -1e99, 1e300, nullptr) | dspi_exp10(v); }},
     {"log", dspi_log},
     {"log10", dspi_log10},
 };
@@ -281,6 +283,52 @@ TEST(Unary, AgreesWithLongDouble) {
     for (std::size_t k = 0; k < x.size(); ++k) worst = std::max(worst, error(y[k], f.expected(wide(x[k]))));
     EXPECT_LE(worst, f.limit) << "case " << &f - cases;
   }
+}
+
+// Distance of `got` from the exact value in units in the last place of that value.
+double units(double got, long double exact) {
+  const double size = std::abs(static_cast<double>(exact));
+  const double unit = size - std::nextafter(size, 0.0);
+  return got == static_cast<double>(exact) ? 0.0 : static_cast<double>(std::abs(got - exact) / unit);
+}
+
+TEST(Unary, ExponentialsAndLogarithmsAreRightToTheLastPlace) {
+  // Where long double is no wider the reference itself is off by half a unit.
+  const double limit = std::numeric_limits<long double>::digits > 60 ? 1.0 : 1.6;
+  const struct {
+    int32_t (*run)(dsp_vec *);
+    long double (*exact)(long double);
+    double from, to;
+    bool logarithmic;
+  } cases[] = {
+      {dspi_exp, [](long double x) { return std::exp(x); }, -1, 1, false},
+      {dspi_exp, [](long double x) { return std::exp(x); }, -745, 230, false},
+      {dspi_exp10,
+       [](long double x) { return std::exp(static_cast<long double>(static_cast<double>(x) * 2.302585092994046)); },
+       -320, 100, false},
+      {dspi_log, [](long double x) { return std::log(x); }, 0.5, 2, false},
+      {dspi_log, [](long double x) { return std::log(x); }, -1022, 1023, true},
+      {dspi_log10, [](long double x) { return std::log10(x); }, 0.5, 2, false},
+      {dspi_log10, [](long double x) { return std::log10(x); }, 0.99, 1.01, false},
+      {dspi_log10, [](long double x) { return std::log10(x); }, -1022, 1023, true},
+  };
+  for (const auto &c : cases) {
+    reals x = random_reals(20000, 12);
+    for (double &value : x) {
+      value = c.from + (c.to - c.from) * (0.5 + 0.5 * value);
+      if (c.logarithmic) value = std::exp2(value);
+    }
+    record v(x);
+    ASSERT_EQ(c.run(&v), 0);
+    double worst = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) worst = std::max(worst, units(v.data[i], c.exact(x[i])));
+    EXPECT_LE(worst, limit) << "case " << &c - cases;
+  }
+  record powers(reals{1, 10, 1e-3, 1e22, inf, nan}), limits(reals{inf, -inf, nan, -1e300, 230.25850929940458});
+  ASSERT_EQ(dspi_log10(&powers), 0);
+  EXPECT_TRUE(near(powers, reals{0, 1, -3, 22, inf, nan}, 0));
+  ASSERT_EQ(dspi_exp(&limits), 0);
+  EXPECT_TRUE(near(limits, reals{bound, 0, nan, 0, bound}, 2e86));
 }
 
 TEST(Unary, RealFunctionsRefuseComplexSignals) {

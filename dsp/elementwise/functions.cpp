@@ -1,13 +1,14 @@
 // Elementary functions of samples. Outside a function's domain a fixed value stands in.
 #include <math.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/each_sample.h"
-#include "dsp/elementwise/in_place.h"
+#include "dsp/elementwise/function_loops.h"
 #include "dsp/elementwise/polar.h"
 
 namespace dsp {
@@ -40,30 +41,28 @@ int32_t real_only(dsp_vec *v, Function f) {
   return 0;
 }
 
-double capped_exp(double x) { return x > largest_exponent ? overflow_bound : std::exp(x); }
+dsp_complex exp_of(dsp_complex z) {
+  return from_polar(z.re > largest_exponent ? overflow_bound : std::exp(z.re), z.im);
+}
 
-struct exponential {
-  double operator()(double x) const { return capped_exp(x); }
-  dsp_complex operator()(dsp_complex z) const { return from_polar(capped_exp(z.re), z.im); }
-};
+// The magnitude -1e100 for exponents below -1e100 is a promise, odd as it is.
+dsp_complex exp10_of(dsp_complex z) {
+  const double m = z.re > 100.0 ? overflow_bound : z.re < -overflow_bound ? -overflow_bound : std::exp(z.re * ln_10);
+  return from_polar(m, z.im * ln_10);
+}
 
-// The magnitude -1e100 for exponents below -1e100 is a promise, odd as it is; real samples never get that far.
-struct exponential10 {
-  dsp_complex operator()(dsp_complex z) const { return from_polar(magnitude(z.re), z.im * ln_10); }
-  static double magnitude(double x) {
-    return x > 100.0 ? overflow_bound : x < -overflow_bound ? -overflow_bound : std::exp(x * ln_10);
-  }
-};
+dsp_complex log_of(dsp_complex z) {
+  const bool beyond = overflows(z.re) || overflows(z.im);
+  const double p = beyond ? overflow_bound : z.re * z.re + z.im * z.im;
+  if (p < smallest_normal) return {ln_smallest_normal, 0.0};
+  return {0.5 * std::log(p), std::atan2(saturate(z.im), saturate(z.re))};
+}
 
-struct logarithm {
-  double operator()(double x) const { return x < smallest_normal ? ln_smallest_normal : std::log(x); }
-  dsp_complex operator()(dsp_complex z) const {
-    const bool beyond = overflows(z.re) || overflows(z.im);
-    const double p = beyond ? overflow_bound : z.re * z.re + z.im * z.im;
-    if (p < smallest_normal) return {ln_smallest_normal, 0.0};
-    return {0.5 * std::log(p), std::atan2(saturate(z.im), saturate(z.re))};
-  }
-};
+template <class Function>
+int32_t each_complex(dsp_vec *v, Function f) {
+  walk<dsp_complex>(v->data, samples(*v), f, as<dsp_complex>(static_cast<const double *>(v->data)));
+  return 0;
+}
 
 }  // namespace
 }  // namespace dsp
@@ -95,19 +94,24 @@ int32_t dspi_besy1(dsp_vec *v) {
   return real_only(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y1(x); });
 }
 
-int32_t dspi_exp(dsp_vec *v) { return in_place(v, becomes::same, each_sample<exponential>); }
-
-int32_t dspi_exp10(dsp_vec *v) {
-  const int32_t n = samples(*v);
-  if (v->is_complex != 0) {
-    walk<dsp_complex>(v->data, n, exponential10(), as<dsp_complex>(static_cast<const double *>(v->data)));
-    return 0;
-  }
-  // A sample below -1e100 ends the conversion; dsp.h says so.
-  for (int32_t i = 0; i < n && !(v->data[i] < -overflow_bound); ++i) v->data[i] = exponential10::magnitude(v->data[i]);
+int32_t dspi_exp(dsp_vec *v) {
+  if (v->is_complex != 0) return each_complex(v, exp_of);
+  DSP_KERNELS(function_table).exponential(v->data, samples(*v), 1.0, largest_exponent);
   return 0;
 }
 
-int32_t dspi_log(dsp_vec *v) { return in_place(v, becomes::same, each_sample<logarithm>); }
+int32_t dspi_exp10(dsp_vec *v) {
+  if (v->is_complex != 0) return each_complex(v, exp10_of);
+  // A sample below -1e100 ends the conversion; dsp.h says so.
+  const double *end = std::find_if(v->data, v->data + samples(*v), [](double x) { return x < -overflow_bound; });
+  DSP_KERNELS(function_table).exponential(v->data, end - v->data, ln_10, 100.0);
+  return 0;
+}
+
+int32_t dspi_log(dsp_vec *v) {
+  if (v->is_complex != 0) return each_complex(v, log_of);
+  DSP_KERNELS(function_table).logarithm(v->data, samples(*v));
+  return 0;
+}
 
 int32_t dspi_log10(dsp_vec *v) { return dspi_db(v, 1.0); }

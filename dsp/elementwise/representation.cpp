@@ -2,9 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/core/saturation.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/decibels.h"
 #include "dsp/elementwise/each_sample.h"
+#include "dsp/elementwise/function_loops.h"
 #include "dsp/elementwise/in_place.h"
 #include "dsp/elementwise/magnitude.h"
 #include "dsp/elementwise/polar.h"
@@ -27,6 +28,20 @@ struct cartesian {
   dsp_complex operator()(dsp_complex z) const { return from_polar(z.re, z.im); }
 };
 
+dsp_complex complex_decibels(dsp_complex z, double factor) {
+  const double p = saturated_square(z.re) + saturated_square(z.im);
+  if (p < smallest_normal) return {factor * -307.6526555685888, 0.0};
+  return {factor * std::log10(p) * 0.5, factor * std::atan2(saturate(z.im), saturate(z.re)) * log10_e};
+}
+
+void decibels(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex factor) {
+  if (is_complex)
+    walk<dsp_complex>(
+        out, n, [=](dsp_complex z) { return complex_decibels(z, factor.re); }, as<dsp_complex>(in));
+  else
+    DSP_KERNELS(function_table).decibels(out, n, factor.re);
+}
+
 }  // namespace
 }  // namespace dsp
 
@@ -45,6 +60,6 @@ int32_t dspi_magsq(dsp_vec *v) { return in_place(v, becomes::real, loops().magni
 int32_t dspi_phase(dsp_vec *v) { return in_place(v, becomes::real, each_sample<phase>); }
 int32_t dspi_rtop(dsp_vec *v) { return in_place(v, becomes::complex, each_sample<polar>); }
 int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, each_sample<cartesian>); }
-int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, becomes::same, each_sample<decibels>, {factor, 0.0}); }
+int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, becomes::same, decibels, {factor, 0.0}); }
 int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude); }
 int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude_squared); }

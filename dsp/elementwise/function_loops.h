@@ -1,0 +1,21 @@
+// The functions of real samples that have loops of their own, compiled once per instruction set; the same bits on
+// every processor.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/isa.h"
+
+namespace dsp {
+
+struct function_loops {
+  // e^(by x), 1e100 above the limit
+  void (*exponential)(double *x, std::int64_t n, double by, double limit);
+  // natural logarithm, and `factor` times the common one; x below the smallest normal double counts as that
+  void (*logarithm)(double *x, std::int64_t n);
+  void (*decibels)(double *x, std::int64_t n, double factor);
+};
+
+DSP_DECLARE_KERNELS(function_loops, function_table)
+
+}  // namespace dsp

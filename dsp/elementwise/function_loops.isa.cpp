@@ -1,0 +1,118 @@
+#include "dsp/elementwise/function_loops.h"
+
+#include "dsp/core/saturation.h"
+#include "dsp/core/traversal.h"
+
+namespace dsp {
+namespace DSP_ISA {
+namespace {
+
+constexpr double ln2_high = 0x1.62e42feep-1;  // 32 bits: its product with an exponent is exact
+constexpr double ln2_low = 0x1.a39ef35793c76p-33;
+
+inline std::uint64_t bits(double x) { return __builtin_bit_cast(std::uint64_t, x); }
+inline double number(std::uint64_t b) { return __builtin_bit_cast(double, b); }
+
+// Added to a number below 2^51 in size it leaves the nearest integer in the low bits.
+constexpr double rounder = 0x1.8p52;
+
+// 2^k for the k in the low bits of rounder + k.
+inline double power_of_two(double rounded) { return number((bits(rounded) + 1023) << 52); }
+
+// x = k ln 2 + r with |r| <= 0.347; e^r is 1 + (r + r^2 p(r)), p a Chebyshev fit that is right to 2e-18, so that the
+// last sum is what rounds: below 1 unit in the last place. For x up to 700; subnormal results round once more.
+inline double exponential(double x) {
+  const double t = x < -800.0 ? -800.0 : x;
+  const double rounded = t * 0x1.71547652b82fep+0 + rounder;
+  const double k = rounded - rounder;
+  const double r = (t - k * ln2_high) - k * ln2_low;
+  double p = 0x1.1f7315649f2d7p-29;
+  p = p * r + 0x1.af4e092e1705bp-26;
+  p = p * r + 0x1.27e4db5bb725ap-22;
+  p = p * r + 0x1.71de02225a2f3p-19;
+  p = p * r + 0x1.a01a01a6db488p-16;
+  p = p * r + 0x1.a01a01abeccc3p-13;
+  p = p * r + 0x1.6c16c16c162cfp-10;
+  p = p * r + 0x1.11111111100d3p-7;
+  p = p * r + 0x1.5555555555556p-5;
+  p = p * r + 0x1.5555555555557p-3;
+  p = p * r + 0.5;
+  const double half = 0.5 * k + rounder;
+  const double rest = (k - (half - rounder)) + rounder;
+  return (1.0 + (r + r * r * p)) * power_of_two(half) * power_of_two(rest);
+}
+
+// x = 2^k (1 + f) with 1 + f in [sqrt(1/2), sqrt(2)), and ln(1 + f) = f - f^2/2 + rest: with s = f/(2 + f) the rest is
+// s (f^2/2 + R(s^2)), where R(s^2) = 2 artanh(s)/s - 2, a Chebyshev fit that is right to 1e-17. x is normal.
+struct reduced {
+  double k, f, half_square, rest;
+};
+
+inline reduced reduce(double x) {
+  constexpr std::uint64_t one = 0x3ff0000000000000;
+  constexpr std::uint64_t root_half = 0x3fe6a09e667f3bcd;
+  const std::uint64_t exponent = (bits(x) + (one - root_half)) >> 52;  // 1023 + k
+  const double f = number(bits(x) - (exponent << 52) + one) - 1.0;
+  const double s = f / (2.0 + f);
+  const double z = s * s;
+  double p = 0x1.2b5900de7bb8bp-3;
+  p = p * z + 0x1.39fe51a7bdbbcp-3;
+  p = p * z + 0x1.7462b51cb68f1p-3;
+  p = p * z + 0x1.c71c62e3f11dbp-3;
+  p = p * z + 0x1.2492492df281ap-2;
+  p = p * z + 0x1.99999999952d7p-2;
+  p = p * z + 0x1.5555555555558p-1;
+  const double half_square = 0.5 * f * f;
+  return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * (half_square + z * p)};
+}
+
+// Infinity and NaN are their own logarithms.
+inline double settled(double x, double floor, double value) {
+  return x < smallest_normal ? floor : x <= 0x1.fffffffffffffp1023 ? value : x;
+}
+
+// Below 1 unit in the last place.
+inline double natural(double x) {
+  const reduced y = reduce(x);
+  return y.k * ln2_high - ((y.half_square - (y.rest + y.k * ln2_low)) - y.f);
+}
+
+// ln(1 + f) in two parts, the high one short, times log10 e in two parts, so that all large products are exact.
+inline double common(double x) {
+  constexpr double log10_2_high = 0x1.34413508p-2;
+  constexpr double log10_2_low = 0x1.f79fef311f12bp-34;
+  constexpr double log10_e_high = 0x1.bcb7b1p-2;
+  constexpr double log10_e_low = 0x1.49b9438ca9aaep-28;
+  const reduced y = reduce(x);
+  const double high = number(bits(y.f - y.half_square) & ~std::uint64_t{0x7ffffff});
+  const double low = ((y.f - high) - y.half_square) + y.rest;
+  const double whole = y.k * log10_2_high;
+  const double part = high * log10_e_high;
+  const double sum = whole + part;
+  const double lost = (whole - sum) + part;
+  return sum + (lost + (y.k * log10_2_low + ((low + high) * log10_e_low + low * log10_e_high)));
+}
+
+void exponentials(double *x, std::int64_t n, double by, double limit) {
+  walk<double>(
+      x, n, [=](double t) { return t > limit ? overflow_bound : exponential(t * by); }, static_cast<const double *>(x));
+}
+
+void logarithms(double *x, std::int64_t n) {
+  walk<double>(
+      x, n, [](double t) { return settled(t, -708.3964185322641, natural(t)); }, static_cast<const double *>(x));
+}
+
+void decibels(double *x, std::int64_t n, double factor) {
+  const double floor = factor * -307.6526555685888;
+  walk<double>(
+      x, n, [=](double t) { return t < smallest_normal ? floor : factor * settled(t, 0.0, common(t)); },
+      static_cast<const double *>(x));
+}
+
+}  // namespace
+
+extern const function_loops function_table = {exponentials, logarithms, decibels};
+
+}  // namespace DSP_ISA
+}  // namespace dsp
