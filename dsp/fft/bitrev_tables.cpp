@@ -16,24 +16,24 @@ std::uint32_t reversed(std::uint32_t value, int bits) {
   return r;
 }
 
-// Calls visit(i, j) for every i and its reversal j with i <= j. An index is (high, middle, low): two halves of equal
-// width around one bit or none. The reversal of (a, b) is (reversed b, reversed a), so that it is the index itself
-// where a is the reversal of b.
+// Calls visit(i, j) once for every i and its reversal j, either first. An index is (high, middle, low): two halves of
+// equal width around one bit or none. The reversal of (a reversed, middle, b) is (b reversed, middle, a), which is the
+// index itself where a is b. A square of eight a and eight b touches few pages of memory.
 template <class Visit>
 void visit_reversals(int bits, const Visit &visit) {
   const int half = bits / 2;
   const std::uint32_t size = 1u << half;
   const std::uint32_t middles = bits % 2 != 0 ? 2 : 1;
-  for (std::uint32_t high = 0; high < size; ++high) {
-    const std::uint32_t low_of_pair = reversed(high, half);
-    for (std::uint32_t middle = 0; middle < middles; ++middle) {
-      for (std::uint32_t low = 0; low < size; ++low) {
-        const std::uint32_t i = ((high * middles + middle) << half) | low;
-        const std::uint32_t j = ((reversed(low, half) * middles + middle) << half) | low_of_pair;
-        if (i <= j) visit(i, j);
-      }
-    }
-  }
+  const std::uint32_t side = size < 8 ? size : 8;
+  const auto visit_square = [&](std::uint32_t first_a, std::uint32_t first_b, std::uint32_t middle) {
+    for (std::uint32_t a = first_a; a < first_a + side; ++a)
+      for (std::uint32_t b = a > first_b ? a : first_b; b < first_b + side; ++b)
+        visit(((reversed(a, half) * middles + middle) << half) | b,
+              ((reversed(b, half) * middles + middle) << half) | a);
+  };
+  for (std::uint32_t a = 0; a < size; a += side)
+    for (std::uint32_t b = a; b < size; b += side)
+      for (std::uint32_t middle = 0; middle < middles; ++middle) visit_square(a, b, middle);
 }
 
 }  // namespace
