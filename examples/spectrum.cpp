@@ -273,6 +273,7 @@ std::vector<peak> find_peaks(const signal &spectrum, const settings &s) {
   std::vector<peak> peaks;
   for (std::size_t k = 0; k < maxima.size() && static_cast<int64_t>(peaks.size()) < s.peaks; ++k)
     if (stands_out(spectrum, maxima[k])) peaks.push_back(refine(spectrum, maxima[k], lobe));
+  std::stable_sort(peaks.begin(), peaks.end(), [](const peak &a, const peak &b) { return a.level > b.level; });
   return peaks;
 }
 

@@ -7,7 +7,7 @@ namespace examples {
 
 /** A file that appears complete or not at all: it is written under a temporary name beside its place and renamed by
  * commit(). Without commit, and on an interrupt from the keyboard, it is removed. A path that cannot be written is a
- * failure at once, before any work is done. One at a time. */
+ * failure at once, before any work is done. */
 class output_file {
  public:
   explicit output_file(const std::string &path);
@@ -25,6 +25,7 @@ class output_file {
   std::string path_;
   std::string temporary_;
   std::FILE *stream_ = nullptr;
+  int slot_ = -1;  // among the files that an interrupt removes
 };
 
 }  // namespace examples
