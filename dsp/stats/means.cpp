@@ -3,9 +3,9 @@
 
 #include "dsp/core/blocked_sum.h"
 #include "dsp/dsp.h"
-#include "dsp/stats/deviation.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
+#include "dsp/stats/saturated_powers.h"
 
 namespace dsp {
 namespace {

@@ -1,7 +1,7 @@
 #include "dsp/stats/sums.h"
 
 #include "dsp/core/blocked_sum.h"
-#include "dsp/stats/deviation.h"
+#include "dsp/stats/saturated_powers.h"
 
 namespace dsp {
 namespace DSP_ISA {
