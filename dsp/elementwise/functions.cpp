@@ -11,28 +11,25 @@
 #include "dsp/elementwise/function_loops.h"
 #include "dsp/elementwise/polar.h"
 
+#if defined(_WIN32)  // where the headers hide them from strict C++
+extern "C" double _y0(double);
+extern "C" double _y1(double);
+#endif
+
 namespace dsp {
 namespace {
+
+#if defined(_WIN32)
+double bessel_y0(double x) { return ::_y0(x); }
+double bessel_y1(double x) { return ::_y1(x); }
+#else
+double bessel_y0(double x) { return ::y0(x); }
+double bessel_y1(double x) { return ::y1(x); }
+#endif
 
 constexpr double largest_exponent = 230.25850929940458;  // its exponential is 1e100
 constexpr double ln_10 = 2.302585092994046;
 constexpr double ln_smallest_normal = -708.3964185322641;
-
-double bessel_y0(double x) {
-#if defined(_WIN32)
-  return ::_y0(x);
-#else
-  return ::y0(x);
-#endif
-}
-
-double bessel_y1(double x) {
-#if defined(_WIN32)
-  return ::_y1(x);
-#else
-  return ::y1(x);
-#endif
-}
 
 template <class Function>
 int32_t real_only(dsp_vec *v, Function f) {

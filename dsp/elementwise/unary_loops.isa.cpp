@@ -128,8 +128,9 @@ void derivative_of(double *x, std::int32_t n, bool is_complex) {
 
 template <class Sample>
 void reverse(Sample *x, std::int32_t n) {
+  const std::int32_t half = n / 2;
   DSP_INDEPENDENT
-  for (std::int32_t i = 0; i < n / 2; ++i) {
+  for (std::int32_t i = 0; i < half; ++i) {
     const Sample front = x[i];
     x[i] = x[n - 1 - i];
     x[n - 1 - i] = front;
