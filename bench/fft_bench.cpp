@@ -1,7 +1,7 @@
 // Transforms beside FFTW's measured plans and KissFFT. Names are work/size/library.
 //
 // Each round starts from the same samples: FFTW and KissFFT do not scale, so that data transformed again and again
-// would soon overflow. The copy is the same for all and counted for all.
+// would soon overflow. The copy is the same for all and counted for all. With --accuracy it prints errors instead.
 #include <benchmark/benchmark.h>
 
 #include <complex>
@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/fft_accuracy.h"
 #include "dsp/dsp.h"
 #ifdef HAVE_FFTW
 #include <fftw3.h>
@@ -138,9 +139,17 @@ void add_cosine(std::size_t n) {
 #endif
 }
 
+void print_accuracy() {
+  std::printf(
+      "relative L2 error of the complex transform    of the real one\n       n  dsp       fftw          dsp       "
+      "fftw\n");
+  for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) fft_accuracy::print_row(n, noise(2 * n));
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
+  if (argc == 2 && std::strcmp(argv[1], "--accuracy") == 0) return print_accuracy(), 0;
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_complex("fft", n, 2 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_real(n);
   for (const std::size_t n : {1000, 1009, 4095, 10007, 65537, 100003}) add_complex("dft", n, 8 * n);
