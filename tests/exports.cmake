@@ -1,5 +1,7 @@
 # The library exports what dsp.h declares with DSP_API: nothing more, nothing less, and nothing weak.
 
+cmake_minimum_required(VERSION 3.18)
+
 file(READ ${HEADER} text)
 string(REGEX REPLACE "#define[^\n]*" "" text "${text}")
 string(REGEX MATCHALL "DSP_API[^(;]*\\(" declarations "${text}")
