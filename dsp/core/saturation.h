@@ -15,6 +15,8 @@ static inline double saturate(double x) {
 }
 
 // The square of a component, and what stands for the square of one beyond the bound.
-static inline double saturated_square(double x, double beyond = overflow_square) { return overflows(x) ? beyond : x * x; }
+static inline double saturated_square(double x, double beyond = overflow_square) {
+  return overflows(x) ? beyond : x * x;
+}
 
 }  // namespace dsp
