@@ -42,6 +42,12 @@ struct past_and_block {
     std::fill_n(to, (count - in_past - std::max<std::int64_t>(in_block, 0)) * width, 0.0);
   }
 
+  // Those samples where they lie, or null when they do not all lie in the block.
+  const double *contiguous(std::int64_t first, std::int64_t count) const {
+    const bool inside = first >= past_length && first - past_length + count <= block_length;
+    return inside ? block + (first - past_length) * width : nullptr;
+  }
+
   // Makes the newest samples the past of the next block.
   void remember(dsp_vec *state) const {
     if (state == nullptr) return;

@@ -37,12 +37,17 @@ void part_even_from_odd(const double *samples, std::int64_t pairs, std::int32_t 
 
 // Output m is that of the block's sample first + 2 m.
 void filter_halved(const past_and_block &x, const folded_filter &h, const decimation &kept, double *y) {
-  double span[2 * span_limit];
+  double joined[2 * span_limit];
   double parted[2 * span_limit];
   for (std::int64_t m = 0; m < kept.count; m += tile) {
     const std::int64_t outputs = std::min(tile, kept.count - m);
     const std::int64_t pairs = outputs + h.length() / 2;
-    x.copy(kept.first + 2 * m, 2 * pairs, span);
+    const std::int64_t first = kept.first + 2 * m;
+    const double *span = x.contiguous(first, 2 * pairs);
+    if (span == nullptr) {
+      x.copy(first, 2 * pairs, joined);
+      span = joined;
+    }
     double *odd = parted + pairs * x.width;
     part_even_from_odd(span, pairs, x.width, parted, odd);
     active_fir_kernels().halved_taps({y + m * x.width, parted, outputs * x.width, x.width}, odd, h);

@@ -1,3 +1,8 @@
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wpsabi"  // four lanes are passed between functions of this file only
+#endif
+
+#include "dsp/core/lanes.h"
 #include "dsp/resample/fractional_kernels.h"
 #include "dsp/resample/position.h"
 
@@ -17,80 +22,146 @@ void fill_group(const kernel_rows &k, std::int32_t group) {
   k.filled[group] = 1;
 }
 
-// Weighs Width interleaved channels; sums run in four lanes and end in ((0 + 1) + (2 + 3)) + the taps left over.
+// The taps of one channel of an output, weighted: in four lanes as far as whole fours go.
+struct partial_sums {
+  quad lanes;
+  double rest;
+};
+
 template <int Width>
-inline void weigh(const double *x, const double *row, const double *next, double fraction, std::int32_t taps,
-                  double *y) {
-  quad sum[Width] = {};
-  double rest[Width] = {};
+inline partial_sums weigh(const double *x, const double *row, double fraction, std::int32_t taps) {
+  partial_sums sum = {};
+  const double *next = row + taps;
   const std::int32_t quads = taps / 4 * 4;
   for (std::int32_t i = 0; i < quads; i += 4) {
-    quad a, b;
-    __builtin_memcpy(&a, row + i, sizeof a);
-    __builtin_memcpy(&b, next + i, sizeof b);
-    const quad w = a + fraction * (b - a);
-    for (int channel = 0; channel < Width; ++channel) {
-      quad z;
-      if constexpr (Width == 1)
-        __builtin_memcpy(&z, x + i, sizeof z);
-      else
-        z = quad{x[2 * i + channel], x[2 * i + 2 + channel], x[2 * i + 4 + channel], x[2 * i + 6 + channel]};
-      sum[channel] += w * z;
-    }
+    const quad a = load<quad>(row + i);
+    const quad w = a + fraction * (load<quad>(next + i) - a);
+    const double *z = x + i * Width;
+    if constexpr (Width == 1)
+      sum.lanes += w * load<quad>(z);
+    else
+      sum.lanes += w * quad{z[0], z[Width], z[2 * Width], z[3 * Width]};
   }
-  for (std::int32_t i = quads; i < taps; ++i) {
-    const double w = row[i] + fraction * (next[i] - row[i]);
-    for (int channel = 0; channel < Width; ++channel) rest[channel] += w * x[Width * i + channel];
+  for (std::int32_t i = quads; i < taps; ++i) sum.rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
+  return sum;
+}
+
+inline double total(const partial_sums &s) { return ((s.lanes[0] + s.lanes[1]) + (s.lanes[2] + s.lanes[3])) + s.rest; }
+
+// The totals of four outputs, added in the same order.
+inline quad total(const partial_sums &a, const partial_sums &b, const partial_sums &c, const partial_sums &d) {
+  const quad ab =
+      __builtin_shufflevector(a.lanes, b.lanes, 0, 4, 2, 6) + __builtin_shufflevector(a.lanes, b.lanes, 1, 5, 3, 7);
+  const quad cd =
+      __builtin_shufflevector(c.lanes, d.lanes, 0, 4, 2, 6) + __builtin_shufflevector(c.lanes, d.lanes, 1, 5, 3, 7);
+  return __builtin_shufflevector(ab, cd, 0, 1, 4, 5) + __builtin_shufflevector(ab, cd, 2, 3, 6, 7) +
+         quad{a.rest, b.rest, c.rest, d.rest};
+}
+
+// Where a batch of outputs, and the one after it, lie: found before anything is weighed.
+constexpr std::int32_t batch_limit = 64;
+struct batch {
+  double offset[batch_limit + 1];
+  std::int64_t start[batch_limit + 1];
+  std::uint32_t group[batch_limit];
+  std::uint32_t row[batch_limit];  // its first double in kernel_rows::rows
+  double fraction[batch_limit];
+  std::int32_t count;
+};
+
+constexpr std::int64_t one_sample = std::int64_t{1} << 53;
+
+// With steps of the converter's size, positions are whole multiples of 2^-53 throughout and no sum of them rounds.
+bool is_exact(double step, double offset) {
+  const double scaled = offset * one_sample;
+  return step >= 0.5 && step < 1.0 && static_cast<double>(static_cast<std::int64_t>(scaled)) == scaled;
+}
+
+// Then each output's position follows from the first one's: none waits for another.
+void place_exactly(double step, double offset, std::int64_t start, batch *b) {
+  const auto first = static_cast<std::int64_t>(offset * one_sample);
+  const auto stride = static_cast<std::int64_t>(step * one_sample);
+  for (std::int64_t n = 0; n <= batch_limit; ++n) {
+    const std::int64_t at = first + n * stride;
+    const std::int64_t whole = at > 0 ? (at + (one_sample - 1)) / one_sample : 0;
+    b->offset[n] = static_cast<double>(at - whole * one_sample) * (1.0 / one_sample);
+    b->start[n] = start + whole;
   }
-  for (int channel = 0; channel < Width; ++channel) {
-    const quad &s = sum[channel];
-    y[channel] = ((s[0] + s[1]) + (s[2] + s[3])) + rest[channel];
+}
+
+void place_in_turn(double step, double offset, std::int64_t start, batch *b) {
+  position at = {offset, 0.0};
+  for (std::int32_t n = 0; n <= batch_limit; ++n) {
+    b->offset[n] = at.offset;
+    b->start[n] = start + static_cast<std::int64_t>(at.start);
+    at.offset += step;
+    settle(&at);
+  }
+}
+
+// Fills the batch and moves on; false when it is the last one, for want of samples or after `left` outputs.
+bool find_positions(const fractional_run &run, std::int32_t left, batch *b, double *offset, std::int64_t *start) {
+  if (is_exact(run.step, *offset))
+    place_exactly(run.step, *offset, *start, b);
+  else
+    place_in_turn(run.step, *offset, *start, b);
+  std::int32_t count = left < batch_limit ? left : batch_limit;
+  while (b->start[count - 1] > run.newest) --count;
+  b->count = count;
+  if (count == left) {
+    *offset = b->offset[count - 1] + run.step;
+    *start = b->start[count - 1];
+    return false;
+  }
+  *offset = b->offset[count];
+  *start = b->start[count];
+  return *start <= run.newest;
+}
+
+void find_phases(const kernel_rows &k, bool linear, batch *b) {
+  const double phases = k.phases;
+  const auto taps = static_cast<std::uint32_t>(k.taps);
+  for (std::int32_t n = 0; n < b->count; ++n) {
+    const kernel_phase p(b->offset[n], phases, linear);
+    const auto point = static_cast<std::uint32_t>(p.point);
+    b->group[n] = point / points_in_group;
+    b->row[n] = (point + point / points_in_group) * taps;
+    b->fraction[n] = p.fraction;
   }
 }
 
 // Taps is the kernel's number of taps where that is known when compiling, else 0.
 template <int Width, int Taps>
-std::int32_t interpolate(const fractional_run &run, const kernel_rows &kernel, double *offset, std::int64_t *start) {
-  const kernel_rows k = kernel;
+void weigh_batch(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
   const std::int32_t taps = Taps > 0 ? Taps : k.taps;
-  const double step = run.step;
-  const auto whole = static_cast<std::int32_t>(step);  // a step passes so many samples, or one more
-  const double whole_step = whole;
-  const bool linear = run.linear;
-  double now = *offset;
-  double *y = run.y;
-  double *const end = y + static_cast<std::int64_t>(run.most) * Width;
-  std::int64_t at = *start;
-  const std::int64_t newest = run.newest;
   const double *const block = run.block;
-  for (;;) {
-    const kernel_phase phase(now, k.phases, linear);
-    const std::uint32_t point = static_cast<std::uint32_t>(phase.point);
-    const std::uint32_t group = point / points_in_group;
-    if (k.filled[group] == 0) fill_group(k, static_cast<std::int32_t>(group));
-    const double *row = k.rows + static_cast<std::int64_t>(point + group) * taps;
-    weigh<Width>(block + at * Width, row, row + taps, phase.fraction, taps, y);
-    now += step;
-    y += Width;
-    if (y == end) break;
-    // Rounds the offset up without looking at more than one sample.
-    const double rest = now - whole_step;
-    if (rest <= -1.0) {  // only after an offset of just -1
-      position p = {now, 0.0};
-      settle(&p);
-      now = p.offset;
-      at += static_cast<std::int64_t>(p.start);
-    } else {
-      const bool one_more = rest > 0.0;
-      const double less = rest - 1.0;
-      now = one_more ? less : rest;
-      at += whole + (one_more ? 1 : 0);
-    }
-    if (at > newest) break;
+  const double *const rows = k.rows;
+  std::int32_t n = 0;
+  if constexpr (Width == 1 && lane_count >= 4) {
+    const auto sums = [&](std::int32_t i) {
+      return weigh<1>(block + b.start[i], rows + b.row[i], b.fraction[i], taps);
+    };
+    for (; n + 4 <= b.count; n += 4) store(y + n, total(sums(n), sums(n + 1), sums(n + 2), sums(n + 3)));
   }
-  *offset = now;
-  *start = at;
-  return static_cast<std::int32_t>((y - run.y) / Width);
+  for (; n < b.count; ++n)
+    for (int channel = 0; channel < Width; ++channel)
+      y[n * Width + channel] =
+          total(weigh<Width>(block + b.start[n] * Width + channel, rows + b.row[n], b.fraction[n], taps));
+}
+
+template <int Width, int Taps>
+std::int32_t interpolate(const fractional_run &run, const kernel_rows &k, double *offset, std::int64_t *start) {
+  std::int32_t made = 0;
+  batch b;
+  for (bool more = true; more;) {
+    more = find_positions(run, run.most - made, &b, offset, start);
+    find_phases(k, run.linear, &b);
+    for (std::int32_t n = 0; n < b.count; ++n)
+      if (k.filled[b.group[n]] == 0) fill_group(k, static_cast<std::int32_t>(b.group[n]));
+    weigh_batch<Width, Taps>(run, k, b, run.y + static_cast<std::int64_t>(made) * Width);
+    made += b.count;
+  }
+  return made;
 }
 
 // The taps of the built-in kernels, and any others.

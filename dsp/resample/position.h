@@ -29,15 +29,14 @@ struct kernel_phase {
   std::int32_t point;
   double fraction;
 
-  kernel_phase(double offset, std::int32_t phases, bool linear) {
+  kernel_phase(double offset, double phases, bool linear) {
     const double f = -offset * phases;
     point = static_cast<std::int32_t>(f);
     fraction = linear ? f - point : 0.0;
-    if (point > 0 &&
-        point == phases) {  // a whole sample: the kernel may end with this point, so come from the last one
-      --point;
-      fraction = 1.0;
-    }
+    // A whole sample: the kernel may end with this point, so come from the one before.
+    const bool at_end = point > 0 && f == phases;
+    point -= at_end ? 1 : 0;
+    fraction = at_end ? 1.0 : fraction;
   }
 };
 
