@@ -8,6 +8,8 @@ using namespace dsp;
 int32_t dspi_fft(dsp_vec *v, uint32_t inverse) {
   const int32_t n = v->length;
   if (!is_power_of_two(n)) return -1;
+  if (n > 2 && inverse == 0 && v->is_complex == 0)  // half the work, and an exactly symmetric spectrum
+    return dspi_rfft(v) == 0 ? dspi_orecon(v, 0) : -1;
   if (n > 1) {
     if (dspi_rtoc(v) != 0) return -1;
     if (transform(v->data, log2_of(n), inverse != 0, inverse != 0 ? 1.0 : 1.0 / n) != 0) return -1;

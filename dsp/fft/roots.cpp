@@ -7,18 +7,18 @@ namespace {
 
 constexpr std::int64_t steps_per_seed = 256;
 
-struct rotation {
+struct exact_rotation {
   double_double cos;
   double_double sin;
 };
 
-rotation operator*(const rotation &a, const rotation &b) {
+exact_rotation operator*(const exact_rotation &a, const exact_rotation &b) {
   return {a.cos * b.cos - a.sin * b.sin, a.sin * b.cos + a.cos * b.sin};
 }
 
 // By the power series; |angle| <= pi/4, where its 28th term is below 2^-106.
-rotation rotation_by(double_double angle) {
-  rotation sum = {{1.0, 0.0}, {0.0, 0.0}};
+exact_rotation rotation_by(double_double angle) {
+  exact_rotation sum = {{1.0, 0.0}, {0.0, 0.0}};
   double_double term = {1.0, 0.0};
   for (int power = 1; power < 28; ++power) {
     term = term * angle / power;
@@ -31,7 +31,7 @@ rotation rotation_by(double_double angle) {
   return sum;
 }
 
-rotation rotation_by(std::int64_t k, std::int64_t n) {
+exact_rotation rotation_by(std::int64_t k, std::int64_t n) {
   return rotation_by(double_double{static_cast<double>(k), 0.0} * two_pi / static_cast<double>(n));
 }
 
@@ -39,8 +39,8 @@ rotation rotation_by(std::int64_t k, std::int64_t n) {
 
 void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, std::int64_t first, std::int64_t last,
                 std::int64_t n) {
-  const rotation step = rotation_by(1, n);
-  rotation at{};
+  const exact_rotation step = rotation_by(1, n);
+  exact_rotation at{};
   for (std::int64_t k = first; k <= last; ++k, cosines += spacing, sines += spacing) {
     at = k == first || k % steps_per_seed == 0 ? rotation_by(k, n) : at * step;
     *cosines = at.cos.hi;
