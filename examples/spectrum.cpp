@@ -228,7 +228,7 @@ main_lobe lobe_of(const settings &s) {
   // Fitted at one bin from the centre, unless the line has a zero there: between the centre and the half bin, where
   // every symmetric line agrees, the Gaussian then is within a hundredth of a bin of the usual windows.
   const double x = lobe.half_width > 1 ? 0.0 : 0.25;
-  lobe.curvature = std::log(power(x) / power(1.0 - x)) / (1.0 - 2.0 * x);
+  lobe.curvature = std::max(std::log(power(x) / power(1.0 - x)) / (1.0 - 2.0 * x), 0.0);
   return lobe;
 }
 
@@ -238,6 +238,7 @@ struct peak {
 
 /** The centre of the line around bin i, and its level there. */
 peak refine(const signal &spectrum, int32_t i, const main_lobe &lobe) {
+  if (lobe.curvature == 0.0) return {static_cast<double>(i), spectrum[i]};  // a flat top, spread over padded bins
   // The Gaussian fit expects a power that falls as exp(-0.631 x^2): as many powers of the spectrum as make the
   // window's line this wide.
   const double exponent = 0.631127298315668 / lobe.curvature * std::log(10.0) / 10.0;
@@ -397,6 +398,9 @@ int spectrum_of(const examples::arguments &given) {
   const double rate = recording->rate();
   choose_range(given, rate, &s);
   std::unique_ptr<examples::output_file> file;
+  std::error_code error;
+  if (std::filesystem::equivalent(s.recording, s.output, error))
+    throw failure(s.output + " would replace the recording");
   if (!to_stdout) file = std::make_unique<examples::output_file>(s.output);
 
   signal spectrum;

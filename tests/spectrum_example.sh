@@ -70,6 +70,7 @@ finds 1234.5 0.02 -6.02 0.01 --rate 48000 --fraction 0.5 --block 8192 tone.txt
 finds 1234.5 0.02 -6.02 0.01 --rate 48000 --block 3000 -w GAUSS80 tone.txt
 finds 1234.5 0.2 -6.02 0.1 --rate 48000 --window hann --block 2048 --overlap 0.5 tone.txt
 finds 1234.5 2 -6.02 0.11 --rate 48000 --window DSP_WINDOW_FLATTOP tone.txt
+finds 1234.5 20 -6.02 0.01 --rate 48000 --window flat7 --fraction 0.1 --block 16384 tone.txt
 finds 1234.5 4 -6.02 1.6 --rate 48000 -w uniform tone.txt
 for mode in max min geometric harmonic last; do
   finds 1234.5 0.02 -6.02 0.01 --rate 48000 --average $mode --count 7 --exponential 3 tone.txt
@@ -134,6 +135,7 @@ refuses "line 3: 'three'" -o x.csv --rate 1 words.txt
 refuses "line 2: 'nan'" -o x.csv --rate 1 nan.txt
 refuses "no column 'ampere'" -o x.csv --rate 1 --column ampere scope.csv
 refuses "no column 3" -o x.csv --rate 1 --column 3 scope.csv
+refuses "replace the recording" -o tone.wav --csv ./tone.wav
 refuses "cannot write" -o nowhere/x.csv tone.wav
 refuses "cannot write" -o . --csv tone.wav
 refuses "not a plain file" -o /dev/full --csv tone.wav
