@@ -248,13 +248,16 @@ double unwrapped(double x, double reference) {
 
 TEST(Calculus, UnwrapsToTheLastBit) {
   std::mt19937_64 engine(3);
-  for (const double step : {0.01, 0.7, 2.0, 3.1, 40.0, 1e7}) {
+  for (const double step : {0.01, 0.7, 2.0, 3.1, 5.0, 40.0, 1e7}) {
     reals x, expected;
     double phase = 0.0, last = 0.0;
     for (int i = 0; i < 3000; ++i) {
       phase += step * (static_cast<double>(engine() >> 11) * 0x1p-53 + (i < 2000 ? 0.3 : -0.8));
       const double corner[] = {pi, -pi, turn, 3 * pi, -3 * pi, -turn};
-      x.push_back(i % 50 == 0 ? corner[engine() % 6] : step > 1e6 ? phase : std::remainder(phase, turn));
+      x.push_back(i % 50 == 0   ? corner[engine() % 6]
+                  : step > 1e6  ? phase
+                  : step == 5.0 ? 1e8 + phase
+                                : std::remainder(phase, turn));
       expected.push_back(last = unwrapped(x.back(), last));
     }
     record v(x), sliding(x);

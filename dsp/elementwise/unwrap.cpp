@@ -9,9 +9,9 @@ namespace dsp {
 namespace {
 
 constexpr double turn = 2.0 * pi;
-constexpr double turn_high = 0x1.921fb544p+2;  // 32 bits, so that its product with a count of turns is exact
+constexpr double turn_high = 0x1.921fb54p+2;  // 27 bits, so that its product with a count of turns is exact
 constexpr double turn_low = turn - turn_high;
-constexpr double countable = 0x1p20 * turn;
+constexpr double countable = 0x1p25 * turn;
 
 // Brings samples to within half a turn of a reference. The remainder that fmod would give is exact, and so is
 // d - m turn with the high part first; neighbouring samples mostly are the same number m of turns away, or one more or
