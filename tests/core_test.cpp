@@ -248,6 +248,20 @@ TEST(Output, FollowsTheOperandsWhereverTheirBufferGoes) {
     static_cast<dsp_vec &>(own) = borrowed ? own : out;
     if (borrowed) dsp_destroy(&out);
   }
+  // The same eight doubles as eight samples and, in the output's record, as four: nothing beyond them may be read.
+  std::vector<double> eight = {0, 1, 2, 3, 4, 5, 6, 7};
+  const record wide(complexes(8));
+  dsp_vec out = borrow(eight);
+  const dsp_vec a = out;
+  out.length = 4;
+  out.is_complex = 1;
+  static uint32_t kept_complex;
+  dsp_lib_realloc([](dsp_vec *v, int32_t, uint32_t is_complex) { kept_complex = is_complex, v->data = nullptr; },
+                  nullptr);
+  dsp::operands ready;
+  EXPECT_EQ(dsp::dspb_prepare_output(a, wide, &out, &ready), -1);
+  EXPECT_EQ(kept_complex, 0u);
+  dsp_lib_realloc(nullptr, nullptr);
   EXPECT_EQ(dsp::mean_spacing(1.5e308, 1.7e308), 1.6e308);
   EXPECT_EQ(dsp::mean_spacing(5e-324, 5e-324), 5e-324);
 }

@@ -16,12 +16,12 @@ int32_t dspb_prepare_output(const dsp_vec &a, const dsp_vec &b, bool out_complex
   if (n != samples(b)) return -1;
   const operand left(a, *out);
   const operand right(b, *out);
-  const uint32_t was_complex = out->is_complex;
   out->dx = mean_spacing(a.dx, b.dx);
   out->is_complex = out_complex;
   out->length = n;
   const bool keep = left.is_shared() || right.is_shared();
-  if ((keep ? dsp_realloc(out, n, was_complex) : dsp_alloc(out)) != 0) return -1;
+  const bool held_complex = left.keeps_complex() || right.keeps_complex();
+  if ((keep ? dsp_realloc(out, n, held_complex) : dsp_alloc(out)) != 0) return -1;
   *ready = {left.data(*out), right.data(*out), left.is_complex(), right.is_complex(), n};
   return 0;
 }

@@ -22,8 +22,11 @@ class operand {
   bool is_complex() const { return is_complex_; }
   bool is_shared() const { return shared_; }
 
+  // What a shared buffer must keep while it is sized, samples of the operand, whatever the output's record says of it.
+  bool keeps_complex() const { return shared_ && is_complex_; }
+
   // The samples, once the output has been sized. A buffer that the output owned went along with it; one that it
-  // borrowed still lies where it was, and holds them whatever the output's record said of its contents.
+  // borrowed still lies where it was.
   const double *data(const dsp_vec &out) const { return moves_ ? out.data : data_; }
 
  private:

@@ -75,11 +75,13 @@ int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
     for (int32_t i = 0; i < n; ++i) accumulate(&sum, multiply(x[i], y[i]));
     *as<sample>(total) = sum;
   });
-  const bool shared = shares_buffer(*out, *a) || shares_buffer(*out, *b);
-  const uint32_t was_complex = out->is_complex;
+  const operand left(*a, *out);
+  const operand right(*b, *out);
   out->length = 1;
   out->is_complex = is_complex;
-  if ((shared ? dsp_realloc(out, n, was_complex) : dsp_alloc(out)) != 0) return -1;
+  const bool keep = left.is_shared() || right.is_shared();
+  const bool held_complex = left.keeps_complex() || right.keeps_complex();
+  if ((keep ? dsp_realloc(out, n, held_complex) : dsp_alloc(out)) != 0) return -1;
   out->data[0] = total[0];
   if (is_complex) out->data[1] = total[1];
   return 0;

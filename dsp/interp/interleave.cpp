@@ -48,8 +48,7 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const operand even(*a, *out);
   const operand odd(*b, *out);
   const bool is_complex = even.is_complex() || odd.is_complex();
-  const bool held_complex =
-      out->is_complex != 0 || (even.is_shared() && even.is_complex()) || (odd.is_shared() && odd.is_complex());
+  const bool held_complex = even.keeps_complex() || odd.keeps_complex();
   out->dx = mean_spacing(a->dx, b->dx) * 0.5;
   out->length = 2 * n;
   out->is_complex = is_complex;
