@@ -73,6 +73,10 @@ TEST(Grid, Refusals) {
   record out;
   EXPECT_EQ(dsp_interp(&x, &y, nullptr, &before, &out, DSP_INTERP_LINEAR), 0);
   for (const int32_t mode : {0, 1, 2, 3}) EXPECT_EQ(dsp_interp(&x, &y, nullptr, &beyond, &out, mode), -1) << mode;
+  // Also when the interval without width is the last one, and the end is held behind it.
+  const record late(reals{0, 1, 2, 2}), far(reals{0.5, 7});
+  for (const int32_t mode : {0, 1, 2, 3})
+    EXPECT_EQ(dsp_interp(&late, &y, nullptr, &far, &out, mode | clamped), -1) << mode;
   EXPECT_EQ(dsp_interp(&z, &y, nullptr, &before, &out, 1), -1);
   EXPECT_EQ(dsp_interp(&y, &z, nullptr, &before, &out, 1), -1);
   EXPECT_EQ(dsp_interp(&y, &y, nullptr, &z, &out, 1), -1);
@@ -195,6 +199,16 @@ TEST(Interleave, PlacesSamplesAndShares) {
         EXPECT_EQ(complexes_of(spread)[2 * i + 1], 0.0);
       }
     }
+  // A real and a complex view of the same four doubles: no more than those are read.
+  reals four = {1, 2, 3, 4};
+  const dsp_vec in = borrow(four);
+  dsp_vec pairs = view(in);
+  pairs.length = 2;
+  pairs.is_complex = 1;
+  const record z(complexes(4, complex(5, 6)));
+  ASSERT_EQ(dspb_inter(&in, &z, &pairs), 0);
+  EXPECT_EQ(complexes_of(pairs)[6], complex(4, 0));
+  dsp_destroy(&pairs);
   const record two(reals{1, 2}), one(reals{1});
   record out(reals{7});
   EXPECT_EQ(dspb_inter(&two, &one, &out), -1);

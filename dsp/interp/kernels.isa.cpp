@@ -159,8 +159,8 @@ int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool h
   std::int32_t m = j >= 2 && q.t[i] - f.x[j - 1] < f.x[j] - q.t[i] ? j - 1 : j;
   if (m > f.n - 2) m = f.n - 2;
   while (i < q.n) {
-    for (; m < f.n - 2 && middle{f.x[m], f.x[m + 1]}(q.t[i]); ++m)
-      if (f.x[m + 1] - f.x[m] == 0.0) return -1;
+    if (!reach(f, q.t[i], &j)) return -1;
+    while (m < f.n - 2 && middle{f.x[m], f.x[m + 1]}(q.t[i])) ++m;
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const parabola piece(f, m);
     if (piece.scale == 0.0) return -1;
