@@ -816,11 +816,12 @@ enum {
  * height and place refined between samples. A complex signal is searched, and its height given, by squared magnitude.
  * out becomes a real signal of two: the value, and the position in samples from 0 (`dx` not applied, out->dx kept).
  * DSP_PEAK_PARABOLIC fits a parabola through the sample and its neighbours, none at the ends. DSP_PEAK_GAUSS
- * takes the sample a and its larger neighbour for a Gaussian exp(-0.631 t^2), t in samples (a squared magnitude whose
- * magnitude falls as exp(-0.316 t^2)), which gives the place, at p samples from a; the height is a exp(0.316 p^2).
+ * takes the sample and its larger neighbour, the right one of equals, for a Gaussian exp(-0.631 t^2), t in samples (a
+ * squared magnitude whose magnitude falls as exp(-0.316 t^2)), which gives the place, p samples right of the left one
+ * of the two, a; the height is a exp(0.316 p^2).
  * DSP_PEAK_GAUSS_CORR adds a cubic correction of the place.
  * Of equal samples the first wins; NaN never does. Empty: (0, 0). out may be in. -1: other refinements, no memory; and,
- * with the clamped result written, a Gaussian centre more than 1.5 samples off. */
+ * with the clamped result written, a Gaussian centre more than a sample from the middle of its pair. */
 DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);
 
 /** The polynomial c[0] + c[1] x + c[2] x^2 + ... of a real signal, by Horner's rule. -1 for a complex signal,
