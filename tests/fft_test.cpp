@@ -1,12 +1,14 @@
 // Transforms against their definition in long double, on every instruction set of this machine.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <tuple>
 
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
+#include "dsp/fft/roots.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
 
@@ -206,6 +208,24 @@ TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
     again = x;
     ASSERT_EQ(dspi_dft(&again, 0), 0);
     EXPECT_TRUE(near(again, complexes_of(once), 1e-15));
+  }
+}
+
+// Half a unit in the last place is a correct rounding; long double itself adds a thousandth.
+TEST(Fft, RootsAreRightToTheLastBit) {
+  for (const std::size_t n : {16, 4096, 1 << 17}) {
+    reals cosines(n / 8 + 1);
+    reals sines(n / 8 + 1);
+    dsp::fill_octant(cosines.data(), sines.data(), static_cast<int64_t>(n));
+    const auto units = [](double value, long double exact) {
+      return static_cast<double>(std::abs(value - exact)) / (std::nextafter(value, 2.0) - value);
+    };
+    double worst = 0;
+    for (std::size_t k = 0; k <= n / 8; ++k) {
+      const long double angle = 2 * pi * k / n;
+      worst = std::max({worst, units(cosines[k], std::cos(angle)), units(sines[k], std::sin(angle))});
+    }
+    EXPECT_LE(worst, 0.501) << n;
   }
 }
 

@@ -1,12 +1,11 @@
 // Transforms of 2, 4 and 8 samples, forward and unscaled, on whole vectors. Natural order in and out.
 #pragma once
 
+#include "dsp/fft/roots.h"
 #include "dsp/fft/simd.h"
 
 namespace dsp {
 namespace {
-
-constexpr double half_sqrt2 = 0.7071067811865476;
 
 template <int W>
 DSP_INLINE points<W> operator+(const points<W> &a, const points<W> &b) {

@@ -14,7 +14,6 @@ namespace {
 enum : std::int32_t { dct_inverse = 1, dct_normalised = 2 };
 
 constexpr double sqrt2 = 1.4142135623730951;
-constexpr double half_sqrt2 = 0.7071067811865476;
 
 struct dct_state {
   dsp_vec work;

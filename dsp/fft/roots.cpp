@@ -50,7 +50,7 @@ void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, std::int
 
 void fill_octant(double *cosines, double *sines, std::int64_t n) {
   fill_roots(cosines, sines, 1, 0, n / 8, n);
-  cosines[n / 8] = sines[n / 8] = 0.7071067811865476;
+  cosines[n / 8] = sines[n / 8] = half_sqrt2;
 }
 
 root root_from_octant(const double *cosines, const double *sines, std::int64_t n, std::int64_t k) {

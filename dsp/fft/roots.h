@@ -6,6 +6,8 @@
 
 namespace dsp {
 
+constexpr double half_sqrt2 = 0.7071067811865476;
+
 struct root {
   double cos;
   double sin;
