@@ -444,7 +444,8 @@ DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
  * ========================================================================================================== */
 
 /** Transform of a signal whose length is a power of two; forward for `inverse` 0, else inverse. The result is complex,
- * but a single sample stays as it is. A borrowed real signal of 2 and more samples gets a buffer of the library's own.
+ * but a single sample stays as it is. A real signal takes less time forward; borrowed, with 2 and
+ * more samples, it gets a buffer of the library's own. Scaled last: samples beyond 1e308/N may overflow on the way.
  * -1: another length (0 too; nothing changes), no memory. */
 DSP_API int32_t dspi_fft(dsp_vec *v, uint32_t inverse);
 
@@ -743,9 +744,10 @@ DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t len
  *     dsps_mean(&v, &v);                     // in place: v is now its own mean
  *
  * Sums run in blocks of 2048 samples and, inside a block, in 16 lanes whatever the processor: fast, the same bits
- * everywhere, and right to a few units in the last place for any length. No routine fails on numbers or on an empty
- * signal, whose statistic is 0 where nothing else is said. Where values are said to saturate, one beyond +-1e100 counts
- * as +-1e100 and its square as 1e200; where not, infinities and NaN run through. All return -1 when memory runs out.
+ * everywhere, a mean right to about 2 units in the last place for any length. No routine fails on numbers or on an
+ * empty signal, whose statistic is 0 where nothing else is said. Where values are said to saturate, one beyond +-1e100
+ * counts as +-1e100 and its square as 1e200; where not, infinities and NaN run through. All return -1 when memory runs
+ * out.
  * ========================================================================================================== */
 
 /** Sum of the samples; complex for a complex signal. */
