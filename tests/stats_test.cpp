@@ -242,17 +242,19 @@ TEST(Statistics, SaturateWhereverTheValueStands) {
 }
 
 TEST(Statistics, KeepTheirDigitsOnAHighPedestal) {
-  for (const double pedestal : {1e7, 1e8}) {
-    reals x(1001, pedestal + 0.2);
-    for (std::size_t i = 0; i < 1000; ++i) x[i + 1] = pedestal + (i % 2 == 0 ? 0.1 : 0.3);
-    wide mean = 0, spread = 0;
-    for (const double v : x) mean += v;
-    mean /= 1001;
-    for (const double v : x) spread += (v - mean) * (v - mean);
-    const record in(x);
-    EXPECT_NEAR(number(dsps_mean, in), static_cast<double>(mean), pedestal * 4.4e-16);
-    EXPECT_NEAR(number(dsps_samp_stddev, in) / static_cast<double>(std::sqrt(spread / 1000)), 1.0, 1e-14);
-  }
+  for (const double pedestal : {1e7, 1e8})
+    for (const std::size_t n : sizes{1001, 300001}) {
+      reals x(n, pedestal + 0.2);
+      for (std::size_t i = 1; i < n; ++i) x[i] = pedestal + (i % 2 == 0 ? 0.3 : 0.1);
+      wide mean = 0, spread = 0;
+      for (const double v : x) mean += (v - pedestal) / static_cast<wide>(n);
+      mean += pedestal;
+      for (const double v : x) spread += (v - mean) * (v - mean);
+      const record in(x);
+      EXPECT_NEAR(number(dsps_mean, in), static_cast<double>(mean), pedestal * 4.4e-16);
+      const wide deviation = std::sqrt(spread / static_cast<wide>(n - 1));
+      EXPECT_NEAR(number(dsps_samp_stddev, in) / static_cast<double>(deviation), 1.0, 1e-14);
+    }
 }
 
 TEST(Statistics, SameBitsOnEveryInstructionSet) {

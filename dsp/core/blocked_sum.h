@@ -1,7 +1,7 @@
 // Long sums in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 16 lanes, one double
-// in 16 each, eight additions at a time, and the lanes are added pairwise at the end. The order is the same on every
-// processor; additions need not wait for one another; and no number is added to one that is the sum of more than a few
-// dozen, so that a mean is right to 2 units in the last place or better. Several sums come out of one traversal.
+// in 16 each, eight additions at a time, and the lanes are added pairwise at the end; the total of the blocks carries
+// what its rounding takes. The order is the same on every processor; additions need not wait for one another; and a
+// mean is right to about 2 units in the last place whatever the length. Several sums come out of one traversal.
 // Everything is local to the file that includes it, as in core/lanes.h.
 //
 // A kernel turns the doubles x, the `at`-th and following of their block, into the terms of its sums:
@@ -96,24 +96,36 @@ inline lane_pair fold_lanes(const double *lane) {
   return fold(sum[0]);
 }
 
+// A sum of few numbers that keeps what rounding takes (Knuth's two-sum).
+struct running_total {
+  double value = 0.0;
+  double rest = 0.0;
+
+  void add(double x) {
+    const double sum = value + x;
+    const double added = sum - value;
+    rest += (value - (sum - added)) + (x - added);
+    value = sum;
+  }
+  double result() const { return rest == rest ? value + rest : value; }  // no rest beside infinity
+};
+
 // block(x, n, lane) fills the lanes of a block of n doubles. total[k * parts + part] becomes the k-th sum; parts is 2
 // for complex samples, whose parts are summed apart, else 1.
 template <int Sums, class Block>
 void add_blocks(const double *x, std::int64_t samples, int parts, const Block &block, double *total) {
-  for (int i = 0; i < Sums * parts; ++i) total[i] = 0.0;
+  running_total sum[Sums][2];
   for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
     double lane[Sums][sum_lanes];
     block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, lane);
     for (int k = 0; k < Sums; ++k) {
-      const lane_pair sum = fold_lanes(lane[k]);
-      if (parts == 1) {
-        total[k] += sum[0] + sum[1];
-      } else {
-        total[2 * k] += sum[0];
-        total[2 * k + 1] += sum[1];
-      }
+      const lane_pair pair = fold_lanes(lane[k]);
+      sum[k][0].add(parts == 1 ? pair[0] + pair[1] : pair[0]);
+      if (parts == 2) sum[k][1].add(pair[1]);
     }
   }
+  for (int k = 0; k < Sums; ++k)
+    for (int part = 0; part < parts; ++part) total[k * parts + part] = sum[k][part].result();
 }
 
 template <class Kernel>
