@@ -12,8 +12,8 @@ function(dsp_object_library name)
                                            VISIBILITY_INLINES_HIDDEN ON CXX_EXTENSIONS OFF)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE DSP_BUILDING $<$<IN_LIST:avx2,${dsp_isas}>:DSP_ISA_X86>)
-  # -O3 for the vectoriser. Results must not depend on the processor, so no contraction by the compiler.
-  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O3> -ffp-contract=off -fno-math-errno -fno-trapping-math)
+  # Results must not depend on the processor, so no contraction by the compiler.
+  target_compile_options(${name} PRIVATE -ffp-contract=off -fno-math-errno -fno-trapping-math)
   target_link_libraries(${name} PRIVATE dsp_options)
 endfunction()
 
@@ -31,15 +31,16 @@ set(dsp_isa_flags_avx2 -mavx2 -mfma)
 set(dsp_isa_flags_avx512 -mavx512f -mavx512dq -mavx512vl -mavx512bw -mfma -mprefer-vector-width=512)
 
 dsp_object_library(dsp_common ${dsp_sources})
+# Loops that cost time are kernels; the rest is to be small, vectorised where that is cheap.
+target_compile_options(dsp_common PRIVATE "$<$<CONFIG:Release>:-O2;-ftree-vectorize>"
+                                          $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>)
 set(dsp_objects $<TARGET_OBJECTS:dsp_common>)
-set(dsp_object_targets dsp_common)
 foreach(isa IN LISTS dsp_isas)
   if(dsp_kernels)
     dsp_object_library(dsp_kernels_${isa} ${dsp_kernels})
-    target_compile_options(dsp_kernels_${isa} PRIVATE ${dsp_isa_flags_${isa}})
+    target_compile_options(dsp_kernels_${isa} PRIVATE $<$<CONFIG:Release>:-O3> ${dsp_isa_flags_${isa}})
     target_compile_definitions(dsp_kernels_${isa} PRIVATE DSP_ISA=${isa})
     list(APPEND dsp_objects $<TARGET_OBJECTS:dsp_kernels_${isa}>)
-    list(APPEND dsp_object_targets dsp_kernels_${isa})
   endif()
 endforeach()
 add_library(dsp SHARED ${dsp_objects})
