@@ -151,21 +151,26 @@ TEST(Sfir, IsTheMirroredFilterInBlocksToo) {
         }
 }
 
-TEST(Fir, EveryInstructionSetGivesTheSameBits) {
+TEST(Stream, EveryInstructionSetGivesTheSameBits) {
   for (const auto [signal, filter] : all_representations) {
     const record in = random_signal(333, signal, 8);
     const record h = random_signal(29, filter, 9);
     const record half = half_of(h);
     ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
-    record plain, folded, out;
+    record plain, folded, recursive, state, out;
     ASSERT_EQ(dspd_fir(&in, &plain, &h, nullptr), 0);
     ASSERT_EQ(dspd_sfir(&in, &folded, &half, 1, 1, nullptr), 0);
+    ASSERT_EQ(dspd_hwfilt(&in, &recursive, nullptr, &state), 0);
     for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
       if (!dsp::force_isa(set)) continue;
       ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
       EXPECT_TRUE(same(out, plain));
       ASSERT_EQ(dspd_sfir(&in, &out, &half, 1, 1, nullptr), 0);
       EXPECT_TRUE(same(out, folded));
+      record fresh;
+      ASSERT_EQ(dspd_hwfilt(&in, &out, nullptr, &fresh), 0);
+      EXPECT_TRUE(same(out, recursive));
+      EXPECT_TRUE(same(fresh, state));
     }
   }
 }
@@ -353,18 +358,18 @@ TEST(Stream, SteadyStateAllocatesNothing) {
 }
 
 TEST(FailingMemory, Filters) {
-  for (const auto [signal, filter] : all_representations)
+  for (const representations complex : all_representations)
     for (const int32_t m : {20, 90}) {
       sweep_failing_memory("dspd_fir", [=](record *r) {
-        const record in = random_signal(128, signal, 30);
-        const record h = random_signal(static_cast<std::size_t>(m), filter, 31);
+        const record in = random_signal(128, complex.signal, 30);
+        const record h = random_signal(static_cast<std::size_t>(m), complex.filter, 31);
         record state;
         *r = in;
         return dspd_fir(r, r, &h, &state);
       });
       sweep_failing_memory("dspd_sfir", [=](record *r) {
-        const record in = random_signal(128, signal, 32);
-        const record half = random_signal(static_cast<std::size_t>(m / 2), filter, 33);
+        const record in = random_signal(128, complex.signal, 32);
+        const record half = random_signal(static_cast<std::size_t>(m / 2), complex.filter, 33);
         record state;
         return dspd_sfir(&in, r, &half, 1, 0, &state);
       });

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
@@ -316,6 +317,21 @@ TEST(Converter, BlocksAreTheWholeBitForBit) {
           EXPECT_TRUE(same(pieces, whole)) << ratio << " " << mode << " " << seed;
         }
       }
+}
+
+TEST(Converter, EveryInstructionSetGivesTheSameBits) {
+  for (const bool is_complex : {false, true})
+    for (const double ratio : {1.3, 0.7, 5.3}) {
+      const record in = random_signal(700, is_complex, 11);
+      record expected, out;
+      ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
+      ASSERT_EQ(converter(ratio, 0, is_complex).run(&in, &expected), 0);
+      for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
+        if (!dsp::force_isa(set)) continue;
+        ASSERT_EQ(converter(ratio, 0, is_complex).run(&in, &out), 0);
+        EXPECT_TRUE(same(out, expected));
+      }
+    }
 }
 
 // Two halves of one thing: halving in one go equals filtering, then dropping every second sample.

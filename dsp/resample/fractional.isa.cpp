@@ -1,6 +1,4 @@
-#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wpsabi"  // four lanes are passed between functions of this file only
-#endif
 
 #include "dsp/core/lanes.h"
 #include "dsp/resample/fractional_kernels.h"
@@ -49,7 +47,8 @@ inline partial_sums weigh(const double *x, const double *row, double fraction, s
 inline double total(const partial_sums &s) { return ((s.lanes[0] + s.lanes[1]) + (s.lanes[2] + s.lanes[3])) + s.rest; }
 
 // The totals of four outputs, added in the same order.
-inline quad total(const partial_sums &a, const partial_sums &b, const partial_sums &c, const partial_sums &d) {
+[[maybe_unused]] inline quad total(const partial_sums &a, const partial_sums &b, const partial_sums &c,
+                                   const partial_sums &d) {
   const quad ab =
       __builtin_shufflevector(a.lanes, b.lanes, 0, 4, 2, 6) + __builtin_shufflevector(a.lanes, b.lanes, 1, 5, 3, 7);
   const quad cd =

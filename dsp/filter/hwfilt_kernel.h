@@ -1,0 +1,19 @@
+// The recursive lowpass on one channel, once for each instruction set.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/isa.h"
+
+namespace dsp {
+
+constexpr std::int32_t hwfilt_sections = 4;
+constexpr std::int32_t hwfilt_section_values = 3;
+
+// Filters `count` samples, `width` doubles apart as the values of the state are; y may be x. The state holds the last
+// three inner values of each section, newest first.
+using hwfilt_kernel = void (*)(const double *x, double *y, std::int64_t count, double *state, std::int32_t width);
+
+DSP_DECLARE_KERNELS(hwfilt_kernel, hwfilt_run_channel)
+
+}  // namespace dsp
