@@ -152,7 +152,8 @@ int main(int argc, char **argv) {
   if (argc == 2 && std::strcmp(argv[1], "--accuracy") == 0) return print_accuracy(), 0;
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_complex("fft", n, 2 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_real(n);
-  for (const std::size_t n : {1000, 1009, 4095, 10007, 65537, 100003}) add_complex("dft", n, 8 * n);
+  for (const std::size_t n : std::initializer_list<std::size_t>{1000, 1009, 4095, 10007, 65537, 100003})
+    add_complex("dft", n, 8 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 18; n *= 4) add_cosine(n);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

@@ -18,6 +18,7 @@ using namespace support;
 
 using wide = std::complex<long double>;
 using wides = std::vector<wide>;
+using sizes = std::initializer_list<std::size_t>;
 
 const long double pi = std::acos(-1.0L);
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -87,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Sets, Transforms, testing::Values(dsp::isa::baseline, d
 std::vector<std::size_t> lengths() {
   std::vector<std::size_t> n;
   for (std::size_t i = 1; i <= 130; ++i) n.push_back(i);
-  for (const std::size_t i : {251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384}) n.push_back(i);
+  for (const std::size_t i : sizes{251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384}) n.push_back(i);
   return n;
 }
 
@@ -188,7 +189,7 @@ TEST_P(Transforms, CosineHilbertAnalytic) {
 }
 
 TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
-  for (const std::size_t n : {32, 64, 256, 100}) {
+  for (const std::size_t n : sizes{32, 64, 256, 100}) {
     const record x = random_signal(n, true, 9);
     record once = x;
     ASSERT_EQ(dspi_dft(&once, 0), 0);
@@ -213,7 +214,7 @@ TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
 
 // Half a unit in the last place is a correct rounding; long double itself adds a thousandth.
 TEST(Fft, RootsAreRightToTheLastBit) {
-  for (const std::size_t n : {16, 4096, 1 << 17}) {
+  for (const std::size_t n : sizes{16, 4096, 1 << 17}) {
     reals cosines(n / 8 + 1);
     reals sines(n / 8 + 1);
     dsp::fill_octant(cosines.data(), sines.data(), static_cast<int64_t>(n));
@@ -248,7 +249,7 @@ TEST(Fft, KnownResults) {
   EXPECT_EQ(dspi_rfft(&v), 0);
   EXPECT_TRUE(near(v, reals{5}, 0));
   EXPECT_EQ(v.dx, 0.25);
-  for (const std::size_t n : {4, 8, 16, 64, 1024}) {  // an impulse either way, exactly
+  for (const std::size_t n : sizes{4, 8, 16, 64, 1024}) {  // an impulse either way, exactly
     complexes impulse(n);
     impulse[0] = 1.0;
     v = record(impulse);
@@ -276,7 +277,7 @@ int32_t undct(dsp_vec *v) { return dspi_dct(v, 3); }
 
 TEST(Fft, RefusalsLeaveTheSignalAlone) {
   for (const routine run : {fft, unfft, dspi_bitrev, dspi_bitrev_scale, dspi_rfft})
-    for (const std::size_t n : {0, 3, 6, 1023})
+    for (const std::size_t n : sizes{0, 3, 6, 1023})
       for (const bool is_complex : {false, true}) {
         const record x = random_signal(n, is_complex, 1, 2.0);
         record v = x;
@@ -284,7 +285,7 @@ TEST(Fft, RefusalsLeaveTheSignalAlone) {
         EXPECT_TRUE(same(v, x));
       }
   for (const routine run : {dspi_rfft, dspi_rdft, dct, undct})
-    for (const std::size_t n : {0, 1, 4, 5}) {
+    for (const std::size_t n : sizes{0, 1, 4, 5}) {
       record v = random_signal(n, true, 1);
       EXPECT_EQ(run(&v), -1) << n;
       EXPECT_TRUE(same(v, random_signal(n, true, 1)));
@@ -327,7 +328,7 @@ TEST(Fft, LengthsWithoutSamplesAndTooLargeOnes) {
 
 TEST(Fft, SpacingOfZeroStandsForNone) {
   for (const routine run : {fft, unfft, dft, undft, dspi_rfft, dspi_rdft, irdft_even, irdft_odd, dspi_irfft})
-    for (const std::size_t n : {1, 2, 3, 5, 8, 9}) {
+    for (const std::size_t n : sizes{1, 2, 3, 5, 8, 9}) {
       record v = random_signal(n, run == irdft_even || run == irdft_odd || run == dspi_irfft, 1, 0.0);
       if (run(&v) == 0) {
         EXPECT_EQ(v.dx, 1e100) << n;
@@ -370,7 +371,7 @@ TEST(Fft, BitReversal) {
 
 TEST(Fft, BorrowedSignalsThatGrowLeaveTheirMemoryAlone) {
   for (const routine run : {fft, dspi_rfft, dft, dspi_rdft, dspi_analytic}) {
-    for (const std::size_t n : {2, 4, 32, 7, 100}) {
+    for (const std::size_t n : sizes{2, 4, 32, 7, 100}) {
       reals mine = random_reals(n, 4);
       dsp_vec v = borrow(mine);
       record owned(mine);
@@ -388,7 +389,7 @@ TEST(Fft, BorrowedSignalsThatGrowLeaveTheirMemoryAlone) {
 
 TEST(Fft, SpecialValuesSpread) {
   for (const double special : {nan, HUGE_VAL}) {
-    for (const std::size_t n : {4, 64, 100}) {
+    for (const std::size_t n : sizes{4, 64, 100}) {
       record v(reals(n, 1.0));
       v.data[1] = special;
       ASSERT_EQ(dspi_dft(&v, 0), 0);
