@@ -3,30 +3,13 @@
 #include "dsp/core/caches.h"
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/work_signal.h"
 
 namespace dsp {
 namespace {
 
-// A process-wide signal, empty until its first use.
-struct scratch {
-  dsp_vec signal;
-  bool initialised;
-
-  dsp_vec *obtain() {
-    if (!initialised && dsp_init(&signal) != 0) return nullptr;
-    initialised = true;
-    return &signal;
-  }
-
-  int32_t release() {
-    if (!initialised) return 0;
-    initialised = false;
-    return dsp_destroy(&signal);
-  }
-};
-
-scratch scratch_output;
-scratch scratch_state;
+work_signal scratch_output;
+work_signal scratch_state;
 bool redirection_pending = false;
 dsp_vec *callers_output = nullptr;
 

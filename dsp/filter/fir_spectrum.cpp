@@ -5,26 +5,10 @@
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/work_signal.h"
 
 namespace dsp {
 namespace {
-
-struct work_signal {
-  dsp_vec signal;
-  bool initialised;
-
-  dsp_vec *obtain() {
-    if (!initialised && dsp_init(&signal) != 0) return nullptr;
-    initialised = true;
-    return &signal;
-  }
-
-  int32_t release() {
-    if (!initialised) return 0;
-    initialised = false;
-    return dsp_destroy(&signal);
-  }
-};
 
 struct route_spectrum {
   work_signal work;

@@ -6,42 +6,38 @@
 #include "dsp/core/history.h"
 #include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/folded.h"
 
 namespace dsp {
 namespace {
 
-dsp_vec full_filter;
-bool full_filter_initialised = false;
+work_signal full_filter;
 
 // The half and its mirror image, in a signal that stays for the next call.
 const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
   const std::int64_t length = full_length(half, odd);
   if (length > INT32_MAX) return nullptr;
-  if (!full_filter_initialised && dsp_init(&full_filter) != 0) return nullptr;
-  full_filter_initialised = true;
-  full_filter.dx = half.dx;
-  full_filter.is_complex = half.is_complex;
-  full_filter.length = static_cast<std::int32_t>(length);
-  if (dsp_alloc(&full_filter) != 0) return nullptr;
+  dsp_vec *full = full_filter.obtain();
+  if (full == nullptr) return nullptr;
+  full->dx = half.dx;
+  full->is_complex = half.is_complex;
+  full->length = static_cast<std::int32_t>(length);
+  if (dsp_alloc(full) != 0) return nullptr;
   const std::int64_t width = half.is_complex != 0 ? 2 : 1;
   const std::int64_t given = doubles(half);
-  std::copy_n(half.data, given, full_filter.data);
+  std::copy_n(half.data, given, full->data);
   for (std::int64_t i = given; i < length * width; ++i) {
     const double mirrored = half.data[(length - 1 - i / width) * width + i % width];
-    full_filter.data[i] = anti ? -mirrored : mirrored;
+    full->data[i] = anti ? -mirrored : mirrored;
   }
-  return &full_filter;
+  return full;
 }
 
 }  // namespace
 
-std::int32_t free_sfir_work() {
-  if (!full_filter_initialised) return 0;
-  full_filter_initialised = false;
-  return dsp_destroy(&full_filter);
-}
+std::int32_t free_sfir_work() { return full_filter.release(); }
 
 }  // namespace dsp
 

@@ -10,6 +10,7 @@
 #include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
+#include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/fractional_kernels.h"
 #include "dsp/resample/kernel_lists.h"
@@ -38,21 +39,20 @@ struct kernel {
 };
 
 // The kernel's rows and, behind them, the marks of those that are filled. Process-wide; its contents last for one call.
-dsp_vec row_store;
-bool row_store_initialised = false;
+work_signal row_store;
 
 int32_t prepare_rows(const kernel &k, kernel_rows *rows) {
   const std::int64_t groups = (std::int64_t{k.phases} + points_in_group - 1) / points_in_group;
   const std::int64_t doubles = groups * rows_in_group * k.taps;
   const std::int64_t marks = groups / static_cast<std::int64_t>(sizeof(double)) + 1;
   if (doubles + marks > INT32_MAX) return -1;
-  if (!row_store_initialised && dsp_init(&row_store) != 0) return -1;
-  row_store_initialised = true;
-  row_store.length = static_cast<std::int32_t>(doubles + marks);
-  if (dsp_alloc(&row_store) != 0) return -1;
-  double *filled = row_store.data + doubles;
+  dsp_vec *store = row_store.obtain();
+  if (store == nullptr) return -1;
+  store->length = static_cast<std::int32_t>(doubles + marks);
+  if (dsp_alloc(store) != 0) return -1;
+  double *filled = store->data + doubles;
   std::memset(filled, 0, static_cast<std::size_t>(marks) * sizeof(double));
-  *rows = {k.points, k.taps, k.phases, row_store.data, reinterpret_cast<unsigned char *>(filled)};
+  *rows = {k.points, k.taps, k.phases, store->data, reinterpret_cast<unsigned char *>(filled)};
   return 0;
 }
 
@@ -100,11 +100,7 @@ int32_t resample(const past_and_block &x, const kernel &k, bool linear, double s
 
 }  // namespace
 
-std::int32_t free_kernel_rows() {
-  if (!row_store_initialised) return 0;
-  row_store_initialised = false;
-  return dsp_destroy(&row_store);
-}
+std::int32_t free_kernel_rows() { return row_store.release(); }
 
 }  // namespace dsp
 

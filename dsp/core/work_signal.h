@@ -1,0 +1,27 @@
+// A signal of the library's own that lives from its first use to the release of the caches. Static storage, plain data:
+// empty at load time.
+#pragma once
+
+#include "dsp/dsp.h"
+
+namespace dsp {
+
+struct work_signal {
+  dsp_vec signal;
+  bool initialised;
+
+  // Null when it cannot be had.
+  dsp_vec *obtain() {
+    if (!initialised && dsp_init(&signal) != 0) return nullptr;
+    initialised = true;
+    return &signal;
+  }
+
+  int32_t release() {
+    if (!initialised) return 0;
+    initialised = false;
+    return dsp_destroy(&signal);
+  }
+};
+
+}  // namespace dsp
