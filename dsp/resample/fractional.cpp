@@ -84,9 +84,8 @@ int32_t resample(const past_and_block &x, const kernel &k, bool linear, double s
     if (at->start > newest) break;
     auto start = static_cast<std::int64_t>(at->start);
     if (by_rows && start >= 0) {
-      const auto &kernels = DSP_KERNELS(fractional_kernel_table);
-      const fractional_run run = {x.block, static_cast<std::int64_t>(newest), linear, step, y, most - *made};
-      *made += (x.width == 2 ? kernels.complex : kernels.real)(run, rows, &at->offset, &start);
+      const fractional_run run = {x.block, x.width, static_cast<std::int64_t>(newest), linear, step, y, most - *made};
+      *made += DSP_KERNELS(fractional_interpolate)(run, rows, &at->offset, &start);
       at->start = static_cast<double>(start);
       break;
     }

@@ -148,7 +148,14 @@ void weigh_batch(const fractional_run &run, const kernel_rows &k, const batch &b
           total(weigh<Width>(block + b.start[n] * Width + channel, rows + b.row[n], b.fraction[n], taps));
 }
 
-template <int Width, int Taps>
+// The taps of the converter's kernel, and any others.
+void weigh_real(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
+  if (k.taps == 13)
+    weigh_batch<1, 13>(run, k, b, y);
+  else
+    weigh_batch<1, 0>(run, k, b, y);
+}
+
 std::int32_t interpolate(const fractional_run &run, const kernel_rows &k, double *offset, std::int64_t *start) {
   std::int32_t made = 0;
   batch b;
@@ -157,31 +164,20 @@ std::int32_t interpolate(const fractional_run &run, const kernel_rows &k, double
     find_phases(k, run.linear, &b);
     for (std::int32_t n = 0; n < b.count; ++n)
       if (k.filled[b.group[n]] == 0) fill_group(k, static_cast<std::int32_t>(b.group[n]));
-    weigh_batch<Width, Taps>(run, k, b, run.y + static_cast<std::int64_t>(made) * Width);
+    double *y = run.y + static_cast<std::int64_t>(made) * run.width;
+    if (run.width == 1)
+      weigh_real(run, k, b, y);
+    else
+      weigh_batch<2, 0>(run, k, b, y);
     made += b.count;
   }
   return made;
 }
 
-// The taps of the built-in kernels, and any others.
-template <int Width>
-std::int32_t interpolate_taps(const fractional_run &run, const kernel_rows &k, double *offset, std::int64_t *start) {
-  switch (k.taps) {
-    case 8:
-      return interpolate<Width, 8>(run, k, offset, start);
-    case 10:
-      return interpolate<Width, 10>(run, k, offset, start);
-    case 13:
-      return interpolate<Width, 13>(run, k, offset, start);
-    default:
-      return interpolate<Width, 0>(run, k, offset, start);
-  }
-}
-
 }  // namespace
 
 namespace DSP_ISA {
-extern const fractional_kernels fractional_kernel_table = {interpolate_taps<1>, interpolate_taps<2>};
+extern const fractional_kernel fractional_interpolate = interpolate;
 }
 
 }  // namespace dsp

@@ -23,6 +23,7 @@ struct kernel_rows {
 
 struct fractional_run {
   const double *block;
+  std::int32_t width;   // doubles in a sample
   std::int64_t newest;  // the last sample at which a span may begin
   bool linear;
   double step;  // below 2^31
@@ -36,11 +37,6 @@ struct fractional_run {
 using fractional_kernel = std::int32_t (*)(const fractional_run &run, const kernel_rows &kernel, double *offset,
                                            std::int64_t *start);
 
-struct fractional_kernels {
-  fractional_kernel real;
-  fractional_kernel complex;
-};
-
-DSP_DECLARE_KERNELS(fractional_kernels, fractional_kernel_table)
+DSP_DECLARE_KERNELS(fractional_kernel, fractional_interpolate)
 
 }  // namespace dsp
