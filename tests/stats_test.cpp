@@ -337,6 +337,9 @@ TEST(Histogram, CountsEdgesAsStated) {
   EXPECT_EQ(out.length, -3);
   ASSERT_EQ(dsps_hist(&many, &many, 0, 1, -3), 0);
   EXPECT_EQ(many.length, 0);
+  record none, fresh;
+  ASSERT_EQ(dsps_hist(&none, &fresh, 0, 1, -3), 0);
+  EXPECT_EQ(fresh.length, -3) << "two records without buffers share none";
 }
 
 TEST(Median, IsTheMiddleOfTheSorted) {

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/history.h"
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
@@ -60,7 +60,7 @@ using namespace dsp;
 int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bin_count) {
   const stats_input x(*in);
   const bins b = {start, bin_width, static_cast<double>(bin_count)};
-  if (!shares_buffer(*in, *out)) return histogram(x, out, b, bin_count);
+  if (!same_signal(in, out)) return histogram(x, out, b, bin_count);
   temporary result;
   if (histogram(x, result.get(), b, bin_count) != 0) return -1;
   return dsp_copy(out, result.get());
