@@ -34,7 +34,7 @@ struct past_and_block {
     const std::int64_t end = first + count;
     const std::int64_t in_past = std::clamp<std::int64_t>(past_length - first, 0, count);
     const std::int64_t in_block = std::min(end - past_length, block_length) - (first + in_past - past_length);
-    if (past != nullptr)
+    if (past != nullptr && in_past > 0)
       to = std::copy_n(past + first * width, in_past * width, to);
     else
       to = std::fill_n(to, in_past * width, 0.0);

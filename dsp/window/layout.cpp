@@ -5,9 +5,8 @@ namespace dsp {
 void mirror(double *w, const window_layout &at) {
   const std::int32_t first = at.between ? 0 : 1;
   const double *right = w + at.n / 2 + first;
-  double *left = w + at.n / 2 - 1;
   const std::int32_t count = right_half(at) - first;
-  for (std::int32_t j = 0; j < count; ++j) *(left - j) = right[j];
+  for (std::int32_t j = 0; j < count; ++j) w[at.n / 2 - 1 - j] = right[j];
 }
 
 }  // namespace dsp
