@@ -919,7 +919,7 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  * the same bits however a record is divided; others agree to 1e-13 of the largest output, and a NaN or infinity spreads
  * over its block. The spectrum of the last long filter is kept for as long as the same taps (within 1.1e-15 |h[0]|)
  * and transform sizes come back: one filter used on many blocks is cheap, several long ones in turn are not. -1: no
- * memory, or a transform of more than 2^30 samples. */
+ * memory, or a transform of 2^30 samples. */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
 
 /** dspd_fir with a filter given by its first half: L samples of `half`, then their mirror image, negated when `anti`
