@@ -89,6 +89,8 @@ void require_three_standards(const calibration_set &set) {
   for (int k = 0; k < 3; ++k) {
     require_same_sweep(set.device, set.measured[k]);
     require_same_sweep(set.device, set.actual[k]);
+  }
+  for (int k = 0; k < 3; ++k) {
     const reflection &one = set.actual[k], &next = set.actual[(k + 1) % 3];
     for (std::size_t i = 0; i < one.s.size(); ++i)
       if (std::hypot(one.s[i].re - next.s[i].re, one.s[i].im - next.s[i].im) < 1e-6)
