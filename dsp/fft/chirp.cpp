@@ -4,7 +4,7 @@
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
-#include "dsp/fft/double_double.h"
+#include "dsp/core/double_double.h"
 #include "dsp/fft/roots.h"
 #include "dsp/fft/transform.h"
 

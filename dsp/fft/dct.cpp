@@ -4,6 +4,7 @@
 #include "dsp/core/heap.h"
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/fft/dct_kernels.h"
 #include "dsp/fft/roots.h"
@@ -16,8 +17,7 @@ enum : std::int32_t { dct_inverse = 1, dct_normalised = 2 };
 constexpr double sqrt2 = 1.4142135623730951;
 
 struct dct_state {
-  dsp_vec work;
-  bool work_initialised;
+  work_signal work;
   dsp_complex *rotations;  // entry k - 1: cos, sin of pi k/(2 length), k = 1 .. (length - 1)/2
   int32_t length;          // 0: none
 };
@@ -25,11 +25,11 @@ struct dct_state {
 dct_state state;
 
 int32_t size_work(int32_t length, bool is_complex) {
-  if (!state.work_initialised) dsp_init(&state.work);
-  state.work_initialised = true;
-  state.work.length = length;
-  state.work.is_complex = is_complex;
-  return dsp_alloc(&state.work);
+  dsp_vec *work = state.work.obtain();
+  if (work == nullptr) return -1;
+  work->length = length;
+  work->is_complex = is_complex;
+  return dsp_alloc(work);
 }
 
 void release_rotations() {
@@ -59,15 +59,15 @@ int32_t forward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
   const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
   if (size_work(n, false) != 0 || build_rotations(n) != 0) return -1;
-  state.work.dx = v->dx;
-  kernels.sort(v->data, n, state.work.data);
-  if (dspi_rdft(&state.work) != 0) return -1;
-  const auto *bins = reinterpret_cast<const dsp_complex *>(state.work.data);
+  state.work.signal.dx = v->dx;
+  kernels.sort(v->data, n, state.work.signal.data);
+  if (dspi_rdft(&state.work.signal) != 0) return -1;
+  const auto *bins = reinterpret_cast<const dsp_complex *>(state.work.signal.data);
   double *y = v->data;
   y[0] = bins[0].re;
   kernels.rotate(bins, state.rotations, n, y);
   if (n % 2 == 0) y[n / 2] = (bins[n / 2].re + bins[n / 2].im) * half_sqrt2;
-  v->dx = state.work.dx * 0.5;
+  v->dx = state.work.signal.dx * 0.5;
   return normalised ? scale(v, 2.0, half_sqrt2) : 0;
 }
 
@@ -76,15 +76,15 @@ int32_t backward(dsp_vec *v, bool normalised) {
   const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
   if (normalised && scale(v, 0.5, sqrt2) != 0) return -1;
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
-  state.work.dx = v->dx;
-  auto *bins = reinterpret_cast<dsp_complex *>(state.work.data);
+  state.work.signal.dx = v->dx;
+  auto *bins = reinterpret_cast<dsp_complex *>(state.work.signal.data);
   const double *y = v->data;
   bins[0] = {y[0], 0.0};
   kernels.rotate_back(y, state.rotations, n, bins);
   if (n % 2 == 0) bins[n / 2] = {y[n / 2] * sqrt2, 0.0};
-  if (dspi_irdft(&state.work, n % 2 != 0) != 0) return -1;
-  kernels.merge(state.work.data, n, v->data);
-  v->dx = state.work.dx * 0.5;
+  if (dspi_irdft(&state.work.signal, n % 2 != 0) != 0) return -1;
+  kernels.merge(state.work.signal.data, n, v->data);
+  v->dx = state.work.signal.dx * 0.5;
   return 0;
 }
 
@@ -92,9 +92,7 @@ int32_t backward(dsp_vec *v, bool normalised) {
 
 std::int32_t free_dct_work() {
   release_rotations();
-  if (!state.work_initialised) return 0;
-  state.work_initialised = false;
-  return dsp_destroy(&state.work);
+  return state.work.release();
 }
 
 }  // namespace dsp

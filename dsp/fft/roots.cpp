@@ -1,6 +1,6 @@
 #include "dsp/fft/roots.h"
 
-#include "dsp/fft/double_double.h"
+#include "dsp/core/double_double.h"
 
 namespace dsp {
 namespace {

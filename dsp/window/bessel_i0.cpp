@@ -2,9 +2,9 @@
 
 #include <cmath>
 
+#include "dsp/core/double_double.h"
 #include "dsp/core/saturation.h"
 #include "dsp/window/circle.h"
-#include "dsp/window/two_product.h"
 
 namespace dsp {
 namespace {
@@ -38,9 +38,9 @@ constexpr asymptotic_series tail;
 
 double asymptotic(double y, double rest) {
   const double half = std::sqrt(y);
-  const exact_product square = two_product(half, half);
+  const double_double square = double_double::product(half, half);
   const double x = 2 * half;
-  const double x_rest = ((y - square.value) - square.rest + rest) / half;
+  const double x_rest = ((y - square.hi) - square.lo + rest) / half;
   double sum = 0.0;
   for (int k = asymptotic_series::terms; k-- > 0;) sum = sum * (0.125 / x) + tail.c[k];
   return std::exp(x) * (1 + x_rest) / std::sqrt(2 * pi * x) * sum;
@@ -54,9 +54,9 @@ void bessel_i0(const double *y, const double *rest, double *value) {
   double square[bessel_batch];
   double lost[bessel_batch];
   for (int i = 0; i < bessel_batch; ++i) {
-    const exact_product exact = two_product(y[i], y[i]);
-    square[i] = exact.value;
-    lost[i] = exact.rest / (2 * y[i] + smallest_normal);
+    const double_double exact = double_double::product(y[i], y[i]);
+    square[i] = exact.hi;
+    lost[i] = exact.lo / (2 * y[i] + smallest_normal);
     value[i] = series.c[power_series::terms - 1];
   }
   for (int k = power_series::terms - 3; k >= 0; k -= 2)

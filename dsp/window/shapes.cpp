@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "dsp/core/double_double.h"
 #include "dsp/window/bessel_i0.h"
 #include "dsp/window/circle.h"
 #include "dsp/window/normalise.h"
-#include "dsp/window/two_product.h"
 
 namespace dsp {
 namespace {
@@ -28,7 +28,9 @@ void fill(double *w, const window_layout &at, window_scale scale, double peak, c
 class kaiser_shape {
  public:
   kaiser_shape(double beta, double span)
-      : span_(span), square_span_(two_product(span, span)), top_(two_product(beta / 2, beta / 2)) {}
+      : span_(span),
+        square_span_(double_double::product(span, span)),
+        top_(double_double::product(beta / 2, beta / 2)) {}
 
   void operator()(double first, std::int32_t count, double *to) const {
     for (std::int32_t done = 0; done < count; done += bessel_batch) {
@@ -43,19 +45,19 @@ class kaiser_shape {
   // (beta/2)^2 (span - 2d)(span + 2d) / span^2; 0 beyond the end.
   void argument(double d, double *y, double *rest) const {
     const double inner = span_ > 2 * d ? span_ - 2 * d : 0.0;
-    const exact_product parabola = two_product(inner, span_ + 2 * d);
-    const double ratio = parabola.value / square_span_.value;
-    const exact_product back = two_product(ratio, square_span_.value);
+    const double_double parabola = double_double::product(inner, span_ + 2 * d);
+    const double ratio = parabola.hi / square_span_.hi;
+    const double_double back = double_double::product(ratio, square_span_.hi);
     const double ratio_rest =
-        ((parabola.value - back.value) - back.rest + parabola.rest - ratio * square_span_.rest) / square_span_.value;
-    const exact_product product = two_product(top_.value, ratio);
-    *y = product.value;
-    *rest = product.rest + top_.value * ratio_rest + top_.rest * ratio;
+        ((parabola.hi - back.hi) - back.lo + parabola.lo - ratio * square_span_.lo) / square_span_.hi;
+    const double_double product = double_double::product(top_.hi, ratio);
+    *y = product.hi;
+    *rest = product.lo + top_.hi * ratio_rest + top_.lo * ratio;
   }
 
   double span_;
-  exact_product square_span_;
-  exact_product top_;
+  double_double square_span_;
+  double_double top_;
 };
 
 }  // namespace
