@@ -123,19 +123,36 @@ TEST(FirDesign, KnownShapes) {
     const reals h = doubles_of(design(DSP_FIR_SINH, n, 0, 0));
     EXPECT_NEAR(std::accumulate(h.begin(), h.end(), 0.0), 1.0, 2e-16);
   }
-  // The tabulated shapes lie near what the general rule gives, and reach 0 one sample beyond their ends.
-  for (const int32_t n : {3, 4, 6, 8, 11}) {
-    const double beta = n % 2 != 0 ? (n + 1) * 1.5708 : 1.4 + n * 1.5708;
-    EXPECT_TRUE(near(design(DSP_FIR_SINH, n, 0, 0), doubles_of(design(DSP_FIR_SINH, n, beta, 0)), 0.02)) << n;
-  }
-  for (const int32_t n : {3, 5, 7, 9, 11}) {
-    const double beta = 1.386795655 + 1.610830415 * n;
-    EXPECT_TRUE(
-        near(design(DSP_FIR_KAISER_SPECTRUM, n, 0, 0), doubles_of(design(DSP_FIR_KAISER_SPECTRUM, n, beta, 0)), 0.02));
+  const struct {
+    int32_t kind, n;
+    real beta2, second;  // step, or beta^2 + pi^2
+  } tabulated[] = {{DSP_FIR_SINH, 3, 39.95532260104617, 6.321022275},
+                   {DSP_FIR_SINH, 4, 56.54137636, 6.01552},
+                   {DSP_FIR_SINH, 6, 114.190596, 42.744 / 7},
+                   {DSP_FIR_SINH, 8, 194.937444, 55.848 / 9},
+                   {DSP_FIR_SINH, 11, 355.57287208959997, 6.285546666666666},
+                   {DSP_FIR_KAISER_SPECTRUM, 3, 35.074549330129, 44.944153731218364},
+                   {DSP_FIR_KAISER_SPECTRUM, 5, 89.98736245465562, 99.85696685574499},
+                   {DSP_FIR_KAISER_SPECTRUM, 7, 157.9377833289, 167.80738772998936},
+                   {DSP_FIR_KAISER_SPECTRUM, 9, 254.057108410561, 263.92671281165036},
+                   {DSP_FIR_KAISER_SPECTRUM, 11, 364.85163918809997, 374.7212435891893}};
+  for (const auto &row : tabulated) {
+    const bool sinh = row.kind == DSP_FIR_SINH;
+    const real curvature = sinh ? row.second * row.second / 4 : 4 * row.second / ((row.n + 1) * (row.n + 1));
+    std::vector<real> taps;
+    for (int32_t k = 0; k < row.n; ++k) {
+      const real a = row.beta2 - curvature * std::pow(k - (row.n - 1) / real(2), 2);
+      taps.push_back(bell(a, std::sqrt(row.beta2)) / (sinh ? 1 : std::sqrt(a)));
+    }
+    const real sum = std::accumulate(taps.begin(), taps.end(), real(0));
+    reals expected;
+    for (const real tap : taps) expected.push_back(static_cast<double>(tap / sum));
+    EXPECT_TRUE(near(design(row.kind, row.n, 0, 0), expected, 1e-15)) << row.kind << ' ' << row.n;
   }
   EXPECT_TRUE(near(design(DSP_FIR_GAUSSIAN, 6, 0.0, 0), reals(6, 1.0 / 6), 3e-17));
   EXPECT_TRUE(
       near(design(DSP_FIR_KAISER_SPECTRUM, 6, -3.0, 0), doubles_of(design(DSP_FIR_KAISER_SPECTRUM, 6, 3.0, 0)), 0));
+  EXPECT_TRUE(near(design(DSP_FIR_DELAYED_LOWPASS, 4, 0, 0.3), reals(4, 0.0), 0.0)) << "no sum to divide by";
   const record turned = design(DSP_FIR_SINH, 5, -1.0, 0);
   EXPECT_LT(turned.data[2] * turned.data[1], 0.0);
 }

@@ -77,6 +77,7 @@ TEST(Statistics, KnownValues) {
       {dsps_gmean, record(reals{1e-200, 1e-200}), 0, 0},
       {dsps_gmean, record(complexes{{0, 1}, {0, -1}}), 1, 0},
       {dsps_gmean, record(complexes{{0, 0}, {0, 1}}), 0, 0},
+      {dsps_gmean, record(complexes{{1e-155, 0}}), 0, 0},
       {dsps_hmean, record(reals{1, 4, 4}), 2, 0},
       {dsps_hmean, record(reals{1, 0, nan}), 0, 0},
       {dsps_hmean, record(reals{1, -1}), bound, 0},
@@ -129,6 +130,12 @@ TEST(Statistics, KnownValues) {
     EXPECT_EQ(number(reduce, cempty), 0.0);
   }
   EXPECT_EQ(number(dsps_skew, empty), 0.0);
+  // One sample stands out, by so little that the variance, or its square, is lost and the higher moment is not.
+  reals spike(10000, 0.0);
+  spike[1] = -1e-106;
+  EXPECT_EQ(number(dsps_skew, record(spike)), bound);
+  spike[1] = 3e-80;
+  EXPECT_EQ(number(dsps_excess, record(spike)), bound);
   for (const statistic reduce : {dsps_skew, dsps_excess}) {
     record out(reals{7});
     EXPECT_EQ(reduce(&cempty, &out), -1);
