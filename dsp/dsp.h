@@ -1011,7 +1011,7 @@ DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
  * left over come first in the next block, from the oldest sample held if they need older ones. out->dx is step times
  * in->dx. Nothing is filtered: frequencies above the output's Nyquist frequency alias.
  *
- * The state: T past samples, at index T the position of the next output relative to the span's grid (above -1), at
+ * The state: T past samples, at index T the position of the next output relative to the span's grid (-1 or more), at
  * T + 1 how many samples further on its span begins; for complex streams both in the real parts. Zeros start a stream:
  * its first output has the first sample as its newest but none.
  *
