@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "dsp/core/caches.h"
-#include "dsp/core/sizing.h"
 #include "dsp/core/double_double.h"
+#include "dsp/core/sizing.h"
 #include "dsp/fft/roots.h"
 #include "dsp/fft/transform.h"
 
