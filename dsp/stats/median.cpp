@@ -8,15 +8,14 @@
 namespace dsp {
 namespace {
 
-// The order of dspi_sort, NaN last.
-bool before(double a, double b) { return a < b || (b != b && a == a); }
-
-// The middle two of n >= 1 real samples, sorted no further than that takes.
+// The middle two of n >= 1 real samples, sorted no further than that takes. NaN comes last, as in dspi_sort; it is set
+// aside first, so that the selection compares plainly.
 void select_middle(double *x, std::int64_t n, double *lower, double *upper) {
-  double *middle = x + n / 2;
-  std::nth_element(x, middle, x + n, before);
+  double *const end = std::partition(x, x + n, [](double v) { return v == v; });
+  double *const middle = x + n / 2;
+  if (middle < end) std::nth_element(x, middle, end);
   *upper = *middle;
-  *lower = n > 1 ? *std::max_element(x, middle, before) : *middle;
+  *lower = middle < end && n > 1 ? *std::max_element(x, middle) : *middle;
 }
 
 }  // namespace
