@@ -169,11 +169,12 @@ TEST(Grid, OutputMayShareAnyInput) {
 }
 
 TEST(Interleave, PlacesSamplesAndShares) {
+  const std::size_t n = 101;  // some vectors and a rest
   for (const bool a_complex : {false, true})
     for (const bool b_complex : {false, true}) {
-      const record a = random_signal(5, a_complex, 1, 1.0), b = random_signal(5, b_complex, 2, 3.0);
+      const record a = random_signal(n, a_complex, 1, 1.0), b = random_signal(n, b_complex, 2, 3.0);
       complexes expected;
-      for (std::size_t i = 0; i < 5; ++i) {
+      for (std::size_t i = 0; i < n; ++i) {
         expected.push_back(complexes_of(a)[i]);
         expected.push_back(complexes_of(b)[i]);
       }
@@ -194,7 +195,7 @@ TEST(Interleave, PlacesSamplesAndShares) {
       record spread(a);
       ASSERT_EQ(dspi_zinter(&spread), 0);
       EXPECT_EQ(spread.dx, 0.5);
-      for (std::size_t i = 0; i < 5; ++i) {
+      for (std::size_t i = 0; i < n; ++i) {
         EXPECT_EQ(complexes_of(spread)[2 * i], complexes_of(a)[i]);
         EXPECT_EQ(complexes_of(spread)[2 * i + 1], 0.0);
       }

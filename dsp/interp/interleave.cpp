@@ -3,36 +3,30 @@
 
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
 #include "dsp/interp/kernels.h"
 
 namespace dsp {
 namespace {
 
-// A sample on its way, real or with both parts.
-template <bool Complex>
-struct sample {
-  double re;
-  double im = 0.0;
-  sample(const double *in, std::int64_t i) : re(in[Complex ? 2 * i : i]) {
-    if (Complex) im = in[2 * i + 1];
-  }
+// Two samples of the output.
+struct complex_pair {
+  dsp_complex first;
+  dsp_complex second;
 };
 
-void put(double *out, std::int64_t at, double re, double im) {
-  out[2 * at] = re;
-  out[2 * at + 1] = im;
-}
+dsp_complex widened(double x) { return {x, 0.0}; }
+dsp_complex widened(dsp_complex z) { return z; }
 
-// From the back, each pair read before it is written: `out` may be `a` or `b`.
-template <bool A, bool B>
-void interleave_complex(const double *a, const double *b, double *out, std::int64_t n) {
-  for (std::int64_t i = n; i-- > 0;) {
-    const sample<A> x(a, i);
-    const sample<B> y(b, i);
-    put(out, 2 * i, x.re, x.im);
-    put(out, 2 * i + 1, y.re, y.im);
-  }
+template <class A, class B>
+void interleave_complex(const A *a, const B *b, double *out, std::int32_t n) {
+  walk<complex_pair>(
+      out, n,
+      [](A x, B y) {
+        return complex_pair{widened(x), widened(y)};
+      },
+      a, b);
 }
 
 bool doubles_fit(std::int32_t n) { return n <= INT32_MAX / 2; }
@@ -59,11 +53,11 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   if (!is_complex)
     interp().interleave(x, y, out->data, n);
   else if (!even.is_complex())
-    interleave_complex<false, true>(x, y, out->data, n);
+    interleave_complex(x, as<dsp_complex>(y), out->data, n);
   else if (!odd.is_complex())
-    interleave_complex<true, false>(x, y, out->data, n);
+    interleave_complex(as<dsp_complex>(x), y, out->data, n);
   else
-    interleave_complex<true, true>(x, y, out->data, n);
+    interleave_complex(as<dsp_complex>(x), as<dsp_complex>(y), out->data, n);
   return 0;
 }
 
@@ -73,14 +67,16 @@ int32_t dspi_zinter(dsp_vec *v) {
   v->length = 2 * n;
   v->dx *= 0.5;
   if (dsp_realloc(v, n, v->is_complex) != 0) return -1;
-  double *const x = v->data;
-  if (v->is_complex != 0) {
-    for (std::int64_t i = n; i-- > 0;) {
-      put(x, 2 * i, x[2 * i], x[2 * i + 1]);
-      put(x, 2 * i + 1, 0.0, 0.0);
-    }
-  } else {
-    for (std::int64_t i = n; i-- > 0;) put(x, i, x[i], 0.0);
-  }
+  const double *x = v->data;
+  if (v->is_complex != 0)
+    walk<complex_pair>(
+        v->data, n,
+        [](dsp_complex z) {
+          return complex_pair{z, {0.0, 0.0}};
+        },
+        as<dsp_complex>(x));
+  else
+    walk<dsp_complex>(
+        v->data, n, [](double sample) { return widened(sample); }, x);
   return 0;
 }
