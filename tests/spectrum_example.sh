@@ -2,13 +2,8 @@
 # Runs examples/spectrum: known tones must come back, everything wrong must end with status 2, one line and no file.
 # usage: spectrum_example.sh PROGRAM DIRECTORY
 program=$1
-rm -rf "$2" && mkdir -p "$2" && cd "$2" || exit 1
-failures=0
-
-fail() {
-  echo "FAILED: $*"
-  failures=$((failures + 1))
-}
+. "${BASH_SOURCE[0]%/*}/support/example_checks.sh"
+work_in "$2"
 
 # tone FREQUENCY AMPLITUDE SAMPLES: a sine at 48000 Hz, a number a line.
 tone() {
@@ -16,16 +11,6 @@ tone() {
     w = 2 * atan2(0, -1) * f / 48000
     for (i = 0; i < n; ++i) printf "%.15g\n", a * sin(w * i + 0.3)
   }'
-}
-
-# le BYTES VALUE...: little-endian integers as printf writes them.
-le() {
-  awk -v bytes="$1" 'BEGIN {
-    for (k = 1; k < ARGC; ++k) {
-      v = ARGV[k] < 0 ? ARGV[k] + 256 ^ bytes : ARGV[k]
-      for (b = 0; b < bytes; ++b) { printf "\\%03o", v % 256; v = int(v / 256) }
-    }
-  }' "${@:2}"
 }
 
 # wav: the numbers of stdin as the left channel of a 16 bit stereo file at 48000 Hz; the right one is silent.

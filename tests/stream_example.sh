@@ -4,23 +4,8 @@
 # usage: stream_example.sh STREAM SPECTRUM DIRECTORY
 stream=$1
 spectrum=$2
-rm -rf "$3" && mkdir -p "$3" && cd "$3" || exit 1
-failures=0
-
-fail() {
-  echo "FAILED: $*"
-  failures=$((failures + 1))
-}
-
-# le BYTES VALUE...: little-endian integers as printf writes them.
-le() {
-  awk -v bytes="$1" 'BEGIN {
-    for (k = 1; k < ARGC; ++k) {
-      v = ARGV[k] < 0 ? ARGV[k] + 256 ^ bytes : ARGV[k]
-      for (b = 0; b < bytes; ++b) { printf "\\%03o", v % 256; v = int(v / 256) }
-    }
-  }' "${@:2}"
-}
+. "${BASH_SOURCE[0]%/*}/support/example_checks.sh"
+work_in "$3"
 
 # wav SAMPLES EXPRESSION...: a 16 bit file at 48000 Hz, a channel for each awk expression of the time t in seconds.
 wav() {
