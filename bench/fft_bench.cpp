@@ -10,11 +10,11 @@
 #include <cstring>
 #include <functional>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "bench/fft_accuracy.h"
+#include "bench/noise.h"
 #include "dsp/dsp.h"
 #ifdef HAVE_FFTW
 #include <fftw3.h>
@@ -26,14 +26,6 @@
 namespace {
 
 using doubles = std::vector<double>;
-
-doubles noise(std::size_t n) {
-  std::mt19937_64 engine(1);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  doubles x(n);
-  for (double &sample : x) sample = value(engine);
-  return x;
-}
 
 // One transform: how many doubles it reads, room for its result, and a run on a buffer that already holds the samples.
 struct job {

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "bench/noise.h"
 #include "dsp/dsp.h"
 
 #ifdef HAVE_FFTW
@@ -16,14 +16,6 @@
 namespace {
 
 using reals = std::vector<double>;
-
-reals random_reals(std::size_t n, unsigned seed) {
-  std::mt19937_64 engine(seed);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  reals x(n);
-  for (double &v : x) v = value(engine);
-  return x;
-}
 
 dsp_vec borrow(reals &x) { return {1.0, x.data(), 0, static_cast<int32_t>(x.size()), 0, 0}; }
 
@@ -35,8 +27,7 @@ struct stream {
   reals in, taps;
   dsp_vec x, h, y, past;
 
-  stream(std::size_t block, std::size_t m)
-      : in(random_reals(block, 1)), taps(random_reals(m, 2)), x(borrow(in)), h(borrow(taps)) {
+  stream(std::size_t block, std::size_t m) : in(noise(block, 1)), taps(noise(m, 2)), x(borrow(in)), h(borrow(taps)) {
     dsp_init(&y);
     dsp_init(&past);
   }
@@ -59,7 +50,7 @@ void ours(benchmark::State &state, std::size_t block, std::size_t m) {
 
 // The sum as one writes it down, the past in front of the block.
 void loop(benchmark::State &state, std::size_t block, std::size_t m) {
-  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  const reals taps = noise(m, 2), in = noise(block, 1);
   reals x(m - 1 + block), y(block);
   for (auto _ : state) {
     std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
@@ -77,7 +68,7 @@ void loop(benchmark::State &state, std::size_t block, std::size_t m) {
 // Taps outside, a tile of outputs inside, which the compiler turns into vectors.
 void tiled(benchmark::State &state, std::size_t block, std::size_t m) {
   constexpr std::size_t tile = 64;
-  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  const reals taps = noise(m, 2), in = noise(block, 1);
   reals x(m - 1 + block), y(block);
   for (auto _ : state) {
     std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
@@ -102,7 +93,7 @@ void overlap_save(benchmark::State &state, std::size_t block, std::size_t m) {
   fftw_complex *spectrum = fftw_alloc_complex(size / 2 + 1), *filter = fftw_alloc_complex(size / 2 + 1);
   const fftw_plan forward = fftw_plan_dft_r2c_1d(static_cast<int>(size), x, spectrum, FFTW_MEASURE);
   const fftw_plan inverse = fftw_plan_dft_c2r_1d(static_cast<int>(size), spectrum, y, FFTW_MEASURE);
-  const reals taps = random_reals(m, 2), in = random_reals(block, 1);
+  const reals taps = noise(m, 2), in = noise(block, 1);
   std::fill(x, x + size, 0.0);
   for (std::size_t k = 0; k < m; ++k) x[k] = taps[k] / static_cast<double>(size);
   fftw_execute_dft_r2c(forward, x, filter);
@@ -140,7 +131,7 @@ void ours_folded(benchmark::State &state, std::size_t block, std::size_t half) {
 
 void folded_loop(benchmark::State &state, std::size_t block, std::size_t half) {
   const std::size_t m = 2 * half - 1;
-  const reals taps = random_reals(half, 2), in = random_reals(block, 1);
+  const reals taps = noise(half, 2), in = noise(block, 1);
   reals x(m - 1 + block), y(block);
   for (auto _ : state) {
     std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
@@ -165,7 +156,7 @@ void ours_recursive(benchmark::State &state, std::size_t block, std::size_t) {
 }
 
 void recursive_loop(benchmark::State &state, std::size_t block, std::size_t) {
-  const reals in = random_reals(block, 1);
+  const reals in = noise(block, 1);
   reals y(block);
   double s[4][3] = {};
   for (auto _ : state) {

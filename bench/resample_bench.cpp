@@ -1,10 +1,10 @@
 // Sample-rate conversion in blocks, beside soxr and libsamplerate. Items are input samples.
 #include <benchmark/benchmark.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
+#include "bench/noise.h"
 #include "dsp/dsp.h"
 
 #ifdef HAVE_SOXR
@@ -18,20 +18,12 @@ namespace {
 
 using reals = std::vector<double>;
 
-reals random_reals(std::size_t n, unsigned seed) {
-  std::mt19937_64 engine(seed);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  reals x(n);
-  for (double &v : x) v = value(engine);
-  return x;
-}
-
 constexpr std::size_t block = 4096;
 
 void count(benchmark::State &state) { state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(block)); }
 
 void ours(benchmark::State &state, double ratio) {
-  reals in = random_reals(block, 1);
+  reals in = noise(block, 1);
   const dsp_vec x = {1.0, in.data(), 0, static_cast<int32_t>(block), 0, 0};
   dsp_vec y, scratch;
   dsp_init(&y);
@@ -57,7 +49,7 @@ void ours(benchmark::State &state, double ratio) {
 
 #ifdef HAVE_SOXR
 void with_soxr(benchmark::State &state, double ratio, unsigned long recipe) {
-  const reals in = random_reals(block, 1);
+  const reals in = noise(block, 1);
   reals out(block + 16);
   soxr_error_t error = nullptr;
   const soxr_io_spec_t io = soxr_io_spec(SOXR_FLOAT64_I, SOXR_FLOAT64_I);
@@ -83,7 +75,7 @@ void soxr_very_high(benchmark::State &state, double ratio) { with_soxr(state, ra
 #ifdef HAVE_SAMPLERATE
 // Single precision throughout: the library has nothing else.
 void with_samplerate(benchmark::State &state, double ratio, int quality) {
-  const reals in = random_reals(block, 1);
+  const reals in = noise(block, 1);
   const std::vector<float> x(in.begin(), in.end());
   std::vector<float> y(block + 16);
   int error = 0;

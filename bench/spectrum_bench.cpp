@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "bench/noise.h"
 #include "dsp/dsp.h"
 #ifdef HAVE_FFTW
 #include <fftw3.h>
@@ -18,14 +18,6 @@
 namespace {
 
 using doubles = std::vector<double>;
-
-doubles noise(std::size_t n) {
-  std::mt19937_64 engine(1);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  doubles x(n);
-  for (double &sample : x) sample = value(engine);
-  return x;
-}
 
 dsp_vec view(doubles &x) { return {1.0, x.data(), 0, static_cast<std::int32_t>(x.size()), 0, 0}; }
 
