@@ -1,8 +1,10 @@
 // In C++: a matrix times its inverse, by the installed template and by the library's own product.
+#include "dsp/rf/matrix.h"
+
 #include <complex>
 #include <cstdio>
+
 #include "dsp/dsp.h"
-#include "dsp/rf/matrix.h"
 
 int main() {
   matrix<std::complex<double>> m(2, 2);

@@ -1,5 +1,6 @@
 /* In C: a tone of amplitude 1 has a mean square of one half. Prints the release and twice the mean square. */
 #include <stdio.h>
+
 #include "dsp/dsp.h"
 
 int main(void) {
