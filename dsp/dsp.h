@@ -70,10 +70,11 @@ extern "C" {
 
 /** One complex sample: the layout of C's double _Complex and C++'s std::complex<double>. */
 typedef struct dsp_complex {
-  double re;
-  double im;
+  double re; /**< real part */
+  double im; /**< imaginary part */
 } dsp_complex;
 
+/** A signal: samples `dx` apart, real or complex, in a buffer of the library's or of the caller's. */
 typedef struct dsp_vec {
   double dx;           /**< spacing of two samples; 1.0 after dsp_init */
   double *data;        /**< real: length doubles; complex: 2 length doubles, re, im, re, im, ... */
