@@ -270,26 +270,28 @@ TEST(Unwrap, PiecesContinueTheWhole) {
 
 TEST(FpuModes, SwitchTheUnit) {
   volatile double tiny = std::numeric_limits<double>::min(), half = 0.5, one = 1.0, third = 3.0;
-  const uint32_t before = get_fpscr();
+  // On ARM arithmetic sets flags in the same register.
+  const auto modes = [](uint32_t word) { return word & 0x07ffff00u; };
+  const uint32_t before = modes(get_fpscr());
   const bool has_modes = [&] {
     set_runfast(1);
     const bool flushed = tiny * half == 0.0;
     set_fpscr(before);
     return flushed;
   }();
-#if defined(__x86_64__) || defined(__aarch64__) || defined(__arm__)
+#if defined(__SSE2_MATH__) || defined(__aarch64__) || defined(__arm__)
   ASSERT_TRUE(has_modes);
 #endif
   EXPECT_NE(tiny * half, 0.0);
-  EXPECT_EQ(set_runfast(1), before | 0x3000000u);
-  EXPECT_EQ(get_fpscr(), before | 0x3000000u);
+  EXPECT_EQ(modes(set_runfast(1)), before | 0x3000000u);
+  EXPECT_EQ(modes(get_fpscr()), before | 0x3000000u);
   const double subnormal = tiny * half;
   volatile double from_memory = 5e-324;
   const double product = from_memory * 0x1p1000;
   uint32_t other_thread = 0;
   std::thread([&other_thread] { set_fpscr(other_thread = get_fpscr() & ~(1u << 24)); }).join();
   const double after_thread = tiny * half;
-  EXPECT_EQ(set_runfast(0), before & ~0x3000000u);
+  EXPECT_EQ(modes(set_runfast(0)), before & ~0x3000000u);
   if (has_modes) {
     EXPECT_EQ(subnormal, 0.0);
     EXPECT_EQ(product, 0.0);
@@ -302,8 +304,8 @@ TEST(FpuModes, SwitchTheUnit) {
     set_fpscr(mode << 22);
     rounded[mode] = one / third;
   }
-  EXPECT_EQ(set_fpscr(before), 3u << 22);
-  EXPECT_EQ(get_fpscr(), before);
+  EXPECT_EQ(modes(set_fpscr(before)), 3u << 22);
+  EXPECT_EQ(modes(get_fpscr()), before);
   if (!has_modes) return;
   const double up = std::nextafter(nearest, 1.0);
   const double expected[] = {nearest, up, nearest, nearest};  // nearest lies below 1/3

@@ -4,7 +4,7 @@
 
 #include "dsp/dsp.h"
 
-#if defined(__x86_64__) || defined(_M_X64)
+#if defined(__SSE2_MATH__) || defined(_M_X64)
 #include <xmmintrin.h>
 #endif
 
@@ -37,7 +37,7 @@ uint32_t read_modes() {
 
 void write_modes(uint32_t value, uint32_t) { __asm__ volatile("msr fpcr, %0" : : "r"(uint64_t{value}) : "memory"); }
 
-#elif defined(__x86_64__) || defined(_M_X64)
+#elif defined(__SSE2_MATH__) || defined(_M_X64)
 
 // MXCSR has the same modes at other places; its rounding modes 1 and 2 are ours exchanged.
 constexpr uint32_t mxcsr_flush = 0x8000 | 0x0040;  // results and operands
