@@ -5,6 +5,7 @@
 #include <complex>
 #include <vector>
 
+#define DSP_STATIC  // on Windows: names of the DLL that a program may define itself
 #include "dsp/dsp.h"
 
 // A program may well have routines of these names; the library must go on using its own.

@@ -12,8 +12,8 @@
 #include "dsp/elementwise/polar.h"
 
 #if defined(_WIN32)  // where the headers hide them from strict C++
-extern "C" double _y0(double);
-extern "C" double _y1(double);
+extern "C" __declspec(dllimport) double _y0(double);
+extern "C" __declspec(dllimport) double _y1(double);
 #endif
 
 namespace dsp {
