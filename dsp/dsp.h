@@ -744,7 +744,7 @@ DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t len
  *     dsps_rms(&v, &level);                  // level.data[0] is the level
  *     dsps_mean(&v, &v);                     // in place: v is now its own mean
  *
- * Sums run in blocks of 2048 samples and, inside a block, in 16 lanes whatever the processor: fast, the same bits
+ * Sums run in blocks of 2048 samples and, inside a block, in 32 lanes whatever the processor: fast, the same bits
  * everywhere, a mean right to about 2 units in the last place for any length. No routine fails on numbers or on an
  * empty signal, whose statistic is 0 where nothing else is said. Where values are said to saturate, one beyond +-1e100
  * counts as +-1e100 and its square as 1e200; where not, infinities and NaN run through. All return -1 when memory runs

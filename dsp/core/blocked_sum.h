@@ -1,5 +1,5 @@
-// Long sums in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 16 lanes, one double
-// in 16 each, eight additions at a time, and the lanes are added pairwise at the end; the total of the blocks carries
+// Long sums in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 32 lanes, one double
+// in 32 each, eight additions at a time, and the lanes are added pairwise at the end; the total of the blocks carries
 // what its rounding takes. The order is the same on every processor; additions need not wait for one another; and a
 // mean is right to about 2 units in the last place whatever the length. Several sums come out of one traversal.
 // Everything is local to the file that includes it, as in core/lanes.h.
@@ -19,15 +19,16 @@
 namespace dsp {
 namespace {
 
-constexpr int sum_lanes = 16;
+constexpr int sum_lanes = 32;
 constexpr int sum_round = 8 * sum_lanes;
 constexpr int sum_block = 2048;  // samples
 
-// Adds whole rows of 16 doubles to the lanes from `first` on that fill `Groups` registers. A block stays in the nearest
-// cache, so that lanes which find no register wait for a second walk.
+// Adds whole rows to the lanes from `first` on that fill `Groups` registers. A block stays in the nearest cache, so
+// that lanes which find no register wait for another walk.
 template <int Groups, class Kernel>
 void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, double (*lane)[sum_lanes]) {
   const int rows_end = n - n % sum_lanes;
+  lanes total[Kernel::sums][Groups] = {};
   for (int begin = 0; begin < rows_end; begin += sum_round) {
     const int end = begin + sum_round < rows_end ? begin + sum_round : rows_end;
     lanes sum[Kernel::sums][Groups] = {};
@@ -38,14 +39,13 @@ void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, dou
         for (int k = 0; k < Kernel::sums; ++k) sum[k][g] += term[k];
       }
     for (int k = 0; k < Kernel::sums; ++k)
-      for (int g = 0; g < Groups; ++g) {
-        double *total = lane[k] + first + g * lane_count;
-        store(total, load<lanes>(total) + sum[k][g]);
-      }
+      for (int g = 0; g < Groups; ++g) total[k][g] += sum[k][g];
   }
+  for (int k = 0; k < Kernel::sums; ++k)
+    for (int g = 0; g < Groups; ++g) store(lane[k] + first + g * lane_count, total[k][g]);
 }
 
-// The last row of a signal, which lacks some of its 16 doubles.
+// The last row of a signal, which lacks some of its 32 doubles.
 template <class Kernel>
 void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kernel, double (*lane)[sum_lanes]) {
   for (int at = begin; at < end; at += lane_count) {
@@ -56,16 +56,6 @@ void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kerne
       store(total, load<lanes>(total) + (counting_from(at) < end ? term[k] : lanes{}));
     }
   }
-}
-
-// The lanes of one block of n doubles.
-template <int Groups, class Kernel>
-void sum_block_lanes(const double *x, int n, const Kernel &kernel, double (*lane)[sum_lanes]) {
-  for (int k = 0; k < Kernel::sums; ++k)
-    for (double &sum : lane[k]) sum = 0.0;
-  for (int first = 0; first < sum_lanes; first += Groups * lane_count)
-    sum_some_lanes<Groups>(x, n, first, kernel, lane);
-  if (n % sum_lanes != 0) sum_incomplete_row(x, n - n % sum_lanes, n, kernel, lane);
 }
 
 // As many registers as the sums of a kernel can be given.
@@ -96,56 +86,70 @@ inline lane_pair fold_lanes(const double *lane) {
   return fold(sum[0]);
 }
 
-// A sum of few numbers that keeps what rounding takes (Knuth's two-sum).
-struct running_total {
-  double value = 0.0;
-  double rest = 0.0;
+// The sums over the even and over the odd of n doubles. Not inlined, so that it has the registers for itself.
+template <int Groups, class Kernel>
+__attribute__((noinline)) void sum_one_block(const double *x, int n, const Kernel &kernel, lane_pair *pair) {
+  double lane[Kernel::sums][sum_lanes];
+  for (int first = 0; first < sum_lanes; first += Groups * lane_count)
+    sum_some_lanes<Groups>(x, n, first, kernel, lane);
+  if (n % sum_lanes != 0) sum_incomplete_row(x, n - n % sum_lanes, n, kernel, lane);
+  for (int k = 0; k < Kernel::sums; ++k) pair[k] = fold_lanes(lane[k]);
+}
 
-  void add(double x) {
-    const double sum = value + x;
-    const double added = sum - value;
+// Sums of few numbers that keep what rounding takes (Knuth's two-sum).
+struct running_totals {
+  lane_pair value;
+  lane_pair rest = {};
+
+  void add(const lane_pair &x) {
+    const lane_pair sum = value + x;
+    const lane_pair added = sum - value;
     rest += (value - (sum - added)) + (x - added);
     value = sum;
   }
-  double result() const { return rest == rest ? value + rest : value; }  // no rest beside infinity
+  lane_pair result() const { return rest == rest ? value + rest : value; }  // no rest beside infinity
 };
 
-// block(x, n, lane) fills the lanes of a block of n doubles. total[k * parts + part] becomes the k-th sum; parts is 2
-// for complex samples, whose parts are summed apart, else 1.
+// block(x, n, pair) gives the sums over the even and over the odd of a block's n doubles. total[k * parts + part]
+// becomes the k-th sum; parts is 2 for complex samples, whose parts are summed apart, else 1.
 template <int Sums, class Block>
 void add_blocks(const double *x, std::int64_t samples, int parts, const Block &block, double *total) {
-  running_total sum[Sums][2];
+  running_totals sum[Sums] = {};
   for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
-    double lane[Sums][sum_lanes];
-    block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, lane);
+    lane_pair pair[Sums];
+    block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, pair);
     for (int k = 0; k < Sums; ++k) {
-      const lane_pair pair = fold_lanes(lane[k]);
-      sum[k][0].add(parts == 1 ? pair[0] + pair[1] : pair[0]);
-      if (parts == 2) sum[k][1].add(pair[1]);
+      if (parts == 1) pair[k] = lane_pair{pair[k][0] + pair[k][1], 0.0};
+      if (done == 0)
+        sum[k].value = pair[k];
+      else
+        sum[k].add(pair[k]);
     }
   }
-  for (int k = 0; k < Sums; ++k)
-    for (int part = 0; part < parts; ++part) total[k * parts + part] = sum[k][part].result();
+  for (int k = 0; k < Sums; ++k) {
+    const lane_pair pair = sum[k].result();
+    total[k * parts] = pair[0];
+    if (parts == 2) total[2 * k + 1] = pair[1];
+  }
 }
 
 template <class Kernel>
 void blocked_sum(const double *x, std::int64_t samples, int parts, const Kernel &kernel, double *total) {
-  const auto block = [&](const double *at, int n, double(*lane)[sum_lanes]) {
-    sum_block_lanes<groups_at_once(Kernel::sums)>(at, n, kernel, lane);
+  const auto block = [&](const double *at, int n, lane_pair *pair) {
+    sum_one_block<groups_at_once(Kernel::sums)>(at, n, kernel, pair);
   };
   add_blocks<Kernel::sums>(x, samples, parts, block, total);
 }
 
-// The same for a kernel with a costly treatment of rare values: `fast` does without it, and a block whose lanes are not
-// all within `limit` in the sum numbered `guard` is done again with `exact`.
+// The same for a kernel with a costly treatment of rare values: `fast` does without it, and a block whose sums numbered
+// `Guard`, of terms that are not negative, are not within `limit` is done again with `exact`.
 template <int Guard, class Fast, class Exact>
 void blocked_sum(const double *x, std::int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
                  double *total) {
-  const auto block = [&](const double *at, int n, double(*lane)[sum_lanes]) {
-    sum_block_lanes<groups_at_once(Fast::sums)>(at, n, fast, lane);
-    int within = 1;
-    for (const double sum : lane[Guard]) within &= sum <= limit;
-    if (within == 0) sum_block_lanes<1>(at, n, exact, lane);
+  const auto block = [&](const double *at, int n, lane_pair *pair) {
+    sum_one_block<groups_at_once(Fast::sums)>(at, n, fast, pair);
+    if (pair[Guard][0] <= limit && pair[Guard][1] <= limit) return;
+    sum_one_block<1>(at, n, exact, pair);
   };
   add_blocks<Fast::sums>(x, samples, parts, block, total);
 }

@@ -17,15 +17,13 @@ bool supported(isa wanted) {
 
 isa best() { return supported(isa::avx512) ? isa::avx512 : supported(isa::avx2) ? isa::avx2 : isa::baseline; }
 
-isa chosen = best();
-
 }  // namespace
 
-isa active_isa() { return chosen; }
+isa chosen_isa = best();
 
 bool force_isa(isa wanted) {
   if (!supported(wanted)) return false;
-  chosen = wanted;
+  chosen_isa = wanted;
   return true;
 }
 

@@ -11,7 +11,8 @@ namespace dsp {
 enum class isa : std::int32_t { baseline, avx2, avx512 };
 
 // The best set of this processor that was compiled in, found when the library is loaded, unless a test forced another.
-isa active_isa();
+extern isa chosen_isa;
+inline isa active_isa() { return chosen_isa; }
 
 // For tests: false, and no change, when this processor or this build does not have it.
 bool force_isa(isa wanted);

@@ -39,13 +39,13 @@ inline V swap_pairs(const V &v) {
     return __builtin_shufflevector(v, v, 1, 0, 3, 2, 5, 4, 7, 6);
 }
 
-inline lanes alternating(double even, double odd) {
-  lanes v{};
-  for (int i = 0; i < lane_count; ++i) v[i] = i % 2 == 0 ? even : odd;
-  return v;
-}
+inline lanes broadcast(double x) { return x - lanes{}; }
 
-inline lanes broadcast(double x) { return alternating(x, x); }
+inline lanes alternating(double even, double odd) {
+  lanes place{};
+  for (int i = 0; i < lane_count; ++i) place[i] = i % 2;
+  return place == 0.0 ? broadcast(even) : broadcast(odd);
+}
 
 // first, first + 1, ...
 inline lanes counting_from(int first) {
@@ -57,9 +57,10 @@ inline lanes counting_from(int first) {
 // The doubles from x[at] on; `missing` in place of those from `end` on.
 inline lanes load_some(const double *x, int at, int end, double missing) {
   if (at + lane_count <= end) return load<lanes>(x + at);
-  double some[lane_count];
-  for (int i = 0; i < lane_count; ++i) some[i] = at + i < end ? x[at + i] : missing;
-  return load<lanes>(some);
+  lanes some = broadcast(missing);
+  for (int i = 0; i < lane_count - 1; ++i)
+    if (at + i < end) some[i] = x[at + i];
+  return some;
 }
 
 }  // namespace
