@@ -21,6 +21,9 @@ using examples::signal;
 
 namespace {
 
+const char *const introduction =
+    "usage: gallery DIRECTORY | gallery --table\n\nDraws every window, filter kind and the converter.\n\n";
+
 const std::vector<examples::option> options = {
     {'t', "table", nullptr, "no pictures: the figures of the converter as a table"},
     {'h', "help", nullptr, "this text"},
@@ -280,15 +283,4 @@ int gallery(const examples::arguments &given) {
 
 }  // namespace
 
-int main(int argc, char **argv) {
-  return examples::run("gallery", [&] {
-    const examples::arguments given(argc, argv, options);
-    if (given.has("help")) {
-      std::printf(
-          "usage: gallery DIRECTORY | gallery --table\n\nDraws every window, filter kind and the converter.\n\n%s",
-          examples::describe(options).c_str());
-      return 0;
-    }
-    return gallery(given);
-  });
-}
+int main(int argc, char **argv) { return examples::run({"gallery", introduction, options, ""}, argc, argv, gallery); }

@@ -306,11 +306,4 @@ int calibrate(const arguments &args) {
 
 }  // namespace
 
-int main(int argc, char **argv) {
-  return run("one_port", [argc, argv] {
-    const arguments args(argc, argv, options);
-    if (!args.has("help")) return calibrate(args);
-    std::printf("%s%s%s", usage, describe(options).c_str(), examples_of_use);
-    return 0;
-  });
-}
+int main(int argc, char **argv) { return run({"one_port", usage, options, examples_of_use}, argc, argv, calibrate); }

@@ -16,6 +16,7 @@
 #include "examples/support/gnuplot.h"
 #include "examples/support/output_file.h"
 #include "examples/support/progress.h"
+#include "examples/support/recording.h"
 #include "examples/support/sample_reader.h"
 #include "examples/support/signal.h"
 
@@ -106,12 +107,6 @@ struct settings {
   bool logarithmic;
 };
 
-std::string extension_of(const std::string &path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char &c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-  return extension;
-}
-
 const averaging *averaging_of(const std::string &name) {
   for (const averaging &a : averagings)
     if (name == a.name) return &a;
@@ -120,7 +115,7 @@ const averaging *averaging_of(const std::string &name) {
 
 void choose_output(const examples::arguments &given, settings *s) {
   s->output = given.text("output", "");
-  const bool csv = given.has("csv") || extension_of(s->output) == ".csv";
+  const bool csv = given.has("csv") || examples::extension_of(s->output) == ".csv";
   s->kind = csv ? output_kind::csv : output_kind::picture;
   if (s->kind == output_kind::picture && s->output.empty())
     s->output = std::filesystem::path(s->recording).stem().string() + ".png";
@@ -149,20 +144,11 @@ settings settings_from(const examples::arguments &given) {
   constexpr int64_t most = std::numeric_limits<int32_t>::max();
   s.count = given.integer("count", most, 1, most);
   s.exponential = given.integer("exponential", 0, 1, most);
-  s.channel = given.text("channel", "mix") == "mix" ? 0 : static_cast<int>(given.integer("channel", 1, 1, 1024));
+  s.channel = examples::channel_of(given);
   s.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
   s.peaks = given.integer("peaks", 10, 0, 1000);
   s.logarithmic = given.has("log");
   return s;
-}
-
-std::unique_ptr<examples::sample_reader> open_recording(const examples::arguments &given, const std::string &path) {
-  const std::string extension = extension_of(path);
-  const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||
-                    extension == ".txt" || extension == ".dat";
-  if (!text) return examples::open_sound(path);
-  if (!given.has("rate")) throw failure(path + " holds numbers: their sample rate is needed, --rate HZ");
-  return examples::open_column(path, given.text("column", "1"), given.number("rate", 1.0, 1e-9, 1e15));
 }
 
 void choose_range(const examples::arguments &given, double rate, settings *s) {
@@ -394,7 +380,7 @@ int spectrum_of(const examples::arguments &given) {
   settings s = settings_from(given);
   const bool to_stdout = s.output.empty();
   if (s.kind == output_kind::picture) examples::require_gnuplot(s.output);
-  const auto recording = open_recording(given, s.recording);
+  const auto recording = examples::open_recording(given, s.recording);
   const double rate = recording->rate();
   choose_range(given, rate, &s);
   std::unique_ptr<examples::output_file> file;
@@ -422,12 +408,5 @@ int spectrum_of(const examples::arguments &given) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  return examples::run("spectrum", [&] {
-    const examples::arguments given(argc, argv, options);
-    if (given.has("help")) {
-      std::printf("%s%s%s", introduction, examples::describe(options).c_str(), notes);
-      return 0;
-    }
-    return spectrum_of(given);
-  });
+  return examples::run({"spectrum", introduction, options, notes}, argc, argv, spectrum_of);
 }

@@ -314,12 +314,5 @@ int stream_of(const examples::arguments &given) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  return examples::run("stream", [&] {
-    const examples::arguments given(argc, argv, options);
-    if (given.has("help")) {
-      std::printf("%s%s%s", introduction, examples::describe(options).c_str(), notes);
-      return 0;
-    }
-    return stream_of(given);
-  });
+  return examples::run({"stream", introduction, options, notes}, argc, argv, stream_of);
 }

@@ -31,20 +31,6 @@ finds() {
     END { exit !found }' <<<"$table" || fail "$* gives: $table"
 }
 
-# refuses WORD ARGUMENT...: status 2, one line on stderr that holds the word, nothing written.
-refuses() {
-  local before after status
-  before=$(ls)
-  "$program" "${@:2}" >../refused.out 2>../refused.err
-  status=$?
-  after=$(ls)
-  [ $status -eq 2 ] || fail "status $status of $*"
-  [ "$(wc -l <../refused.err)" -eq 1 ] || fail "lines on stderr of $*: $(cat ../refused.err)"
-  grep -q -i -e "$1" ../refused.err || fail "message of $*: $(cat ../refused.err)"
-  [ -s ../refused.out ] && fail "output of $*: $(cat ../refused.out)"
-  [ "$before" = "$after" ] || fail "files after $*: $after"
-}
-
 tone 1234.5 0.5 20000 >tone.txt
 tone 3000 0.999969 12000 | wav >tone.wav
 { echo "# a comment"; echo "time;volt"; tone 777.7 2 9000 | awk '{ print NR / 48000 ";" $1 }'; } >scope.csv

@@ -3,6 +3,7 @@
 # line and no file.
 # usage: stream_example.sh STREAM SPECTRUM DIRECTORY
 stream=$1
+program=$stream
 spectrum=$2
 . "${BASH_SOURCE[0]%/*}/support/example_checks.sh"
 work_in "$3"
@@ -29,19 +30,6 @@ below() { [ "$(level "${@:2}")" -le "$1" ] || fail "below $* is $(level "${@:2}"
 
 # frames FILE: how many there are, from the data chunk of a plain WAV file of as many channels.
 frames() { echo $((($(stat -c %s "$1") - 44) / 2 / $2)); }
-
-# refuses WORD ARGUMENT...: status 2, one line on stderr that holds the word, nothing written.
-refuses() {
-  local before after status
-  before=$(ls)
-  "$stream" "${@:2}" >../refused.out 2>../refused.err
-  status=$?
-  after=$(ls)
-  [ $status -eq 2 ] || fail "status $status of $*"
-  [ "$(wc -l <../refused.err)" -eq 1 ] || fail "lines on stderr of $*: $(cat ../refused.err)"
-  grep -q -e "$1" ../refused.err || fail "message of $*: $(cat ../refused.err)"
-  [ "$before" = "$after" ] || fail "files after $*: $after"
-}
 
 wav 24000 '0.25 * sin(w * 1000 * t) + 0.25 * sin(w * 9000 * t)' '0.5 * sin(w * 3000 * t)' >in.wav
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
@@ -33,6 +34,20 @@ std::string plain(double number) {
 std::string usage(const option &o) {
   std::string left = o.letter ? std::string("  -") + o.letter + ", --" + o.name : std::string("      --") + o.name;
   return o.value ? left + " " + o.value : left;
+}
+
+/** The option table as --help shows it. */
+std::string describe(const std::vector<option> &options) {
+  std::size_t width = 0;
+  for (const option &o : options) width = std::max(width, usage(o).size() + 2);
+  std::string all;
+  for (const option &o : options) {
+    std::string line = usage(o);
+    std::istringstream help(o.help);
+    for (std::string text; std::getline(help, text); line.clear())
+      all += line + std::string(width - line.size(), ' ') + text + "\n";
+  }
+  return all;
 }
 
 }  // namespace
@@ -97,17 +112,13 @@ int64_t arguments::integer(const std::string &name, int64_t otherwise, int64_t l
   return static_cast<int64_t>(value);
 }
 
-std::string describe(const std::vector<option> &options) {
-  std::size_t width = 0;
-  for (const option &o : options) width = std::max(width, usage(o).size() + 2);
-  std::string all;
-  for (const option &o : options) {
-    std::string line = usage(o);
-    std::istringstream help(o.help);
-    for (std::string text; std::getline(help, text); line.clear())
-      all += line + std::string(width - line.size(), ' ') + text + "\n";
-  }
-  return all;
+int run(const program &p, int argc, char **argv, const std::function<int(const arguments &)> &body) {
+  return run(p.name, [&] {
+    const arguments given(argc, argv, p.options);
+    if (!given.has("help")) return body(given);
+    std::printf("%s%s%s", p.introduction, describe(p.options).c_str(), p.notes);
+    return 0;
+  });
 }
 
 }  // namespace examples

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -33,8 +34,16 @@ class arguments {
   std::vector<std::string> words_;
 };
 
-/** The option table as --help shows it. */
-std::string describe(const std::vector<option> &options);
+/** What --help prints: the texts before and after the table of options. */
+struct program {
+  const char *name;
+  const char *introduction;
+  const std::vector<option> &options;
+  const char *notes;
+};
+
+/** Takes the command line apart and runs `body`, or prints the help; returns the status for main. */
+int run(const program &p, int argc, char **argv, const std::function<int(const arguments &)> &body);
 
 /** The whole of `text` as a number; false when it is none. */
 bool parse_number(const std::string &text, double *number);

@@ -1,0 +1,195 @@
+// A live spectrum in the terminal: raw samples come in on standard input, the averaged spectrum is drawn again and
+// again as a text plot, with the strongest line's frequency and level below it.
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#define isatty _isatty
+#define fileno _fileno
+#else
+#include <unistd.h>
+#endif
+
+#include "dsp/dsp.h"
+#include "examples/support/arguments.h"
+#include "examples/support/failure.h"
+#include "examples/support/signal.h"
+
+using examples::failure;
+using examples::require;
+using examples::signal;
+
+namespace {
+
+const std::vector<examples::option> options = {
+    {'r', "rate", "HZ", "sample rate (default 48000)"},
+    {'f', "format", "F",
+     "of a sample, in this machine's byte order: s16 (default), s32,\nf32 or f64; integers have full scale 1"},
+    {'c', "channels", "N", "interleaved channels, of which the first is shown (default 1)"},
+    {'b', "block", "N", "samples of a block, a power of two (default 4096)"},
+    {'a', "average", "N", "blocks that the average remembers (default 8)"},
+    {'t', "top", "DB", "highest level shown (default 0)"},
+    {'d', "depth", "DB", "range of levels shown (default 120)"},
+    {'w', "width", "N", "columns of the plot (default 72)"},
+    {'l', "lines", "N", "lines of the plot (default 16)"},
+    {'h', "help", nullptr, "this text"},
+};
+
+const char *const introduction =
+    "usage: live [OPTION]... <SAMPLES\n"
+    "\n"
+    "Draws the spectrum of the raw samples on standard input as they come, ten times a second; when the output is no\n"
+    "terminal, once, at the end.\n"
+    "\n";
+
+const char *const notes =
+    "\n"
+    "Levels are in dB relative to full scale: a sine of full amplitude reads 0 dB.\n"
+    "\n"
+    "  arecord -q -t raw -f S16_LE -r 48000 | live\n"
+    "  sox voice.wav -t f64 - | live -f f64 -r 44100 --depth 90\n"
+    "\n"
+    "Status 0 at the end of the samples, or 2 with a line on standard error that says what is wrong.\n";
+
+/** Samples of one type on standard input. */
+class raw_input {
+ public:
+  raw_input(const std::string &format, int channels) : channels_(channels) {
+#ifdef _WIN32
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    if (format == "s16") bytes_ = 2, value_ = [](const char *p) { return as<int16_t>(p) / 32768.0; };
+    if (format == "s32") bytes_ = 4, value_ = [](const char *p) { return as<int32_t>(p) / 2147483648.0; };
+    if (format == "f32") bytes_ = 4, value_ = [](const char *p) { return static_cast<double>(as<float>(p)); };
+    if (format == "f64") bytes_ = 8, value_ = [](const char *p) { return as<double>(p); };
+    if (bytes_ == 0) throw failure("--format: '" + format + "' is none of s16, s32, f32, f64");
+  }
+
+  /** Reads `count` samples of the first channel; false at the end. */
+  bool read(double *samples, int32_t count) {
+    const std::size_t frame = bytes_ * static_cast<std::size_t>(channels_);
+    frames_.resize(frame * static_cast<std::size_t>(count));
+    if (std::fread(frames_.data(), frame, static_cast<std::size_t>(count), stdin) < static_cast<std::size_t>(count))
+      return false;
+    for (int32_t i = 0; i < count; ++i) samples[i] = value_(frames_.data() + static_cast<std::size_t>(i) * frame);
+    return true;
+  }
+
+ private:
+  template <class T>
+  static T as(const char *p) {
+    T value;
+    std::memcpy(&value, p, sizeof value);
+    return value;
+  }
+
+  int channels_;
+  std::size_t bytes_ = 0;
+  double (*value_)(const char *) = nullptr;
+  std::vector<char> frames_;
+};
+
+struct screen {
+  double top, depth;
+  int32_t width, lines;
+};
+
+/** The highest level in each column of the plot, as a number of eighths of a line. */
+std::vector<int> heights_of(const signal &levels, const screen &s) {
+  std::vector<int> heights;
+  for (int64_t column = 0; column < s.width; ++column) {
+    const int64_t first = column * levels.length / s.width, end = (column + 1) * levels.length / s.width;
+    double level = levels[static_cast<int32_t>(first)];
+    for (int64_t i = first + 1; i < end; ++i) level = std::max(level, levels[static_cast<int32_t>(i)]);
+    const double share = std::clamp(1.0 - (s.top - level) / s.depth, 0.0, 1.0);
+    heights.push_back(static_cast<int>(std::lround(share * 8 * s.lines)));
+  }
+  return heights;
+}
+
+std::string plot(const signal &levels, const screen &s) {
+  static const char *const eighths[] = {" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
+  const std::vector<int> heights = heights_of(levels, s);
+  std::string text;
+  char label[32];
+  for (int32_t line = s.lines - 1; line >= 0; --line) {
+    std::snprintf(label, sizeof label, "%6.0f |", s.top - s.depth * (s.lines - 1 - line) / s.lines);
+    text += label;
+    for (const int height : heights) text += eighths[std::clamp(height - 8 * line, 0, 8)];
+    text += "\n";
+  }
+  const std::string from = "0 Hz";
+  std::snprintf(label, sizeof label, "%.0f Hz", levels.dx * (levels.length - 1));
+  const auto gap = std::max<std::ptrdiff_t>(s.width - static_cast<std::ptrdiff_t>(from.size() + std::strlen(label)), 1);
+  return text + std::string(8, ' ') + from + std::string(static_cast<std::size_t>(gap), ' ') + label + "\n";
+}
+
+/** The strongest line, between the bins; the main lobe at frequency 0 holds an offset. */
+std::string peak_of(const signal &power, double rate) {
+  constexpr int32_t half_lobe = 5;
+  constexpr double curvature = 0.631127298315668;  // of the logarithm of this window's line, a Gaussian
+  signal lines, peak;
+  require(dspu_subvec(&power, &lines, half_lobe, power.length), "cut the spectrum");
+  if (dsps_peak(&lines, &peak, DSP_PEAK_GAUSS, 0) != 0 || !(peak[0] > 0.0)) return "no line stands out\n";
+  const auto bin = static_cast<int32_t>(std::lround(peak[1]));
+  const double offset = peak[1] - bin;
+  const double level = 10.0 * std::log10(lines[bin] * std::exp(curvature * offset * offset));
+  char text[80];
+  std::snprintf(text, sizeof text, "strongest: %.2f Hz, %.2f dB; sample rate %.0f Hz\n",
+                (peak[1] + half_lobe) * power.dx, level, rate);
+  return text;
+}
+
+std::string frame(const signal &power, const screen &s, double rate) {
+  signal levels;
+  require(dsp_copy(&levels, &power), "copy the spectrum");
+  require(dspi_db(&levels, 10.0), "convert the spectrum to dB");
+  return plot(levels, s) + peak_of(power, rate);
+}
+
+int live(const examples::arguments &given) {
+  if (!given.words().empty()) throw failure("samples come on standard input; --help tells more");
+  const screen s = {given.number("top", 0.0, -300.0, 300.0), given.number("depth", 120.0, 1.0, 300.0),
+                    static_cast<int32_t>(given.integer("width", 72, 20, 1000)),
+                    static_cast<int32_t>(given.integer("lines", 16, 2, 200))};
+  const double rate = given.number("rate", 48000.0, 1e-9, 1e15);
+  const auto n = static_cast<int32_t>(given.integer("block", 4096, 256, 1 << 24));
+  if ((n & (n - 1)) != 0) throw failure("--block: " + std::to_string(n) + " is not a power of two");
+  const auto memory = static_cast<double>(given.integer("average", 8, 1, 1 << 30));
+  raw_input input(given.text("format", "s16"), static_cast<int>(given.integer("channels", 1, 1, 256)));
+
+  using clock = std::chrono::steady_clock;
+  const bool on_terminal = isatty(fileno(stdout)) != 0;
+  auto next = clock::now();
+  signal block(n), bins, power, work;
+  block.dx = 1.0 / rate;
+  int32_t count = 0;
+  for (int32_t kept = 0; input.read(block.data + kept, n - kept); kept = n / 2) {
+    require(dsph_fft(&block, &bins, 0, 1.0, DSP_WINDOW_GAUSSTOP, 0), "transform a block");
+    count += count < INT32_MAX;
+    require(dsph_avg(&bins, &power, &work, DSP_AVG_MEAN | DSP_AVG_POWER | DSP_AVG_LIMIT, count, 0, -1.0, memory),
+            "average the spectrum");
+    std::memmove(block.data, block.data + n / 2, static_cast<std::size_t>(n / 2) * sizeof(double));
+    if (!on_terminal || clock::now() < next) continue;
+    next = clock::now() + std::chrono::milliseconds(100);
+    std::printf("\x1b[H\x1b[J%s", frame(power, s, rate).c_str());
+    std::fflush(stdout);
+  }
+  if (count == 0) throw failure("there are fewer samples than a block of " + std::to_string(n));
+  std::printf("%s%s", on_terminal ? "\x1b[H\x1b[J" : "", frame(power, s, rate).c_str());
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) { return examples::run({"live", introduction, options, notes}, argc, argv, live); }

@@ -1,0 +1,28 @@
+#include "examples/support/recording.h"
+
+#include <filesystem>
+
+#include "examples/support/failure.h"
+
+namespace examples {
+
+std::string extension_of(const std::string &path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  for (char &c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+  return extension;
+}
+
+std::unique_ptr<sample_reader> open_recording(const arguments &given, const std::string &path) {
+  const std::string extension = extension_of(path);
+  const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||
+                    extension == ".txt" || extension == ".dat";
+  if (!text) return open_sound(path);
+  if (!given.has("rate")) throw failure(path + " holds numbers: their sample rate is needed, --rate HZ");
+  return open_column(path, given.text("column", "1"), given.number("rate", 1.0, 1e-9, 1e15));
+}
+
+int channel_of(const arguments &given) {
+  return given.text("channel", "mix") == "mix" ? 0 : static_cast<int>(given.integer("channel", 1, 1, 1024));
+}
+
+}  // namespace examples

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "examples/support/arguments.h"
+#include "examples/support/sample_reader.h"
+
+namespace examples {
+
+/** What a path ends in, from its last dot on, in small letters. */
+std::string extension_of(const std::string &path);
+
+/** A sound file, or a column of a text file where its name or the options --rate and --column say so. */
+std::unique_ptr<sample_reader> open_recording(const arguments &given, const std::string &path);
+
+/** The channel that --channel names, from 1; 0 for "mix", the mean of all, which is the default. */
+int channel_of(const arguments &given);
+
+}  // namespace examples

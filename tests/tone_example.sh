@@ -1,0 +1,69 @@
+#!/bin/bash
+# Runs examples/tone and examples/live on a tone of known level, distortion and noise.
+# usage: tone_example.sh TONE LIVE DIRECTORY
+tone=$1
+live=$2
+. "${BASH_SOURCE[0]%/*}/support/example_checks.sh"
+work_in "$3"
+
+# signal SAMPLES NOISE: at 48000 Hz, level -6.02 dB, harmonics 60 and 66.02 dB below it, an offset, uniform noise.
+signal() {
+  awk -v n="$1" -v noise="$2" 'BEGIN {
+    w = 2 * atan2(0, -1) * 997.3 / 48000
+    for (i = 0; i < n; ++i) {
+      x = 0.5 * sin(w * i) + 5e-4 * sin(2 * w * i + 1) + 2.5e-4 * sin(3 * w * i) + noise * (2 * rand() - 1) + 0.01
+      printf "%.15g\n", x
+    }
+  }'
+}
+
+# reads NAME VALUE WITHIN: a line of the report.
+reads() {
+  awk -v name="$1" -v v="$2" -v d="$3" 'index($0, name) == 1 { x = substr($0, 24) + 0; found = x >= v - d && x <= v + d }
+    END { exit !found }' report || fail "$1 is not $2: $(cat report)"
+}
+
+signal 60000 3e-5 >tone.txt
+"$tone" --rate 48000 tone.txt >report || fail "status of tone"
+reads frequency 997.3 0.0001
+reads level -6.0206 0.011
+reads "harmonic 2" -60 0.02
+reads "harmonic 3" -66.02 0.02
+reads "total distortion" -59.03 0.03
+# Uniform noise has a third of the square of its bound as power, a sine half of its amplitude squared.
+reads "noise  " -92.22 0.15
+reads "noise density" -136.02 0.15
+reads "signal to noise" 86.2 0.15
+reads SINAD 59.02 0.03
+reads "effective bits" 10.51 0.02
+"$tone" --rate 48000 --harmonics 2 --full-scale 0.5 tone.txt >report || fail "status of tone"
+reads level 0 0.011
+reads "total distortion" -60 0.02
+
+# A second harmonic above half the rate shows where it folds to.
+awk 'BEGIN { w = 2 * atan2(0, -1); for (i = 0; i < 9000; ++i) printf "%.15g\n", cos(0.4 * w * i) + 0.001 * cos(0.8 * w * i) }' \
+  >folded.txt
+"$tone" --rate 1 folded.txt >report || fail "status of tone"
+reads "harmonic 2" -60 0.02
+
+program=$tone
+refuses "recording is needed"
+head -n 255 tone.txt >short.txt
+yes 0 | head -n 1000 >silence.txt
+refuses "fewer than 256" --rate 1 short.txt
+refuses "no tone" --rate 1 silence.txt
+refuses "channel 2" --rate 1 -c 2 tone.txt
+
+# The same tone as raw 16 bit samples: a line each, its bar over the right column, and the same frequency and level.
+awk '{ printf "%d\n", $1 * 32768 }' tone.txt | { mapfile -t samples && printf "$(le 2 "${samples[@]}")"; } >tone.raw
+"$live" --lines 10 --width 48 --depth 100 <tone.raw >report || fail "status of live"
+[ "$(wc -l <report)" -eq 12 ] || fail "lines of live: $(cat report)"
+grep -q "strongest: 997\.3[0-2] Hz, -6\.0[0-4] dB" report || fail "live reads $(tail -n 1 report)"
+[ "$(sed -n 2p report)" = "   -10 | ██$(printf '%45s' '')" ] || fail "live draws $(sed -n 2p report)"
+program=$live
+refuses "fewer samples" <tone.txt --block 1048576
+refuses "power of two" --block 1000 <tone.raw
+refuses "none of s16" --format u8 <tone.raw
+
+[ $failures -eq 0 ] || exit 1
+echo "all of tone's and live's cases hold"
