@@ -14,9 +14,11 @@ static inline double saturate(double x) {
   return x > overflow_bound ? overflow_bound : x < -overflow_bound ? -overflow_bound : x;
 }
 
-// The square of a component, and what stands for the square of one beyond the bound.
+// The square of a component, and what stands for the square of one beyond the bound: the squares tell as well, since
+// that of the bound is 1e200 and that of the next number above is more.
 static inline double saturated_square(double x, double beyond = overflow_square) {
-  return overflows(x) ? beyond : x * x;
+  const double square = x * x;
+  return square > overflow_square ? beyond : square;
 }
 
 }  // namespace dsp
