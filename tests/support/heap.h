@@ -2,6 +2,7 @@
 // and double frees, and fails on request.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -10,8 +11,10 @@ namespace support {
 
 class record;
 
-long heap_live();      // blocks now allocated
-long heap_requests();  // requests ever made
+long heap_live();                      // blocks now allocated
+std::size_t heap_size(double *block);  // its bytes; 0: no block
+void heap_limit(std::size_t bytes);    // larger requests fail
+long heap_requests();                  // requests ever made
 long heap_lost();  // blocks given up by dsp_realloc when a resize failed (its stated behaviour); the test heap frees
                    // them
 
@@ -25,6 +28,15 @@ class exempt {
   ~exempt();
   exempt(const exempt &) = delete;
   exempt &operator=(const exempt &) = delete;
+};
+
+// While one lives, operator new is one of the failing requests and what it gave out must come back.
+class raising {
+ public:
+  raising();
+  ~raising();
+  raising(const raising &) = delete;
+  raising &operator=(const raising &) = delete;
 };
 
 // Calls `run` with the first, second, ... request failing, once and for ever, until it succeeds. `run` builds its own
