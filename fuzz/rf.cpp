@@ -1,0 +1,83 @@
+// Calibration and complex matrices on plain arrays.
+#include <algorithm>
+#include <iterator>
+
+#include "fuzz/block.h"
+#include "fuzz/target.h"
+
+namespace fuzz {
+namespace {
+
+using elements = block<dsp_complex>;
+
+elements filled(play *p, std::int32_t n) {
+  elements z(static_cast<std::size_t>(n));
+  p->in->fill(reinterpret_cast<double *>(z.data()), 2 * n);
+  return z;
+}
+
+void finish(play *p, elements *z) {
+  p->check(z->is_intact(), "writes beside its array");
+  p->note(reinterpret_cast<const double *>(z->data()), 2 * z->size());
+}
+
+// The six arrays may be the same ones; an empty range may lie anywhere.
+std::int32_t calibrate(play *p) {
+  const std::int32_t n = p->in->below(20);
+  elements z[6];
+  for (elements &each : z) each = filled(p, n);
+  dsp_complex *at[6];
+  const bool shared = p->in->byte() % 2 != 0;
+  for (int i = 0; i < 6; ++i) at[i] = z[shared ? p->in->below(6) : i].data();
+  const bool is_within = p->in->byte() < 224;
+  const std::int32_t a = is_within ? p->in->below(n + 1) : p->integer();
+  const std::int32_t b = is_within ? p->in->below(n + 1) : p->integer();
+  Compute1PortTerms(at[0], at[1], at[2], at[3], at[4], at[5], is_within ? std::min(a, b) : std::max(a, b),
+                    is_within ? std::max(a, b) : std::min(a, b));
+  for (elements &each : z) finish(p, &each);
+  return 0;
+}
+
+// Sizes that are refused, however little there is behind them, or small ones.
+std::int32_t multiply(play *p) {
+  const bool is_hostile = p->in->byte() >= 192;
+  std::int32_t m = is_hostile ? p->integer() : p->in->below(7);
+  std::int32_t k = is_hostile ? p->integer() : p->in->below(7);
+  const std::int32_t columns = is_hostile ? p->integer() : p->in->below(7);
+  const bool refused = m < 0 || k < 0 || columns < 0 || (m > 0 && k > m && columns > 0);
+  if (is_hostile && !refused) return 0;
+  const std::int32_t sharing = p->in->below(4);
+  const std::int32_t size = is_hostile ? 1 : std::max({m * k, k * columns, m * columns});
+  elements a = filled(p, is_hostile || sharing != 0 ? size : m * k);
+  elements b = filled(p, is_hostile || sharing != 0 ? size : k * columns);
+  elements c = filled(p, is_hostile || sharing != 0 ? size : m * columns);
+  elements &out = sharing == 1 ? a : sharing == 2 ? b : c;
+  const std::int32_t written = MatrixMult(a.data(), sharing == 3 ? a.data() : b.data(), out.data(), m, k, columns);
+  p->check(written == (refused ? -1 : m * columns), "returns another count");
+  finish(p, &a);
+  finish(p, &b);
+  finish(p, &c);
+  return 0;
+}
+
+std::int32_t inverse(play *p) {
+  const bool is_hostile = p->in->byte() >= 224;
+  const std::int32_t n = is_hostile ? std::min(p->integer(), 0) : p->in->below(9);
+  elements m = filled(p, is_hostile ? 1 : n * n);
+  const std::int32_t done = invert(m.data(), n);
+  p->check(done == 0 || (done == 1 && n > 0), "returns neither 0 nor 1");
+  finish(p, &m);
+  return 0;
+}
+
+constexpr row rows[] = {
+    {"Compute1PortTerms", calibrate, 0},
+    {"MatrixMult", multiply, 0},
+    {"invert", inverse, 0},
+};
+
+}  // namespace
+
+const target rf = {"rf", rows, std::size(rows), true};
+
+}  // namespace fuzz

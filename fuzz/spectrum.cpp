@@ -1,0 +1,52 @@
+// Spectra, averages and correlation.
+#include <algorithm>
+#include <iterator>
+
+#include "fuzz/block.h"
+#include "fuzz/target.h"
+
+namespace fuzz {
+namespace {
+
+enum : unsigned { first_null = 1, second_null = 2, third_null = 4, fourth_null = 8 };
+
+std::int64_t power_of_two_from(std::int64_t n) {
+  std::int64_t p = 1;
+  while (p < n) p *= 2;
+  return p;
+}
+
+// Room for what dsp.h says the result takes.
+std::int32_t bare_arrays(play *p) {
+  const std::int32_t length = p->in->length();
+  const bool is_complex = p->in->byte() % 2 != 0;
+  const double fraction = p->number();
+  const dsp_window_type type = p->integer();
+  const std::int32_t flags = p->integer();
+  const bool inverse = (flags & DSP_SPECTRUM_INVERSE) != 0;
+  const bool one_sided = (flags & DSP_SPECTRUM_TWO_SIDED) == 0 && !(!inverse && is_complex);
+  const std::int64_t size = power_of_two_from(length);
+  const std::int64_t half = power_of_two_from(2 * std::max<std::int64_t>(length - 1, 0));
+  const std::int64_t result = inverse ? std::max(half, 2 * size) : one_sided ? size + 2 : 2 * size;
+  block<double> from(static_cast<std::size_t>(length) * (is_complex ? 2 : 1));
+  block<double> to(static_cast<std::size_t>(result));
+  p->in->fill(from.data(), static_cast<std::int32_t>(from.size()));
+  const std::int32_t status = cf_dsph_fft(from.data(), to.data(), length, is_complex, fraction, type, flags);
+  p->check(from.is_intact() && to.is_intact(), "writes beside its arrays");
+  return status;
+}
+
+constexpr row rows[] = {
+    FUZZ_ROW(dsph_fft, first_null | second_null),
+    FUZZ_ROW(dsph_dft, first_null | second_null),
+    FUZZ_ROW(dsph_avg, folds | first_null | second_null | third_null),
+    FUZZ_ROW(dsph_corr, first_null | second_null | third_null | fourth_null),
+    FUZZ_ROW(dspb_corr, first_null | second_null | third_null),
+    {"cf_dsph_fft", bare_arrays, 0},
+};
+
+}  // namespace
+
+const target spectrum = {"spectrum", rows, std::size(rows), false};
+
+}  // namespace fuzz

@@ -1,0 +1,59 @@
+#include "fuzz/target.h"
+
+#include <cstdio>
+
+#include "dsp/core/isa.h"
+#include "fuzz/check.h"
+#include "tests/support/heap.h"
+
+namespace fuzz {
+namespace {
+
+constexpr int most_calls = 24;
+constexpr std::size_t most_bytes = 1u << 19;  // of one block; more is out of memory
+
+// The first byte says which request for memory fails, if any.
+void fail_memory(std::uint8_t how) {
+  if (how >= 128) support::heap_fail(how % 32 + 1, how >= 192);
+}
+
+// What the signals have been through, the same for the same bytes.
+std::uint64_t play_out(const target &t, input in, bool tells) {
+  std::uint64_t digest = 0;
+  {
+    const std::uint8_t failure = in.byte();
+    signals all(&in);
+    fail_memory(failure);
+    for (int calls = 0; calls < most_calls && !in.is_empty(); ++calls) {
+      const int what = in.byte();
+      if (what >= 224)
+        all.make(what % signals::count, &in);
+      else
+        digest += run(t.rows[static_cast<std::size_t>(what) % t.count], &in, &all, tells);
+      digest = digest * 31 + all.digest();
+    }
+    support::heap_fail(0);
+  }
+  check(dsp_free_internal() == 0, "dsp_free_internal", "fails");
+  return digest;
+}
+
+}  // namespace
+
+void run(const target &t, const std::uint8_t *bytes, std::size_t size, bool tells) {
+  static const dsp::isa best = dsp::active_isa();
+  support::heap_limit(most_bytes);
+  const long live = support::heap_live();
+  const auto on = [&](dsp::isa set) {
+    dsp::force_isa(set);
+    const std::uint64_t digest = play_out(t, input(bytes, size), tells);
+    check(support::heap_live() == live, t.name, "leaks");
+    return digest;
+  };
+  const std::uint64_t digest = on(best);
+  if (best == dsp::isa::baseline) return;
+  const bool same = on(dsp::isa::baseline) == digest;
+  check(same || !t.same_bits, t.name, "depends on the instruction set");
+}
+
+}  // namespace fuzz
