@@ -7,9 +7,10 @@ namespace dsp {
 namespace DSP_ISA {
 namespace {
 
-constexpr int block_doubles = 512;
+constexpr int block_doubles = 256;
 constexpr int groups = 4;
 constexpr double missing = __builtin_nan("");  // never chosen
+constexpr double nowhere = 0x1p62;             // beyond every place
 
 struct value_key {
   lanes operator()(const lanes &x) const { return x; }
@@ -32,69 +33,97 @@ struct magnitude_key {
   }
 };
 
-template <bool Least>
-auto better(const lanes &a, const lanes &b) {
+template <bool Least, class V>
+auto better(const V &a, const V &b) {
   return Least ? a < b : a > b;
 }
 
-// The best key among n doubles, `best` if none beats it.
-template <class Key, bool Least>
-double best_key(const double *x, int n, double best) {
-  lanes m[groups];
-  for (lanes &v : m) v = broadcast(best);
-  const auto take = [](const lanes &key, lanes &v) { v = better<Least>(key, v) ? key : v; };
-  int at = 0;
-  for (; at + groups * lane_count <= n; at += groups * lane_count)
-    for (int g = 0; g < groups; ++g) take(Key()(load<lanes>(x + at + g * lane_count)), m[g]);
-  for (; at < n; at += lane_count) take(Key()(load_some(x, at, n, missing)), m[0]);
-  for (int g = 1; g < groups; ++g) take(m[g], m[0]);
-  for (int i = 0; i < lane_count; ++i) best = (Least ? m[0][i] < best : m[0][i] > best) ? m[0][i] : best;
-  return best;
-}
+// The best keys so far and the places of their doubles; in lanes, or one of all.
+template <class V>
+struct best_of {
+  V key;
+  V place;
 
-// The place of the first double with this key: from the back, so that the first is noted last.
-template <class Key>
-int find_key(const double *x, int n, double key) {
-  lanes place = broadcast(n);
-  for (int at = (n - 1) / lane_count * lane_count; at >= 0; at -= lane_count)
-    place = Key()(load_some(x, at, n, missing)) == key ? counting_from(at) : place;
-  double first = place[0];
-  for (int i = 1; i < lane_count; ++i) first = place[i] < first ? place[i] : first;
-  return static_cast<int>(first);
-}
-
-// Block by block, noting only in which one the best key turned up; that one is searched for its place. `Fast` keys
-// serve up to a block whose best is so great that a part may be beyond the bound. (No least key is: it would not beat
-// the start.)
-template <class Fast, class Exact, bool Least>
-std::int64_t search(const double *x, std::int64_t n, int parts) {
-  const std::int64_t doubles = n * parts;
-  double best = Least ? overflow_bound : -overflow_bound;
-  std::int64_t found = -1;
-  bool exact = false;
-  const auto length = [&](std::int64_t at) {
-    return static_cast<int>(doubles - at < block_doubles ? doubles - at : block_doubles);
-  };
-  for (std::int64_t at = 0; at < doubles; at += block_doubles) {
-    double key = best_key<Fast, Least>(x + at, length(at), best);
-    if (key == best) continue;
-    const bool suspect = key > 0.5 * overflow_square;
-    if (suspect) key = best_key<Exact, Least>(x + at, length(at), best);
-    if (key == best) continue;
-    best = key;
-    found = at;
-    exact = suspect;
+  template <class Wins>
+  void replace(const Wins &wins, const best_of &other) {
+    key = wins ? other.key : key;
+    place = wins ? other.place : place;
   }
-  if (found < 0) return -1;
-  const double *block = x + found;
-  const int place = exact ? find_key<Exact>(block, length(found), best) : find_key<Fast>(block, length(found), best);
-  return (found + place) / parts;
+};
+
+// The earlier one of two equal ones.
+template <bool Least, class V>
+void merge(best_of<V> &into, const best_of<V> &other) {
+  into.replace(better<Least>(other.key, into.key) | ((other.key == into.key) & (other.place < into.place)), other);
 }
 
 template <bool Least>
+best_of<double> best_lane(const best_of<lanes> &b) {
+  best_of<double> first = {b.key[0], b.place[0]};
+  for (int i = 1; i < lane_count; ++i) merge<Least>(first, best_of<double>{b.key[i], b.place[i]});
+  return first;
+}
+
+// Calls take(key, row, group) along n doubles, each row of so many groups of lanes; NaN for the doubles that the last
+// row lacks.
+template <class Key, class Take>
+void each_key(const double *x, int n, const Take &take) {
+  constexpr int row = groups * lane_count;
+  int at = 0;
+  for (; at + row <= n; at += row)
+    for (int g = 0; g < groups; ++g) take(Key()(load<lanes>(x + at + g * lane_count)), at, g);
+  for (int g = 0; g < groups; ++g)
+    if (at + g * lane_count < n) take(Key()(load_some(x, at + g * lane_count, n, missing)), at, g);
+}
+
+template <bool Least>
+constexpr double start = Least ? overflow_bound : -overflow_bound;
+
+// The first double with the best key of a block, nowhere if none beats the start.
+template <class Key, bool Least>
+best_of<double> best_in_block(const double *x, int n) {
+  best_of<lanes> best[groups];
+  for (auto &b : best) b = {broadcast(start<Least>), broadcast(nowhere)};
+  each_key<Key>(x, n, [&best](const lanes &key, int row, int g) {
+    best[g].replace(better<Least>(key, best[g].key), {key, broadcast(row)});
+  });
+  for (int g = 0; g < groups; ++g) best[g].place += counting_from(g * lane_count);
+  for (int g = 1; g < groups; ++g) merge<Least>(best[0], best[g]);
+  return best_lane<Least>(best[0]);
+}
+
+// The same of any number of doubles: by blocks, of which only the first with the best key is searched for its place.
+template <class Key, bool Least>
+best_of<double> first_best(const double *x, std::int64_t n) {
+  if (n <= block_doubles) return best_in_block<Key, Least>(x, static_cast<int>(n));
+  const auto length = [n](std::int64_t at) {
+    return static_cast<int>(n - at < block_doubles ? n - at : block_doubles);
+  };
+  best_of<lanes> best = {broadcast(start<Least>), broadcast(nowhere)};
+  for (std::int64_t at = 0; at < n; at += block_doubles) {
+    lanes m[groups];
+    for (lanes &v : m) v = broadcast(start<Least>);
+    each_key<Key>(x + at, length(at),
+                  [&m](const lanes &key, int, int g) { m[g] = better<Least>(key, m[g]) ? key : m[g]; });
+    for (int g = 1; g < groups; ++g) m[0] = better<Least>(m[g], m[0]) ? m[g] : m[0];
+    best.replace(better<Least>(m[0], best.key), {m[0], broadcast(static_cast<double>(at))});
+  }
+  best_of<double> first = best_lane<Least>(best);
+  if (first.place < nowhere) {
+    const auto at = static_cast<std::int64_t>(first.place);
+    first.place += best_in_block<Key, Least>(x + at, length(at)).place;
+  }
+  return first;
+}
+
+// Complex samples are searched by plain keys, unless the best is so great that a part may be beyond the bound. (No
+// least key is: it would not beat the start.)
+template <bool Least>
 std::int64_t find(const double *x, std::int64_t n, int parts) {
-  return parts == 1 ? search<value_key, value_key, Least>(x, n, parts)
-                    : search<plain_magnitude_key, magnitude_key, Least>(x, n, parts);
+  best_of<double> first =
+      parts == 1 ? first_best<value_key, Least>(x, n) : first_best<plain_magnitude_key, Least>(x, 2 * n);
+  if (!Least && parts == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
+  return first.place < nowhere ? static_cast<std::int64_t>(first.place) / parts : -1;
 }
 
 }  // namespace
