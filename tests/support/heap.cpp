@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
 #include "dsp/core/heap.h"
 
@@ -32,7 +31,6 @@ long lost = 0;
 long countdown = 0;
 bool failing_for_ever = false;
 int exemptions = 0;
-bool raises = false;
 
 // The header of a block that is allocated, or null. It can be read until the caller hides it again.
 header *opened(void *block) {
@@ -46,21 +44,12 @@ void *hidden(header *h) {
   return h + 1;
 }
 
-bool fails() {
-  if (exemptions > 0) return false;
-  ++requests;
-  if (countdown == 0) return false;
-  if (countdown > 1) return --countdown, false;
-  if (!failing_for_ever) countdown = 0;
-  return true;
-}
-
 }  // namespace
 
 namespace dsp {
 
 void *heap_allocate(std::size_t bytes) noexcept {
-  if (bytes == 0 || fails() || bytes > limit) return nullptr;
+  if (bytes == 0 || support::heap_refuses() || bytes > limit) return nullptr;
   auto *h = static_cast<header *>(std::malloc(bytes + sizeof(header)));
   if (h == nullptr) return nullptr;
   ++live;
@@ -91,21 +80,18 @@ void *heap_resize(void *block, std::size_t old_bytes, std::size_t bytes) noexcep
 
 }  // namespace dsp
 
-void *operator new(std::size_t bytes) {
-  void *block = raises && fails() ? nullptr : std::malloc(bytes > 0 ? bytes : 1);
-  if (block == nullptr) throw std::bad_alloc();
-  live += raises;
-  return block;
-}
-
-void operator delete(void *block) noexcept {
-  live -= raises && block != nullptr;
-  std::free(block);
-}
-
-void operator delete(void *block, std::size_t) noexcept { operator delete(block); }
-
 namespace support {
+
+bool heap_refuses() {
+  if (exemptions > 0) return false;
+  ++requests;
+  if (countdown == 0) return false;
+  if (countdown > 1) return --countdown, false;
+  if (!failing_for_ever) countdown = 0;
+  return true;
+}
+
+void heap_count(int blocks) { live += blocks; }
 
 long heap_live() { return live; }
 long heap_requests() { return requests; }
@@ -124,9 +110,6 @@ void heap_fail(long k, bool for_ever) {
   countdown = k;
   failing_for_ever = for_ever;
 }
-
-raising::raising() { raises = true; }
-raising::~raising() { raises = false; }
 
 exempt::exempt() { ++exemptions; }
 exempt::~exempt() { --exemptions; }

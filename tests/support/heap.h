@@ -21,6 +21,10 @@ long heap_lost();  // blocks given up by dsp_realloc when a resize failed (its s
 // The k-th request from now on fails (k = 1 is the next), and all later ones with `for_ever`; 0 fails none.
 void heap_fail(long k, bool for_ever = false);
 
+// For another heap that fails with this one: asks whether its request is to fail, tells of blocks got or given back.
+bool heap_refuses();
+void heap_count(int blocks);
+
 // While one lives, no request fails or counts: tests build their signals so.
 class exempt {
  public:
