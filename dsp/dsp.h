@@ -730,7 +730,8 @@ DSP_API int32_t dspb_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, i
 
 /** dsph_fft with n 0 on plain arrays and a spacing of 1. `out_data` takes every sample of the result, with M the least
  * power of two >= length: forward, real and one-sided, M + 2 doubles, else 2 M; inverse of a half spectrum, M the least
- * power of two >= 2 (length - 1), M doubles, else 2 M (M from length). Nothing is written on failure. */
+ * power of two >= 2 (length - 1), M doubles, else 2 M (M from length). A raw transform counts as two-sided. Nothing is
+ * written on failure. */
 DSP_API int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t length, uint32_t is_complex,
                             double fraction, dsp_window_type window, int32_t flags);
 

@@ -62,6 +62,8 @@ class play {
   void note(double result) { digest = mix(digest, result); }
   void note(const double *results, std::size_t n) { digest = mix(digest, results, n); }
 
+  void forget_output();
+
   // What the routine was given, and what came out beside the signals.
   unsigned changed = 0;  // signals that it may change, a bit each
   int first = -1;        // the first of them

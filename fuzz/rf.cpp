@@ -41,10 +41,10 @@ std::int32_t calibrate(play *p) {
 // Sizes that are refused, however little there is behind them, or small ones.
 std::int32_t multiply(play *p) {
   const bool is_hostile = p->in->byte() >= 192;
-  std::int32_t m = is_hostile ? p->integer() : p->in->below(7);
-  std::int32_t k = is_hostile ? p->integer() : p->in->below(7);
+  const std::int32_t m = is_hostile ? p->integer() : p->in->below(7);
+  const std::int32_t k = is_hostile ? p->integer() : p->in->below(7);
   const std::int32_t columns = is_hostile ? p->integer() : p->in->below(7);
-  const bool refused = m < 0 || k < 0 || columns < 0 || (m > 0 && k > m && columns > 0);
+  const bool refused = m < 0 || k < 0 || columns < 0 || (k > 0 && k > m);
   if (is_hostile && !refused) return 0;
   const std::int32_t sharing = p->in->below(4);
   const std::int32_t size = is_hostile ? 1 : std::max({m * k, k * columns, m * columns});

@@ -24,7 +24,7 @@ std::int32_t bare_arrays(play *p) {
   const dsp_window_type type = p->integer();
   const std::int32_t flags = p->integer();
   const bool inverse = (flags & DSP_SPECTRUM_INVERSE) != 0;
-  const bool one_sided = (flags & DSP_SPECTRUM_TWO_SIDED) == 0 && !(!inverse && is_complex);
+  const bool one_sided = (flags & (DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_RAW)) == 0 && !is_complex;
   const std::int64_t size = power_of_two_from(length);
   const std::int64_t half = power_of_two_from(2 * std::max<std::int64_t>(length - 1, 0));
   const std::int64_t result = inverse ? std::max(half, 2 * size) : one_sided ? size + 2 : 2 * size;

@@ -14,6 +14,7 @@ int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_v
   constexpr std::int32_t state_length = hwfilt_sections * hwfilt_section_values;
   const dsp_vec source = *in;  // out may be in, and change
   if (dsp_output_prepare(&source, &out, nullptr, &state, state_length, DSP_OUT_SHARED_STATE) != 0) return -1;
+  if (samples(source) == 0) return 0;
   const std::int32_t width = source.is_complex != 0 ? 2 : 1;
   const hwfilt_kernel run_channel = DSP_KERNELS(hwfilt_run_channel);
   for (std::int32_t channel = 0; channel < width; ++channel)

@@ -59,6 +59,7 @@ void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int3
 }
 
 void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double *out) {
+  if (start >= stop) return;
   double turns = turns_before(start, out);
   for (int32_t i = start; i < stop; ++i) {
     double unwrapped = phase(in[i]) + turns * turn;
