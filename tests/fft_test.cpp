@@ -1,9 +1,10 @@
-// Transforms against their definition in long double, on every instruction set of this machine.
+// Transforms against their definition in wider numbers, on every instruction set of this machine.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <tuple>
 
 #include "dsp/core/isa.h"
@@ -11,34 +12,40 @@
 #include "dsp/fft/roots.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
 using namespace support;
 
-using wide = std::complex<long double>;
-using wides = std::vector<wide>;
+using wide_complex = std::complex<wide>;
+using wides = std::vector<wide_complex>;
 using sizes = std::initializer_list<std::size_t>;
 
-const long double pi = std::acos(-1.0L);
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr int32_t huge = std::numeric_limits<int32_t>::max();
 
-// Unscaled, by the definition where n is odd and by halves where it is even.
+// exp(-2 pi i k/n)
+const wides &roots(std::size_t n) {
+  static std::map<std::size_t, wides> known;
+  wides &root = known[n];
+  for (std::size_t k = root.size(); k < n; ++k) root.push_back(std::polar(wide(1), -2 * wide_pi * k / n));
+  return root;
+}
+
+// Unscaled: the definition where n is prime, put together from parts by its smallest factor where it is not.
 wides transform_of(const wides &x, int sign) {
   const std::size_t n = x.size();
-  wides root(n);
-  for (std::size_t k = 0; k < n; ++k) root[k] = std::polar(1.0L, static_cast<long double>(sign) * 2 * pi * k / n);
+  if (n < 2) return x;
+  std::size_t factor = 2;
+  while (n % factor != 0) ++factor;
+  const wides &root = roots(n);
   wides y(n);
-  if (n % 2 == 0 && n > 0) {
-    wides half[2];
-    for (std::size_t i = 0; i < n; ++i) half[i % 2].push_back(x[i]);
-    const wides even = transform_of(half[0], sign);
-    const wides odd = transform_of(half[1], sign);
-    for (std::size_t k = 0; k < n; ++k) y[k] = even[k % (n / 2)] + root[k] * odd[k % (n / 2)];
-  } else {
-    for (std::size_t k = 0; k < n; ++k)
-      for (std::size_t i = 0, at = 0; i < n; ++i, at = (at + k) % n) y[k] += x[i] * root[at];
+  for (std::size_t r = 0; r < factor; ++r) {
+    wides part;
+    for (std::size_t i = r; i < n; i += factor) part.push_back(x[i]);
+    part = transform_of(part, sign);
+    for (std::size_t k = 0; k < n; ++k) y[k] += root[(sign < 0 ? r : n - r) * k % n] * part[k % part.size()];
   }
   return y;
 }
@@ -51,7 +58,7 @@ wides widened(const dsp_vec &v) {
 // What a transform of `v` is to give: 1/n forward, unscaled inverse, as many bins as asked for.
 wides expected_of(const dsp_vec &v, bool inverse, std::size_t bins) {
   wides y = transform_of(widened(v), inverse ? 1 : -1);
-  for (wide &z : y) z /= inverse ? 1.0L : static_cast<long double>(y.size());
+  for (wide_complex &z : y) z /= wide(inverse ? 1 : y.size());
   y.resize(bins);
   return y;
 }
@@ -59,10 +66,9 @@ wides expected_of(const dsp_vec &v, bool inverse, std::size_t bins) {
 double l2_error(const dsp_vec &v, const wides &expected) {
   const wides z = widened(v);
   if (z.size() != expected.size()) return HUGE_VAL;
-  long double error = 0;
-  long double whole = 0;
+  wide error = 0, whole = 0;
   for (std::size_t i = 0; i < z.size(); ++i) error += std::norm(z[i] - expected[i]), whole += std::norm(expected[i]);
-  return static_cast<double>(std::sqrt(whole > 0 ? error / whole : error));
+  return static_cast<double>(sqrt(whole > 0 ? error / whole : error));
 }
 
 // The error of a transform grows with the root of its stages. Fused kernels reach 0.7e-16 a root, others 0.85e-16;
@@ -146,13 +152,14 @@ TEST_P(Transforms, CosineHilbertAnalytic) {
     if (n > 1009) continue;
     SCOPED_TRACE(n);
     const record x = random_signal(n, false, 5, 0.25);
-    std::vector<long double> cosines(4 * n);
-    for (std::size_t i = 0; i < 4 * n; ++i) cosines[i] = std::cos(pi * i / (2 * n));
+    wides doubled = widened(x);
+    doubled.resize(2 * n);
+    doubled = transform_of(doubled, -1);
     for (const int flags : {0, 2}) {
       wides expected(n);
       for (std::size_t k = 0; k < n; ++k) {
-        for (std::size_t i = 0; i < n; ++i) expected[k] += x.data[i] * cosines[k * (2 * i + 1) % (4 * n)];
-        expected[k] *= (flags == 0 ? 1.0L : k == 0 ? std::sqrt(2.0L) : 2.0L) / n;
+        expected[k] = (doubled[k] * roots(4 * n)[k]).real();
+        expected[k] *= (flags == 0 ? 1 : k == 0 ? sqrt(wide(2)) : 2) / n;
       }
       record v = x;
       ASSERT_EQ(dspi_dct(&v, flags), 0);
@@ -169,12 +176,12 @@ TEST_P(Transforms, CosineHilbertAnalytic) {
       wides positive = bins;
       for (std::size_t k = 0; k < n; ++k) {
         const bool middle = k == 0 || 2 * k == n;
-        positive[k] *= middle ? 1.0L : 2 * k < n ? 2.0L : 0.0L;
-        bins[k] *= middle ? wide(0) : wide(0, 2 * k < n ? -1 : 1);
+        positive[k] *= wide(middle ? 1 : 2 * k < n ? 2 : 0);
+        bins[k] *= wide_complex(0, middle ? 0 : 2 * k < n ? -1 : 1);
       }
       wides turned = transform_of(bins, 1);
       wides analytic = transform_of(positive, 1);
-      for (std::size_t k = 0; k < n; ++k) turned[k] /= n, analytic[k] /= n;
+      for (std::size_t k = 0; k < n; ++k) turned[k] /= wide(n), analytic[k] /= wide(n);
       record v = signal;
       ASSERT_EQ(dspi_hilbert(&v), 0);
       EXPECT_EQ(v.is_complex, signal.is_complex);
@@ -212,19 +219,19 @@ TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
   }
 }
 
-// Half a unit in the last place is a correct rounding; long double itself adds a thousandth.
+// Half a unit in the last place is a correct rounding; long double adds a thousandth.
 TEST(Fft, RootsAreRightToTheLastBit) {
   for (const std::size_t n : sizes{16, 4096, 1 << 17}) {
     reals cosines(n / 8 + 1);
     reals sines(n / 8 + 1);
     dsp::fill_octant(cosines.data(), sines.data(), static_cast<int64_t>(n));
-    const auto units = [](double value, long double exact) {
-      return static_cast<double>(std::abs(value - exact)) / (std::nextafter(value, 2.0) - value);
+    const auto units = [](double value, wide exact) {
+      return static_cast<double>(abs(value - exact)) / (std::nextafter(value, 2.0) - value);
     };
     double worst = 0;
     for (std::size_t k = 0; k <= n / 8; ++k) {
-      const long double angle = 2 * pi * k / n;
-      worst = std::max({worst, units(cosines[k], std::cos(angle)), units(sines[k], std::sin(angle))});
+      const wide angle = 2 * wide_pi * k / n;
+      worst = std::max({worst, units(cosines[k], cos(angle)), units(sines[k], sin(angle))});
     }
     EXPECT_LE(worst, 0.501) << n;
   }

@@ -7,28 +7,29 @@
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
 using namespace support;
-using real = long double;
+using real = wide;
 
-const real pi = std::acos(real(-1));
+const real pi = wide_pi;
 
-real sinc(real x) { return x == 0 ? 1 : std::sin(x) / x; }
+real sinc(real x) { return x == 0 ? 1 : sin(x) / x; }
 
 // The derivative of sinc: its series where the closed form cancels.
 real sinc_derivative(real x) {
-  if (std::fabs(x) > 2) return (std::cos(x) - sinc(x)) / x;
-  real sum = 0;
-  for (int k = 20; k > 0; --k) sum += 2 * k * std::pow(-x * x, k) / std::tgamma(real(2 * k + 2));
+  if (abs(x) > 2) return (cos(x) - sinc(x)) / x;
+  real sum = 0, term = 1;
+  for (int k = 1; k <= 20; ++k) sum += 2 * k * (term *= -x * x / (2 * k * (2 * k + 1)));
   return x == 0 ? 0 : sum / x;
 }
 
 // sinh(sqrt a), or sin(sqrt -a), times e^-peak.
 real bell(real a, real peak) {
-  const real root = std::sqrt(std::fabs(a));
-  return a > 0 ? (std::exp(root - peak) - std::exp(-root - peak)) / 2 : std::sin(root) * std::exp(-peak);
+  const real root = sqrt(abs(a));
+  return a > 0 ? (exp(root - peak) - exp(-root - peak)) / 2 : sin(root) * exp(-peak);
 }
 
 // The kernels as functions of the offset from the centre, before a unit sum is made.
@@ -36,32 +37,32 @@ real kernel(int32_t kind, real t, real n, real f, real p) {
   const real x = 2 * pi * f * t;
   switch (kind) {
     case DSP_FIR_BANDPASS:
-      return 2 * p * sinc(pi * p * t) * std::cos(x);
+      return 2 * p * sinc(pi * p * t) * cos(x);
     case DSP_FIR_BANDSTOP:
-      return (t == 0) - 2 * p * sinc(pi * p * t) * std::cos(x);
+      return (t == 0) - 2 * p * sinc(pi * p * t) * cos(x);
     case DSP_FIR_HIGHPASS:
       return (t == 0) - 2 * f * sinc(x);
     case DSP_FIR_LOWPASS:
       return 2 * f * sinc(x);
     case DSP_FIR_SINH: {
-      const real beta = f != 0 ? f : std::fmod(n, 2) != 0 ? (n + 1) * pi / 2 : real(1.4) + n * pi / 2;
-      return bell(beta * beta - std::pow(2 * beta * t / (n + 1), 2), beta);
+      const real beta = f != 0 ? f : fmod(n, 2) != 0 ? (n + 1) * pi / 2 : real(1.4) + n * pi / 2;
+      return bell(beta * beta - pow(2 * beta * t / (n + 1), 2), beta);
     }
     case DSP_FIR_DELAYED_LOWPASS:
       return 2 * f * sinc(2 * pi * f * (t - p));
     case DSP_FIR_DIFFERENTIATOR:
       return 4 * pi * f * f * sinc_derivative(x);
     case DSP_FIR_GAUSSIAN:
-      return std::exp(-x * x / (2 * std::log(real(2))));
+      return exp(-x * x / (2 * log(real(2))));
     case DSP_FIR_HILBERT:
-      return x == 0 ? 0 : -4 * f * std::pow(std::sin(x / 2), 2) / x;
+      return x == 0 ? 0 : -4 * f * pow(sin(x / 2), 2) / x;
     case DSP_FIR_KAISER_SPECTRUM: {
-      const real beta = f != 0 ? std::fabs(f) : real(1.386795655) + real(1.610830415) * n;
-      const real a = beta * beta - 4 * (beta * beta + pi * pi) * std::pow(t / (n + 1), 2);
-      return bell(a, beta) / std::sqrt(std::fabs(a));
+      const real beta = f != 0 ? abs(f) : real(1.386795655) + real(1.610830415) * n;
+      const real a = beta * beta - 4 * (beta * beta + pi * pi) * pow(t / (n + 1), 2);
+      return bell(a, beta) / sqrt(abs(a));
     }
     default:
-      return 4 * f * f * (x == 0 ? real(0.5) : sinc(x) - 2 * std::pow(std::sin(x / 2) / x, 2));
+      return 4 * f * f * (x == 0 ? real(0.5) : sinc(x) - 2 * pow(sin(x / 2) / x, 2));
   }
 }
 
@@ -90,7 +91,7 @@ void expect_closed_form(int32_t kind, int32_t n, double f, double p) {
   real peak = 0;
   for (const real w : wanted) {
     h.push_back(static_cast<double>(w / sum));
-    peak = std::max(peak, std::fabs(w / sum));
+    peak = std::max(peak, abs(w / sum));
   }
   EXPECT_TRUE(near(design(kind, n, f, p), h, 2e-15 * std::max(static_cast<double>(peak), f * f)));
 }
@@ -141,8 +142,8 @@ TEST(FirDesign, KnownShapes) {
     const real curvature = sinh ? row.second * row.second / 4 : 4 * row.second / ((row.n + 1) * (row.n + 1));
     std::vector<real> taps;
     for (int32_t k = 0; k < row.n; ++k) {
-      const real a = row.beta2 - curvature * std::pow(k - (row.n - 1) / real(2), 2);
-      taps.push_back(bell(a, std::sqrt(row.beta2)) / (sinh ? 1 : std::sqrt(a)));
+      const real a = row.beta2 - curvature * pow(k - (row.n - 1) / real(2), 2);
+      taps.push_back(bell(a, sqrt(row.beta2)) / (sinh ? 1 : sqrt(a)));
     }
     const real sum = std::accumulate(taps.begin(), taps.end(), real(0));
     reals expected;
@@ -162,13 +163,13 @@ double response(const record &h, double nu, bool odd) {
   double sum = 0;
   for (int32_t k = 0; k < h.length; ++k) {
     const double angle = 2 * 3.141592653589793 * nu * (k - 0.5 * (h.length - 1));
-    sum += h.data[k] * (odd ? -std::sin(angle) : std::cos(angle));
+    sum += h.data[k] * (odd ? -sin(angle) : cos(angle));
   }
   return sum;
 }
 
 TEST(FirDesign, Responses) {
-  EXPECT_NEAR(response(design(DSP_FIR_GAUSSIAN, 201, 0.03, 0), 0.03, false), std::sqrt(0.5), 1e-12);
+  EXPECT_NEAR(response(design(DSP_FIR_GAUSSIAN, 201, 0.03, 0), 0.03, false), sqrt(0.5), 1e-12);
   EXPECT_NEAR(response(design(DSP_FIR_DELAYED_LOWPASS, 64, 0.2, 0.25), 0.0, false), 1.0, 1e-14);
   const record differentiator = design(DSP_FIR_DIFFERENTIATOR, 4001, 0.4, 0);
   const record hilbert = design(DSP_FIR_HILBERT, 4001, 0.4, 0);

@@ -13,6 +13,7 @@
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
@@ -280,13 +281,12 @@ TEST(Calculus, UnwrapsToTheLastBit) {
 }
 
 // The largest distance of c + i s from the exact rotation phase + w k, whose angle is a fraction of a turn.
-double worst_error(const std::vector<complex> &z, long double cycles, long double phase, double amplitude) {
-  const long double two_pi = 6.283185307179586476925286766559L;
+double worst_error(const std::vector<complex> &z, wide cycles, wide phase, double amplitude) {
   double worst = 0.0;
   for (std::size_t k = 0; k < z.size(); ++k) {
-    const long double angle = two_pi * std::fmod(cycles * static_cast<long double>(k), 1.0L) + phase;
-    const std::complex<long double> exact = std::polar(static_cast<long double>(amplitude), angle);
-    worst = std::max(worst, static_cast<double>(std::abs(std::complex<long double>(z[k]) - exact)));
+    const wide angle = 2 * wide_pi * fmod(cycles * k, 1) + phase;
+    const std::complex<wide> exact = std::polar(wide(amplitude), angle);
+    worst = std::max(worst, static_cast<double>(std::abs(std::complex<wide>(z[k]) - exact)));
   }
   return worst / amplitude;
 }
@@ -325,17 +325,17 @@ TEST(Generators, KnownValues) {
 }
 
 TEST(Generators, RotateAsExactlyAsTheirSeeds) {
-  // Slow, ordinary, towards half a turn and beyond a turn; the angle per sample is a double, its cycles in long double.
+  // Slow, ordinary, towards half a turn and beyond a turn; the angle per sample is a double, its cycles are wider.
   for (const double freq : {1e-9, 1e-3, 0.0317, 0.125, 0.25, 0.31, 0.4999, 0.5, 0.75, 1.3, 1000.3}) {
     const double w = 2 * pi * freq;
-    const long double cycles = static_cast<long double>(w) / 6.283185307179586476925286766559L;
+    const wide cycles = wide(w) / (2 * wide_pi);
     for (const int32_t n : {1, 9, 256, 257, 600}) {
       record z = sized(n, true), c = sized(n, false), cc = sized(n, true), added(reals(600, 0.5)),
              zadded = sized(n, true);
       ASSERT_EQ(dspc_cexp(&z, freq, 0.3), 0);
       // What w k loses in its rounding is the seeds', not the rotation's.
       const double rounding = 600 * w * 0x1p-53;
-      EXPECT_LE(worst_error(complexes_of(z), cycles, 0.3L, 1.0), 6e-15 + rounding) << freq << " " << n;
+      EXPECT_LE(worst_error(complexes_of(z), cycles, 0.3, 1.0), 6e-15 + rounding) << freq << " " << n;
       ASSERT_EQ(dspc_cos(&c, freq, 0.3), 0);
       ASSERT_EQ(dspc_cos(&cc, freq, 0.3), 0);
       dspi_zero(&zadded);

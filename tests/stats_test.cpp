@@ -9,11 +9,11 @@
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
 using namespace support;
-using wide = long double;
 using sizes = std::initializer_list<std::size_t>;
 using statistic = int32_t (*)(const dsp_vec *, dsp_vec *);
 
@@ -164,17 +164,17 @@ struct moments {
       const double parts[2] = {v.real() - k.real(), is_complex ? v.imag() - k.imag() : 0.0};
       for (int p = 0; p < 2; ++p) {
         d[p] += clamp(parts[p]);
-        dd += beyond(parts[p]) ? 1e200L : wide(parts[p]) * parts[p];
+        dd += beyond(parts[p]) ? 1e200 : wide(parts[p]) * parts[p];
       }
-      ddd += parts[0] > bound ? 1e300L : parts[0] < -bound ? -1e300L : wide(parts[0]) * parts[0] * parts[0];
+      ddd += parts[0] > bound ? 1e300 : parts[0] < -bound ? -1e300 : wide(parts[0]) * parts[0] * parts[0];
       const wide re = clamp(v.real()), im = clamp(v.imag());
-      const wide magnitude = (beyond(v.real()) ? 1e200L : re * re) + (beyond(v.imag()) ? 1e200L : im * im);
+      const wide magnitude = (beyond(v.real()) ? 1e200 : re * re) + (beyond(v.imag()) ? 1e200 : im * im);
       inverse[0] += re / magnitude;
       inverse[1] -= im / magnitude;
     }
     for (const complex v : z) {
       const double e = v.real() - static_cast<double>(clamped / n);
-      const wide square = beyond(e) ? 1e200L : wide(e) * e;
+      const wide square = beyond(e) ? 1e200 : wide(e) * e;
       q += square;
       qq += square * square;
     }
@@ -182,7 +182,7 @@ struct moments {
   wide variance() const { return dd / n - d[0] / n * (d[0] / n) - d[1] / n * (d[1] / n); }
   wide skew() const {
     const wide m1 = d[0] / n, m2 = dd / n;
-    return (ddd / n - 3 * m1 * m2 + 2 * m1 * m1 * m1) / std::pow(variance(), 1.5L);
+    return (ddd / n - 3 * m1 * m2 + 2 * m1 * m1 * m1) / (variance() * sqrt(variance()));
   }
   double excess() const {  // fourth powers overflow
     const auto m2 = static_cast<double>(q / n);
@@ -195,33 +195,33 @@ void check_moments(const record &in, double tolerance) {
   const moments m(complexes_of(in), is_complex);
   const double n = static_cast<double>(m.n);
   const auto close = [&](double x, wide expected, wide scale) {
-    if (std::isnan(expected) || std::isinf(expected)) {
+    if (!std::isfinite(static_cast<double>(expected))) {
       EXPECT_TRUE(std::isnan(x) || x == static_cast<double>(expected)) << x << " " << expected;
     } else {
-      EXPECT_LE(std::abs(x - expected), tolerance * scale) << x << " " << expected;
+      EXPECT_LE(abs(x - expected), tolerance * scale) << x << " " << expected;
     }
   };
-  const wide size = std::sqrt(std::abs(m.squares) / m.n);
+  const wide size = sqrt(abs(m.squares) / m.n);
   const complex sum = sample(dsps_sum, in), mean = sample(dsps_mean, in), hmean = sample(dsps_hmean, in);
   for (int p = 0; p < 2; ++p) {
     const auto part = [p](complex z) { return p == 0 ? z.real() : z.imag(); };
-    const wide magnitude = std::max<wide>(std::abs(m.sum[p]), size * m.n);
+    const wide magnitude = std::max<wide>(abs(m.sum[p]), size * m.n);
     close(part(sum), m.sum[p], magnitude);
     close(part(mean), m.sum[p] / m.n, magnitude / m.n);
     const wide inverse = m.inverse[0] * m.inverse[0] + m.inverse[1] * m.inverse[1];
     if (tolerance < 1e-12)  // away from cancellation only
-      close(part(hmean), m.n * (p == 0 ? m.inverse[0] : -m.inverse[1]) / inverse, 1e3L);
+      close(part(hmean), m.n * (p == 0 ? m.inverse[0] : -m.inverse[1]) / inverse, 1e3);
   }
-  close(number(dsps_magsq_sum, in), m.squares, std::abs(m.squares));
-  close(number(dsps_rms, in), std::sqrt(m.squares / m.n), size);
+  close(number(dsps_magsq_sum, in), m.squares, abs(m.squares));
+  close(number(dsps_rms, in), sqrt(m.squares / m.n), size);
   const wide factor = n < 2 ? 1 : n / (n - 1);
   const wide v = m.variance(), scale = m.dd / m.n;
   close(number(dsps_pop_var, in), v, scale);
   close(number(dsps_samp_var, in), v * factor, scale);
   if (v > 0 && n > 1) {
-    close(number(dsps_pop_stddev, in), std::sqrt(v), std::sqrt(scale));
-    close(number(dsps_samp_stddev, in), std::sqrt(v * factor), std::sqrt(scale));
-    if (!is_complex) close(number(dsps_skew, in), m.skew(), 1 + std::abs(m.skew()));
+    close(number(dsps_pop_stddev, in), sqrt(v), sqrt(scale));
+    close(number(dsps_samp_stddev, in), sqrt(v * factor), sqrt(scale));
+    if (!is_complex) close(number(dsps_skew, in), m.skew(), 1 + abs(m.skew()));
     if (!is_complex) close(number(dsps_excess, in), m.excess(), 3 + std::abs(m.excess()));
   }
 }
@@ -259,7 +259,7 @@ TEST(Statistics, KeepTheirDigitsOnAHighPedestal) {
       for (const double v : x) spread += (v - mean) * (v - mean);
       const record in(x);
       EXPECT_NEAR(number(dsps_mean, in), static_cast<double>(mean), pedestal * 4.4e-16);
-      const wide deviation = std::sqrt(spread / static_cast<wide>(n - 1));
+      const wide deviation = sqrt(spread / static_cast<wide>(n - 1));
       EXPECT_NEAR(number(dsps_samp_stddev, in) / static_cast<double>(deviation), 1.0, 1e-14);
     }
 }
@@ -371,7 +371,7 @@ TEST(Polynomial, ByHorner) {
   EXPECT_EQ(doubles_of(out), reals{7});
 }
 
-// The twenty values from points, two passes in long double.
+// The twenty values from points, two passes in wide numbers.
 reals regression(const std::vector<wide> &x, const std::vector<wide> &y) {
   const wide n = static_cast<wide>(x.size());
   wide mx = 0, my = 0, vx = 0, vy = 0, cov = 0;
@@ -381,18 +381,20 @@ reals regression(const std::vector<wide> &x, const std::vector<wide> &y) {
     vy += (y[i] - my) * (y[i] - my) / n;
     cov += (x[i] - mx) * (y[i] - my) / n;
   }
-  const wide r = cov / std::sqrt(vx * vy), q = 1 - r * r, f2 = n > 2 ? n / (n - 2) : 0, f1 = n / (n - 1);
+  const wide r = cov / sqrt(vx * vy), q = 1 - r * r, f2 = n > 2 ? n / (n - 2) : 0, f1 = n / (n - 1);
   std::vector<wide> v;
   for (int side = 0; side < 2; ++side) {
     const wide g = vy * q / (vx * n), ex2 = vx + mx * mx;
     for (const wide value :
-         {cov / vx, my - mx * cov / vx, vy * q * f2, f2 * g, f2 * g * ex2, -f2 * g * mx, -mx / std::sqrt(ex2)})
+         {cov / vx, my - mx * cov / vx, vy * q * f2, f2 * g, f2 * g * ex2, -f2 * g * mx, -mx / sqrt(ex2)})
       v.push_back(value);
     std::swap(mx, my);
     std::swap(vx, vy);
   }
   for (const wide value : {mx, my, vx * f1, vy * f1, cov * f1, r}) v.push_back(value);
-  return reals(v.begin(), v.end());
+  reals rounded;
+  for (const wide value : v) rounded.push_back(static_cast<double>(value));
+  return rounded;
 }
 
 TEST(Regression, EqualsTheDefinition) {
@@ -403,7 +405,7 @@ TEST(Regression, EqualsTheDefinition) {
       complexes z;
       for (std::size_t i = 0; i < n; ++i) {
         y[i] += 1e-3 * static_cast<double>(i % 2048) + 2.0;
-        px.push_back((dx == 0.0 ? 1.0L : wide(dx)) * static_cast<wide>(i % 2048));
+        px.push_back((dx == 0.0 ? wide(1) : wide(dx)) * static_cast<wide>(i % 2048));
         py.push_back(y[i]);
         z.emplace_back(static_cast<double>(px[i]), y[i]);
       }

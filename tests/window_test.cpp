@@ -11,14 +11,14 @@
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
 using namespace support;
-using wide = long double;
 using sizes = std::initializer_list<std::size_t>;
 
-const wide pi = std::acos(wide(-1));
+const wide pi = wide_pi;
 const double eps = 0x1p-52;
 const double inf = std::numeric_limits<double>::infinity();
 
@@ -44,14 +44,14 @@ wide mean(const reals &w) {
 wide rms(const reals &w) {
   wide sum = 0;
   for (const double x : w) sum += wide(x) * x;
-  return std::sqrt(sum / static_cast<wide>(w.size()));
+  return sqrt(sum / static_cast<wide>(w.size()));
 }
 
 // Within 4 epsilons of the peak.
 void expect_near(const reals &w, const window &expected) {
   ASSERT_EQ(w.size(), expected.size());
   for (std::size_t i = 0; i < w.size(); ++i)
-    ASSERT_LE(std::abs(w[i] - expected[i]), 4 * eps) << i << ": " << w[i] << " for " << double(expected[i]);
+    ASSERT_LE(abs(w[i] - expected[i]), 4 * eps) << i << ": " << w[i] << " for " << double(expected[i]);
 }
 
 // The definition of a symmetric shape: value(d, span) at each sample.
@@ -60,8 +60,8 @@ window shaped(std::size_t n, bool symmetric, const Value &value) {
   window w(n);
   const wide length = static_cast<wide>(n);
   for (std::size_t i = 0; i < n; ++i) {
-    const wide centre = symmetric ? (length - 1) / 2 : std::floor(length / 2);
-    w[i] = n == 1 ? value(0, 1) : value(std::abs(static_cast<wide>(i) - centre), symmetric ? length - 1 : length);
+    const wide centre = symmetric ? (length - 1) / 2 : floor(length / 2);
+    w[i] = n == 1 ? value(0, 1) : value(abs(static_cast<wide>(i) - centre), symmetric ? length - 1 : length);
   }
   return w;
 }
@@ -70,7 +70,7 @@ wide cosines(const reals &c, wide turns) {
   wide sum = 0;
   for (std::size_t k = 0; k < c.size(); ++k) {
     const wide part = static_cast<wide>(k) * turns;
-    sum += c[k] * std::cos(2 * pi * (part - std::floor(part)));
+    sum += c[k] * cos(2 * pi * (part - floor(part)));
   }
   return sum;
 }
@@ -237,20 +237,19 @@ TEST(Generators, SumsOfCosinesToTheLastDigits) {
       for (const double x : c) size += std::abs(x);
       const reals w = weights([&](dsp_vec *v) { return dspi_window_cos(v, &coefficients); }, n);
       const window expected = shaped(n, false, [&](wide d, wide span) { return cosines(c, d / span); });
-      for (std::size_t i = 0; i < n; ++i) EXPECT_LE(std::abs(w[i] - expected[i]), 3 * eps * size) << i;
+      for (std::size_t i = 0; i < n; ++i) EXPECT_LE(abs(w[i] - expected[i]), 3 * eps * size) << i;
       if (c.size() != 4) continue;
       expect_near(catalogued(DSP_WINDOW_BLACKMAN_HARRIS4, DSP_WND_RAW, n), expected);
       const reals taps = weights([](dsp_vec *v) { return dspi_window_fir(v, DSP_WINDOW_LOWLEAK); }, n);
       const wide middle = (static_cast<wide>(n) - 1) / 2;
       for (std::size_t i = 0; i < n; ++i)
-        EXPECT_LE(std::abs(taps[i] - cosines(c, std::abs(static_cast<wide>(i) - middle) / static_cast<wide>(n))),
-                  4 * eps);
+        EXPECT_LE(abs(taps[i] - cosines(c, abs(static_cast<wide>(i) - middle) / static_cast<wide>(n))), 4 * eps);
     }
 }
 
 wide bessel_i0(wide x) {
   wide sum = 0, term = 1;
-  for (int k = 1; term > sum * 1e-21L; ++k) {
+  for (int k = 1; term > sum * 1e-21; ++k) {
     sum += term;
     term *= x / (2 * k) * (x / (2 * k));
   }
@@ -269,24 +268,24 @@ TEST(Generators, ParametricShapesToTheLastDigits) {
       };
       for (const double beta : {0.0, 1.0, -8.5, 15.0, 19.99, 20.01, 100.0}) {
         const wide centre = n % 2 == 0 && form != 0 ? 1 / (static_cast<wide>(n) - 1) : 0;
-        const auto i0 = [&](wide t) { return bessel_i0(beta * std::sqrt(1 - t * t)); };
+        const auto i0 = [&](wide t) { return bessel_i0(beta * sqrt(1 - t * t)); };
         check([&](dsp_vec *v) { return dspi_window_kaiser(v, beta, flags); },
               [&](wide d, wide span) { return i0(std::min(2 * d / span, wide(1))) / i0(centre); });
       }
       for (const double sigma : {0.15, 1.0, -0.4})
         check([&](dsp_vec *v) { return dspi_window_gauss(v, sigma, flags); },
-              [&](wide d, wide span) { return std::exp(-0.5L * (d / (sigma * span)) * (d / (sigma * span))); });
+              [&](wide d, wide span) { return exp(-0.5 * (d / (sigma * span)) * (d / (sigma * span))); });
       for (const double lobe : {1.0, 3.0, 20.0})
         check([&](dsp_vec *v) { return dspi_window_sinc(v, lobe, 0.75, flags); },
               [&](wide d, wide span) {
                 const wide x = 2 * d / span * lobe;
-                return d == 0 ? 0.75L : std::sin(x) / x;
+                return d == 0 ? wide(0.75) : sin(x) / x;
               });
       for (const double alpha : {0.0, 0.25, 0.6, 1.0})
         check([&](dsp_vec *v) { return dspi_window_tukey(v, alpha, flags); },
               [&](wide d, wide span) {
                 const wide flat = (1 - wide(alpha)) * span / 2;
-                return d <= flat ? wide(1) : (1 + std::cos(2 * pi * (d - flat) / (alpha * span))) / 2;
+                return d <= flat ? wide(1) : (1 + cos(2 * pi * (d - flat) / (alpha * span))) / 2;
               });
       check([&](dsp_vec *v) { return dspi_window_gauss(v, 0.0, flags); },
             [](wide d, wide) { return d < 1 ? wide(1) : wide(0); });
@@ -328,17 +327,17 @@ TEST(Generators, ActivePartOfASignal) {
               c[k] += raw[i] * std::cos(2 * static_cast<double>(pi) * static_cast<double>(k * (i + 32) % 64) / 64) *
                       (k == 0 ? 1 : 2) / 64;
           window expected(n, 0);
-          const wide length = static_cast<wide>(n), centre = std::floor(length / 2);
+          const wide length = static_cast<wide>(n), centre = floor(length / 2);
           for (std::size_t i = 0; i < n; ++i) {
             const wide d = static_cast<wide>(i) - centre;
             const bool cut =
-                active < length && (std::abs(d) > std::floor(active / 2) || 2 * d == active || (n % 2 == 0 && i == 0));
-            if (!cut) expected[i] = cosines(c, std::abs(d) / active);
+                active < length && (abs(d) > std::floor(active / 2) || 2 * d == active || (n % 2 == 0 && i == 0));
+            if (!cut) expected[i] = cosines(c, abs(d) / active);
           }
           wide first = 0, square = 0;
           for (const wide x : expected) first += x / length, square += x * x / length;
           const double goal = type == 11 ? 0.999820406 : 1.0;
-          const wide factor = scale == 0 ? goal / first : scale == 1 ? 1 / std::sqrt(square) : 1;
+          const wide factor = scale == 0 ? goal / first : scale == 1 ? 1 / sqrt(square) : 1;
           for (std::size_t i = 0; i < n; ++i)
             EXPECT_NEAR(w[i], static_cast<double>(expected[i] * factor), 1e-13 * static_cast<double>(factor)) << i;
         }
