@@ -13,13 +13,16 @@ work_signal scratch_state;
 bool redirection_pending = false;
 dsp_vec *callers_output = nullptr;
 
+int32_t take_representation(dsp_vec *state, const dsp_vec &in) {
+  if ((state->is_complex != 0) == (in.is_complex != 0)) return 0;
+  return in.is_complex != 0 ? dspi_rtoc(state) : dspi_real(state);
+}
+
 int32_t shape_state(dsp_vec *state, const dsp_vec &in, std::int32_t length) {
   state->dx = in.dx;
-  if ((state->is_complex != 0) != (in.is_complex != 0)) {
-    const int32_t status = in.is_complex != 0 ? dspi_rtoc(state) : dspi_real(state);
-    if (status != 0) return -1;
-  }
-  return dspi_zpad(state, length);
+  if (take_representation(state, in) == 0 && dspi_zpad(state, length) == 0) return 0;
+  if (state->data == nullptr) state->length = 0;  // lost: the next block starts from silence
+  return -1;
 }
 
 }  // namespace
