@@ -12,7 +12,9 @@ int32_t dspi_fft(dsp_vec *v, uint32_t inverse) {
     return dspi_rfft(v) == 0 ? dspi_orecon(v, 0) : -1;
   if (n > 1) {
     if (dspi_rtoc(v) != 0) return -1;
-    if (transform(v->data, log2_of(n), inverse != 0, inverse != 0 ? 1.0 : 1.0 / n) != 0) return -1;
+    const int bits = log2_of(n);
+    const double scale = inverse != 0 ? 1.0 : reciprocal_power_of_two(bits);
+    if (transform(v->data, bits, inverse != 0, scale) != 0) return -1;
   }
   v->dx = transformed_spacing(v->dx, n);
   return 0;

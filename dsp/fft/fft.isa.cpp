@@ -246,7 +246,7 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
 }
 
 template <int N, bool Exchange>
-void small(double *x, double scale) {
+DSP_INLINE void small(double *x, double scale) {
   points<1> v[N];
   for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>({x[2 * i] * scale, x[2 * i + 1] * scale});
   butterfly<1>(v);
@@ -272,41 +272,50 @@ void small_any(int bits, double *x, double scale, bool inverse) {
 
 // With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
 // the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
-// out conjugated once more.
-template <int W>
-DSP_INLINE void split_pair(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-  const points<W> even = {a.re + b.re, a.im - b.im};
-  const points<W> odd = {a.im + b.im, b.re - a.re};
-  const points<W> turned = {odd.re * cos + odd.im * sin, odd.im * cos - odd.re * sin};
-  a = even + turned;
-  b = {even.re - turned.re, turned.im - even.im};
-}
-
-template <int W>
-DSP_INLINE void join_pair(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-  const points<W> even = {a.re + b.re, a.im - b.im};
-  const points<W> odd = {a.re - b.re, a.im + b.im};
-  const points<W> turned = {-odd.re * sin - odd.im * cos, odd.re * cos - odd.im * sin};
-  a = even + turned;
-  b = {even.re - turned.re, turned.im - even.im};
-}
-
+// out conjugated once more. The products join the sums one by one: a fused unit then rounds once less.
 struct split_kernel {
   template <int W>
   static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-    split_pair<W>(a, b, cos, sin);
+    const points<W> even = {a.re + b.re, a.im - b.im};
+    const points<W> odd = {a.im + b.im, b.re - a.re};
+    a = {even.re + odd.im * sin + odd.re * cos, even.im - odd.re * sin + odd.im * cos};
+    b = {even.re - odd.im * sin - odd.re * cos, odd.im * cos - (even.im + odd.re * sin)};
+  }
+
+  // Bin m starts from sample 0 as well; it and bin 0 are real.
+  template <int W>
+  static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(b.re, first_lane<W>(a.re));
+    set_first_lane<W>(b.im, first_lane<W>(a.im));
+  }
+  template <int W>
+  static DSP_INLINE void after_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(a.im, 0.0);
+    set_first_lane<W>(b.im, 0.0);
   }
 };
+
 struct join_kernel {
   template <int W>
   static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
-    join_pair<W>(a, b, cos, sin);
+    const points<W> even = {a.re + b.re, a.im - b.im};
+    const points<W> odd = {a.re - b.re, a.im + b.im};
+    a = {even.re - odd.re * sin - odd.im * cos, even.im - odd.im * sin + odd.re * cos};
+    b = {even.re + odd.re * sin + odd.im * cos, odd.re * cos - (even.im + odd.im * sin)};
   }
+
+  template <int W>
+  static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(a.im, 0.0);
+    set_first_lane<W>(b.im, 0.0);
+  }
+  template <int W>
+  static DSP_INLINE void after_first(points<W> &, points<W> &) {}
 };
 
 // Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin. For k = 0
 // these are (0, m) and m/2 twice, which comes out right as well.
-template <int W, class Kernel>
+template <int W, class Kernel, bool First>
 DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *octant) {
   double *const low = x + 2 * k;
   double *const high = x + 2 * (m - k - W + 1);
@@ -318,8 +327,10 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
   points<W> b = load_pairs_reversed<W>(high);
   points<W> c = load_pairs_reversed<W>(middle_low);
   points<W> d = load_pairs<W>(middle_high);
+  if constexpr (First) Kernel::template before_first<W>(a, b);
   Kernel::template apply<W>(a, b, cos, sin);
   Kernel::template apply<W>(c, d, sin, cos);
+  if constexpr (First) Kernel::template after_first<W>(a, b);
   store_pairs<W>(low, a);
   store_pairs_reversed<W>(high, b);
   store_pairs_reversed<W>(middle_low, c);
@@ -327,12 +338,11 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
 }
 
 template <int W, class Kernel>
-void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
+DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   if constexpr (W > 1)
     if (m < 4 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
-  std::ptrdiff_t k = 0;
-  do mirrored_pairs<W, Kernel>(x, m, k, octant);
-  while ((k += W) < m / 4);
+  mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
+  for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
   if (m < 4) return;
   points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
   points<1> b = load_split<1>(x + m / 2 * 3);
@@ -341,21 +351,34 @@ void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   store_split<1>(x + m / 2 * 3, b);
 }
 
-void split(double *x, std::ptrdiff_t m, const double *octant) {
-  x[2 * m] = x[0];
-  x[2 * m + 1] = x[1];
-  all_pairs<widest, split_kernel>(x, m, octant);
-  x[1] = x[2 * m + 1] = 0.0;
+void split(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, split_kernel>(x, m, octant); }
+
+void join(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, join_kernel>(x, m, octant); }
+
+// Both steps without a loop.
+template <int M>
+void small_real(double *x, double scale, bool inverse, const double *octant) {
+  if (inverse) {
+    all_pairs<1, join_kernel>(x, M, octant);
+    small<M, true>(x, scale);
+  } else {
+    small<M, false>(x, scale);
+    all_pairs<1, split_kernel>(x, M, octant);
+  }
 }
 
-void join(double *x, std::ptrdiff_t m, const double *octant) {
-  x[1] = x[2 * m + 1] = 0.0;
-  all_pairs<widest, join_kernel>(x, m, octant);
+void small_real_any(int bits, double *x, double scale, bool inverse, const double *octant) {
+  if (bits == 2)
+    small_real<2>(x, scale, inverse, octant);
+  else if (bits == 3)
+    small_real<4>(x, scale, inverse, octant);
+  else
+    small_real<8>(x, scale, inverse, octant);
 }
 
 }  // namespace
 
-extern const fft_kernels fft_kernel_set = {widest, root_values, transform_any, small_any, split, join};
+extern const fft_kernels fft_kernel_set = {widest, root_values, transform_any, small_any, split, join, small_real_any};
 
 }  // namespace DSP_ISA
 }  // namespace dsp

@@ -38,6 +38,8 @@ struct fft_kernels {
   // after `split`. The octant is that of 2m.
   void (*split)(double *x, std::ptrdiff_t m, const double *octant);
   void (*join)(double *x, std::ptrdiff_t m, const double *octant);
+  // All of a real transform of 4, 8 or 16 samples.
+  void (*small_real)(int bits, double *x, double scale, bool inverse, const double *octant);
 };
 
 DSP_DECLARE_KERNELS(fft_kernels, fft_kernel_set)

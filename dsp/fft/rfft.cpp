@@ -10,19 +10,17 @@ using namespace dsp;
 namespace {
 
 // 2^bits real samples, at least 4, in a buffer of two doubles more.
-int32_t forward(double *x, int bits) {
-  const std::ptrdiff_t n = std::ptrdiff_t{1} << bits;
-  const double *octant = octant_setup(bits);
-  if (octant == nullptr || transform(x, bits - 1, false, 0.5 / static_cast<double>(n)) != 0) return -1;
-  active_fft_kernels().split(x, n / 2, octant);
-  return 0;
-}
-
-int32_t backward(double *x, int bits) {
+int32_t real_transform(double *x, int bits, bool inverse) {
+  const fft_kernels &kernels = active_fft_kernels();
+  const std::ptrdiff_t m = std::ptrdiff_t{1} << (bits - 1);
+  const double scale = inverse ? 1.0 : reciprocal_power_of_two(bits + 1);
   const double *octant = octant_setup(bits);
   if (octant == nullptr) return -1;
-  active_fft_kernels().join(x, std::ptrdiff_t{1} << (bits - 1), octant);
-  return transform(x, bits - 1, true, 1.0);
+  if (bits <= 4) return kernels.small_real(bits, x, scale, inverse, octant), 0;
+  if (inverse) kernels.join(x, m, octant);
+  if (transform(x, bits - 1, inverse, scale) != 0) return -1;
+  if (!inverse) kernels.split(x, m, octant);
+  return 0;
 }
 
 }  // namespace
@@ -40,7 +38,7 @@ int32_t dspi_rfft(dsp_vec *v) {
       v->data[1] = 0.0;
       v->data[2] = (first - second) * 0.5;
       v->data[3] = 0.0;
-    } else if (forward(v->data, log2_of(n)) != 0) {
+    } else if (real_transform(v->data, log2_of(n), false) != 0) {
       return -1;
     }
     v->length = n / 2 + 1;
@@ -57,7 +55,7 @@ int32_t dspi_irfft(dsp_vec *v) {
   }
   if (dspi_rtoc(v) != 0) return -1;
   const auto length = static_cast<int32_t>(n);
-  if (backward(v->data, log2_of(n)) != 0) return -1;
+  if (real_transform(v->data, log2_of(n), true) != 0) return -1;
   v->length = length;
   v->is_complex = 0;
   v->dx = transformed_spacing(v->dx, length);

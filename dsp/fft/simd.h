@@ -47,6 +47,22 @@ DSP_INLINE void store(double *p, const lanes<W> &v) {
   __builtin_memcpy(p, &v, sizeof v);
 }
 
+template <int W>
+DSP_INLINE double first_lane(const lanes<W> &a) {
+  if constexpr (W == 1)
+    return a;
+  else
+    return a[0];
+}
+
+template <int W>
+DSP_INLINE void set_first_lane(lanes<W> &a, double value) {
+  if constexpr (W == 1)
+    a = value;
+  else
+    a[0] = value;
+}
+
 // W real parts, then W imaginary parts.
 template <int W>
 DSP_INLINE points<W> load_split(const double *p) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 namespace dsp {
 
@@ -14,6 +15,14 @@ const double *octant_setup(int bits);
 
 // The exponent of a power of two.
 inline int log2_of(std::int64_t n) { return 63 - __builtin_clzll(static_cast<unsigned long long>(n)); }
+
+// 2^-bits without a division.
+inline double reciprocal_power_of_two(int bits) {
+  const std::uint64_t pattern = static_cast<std::uint64_t>(1023 - bits) << 52;
+  double value;
+  std::memcpy(&value, &pattern, sizeof value);
+  return value;
+}
 
 // To be called before tables are released.
 void forget_setups();
