@@ -27,7 +27,7 @@ struct product_of {
 // b is complex.
 struct conjugate_product_of {
   dsp_complex operator()(dsp_complex a, dsp_complex b) const {
-    return {a.re * b.re + a.im * b.im, a.im * b.re - a.re * b.im};
+    return {a.re * b.re + a.im * b.im, a.im * b.re + minus(a.re) * b.im};
   }
   dsp_complex operator()(double a, dsp_complex b) const { return {a * b.re, -a * b.im}; }
 };
@@ -51,7 +51,7 @@ struct quotient_of {
   }
   dsp_complex operator()(dsp_complex a, dsp_complex b) const {
     const double q = b.re * b.re + b.im * b.im;
-    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re - a.re * b.im) / q,
+    return chosen(q > 0.0, (a.re * b.re + a.im * b.im) / q, (a.im * b.re + minus(a.re) * b.im) / q,
                   zero(bits(a.re) | bits(a.im) | bits(b.re) | bits(b.im)));
   }
 };
