@@ -1,0 +1,78 @@
+// Results that every platform and instruction set must agree on, for the whole interface; and values that no routine
+// may stumble over.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "dsp/core/isa.h"
+#include "tests/support/scene.h"
+
+namespace {
+
+using namespace support;
+
+// FNV-1a over the bytes of the values; any NaN is the same NaN.
+class hash {
+ public:
+  void add(std::uint64_t word) {
+    for (int shift = 0; shift < 64; shift += 8) value_ = (value_ ^ (word >> shift & 0xff)) * 0x100000001b3;
+  }
+  void add(double x) {
+    std::uint64_t word = 0x7ff8000000000000;
+    if (!std::isnan(x)) std::memcpy(&word, &x, sizeof word);
+    add(word);
+  }
+  void add(const dsp_vec &v) {
+    add(static_cast<std::uint64_t>(v.length));
+    add(static_cast<std::uint64_t>(v.is_complex != 0));
+    add(v.dx);
+    for (const double x : doubles_of(v)) add(x);
+  }
+  std::uint64_t value() const { return value_; }
+
+ private:
+  std::uint64_t value_ = 0xcbf29ce484222325;
+};
+
+void check_record(const dsp_vec &v, int32_t status) {
+  EXPECT_TRUE(v.capacity <= 0 || v.data != nullptr);
+  if (status == 0 && v.capacity > 0) {
+    EXPECT_LE(std::int64_t{v.length} * (v.is_complex != 0 ? 2 : 1), v.capacity);
+  }
+}
+
+std::uint64_t results_of(const routine &r) {
+  hash h;
+  for (const bool hostile : {false, true})
+    each_case(r, INT32_MAX, hostile,
+              [&](const std::vector<part> &signals, const std::vector<record> &contents, int variant) {
+                scene s(contents, separate(signals));
+                const int32_t status = s.run(r, variant);
+                EXPECT_TRUE(status == 0 || status == -1) << status;
+                h.add(static_cast<std::uint64_t>(status != 0));
+                for (std::size_t i = 0; i < signals.size(); ++i) {
+                  check_record(s[i], status);
+                  if (status == 0 && signals[i].role != 'w') h.add(s[i]);
+                }
+                for (const double x : s.numbers()) h.add(x);
+              });
+  return h.value();
+}
+
+TEST(Results, AreTheSameEverywhere) {
+  const dsp::isa best = dsp::active_isa();
+  for (const dsp::isa set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512}) {
+    if (!dsp::force_isa(set)) continue;
+    for (const routine &r : routines()) {
+      const std::uint64_t result = results_of(r);
+      if (r.result == of_functions || r.result == of_transforms) continue;
+      EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << " with instruction set " << static_cast<int>(set)
+                                  << std::hex << " gives 0x" << result;
+    }
+  }
+  dsp::force_isa(best);
+  dsp_free_internal();
+}
+
+}  // namespace
