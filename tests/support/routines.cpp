@@ -49,7 +49,7 @@ const dsph_rsmp_coef &converter(double ratio) {
 
 int32_t convert(call &c, double ratio, bool with_state) {
   const dsph_rsmp_coef &coef = converter(ratio);
-  if (!with_state) return dsph_rsmp(c[0], c[1], c[2], &coef, nullptr);
+  if (!with_state) return dsph_rsmp(c[0], c[1], nullptr, &coef, nullptr);
   dsph_rsmp_state state;
   dsph_rsmp_state_init(&state);
   {

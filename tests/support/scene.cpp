@@ -54,7 +54,7 @@ record content(const part &s, int n, bool is_complex, unsigned seed, bool hostil
 }
 
 bool may_share(char a, char b) {
-  if (a == 's' || b == 's') return false;
+  if (a == 's' || b == 's' || (writes(a) && writes(b))) return false;
   if (a == 'f' || b == 'f') return (a == 'f' || a == 'i') && (b == 'f' || b == 'i');
   return true;
 }

@@ -1,0 +1,112 @@
+// Memory that fails at every request of every routine: status -1, nothing lost, and the next call is right.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "dsp/core/heap.h"
+#include "tests/support/heap.h"
+#include "tests/support/scene.h"
+
+namespace {
+
+using namespace support;
+
+std::size_t bytes(std::int64_t length, std::uint32_t is_complex) {
+  return static_cast<std::size_t>(std::max<std::int64_t>(length, 0)) * (is_complex != 0 ? 2 : 1) * sizeof(double);
+}
+
+// The test heap behind the hooks of a program, which loses no block when a resize fails.
+class hooks {
+ public:
+  hooks() {
+    dsp_lib_alloc(
+        [](dsp_vec *v) {
+          if (v->capacity > 0) dsp::heap_release(v->data);
+          v->data = static_cast<double *>(dsp::heap_allocate(bytes(v->length, v->is_complex)));
+        },
+        nullptr);
+    dsp_lib_realloc(
+        [](dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
+          void *fresh = dsp::heap_allocate(bytes(v->length, v->is_complex));
+          const std::size_t kept = std::min(bytes(old_length, old_is_complex), bytes(v->capacity, 0));
+          if (fresh != nullptr && v->data != nullptr) std::memcpy(fresh, v->data, kept);
+          dsp::heap_release(v->data);
+          v->data = static_cast<double *>(fresh);
+        },
+        nullptr);
+    dsp_lib_free([](dsp_vec *v) { dsp::heap_release(v->data); }, nullptr);
+  }
+  ~hooks() {
+    dsp_free_internal();
+    dsp_lib_alloc(nullptr, nullptr);
+    dsp_lib_realloc(nullptr, nullptr);
+    dsp_lib_free(nullptr, nullptr);
+  }
+  hooks(const hooks &) = delete;
+  hooks &operator=(const hooks &) = delete;
+};
+
+// One call whose k-th request fails, then one that is left alone; true when there was no k-th request.
+bool survives(const routine &r, int variant, const std::vector<part> &parts, const std::vector<record> &contents,
+              const arrangement &a, const scene &expected, long k, bool for_ever) {
+  const long live = heap_live();
+  const long before = heap_requests();
+  bool succeeded = false;
+  {
+    scene failing(contents, a);
+    heap_fail(k, for_ever);
+    const int32_t status = failing.run(r, variant);
+    heap_fail(0);
+    succeeded = heap_requests() - before < k;
+    EXPECT_EQ(status, succeeded ? 0 : -1);
+  }
+  {
+    scene again(contents, a);
+    EXPECT_EQ(again.run(r, variant), 0);
+    EXPECT_TRUE(same_results(parts, again, expected));
+  }
+  dsp_free_internal();
+  EXPECT_EQ(heap_live(), live) << "leak";
+  return succeeded;
+}
+
+void sweep(const routine &r, int variant, const std::vector<part> &parts, const std::vector<record> &contents,
+           const arrangement &a) {
+  scene expected(contents, a);
+  if (expected.run(r, variant) != 0) return;
+  dsp_free_internal();
+  for (const bool for_ever : {false, true})
+    for (long k = 1;; ++k) {
+      SCOPED_TRACE(name_of(a) + ", request " + std::to_string(k) + (for_ever ? " and all after it" : ""));
+      const bool done = survives(r, variant, parts, contents, a, expected, k, for_ever);
+      ASSERT_LT(k, 1000);
+      if (done || testing::Test::HasFailure()) break;
+    }
+}
+
+// All buffers but two at most stand alone: a failure does not look at more of them.
+bool shares_little(const arrangement &a) {
+  return std::max(*std::max_element(a.buffer.begin(), a.buffer.end()) + 2, 0) >= static_cast<int>(a.buffer.size());
+}
+
+void sweep_all() {
+  for (const routine &r : routines()) {
+    std::vector<arrangement> all = arrangements(parts_of(r));
+    each_case(r, 64, false, [&](const std::vector<part> &parts, const std::vector<record> &contents, int variant) {
+      for (const arrangement &a : all) {
+        if (parts.empty() || shares_little(a)) sweep(r, variant, parts, shared_contents(contents, a), a);
+        if (testing::Test::HasFailure()) return;
+      }
+    });
+  }
+}
+
+TEST(FailingMemory, OfTheHeap) { sweep_all(); }
+
+TEST(FailingMemory, OfTheHooks) {
+  const hooks installed;
+  sweep_all();
+}
+
+}  // namespace
