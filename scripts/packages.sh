@@ -57,3 +57,4 @@ build() {
 compiler=(pkg-config=pkg-config cmake=cmake ninja=ninja-build c++=g++)
 examples=(sndfile.pc=libsndfile1-dev gnuplot=gnuplot-nox)
 tests=(gtest.pc=libgtest-dev)
+test_sources=(/usr/src/googletest/CMakeLists.txt=googletest)

@@ -1,0 +1,8 @@
+# 32-bit Windows: Debian's MinGW-w64, run by the Wine of Debian's i386. The arithmetic is that of SSE2, for the x87
+# rounds otherwise; callers may come with a stack that is aligned to 4 bytes only.
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(wine /usr/lib/wine/wine)
+foreach(language C CXX)
+  set(CMAKE_${language}_FLAGS_INIT "-msse2 -mfpmath=sse -mstackrealign")
+endforeach()
+include(${CMAKE_CURRENT_LIST_DIR}/debian-mingw.cmake)
