@@ -1,0 +1,190 @@
+"""The constants of dsp.h. Where a function takes one, its name in any case serves as well, several flags with
+`|` or a comma between them: `"flattop"`, `"raw, no_swap"`.
+"""
+
+from __future__ import annotations
+
+import re
+from enum import IntEnum, IntFlag
+from typing import Type, Union
+
+__all__ = ["Avg", "Fir", "Fir2", "Format", "Interp", "Pad", "Peak", "Spectrum", "Spline", "Window", "Wnd"]
+
+
+class Window(IntEnum):
+    """Window types; several names for one value (DSP_WINDOW_...)."""
+
+    UNIFORM = 0
+    RECTANGULAR = 0
+    NONE = 0
+    P000 = 0
+    BARTLETT = 1
+    TRIANGULAR = 1
+    HANN = 2
+    P110 = 2
+    HAMMING = 3
+    P100 = 3
+    BLACKMAN = 4
+    BLACKMAN_HARRIS3 = 5
+    P200 = 5
+    BLACKMAN_HARRIS4 = 6
+    P310 = 6
+    LOWLEAK = 6
+    GAUSSTOP = 7
+    P400 = 7
+    FLAT4 = 8
+    P301 = 8
+    FLATTOP = 9
+    FLAT5 = 9
+    P401 = 9
+    FLAT6 = 10
+    P511 = 10
+    FLAT7 = 11
+    P611 = 11
+    P501 = 12
+    P601 = 13
+    KAISER70 = 14
+    KAISER80 = 15
+    KAISER90 = 16
+    KAISER100 = 17
+    KAISER110 = 18
+    KAISER120 = 19
+    GAUSS60 = 20
+    GAUSS70 = 21
+    GAUSS80 = 22
+    RIEMANN = 23
+    SINC_LOBE = 23
+
+
+class Wnd(IntFlag):
+    """Flags of the window functions (DSP_WND_...)."""
+
+    AMPLITUDE = 0  # scaled to mean 1: a windowed spectrum shows amplitudes
+    POWER = 1  # scaled to mean square 1: it shows power, noise above all
+    RAW = 2  # peak 1
+    SCALE_MASK = 3
+    SYMMETRIC = 4  # both ends on samples; Gauss, Kaiser, sinc lobe and Tukey only
+    ACTIVE = 8  # set by `active`
+    SWAP_UNIFORM = 16  # the uniform window swaps halves as well
+    NO_SWAP = 32  # the others do not
+
+
+class Pad(IntFlag):
+    """Modes of zpad and unzpad: one of the first three, one of the others (DSP_PAD_...)."""
+
+    SCALED = 0  # samples times new length / old length
+    ROOT_SCALED = 1  # times the square root of that
+    UNSCALED = 2  # as they are
+    FRONT = 0x000  # the samples lie at the front
+    CENTRE = 0x100  # in the middle
+    BACK = 0x200  # at the end
+    SPLIT = 0x300  # half at the front, half at the end, as spectra want it
+
+
+class Spectrum(IntFlag):
+    """Flags of spectrum and spectrum_dft (DSP_SPECTRUM_...)."""
+
+    INVERSE = 1  # from spectrum to record
+    TWO_SIDED = 2  # complex transform always, no factor 2 for the missing side
+    SUM = 4  # a sum: times the transform length; full record
+    UNWINDOWED = 8  # the record is not windowed
+    CENTRED = 16  # halves swapped around the transform; full record
+    FROM_TWO_SIDED = 32  # the spectrum given is complex and centred (inverse)
+    ODD = 64  # the record had odd length (spectrum_dft, inverse)
+    RAW = 128  # the bare transform: no window, scale or swap; full record
+
+
+class Avg(IntFlag):
+    """Modes of an average, and the flags LIMIT and POWER to go with them (DSP_AVG_...)."""
+
+    REPLACE = 0  # the latest
+    MEAN = 1
+    MAX_HOLD = 2
+    MIN_HOLD = 3
+    HARMONIC = 4
+    GEOMETRIC = 5
+    PERIODIC = 6  # the latest at counts 1, 1 + period, 1 + 2 period, ...
+    MODE_MASK = 15
+    LIMIT = 16  # exponential averaging from count `limit` on
+    POWER = 32  # averages the squared magnitude
+
+
+class Peak(IntFlag):
+    """How peak refines and searches (DSP_PEAK_...)."""
+
+    NO_INTERP = 0x000
+    PARABOLIC = 0x100
+    GAUSS = 0x200
+    GAUSS_CORR = 0x300
+    INTERP_MASK = 0x700
+    AT_INDEX = 0x1000  # set by `index`
+    MIN = 0x2000
+
+
+class Fir(IntEnum):
+    """Kernels of fir (DSP_FIR_...)."""
+
+    BANDPASS = 0
+    BANDSTOP = 1
+    HIGHPASS = 2
+    LOWPASS = 3
+    SINH = 4
+    DELAYED_LOWPASS = 5
+    DIFFERENTIATOR = 6
+    GAUSSIAN = 7
+    HILBERT = 8
+    KAISER_SPECTRUM = 9
+    RAMP = 10
+
+
+class Fir2(IntEnum):
+    """Sets of fir2 (DSP_FIR2_...)."""
+
+    TAPS12 = 100
+    TAPS20 = 101
+    TAPS5 = 102
+
+
+class Interp(IntFlag):
+    """Schemes of interp, and the flag CLAMP: the ends are held outside (DSP_INTERP_...)."""
+
+    HOLD = 0
+    LINEAR = 1
+    QUADRATIC = 3
+    SPLINE = 5
+    CLAMP = 16
+
+
+class Spline(IntEnum):
+    """Conditions at the ends of a spline (DSP_SPLINE_...)."""
+
+    NOT_A_KNOT = 0
+    CLAMPED = 1
+    SECOND_DERIVATIVE = 2
+    NATURAL = 3
+
+
+class Format(IntEnum):
+    """Display formats of a reflection trace; the header has them as numbers."""
+
+    LEVEL = 0  # dB
+    MAGNITUDE = 1
+    PHASE = 2  # degrees
+    SWR = 3
+    RETURN_LOSS = 4  # dB
+
+
+Choice = Union[int, str]
+
+
+def choose(names: Type[IntEnum] | Type[IntFlag], choice: Choice) -> int:
+    """The value of a constant, or of its name; of several flags, `|` or a comma between them."""
+    if not isinstance(choice, str):
+        return choice
+    text = choice.upper().replace("-", "_")
+    value = 0
+    for name in re.findall(r"\w+", text) if issubclass(names, IntFlag) else [text]:
+        if name not in names.__members__:
+            raise ValueError(f"{names.__name__} has no {name}, but {', '.join(names.__members__)}")
+        value |= names.__members__[name]
+    return value

@@ -1,0 +1,236 @@
+"""The table of routines and constants against the header, and how arrays go in and come out."""
+
+import copy
+import ctypes
+import inspect
+import os
+import pickle
+import re
+import subprocess
+import sys
+
+import numpy as np
+import pytest
+
+import dsp
+from dsp import _c, _names
+from dsp._signal import Record
+
+LETTERS = {
+    "dsp_vec *": "v", "int32_t": "i", "dsp_window_type": "i", "dsp_fir_type": "i", "dsp_fir2_type": "i", "uint32_t": "u",
+    "double": "d", "float": "f", "double *": "D", "float *": "F", "int32_t *": "I", "dsp_window_type *": "I",
+    "dsp_complex *": "z", "void *": "p", "char *": "s", "dsph_rsmp_coef *": "c", "dsph_rsmp_state *": "t",
+    "dsp_alloc_fn": "a", "dsp_free_fn": "a", "dsp_realloc_fn": "r", "dsp_alloc_fn *": "A", "dsp_free_fn *": "A",
+    "dsp_realloc_fn *": "R",
+}  # fmt: skip
+
+
+def code_of(header):
+    return re.sub(r"/\*.*?\*/|//[^\n]*", "", header, flags=re.S)
+
+
+def test_signatures_are_those_of_the_header(header):
+    declared = {}
+    for result, name, arguments in re.findall(r"DSP_API (\w+) (\w+)\(([^)]*)\)", code_of(header)):
+        types = [re.sub(r"\w+$", "", a.replace("const ", "")).strip() for a in arguments.split(",") if a.strip() != "void"]
+        returned = {"int32_t": "", "uint32_t": "u:", "void": "void:"}[result]
+        declared[name] = returned + "".join(LETTERS[t] for t in types)
+    table = {name: re.sub("^i:", "", s) for s, names in _c.SIGNATURES.items() for name in names.split()}
+    assert len(declared) > 170
+    assert table == declared
+
+
+def test_structures_are_those_of_the_header(header):
+    kinds = {
+        "double": ctypes.c_double, "double *": ctypes.c_void_p, "int32_t": ctypes.c_int32, "uint32_t": ctypes.c_uint32,
+        "dsp_vec": _c.Vec, "dsp_vec *": ctypes.POINTER(_c.Vec),
+    }  # fmt: skip
+    for name, structure in (("dsp_vec", _c.Vec), ("dsph_rsmp_coef", _c.RsmpCoef), ("dsph_rsmp_state", _c.RsmpState)):
+        body = re.search(r"typedef struct %s {(.*?)}" % name, code_of(header), re.S).group(1)
+        fields = [(field, kinds[kind.strip()]) for kind, field in re.findall(r"(\w+ \*?)(\w+);", body)]
+        assert structure._fields_ == fields
+
+
+def test_constants_are_those_of_the_header(header):
+    declared = {name: int(value, 0) for name, value in re.findall(r"^  (DSP_\w+) = (\w+)", header, re.M)}
+    known = {
+        f"DSP_{names.__name__.upper()}_{name}": int(value)
+        for names in vars(_names).values()
+        if inspect.isclass(names) and names.__module__ == _names.__name__ and names is not dsp.Format
+        for name, value in names.__members__.items()
+    }
+    assert known == declared
+    number = np.zeros(1, np.int32)
+    for name, value in dsp.Window.__members__.items():
+        dsp.lib.dsp_window_from_str(name.encode(), number)
+        assert number[0] == value == _names.choose(dsp.Window, name.lower().replace("_", "-"))
+
+
+def test_friendly_layer_reaches_every_routine(root):
+    in_c_only = """
+        dsp_lib_init dsp_init dsp_alloc dsp_realloc dsp_lib_alloc dsp_lib_realloc dsp_lib_free dsp_copy_at_most dspi_mag
+        dspi_magsq dspu_sqrt dspi_zpad dspi_unwrap cf_dspi_fft cf_dsph_fft dsp_window_from_str dsp_window_to_str dsph_corr
+        dspd_rsmp2 dspi_hwfilt vfpdbMul1 vfpdbMul2 vfpsbMul2 vfpdb_ScaleToInt2"""
+    source = "".join(p.read_text() for p in (root / "python/dsp").glob("_*.py") if p.name != "_c.py")
+    missing = {n for names in _c.SIGNATURES.values() for n in names.split() if not re.search(r"lib\.%s\b" % n, source)}
+    assert missing == set(in_c_only.split())
+
+
+def test_everything_is_documented():
+    for name, thing in vars(dsp).items():
+        if not name.startswith("_") and (inspect.isclass(thing) or inspect.isfunction(thing)):
+            assert thing.__doc__, name
+            inspect.signature(thing).bind_partial()
+
+
+def test_a_signal_is_an_array_that_keeps_its_spacing():
+    s = dsp.Signal([1, 2, 3, 4, 5], 0.5)
+    assert s.dtype == np.float64 and (s * 2).dx == s[1:].dx == s.copy().dx == 0.5
+    assert s[::2].dx == 1.0 and s[::-1].dx == 0.5
+    assert type(s.sum()) is np.float64 and type(s[0]) is np.float64
+    assert list(s.axis()) == [0, 0.5, 1, 1.5, 2] and list(s.axis(centred=True)) == [-1, -0.5, 0, 0.5, 1]
+    for again in (pickle.loads(pickle.dumps(s)), copy.deepcopy(s), copy.copy(s)):
+        assert again.dx == 0.5 and list(again) == list(s) and not np.shares_memory(again, s)
+    memory = np.zeros(4, complex)
+    assert np.shares_memory(dsp.Signal(memory), memory)
+    for wrong, error in ((np.zeros((2, 2)), ValueError), (["a"], TypeError), (3.0, ValueError)):
+        with pytest.raises(error):
+            dsp.Signal(wrong)
+
+
+@pytest.mark.parametrize("kind", [np.int16, np.float32, np.float64, ">f8", np.complex64, np.complex128, bool])
+@pytest.mark.parametrize("layout", ["plain", "strided", "backwards", "unaligned", "read-only", "list"])
+def test_any_array_goes_in_and_stays_as_it_was(kind, layout):
+    memory = np.arange(24) % 5 - 2 * (kind is not bool)
+    x = memory.astype(kind)
+    if layout == "strided":
+        x = x[::3]
+    elif layout == "backwards":
+        x = x[::-1]
+    elif layout == "unaligned":
+        x = np.frombuffer(b"?" + x.tobytes(), x.dtype, offset=1)
+    elif layout == "read-only":
+        x.flags.writeable = False
+    elif layout == "list":
+        x = x.tolist()
+    before = np.array(x)
+    expected = (before - 1.0) if before.dtype.kind != "b" else before.astype(float) - 1
+    np.testing.assert_array_equal(dsp.offset(x, -1), expected)
+    np.testing.assert_array_equal(dsp.add(x, x), 2.0 * before)
+    np.testing.assert_array_equal(x, before)
+    assert dsp.offset(x, 1).dtype == (np.complex128 if before.dtype.kind == "c" else np.float64)
+
+
+def test_out_takes_the_result():
+    x = np.linspace(1, 2, 5)
+    expected = np.exp(x)
+    for out in (np.zeros(5), dsp.Signal(np.zeros(5)), x):
+        result = dsp.exp(x, out=out)
+        assert np.shares_memory(result, out)
+        np.testing.assert_allclose(out, expected, rtol=1e-15)
+    signal = dsp.Signal(np.ones(4), 0.5)
+    assert dsp.zero(signal, out=signal) is signal and not signal.any() and signal.dx == 0.5
+    frozen = np.zeros(5)
+    frozen.flags.writeable = False
+    for out in (np.zeros(4), np.zeros(5, complex), np.zeros(5, np.float32), np.zeros(10)[::2], frozen):
+        with pytest.raises(ValueError):
+            dsp.neg(x, out=out)
+    with pytest.raises(ValueError):
+        dsp.timesi(x, out=np.zeros(5))
+
+
+def test_results_live_as_long_as_they_are_looked_at():
+    tail = dsp.rev(np.arange(100000.0))[-10:]
+    others = [dsp.zpad(np.ones(10), 100000) for _ in range(20)]
+    np.testing.assert_array_equal(tail, np.arange(9.0, -1, -1))
+    assert tail.base is not None and len(others) == 20
+
+
+def test_memory_comes_back():
+    status = re.compile(r"VmRSS:\s+(\d+)")
+    if not os.path.exists("/proc/self/status"):
+        pytest.skip("no measure of memory here")
+
+    def resident():
+        with open("/proc/self/status") as file:
+            return int(status.search(file.read()).group(1))
+
+    def work():
+        x = np.ones(2**17)
+        average = dsp.Average()
+        resampler = dsp.Resampler(3.3)
+        for _ in range(3):
+            average(dsp.fft(x))
+            resampler(dsp.addcos(x, 0.1))
+            dsp.FirFilter(np.ones(50))(x)
+
+    work()
+    before = resident()
+    for _ in range(20):
+        work()
+    assert resident() - before < 20000  # kB; each round asks for 30 MB
+
+
+def test_what_cannot_be_is_told():
+    with pytest.raises(dsp.Error, match="dspi_fft") as caught:
+        dsp.fft(np.ones(3))
+    assert caught.value.routine == "dspi_fft"
+    assert pickle.loads(pickle.dumps(caught.value)).routine == "dspi_fft"
+    for error, call in (
+        (dsp.Error, lambda: dsp.mul([1.0], [1.0, 2.0])),
+        (dsp.Error, lambda: dsp.asin([1j])),
+        (dsp.Error, lambda: dsp.fir("highpass", 10, 0.1)),
+        (dsp.Error, lambda: dsp.smooth(np.ones(9), 4)),
+        (TypeError, lambda: dsp.shift([1.0], 0.5)),
+        (TypeError, lambda: dsp.scale([1.0], "2")),
+        (TypeError, lambda: dsp.lib.vfpdbMul1(2.0, [1.0], 1)),
+        (TypeError, lambda: dsp.lib.dspi_shift(Record(), 2**31)),
+        (OverflowError, lambda: dsp.cos(2**31, 0.1)),
+        (ValueError, lambda: dsp.window(np.ones(4), "hanning")),
+        (ValueError, lambda: dsp.window(np.ones(4), "hann", "raw, wrong")),
+        (ValueError, lambda: dsp.fir("lowpass|ramp", 3)),
+        (IndexError, lambda: dsp.find_max(np.ones(4), 0, 5)),
+        (ValueError, lambda: dsp.expand_log(4, 0, 1)),
+        (np.linalg.LinAlgError, lambda: dsp.invert(np.zeros((2, 2)))),
+        (ValueError, lambda: dsp.invert(np.zeros((2, 3)))),
+        (ValueError, lambda: dsp.matrix_mult(np.eye(2), np.eye(3))),
+        (dsp.Error, lambda: dsp.matrix_mult(np.ones((2, 3)), np.ones((3, 2)))),
+    ):  # fmt: skip
+        with pytest.raises(error):
+            call()
+
+
+def test_the_library_is_found_or_named(root, tmp_path):
+    def run(code, **environment):
+        inherited = {k: v for k, v in os.environ.items() if k != "DSP_LIBRARY"}
+        inherited["PYTHONPATH"] = str(root / "python")
+        return subprocess.run([sys.executable, "-c", code], env={**inherited, **environment}, capture_output=True, text=True)
+
+    missing = run("import dsp", DSP_LIBRARY=str(tmp_path / "none.so"))
+    assert missing.returncode == 1 and "ImportError" in missing.stderr and "none.so" in missing.stderr
+    strange = run("import dsp", DSP_LIBRARY=ctypes.util.find_library("m") or "libm.so.6")
+    assert strange.returncode == 1 and "ImportError" in strange.stderr
+    assert dsp.version() >= (2, 5)
+
+
+def test_hooks_and_modes():
+    seen = []
+
+    @_c.AllocHook
+    def refuse(vec):
+        seen.append(vec.contents.length)
+        vec.contents.data = None
+
+    dsp.lib.dsp_lib_alloc(refuse, None)
+    try:
+        with pytest.raises(dsp.Error, match="dspc_cos"):
+            dsp.cos(100, 0.1)
+    finally:
+        dsp.lib.dsp_lib_alloc(_c.AllocHook(), None)
+    assert seen == [100] and len(dsp.cos(100, 0.1)) == 100
+    modes = dsp.get_fpscr()
+    try:
+        assert dsp.set_runfast(True) >> 24 & 3 == 3 and dsp.get_fpscr() >> 24 & 3 == 3
+    finally:
+        dsp.set_fpscr(modes)
+    dsp.free_internal()
