@@ -64,13 +64,13 @@ DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
 struct as_pairs {
   template <int W>
   static DSP_INLINE points<W> load(const double *p) {
-    return load_pairs<W>(p);
+    return load_pairs_in_order<W>(p);
   }
 };
 struct as_exchanged_pairs {
   template <int W>
   static DSP_INLINE points<W> load(const double *p) {
-    return exchanged<W>(load_pairs<W>(p));
+    return exchanged<W>(load_pairs_in_order<W>(p));
   }
 };
 struct as_split {
@@ -135,11 +135,29 @@ void later_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, 
   }
 }
 
+// a times the k-th eighth root of unity, for odd k still to be scaled by half_sqrt2.
+template <int W>
+DSP_INLINE points<W> turned_by_eighths(const points<W> &a, int k) {
+  switch (k) {
+    case 0:
+      return a;
+    case 1:
+      return {a.re + a.im, a.im - a.re};
+    case 2:
+      return times_minus_i<W>(a);
+    default:
+      return {a.im - a.re, -a.re - a.im};
+  }
+}
+
 // T rows of T samples, row i at the i-th multiple of the stride. The passes left the last transforms, of T samples, in
-// its rows; they run here across rows, after a transposition that is also the reversal of the outer bits.
+// its rows; they run here across rows, after a transposition of units of two neighbouring samples that is also the
+// reversal of the outer bits. The last level of all adds and subtracts the two samples of a unit, apart by then, as
+// pairs of real and imaginary part.
 template <int W, int T>
 struct tile {
-  points<W> column[T][T / W];
+  static constexpr int side = W / 2;  // units in a register
+  points<W> unit[T / 2][T / side];    // of `side` neighbouring rows
 
   DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
     for (int group = 0; group < T / W; ++group) {
@@ -161,31 +179,35 @@ struct tile {
     }
   }
 
-  // W columns of all T rows.
+  // W samples of all T rows.
   DSP_INLINE void take_rows(const points<W> (&row)[T], int group) {
-    for (int r = 0; r < T; r += W) {
-      lanes<W> re[W];
-      lanes<W> im[W];
-      for (int l = 0; l < W; ++l) re[l] = row[r + lane_order(l, W)].re, im[l] = row[r + lane_order(l, W)].im;
-      transpose<W>(re);
-      transpose<W>(im);
-      for (int l = 0; l < W; ++l) column[group * W + lane_order(l, W)][r / W] = {re[l], im[l]};
+    for (int r = 0; r < T; r += side) {
+      lanes<W> re[side];
+      lanes<W> im[side];
+      for (int l = 0; l < side; ++l) re[l] = row[r + l].re, im[l] = row[r + l].im;
+      transpose_units<W>(re);
+      transpose_units<W>(im);
+      for (int l = 0; l < side; ++l) unit[group * side + l][r / side] = {re[l], im[l]};
     }
   }
 
   template <bool Exchange>
-  DSP_INLINE void finish(double scale) {
-    for (int group = 0; group < T / W; ++group) {
-      points<W> v[T];
-      for (int i = 0; i < T; ++i) v[i] = column[i][group];
+  DSP_INLINE void finish(double scale, double *x, std::ptrdiff_t stride) const {
+    for (int rows = 0; rows < T / side; ++rows, x += W) {
+      points<W> v[T / 2];
+      for (int i = 0; i < T / 2; ++i) v[i] = unit[i][rows];
       butterfly<W>(v);
-      for (int i = 0; i < T; ++i) column[i][group] = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+      for (int i = 0; i < T / 2; ++i) {
+        const int eighths = 8 / T * i;
+        const points<W> even = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+        const points<W> odd = exchanged_if<W, Exchange>(turned_by_eighths<W>(v[i], eighths));
+        const lanes<W> first = first_lanes<W>(even.re, even.im);
+        const lanes<W> second = second_lanes<W>(odd.re, odd.im);
+        const double weight = eighths % 2 != 0 ? half_sqrt2 * scale : scale;
+        store<W>(x + i * stride, first + second * weight);
+        store<W>(x + (i + T / 2) * stride, first - second * weight);
+      }
     }
-  }
-
-  DSP_INLINE void store(double *x, std::ptrdiff_t stride) const {
-    for (int i = 0; i < T; ++i)
-      for (int group = 0; group < T; group += W) store_pairs<W>(x + i * stride + 2 * group, column[i][group / W]);
   }
 };
 
@@ -196,18 +218,15 @@ void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double sca
   for (const std::uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
     tile<W, T> t;
     t.load(at(*i), stride);
-    t.template finish<Exchange>(scale);
-    t.store(at(*i), stride);
+    t.template finish<Exchange>(scale, at(*i), stride);
   }
   for (const std::uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
     tile<W, T> from_a;
     tile<W, T> from_b;
     from_a.load(at(pair[0]), stride);
-    from_a.template finish<Exchange>(scale);
     from_b.load(at(pair[1]), stride);
-    from_b.template finish<Exchange>(scale);
-    from_a.store(at(pair[1]), stride);
-    from_b.store(at(pair[0]), stride);
+    from_a.template finish<Exchange>(scale, at(pair[1]), stride);
+    from_b.template finish<Exchange>(scale, at(pair[0]), stride);
   }
 }
 
@@ -215,8 +234,7 @@ template <int W, int T, bool Exchange, class Source>
 void only_tile(const double *roots, double *x, double scale) {
   tile<W, T> t;
   t.template compute<Source>(x, roots);
-  t.template finish<Exchange>(scale);
-  t.store(x, 2 * T);
+  t.template finish<Exchange>(scale, x, 2 * T);
 }
 
 template <int W, int T>
@@ -242,7 +260,7 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
 #if defined(__AVX512F__)
   if (plan.lanes == 8) return transform<8, 8>(plan, tables, x, scale, inverse);
 #endif
-  transform<(widest < 4 ? widest : 4), 4>(plan, tables, x, scale, inverse);
+  transform<(widest < 4 ? 2 : 4), 4>(plan, tables, x, scale, inverse);
 }
 
 template <int N, bool Exchange>
@@ -378,7 +396,8 @@ void small_real_any(int bits, double *x, double scale, bool inverse, const doubl
 
 }  // namespace
 
-extern const fft_kernels fft_kernel_set = {widest, root_values, transform_any, small_any, split, join, small_real_any};
+extern const fft_kernels fft_kernel_set = {widest > 2 ? widest : 2, root_values, transform_any, small_any, split, join,
+                                           small_real_any};
 
 }  // namespace DSP_ISA
 }  // namespace dsp

@@ -10,7 +10,7 @@ namespace dsp {
 
 // How a transform of 2^bits samples runs: passes of radix 4 and 8 from the whole record down to blocks of 2^tile_bits
 // samples, then one pass over tiles of 2^tile_bits times 2^tile_bits samples that does the rest and reverses the bits.
-// In between, `lanes` real and `lanes` imaginary parts lie in turn, in lane order.
+// In between, `lanes` real and `lanes` imaginary parts lie in turn.
 struct fft_plan {
   std::int8_t bits;
   std::int8_t lanes;
@@ -18,9 +18,6 @@ struct fft_plan {
   std::int8_t passes;
   std::int8_t radix_bits[16];
 };
-
-// The sample of a group of `lanes` that a lane holds.
-constexpr int lane_order(int lane, int lanes) { return lanes < 4 ? lane : lane / 2 + lane % 2 * (lanes / 2); }
 
 // What a kernel reads beside the samples.
 struct fft_tables {

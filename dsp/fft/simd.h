@@ -38,13 +38,13 @@ struct points {
 template <int W>
 DSP_INLINE lanes<W> load(const double *p) {
   lanes<W> v;
-  __builtin_memcpy(&v, p, sizeof v);
+  __builtin_memcpy(&v, __builtin_assume_aligned(p, alignof(double)), sizeof v);
   return v;
 }
 
 template <int W>
 DSP_INLINE void store(double *p, const lanes<W> &v) {
-  __builtin_memcpy(p, &v, sizeof v);
+  __builtin_memcpy(__builtin_assume_aligned(p, alignof(double)), &v, sizeof v);
 }
 
 template <int W>
@@ -75,7 +75,7 @@ DSP_INLINE void store_split(double *p, const points<W> &v) {
   store<W>(p + W, v.im);
 }
 
-// The cheap way between pairs and lanes leaves samples out of order: lane l holds sample lane_order(l, W).
+// The cheap way between pairs and lanes leaves samples out of order, in this one.
 template <int W>
 DSP_INLINE lanes<W> in_lane_order(const lanes<W> &a) {
   if constexpr (W == 4)
@@ -130,6 +130,20 @@ DSP_INLINE points<W> load_pairs(const double *p) {
   return {first_lanes<W>(a, b), second_lanes<W>(a, b)};
 }
 
+// Lane l holds sample l.
+template <int W>
+DSP_INLINE points<W> load_pairs_in_order(const double *p) {
+  const lanes<W> a = load<W>(p);
+  const lanes<W> b = load<W>(p + W);
+  if constexpr (W == 4)
+    return {__builtin_shufflevector(a, b, 0, 2, 4, 6), __builtin_shufflevector(a, b, 1, 3, 5, 7)};
+  else if constexpr (W == 8)
+    return {__builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14),
+            __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15)};
+  else
+    return {first_lanes<W>(a, b), second_lanes<W>(a, b)};
+}
+
 template <int W>
 DSP_INLINE void store_pairs(double *p, const points<W> &v) {
   store<W>(p, first_lanes<W>(v.re, v.im));
@@ -166,27 +180,19 @@ DSP_INLINE void exchange_halves(lanes<W> &a, lanes<W> &b) {
   }
 }
 
+// Units of two lanes change places as in a square.
 template <int W>
-DSP_INLINE void transpose(lanes<W> (&row)[W]) {
-  for (int i = 0; i + 1 < W; i += 2) {
-    const lanes<W> a = row[i];
-    const lanes<W> b = row[i + 1];
-    row[i] = first_lanes<W>(a, b);
-    row[i + 1] = second_lanes<W>(a, b);
-  }
+DSP_INLINE void transpose_units(lanes<W> (&row)[W / 2]) {
   if constexpr (W == 4) {
-    exchange_halves<W>(row[0], row[2]);
-    exchange_halves<W>(row[1], row[3]);
+    exchange_halves<W>(row[0], row[1]);
   } else if constexpr (W == 8) {
-    for (int i = 0; i < 2; ++i) {  // 4 by 4 pairs of lanes
-      exchange_halves<W>(row[i], row[i + 2]);
-      exchange_halves<W>(row[i + 4], row[i + 6]);
-      const lanes<W> t[] = {row[i], row[i + 2], row[i + 4], row[i + 6]};
-      row[i] = __builtin_shufflevector(t[0], t[2], 0, 1, 4, 5, 8, 9, 12, 13);
-      row[i + 2] = __builtin_shufflevector(t[0], t[2], 2, 3, 6, 7, 10, 11, 14, 15);
-      row[i + 4] = __builtin_shufflevector(t[1], t[3], 0, 1, 4, 5, 8, 9, 12, 13);
-      row[i + 6] = __builtin_shufflevector(t[1], t[3], 2, 3, 6, 7, 10, 11, 14, 15);
-    }
+    exchange_halves<W>(row[0], row[1]);
+    exchange_halves<W>(row[2], row[3]);
+    const lanes<W> t[] = {row[0], row[1], row[2], row[3]};
+    row[0] = __builtin_shufflevector(t[0], t[2], 0, 1, 4, 5, 8, 9, 12, 13);
+    row[1] = __builtin_shufflevector(t[0], t[2], 2, 3, 6, 7, 10, 11, 14, 15);
+    row[2] = __builtin_shufflevector(t[1], t[3], 0, 1, 4, 5, 8, 9, 12, 13);
+    row[3] = __builtin_shufflevector(t[1], t[3], 2, 3, 6, 7, 10, 11, 14, 15);
   }
 }
 

@@ -36,7 +36,7 @@ void fill_passes(const fft_plan &plan, int root_values, const double *octant, do
     for (std::int64_t j = 0; j < n / radix; j += plan.lanes) {
       for (int power = 1; power < radix; ++power, to += root_values * plan.lanes) {
         for (int lane = 0; lane < plan.lanes; ++lane) {
-          const std::int64_t k = power * (j + lane_order(lane, plan.lanes)) * (whole / n);
+          const std::int64_t k = power * (j + lane) * (whole / n);
           put_root(root_from_octant(octant, octant + octant_length(whole), whole, k), root_values, plan.lanes,
                    to + lane);
         }
