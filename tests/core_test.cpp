@@ -315,18 +315,4 @@ TEST(Output, SharedStateLastsUntilReleased) {
   dsp_free_internal();
 }
 
-TEST(FailingMemory, Core) {
-  sweep_failing_memory("dsp_copy", [&](record *r) {
-    const record a(reals{1, 2, 3});
-    return dsp_copy(r, &a);
-  });
-  sweep_failing_memory("dsp_append", [&](record *r) {
-    reals x = {1, 2, 3};
-    complexes z = {{4, 5}};
-    *static_cast<dsp_vec *>(r) = borrow(x);
-    const dsp_vec b = borrow(z);
-    return dsp_append(r, &b);
-  });
-}
-
 }  // namespace

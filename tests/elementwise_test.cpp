@@ -9,7 +9,6 @@
 
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -435,27 +434,6 @@ TEST(Binary, RefusesWithoutTouchingTheOutput) {
   EXPECT_EQ(dspb_ritoc(&z, &two, &out), -1);
   EXPECT_EQ(dspbs_dot(&two, &three, &out), -1);
   EXPECT_TRUE(same(out, before));
-}
-
-TEST(FailingMemory, ElementWise) {
-  const record x = random_signal(9, false, 1), z = random_signal(9, true, 2), shorter = random_signal(5, true, 3);
-  for (const unary &f : unaries)
-    sweep_failing_memory(f.name, [&](record *r) {
-      *r = x;
-      return f.run(r);
-    });
-  for (const binary &f : binaries) {
-    sweep_failing_memory(f.name, [&](record *r) { return f.run(&x, &z, r); });
-    sweep_failing_memory(f.name, [&](record *r) { return *r = x, f.run(r, &z, r); });
-  }
-  sweep_failing_memory("add, padded", [&](record *r) { return dspb_add(&x, &shorter, r); });
-  sweep_failing_memory("sub, padded", [&](record *r) { return dspb_sub(&shorter, &x, r); });
-  sweep_failing_memory("pmul", [&](record *r) { return dspb_pmul(&x, &z, r); });
-  sweep_failing_memory("pmul, shared", [&](record *r) { return *r = x, dspb_pmul(&z, r, r); });
-  sweep_failing_memory("ritoc", [&](record *r) { return *r = x, dspb_ritoc(r, &x, r); });
-  sweep_failing_memory("dot", [&](record *r) { return dspbs_dot(&x, &z, r); });
-  for (const auto run : {dspu_mag, dspu_magsq, dspu_sqrt})
-    sweep_failing_memory("dspu_", [&](record *r) { return run(&z, r); });
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
 #include "dsp/fft/roots.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -402,23 +401,6 @@ TEST(Fft, SpecialValuesSpread) {
       ASSERT_EQ(dspi_dft(&v, 0), 0);
       for (std::size_t k = 0; k < n; ++k) EXPECT_FALSE(std::isfinite(v.data[2 * k] + v.data[2 * k + 1])) << k;
     }
-  }
-}
-
-TEST(Fft, MemoryThatFails) {
-  const std::tuple<const char *, routine, int, bool> cases[] = {
-      {"fft", fft, 64, false},          {"inverse fft", unfft, 32, true},     {"bitrev", dspi_bitrev, 32, true},
-      {"rfft", dspi_rfft, 64, false},   {"irfft", dspi_irfft, 33, true},      {"irfft of 2", dspi_irfft, 2, false},
-      {"dft", dft, 7, false},           {"inverse dft", undft, 12, true},     {"rdft", dspi_rdft, 15, false},
-      {"irdft", irdft_odd, 8, true},    {"even irdft", irdft_even, 7, true},  {"dct", dct, 32, false},
-      {"inverse dct", undct, 9, false}, {"hilbert", dspi_hilbert, 16, false}, {"analytic", dspi_analytic, 11, false}};
-  for (const auto &[name, run, n, is_complex] : cases) {
-    const routine call = run;
-    const record x = random_signal(static_cast<std::size_t>(n), is_complex, 8);
-    sweep_failing_memory(name, [&](record *result) {
-      *result = x;
-      return call(result);
-    });
   }
 }
 

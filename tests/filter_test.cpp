@@ -373,33 +373,4 @@ TEST(Stream, SteadyStateAllocatesNothing) {
   }
 }
 
-TEST(FailingMemory, Filters) {
-  for (const representations complex : all_representations)
-    for (const int32_t m : {20, 90}) {
-      sweep_failing_memory("dspd_fir", [=](record *r) {
-        const record in = random_signal(128, complex.signal, 30);
-        const record h = random_signal(static_cast<std::size_t>(m), complex.filter, 31);
-        record state;
-        *r = in;
-        return dspd_fir(r, r, &h, &state);
-      });
-      sweep_failing_memory("dspd_sfir", [=](record *r) {
-        const record in = random_signal(128, complex.signal, 32);
-        const record half = random_signal(static_cast<std::size_t>(m / 2), complex.filter, 33);
-        record state;
-        return dspd_sfir(&in, r, &half, 1, 0, &state);
-      });
-    }
-  sweep_failing_memory("dspd_deci", [](record *r) {
-    const record in = random_signal(128, true, 34);
-    record state(reals{1});
-    return dspd_deci(&in, r, 3, &state);
-  });
-  sweep_failing_memory("dspi_hwfilt", [](record *r) {
-    dsp_free_internal();
-    const record in = random_signal(128, true, 35);
-    return dspd_hwfilt(&in, r, nullptr, nullptr);
-  });
-}
-
 }  // namespace

@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -223,16 +222,6 @@ TEST(FirSets, AreHalvesOfUnitGainFilters) {
   EXPECT_EQ(h.data[19], 0.480803804305858);
   EXPECT_EQ(dspc_fir2(&h, 103), -1);
   EXPECT_EQ(h.length, 20);
-}
-
-TEST(FailingMemory, FirDesign) {
-  for (const int32_t kind : {DSP_FIR_LOWPASS, DSP_FIR_GAUSSIAN})
-    sweep_failing_memory("dspc_fir", [&](record *r) {
-      r->length = 9;
-      r->is_complex = 1;
-      return dspc_fir(r, kind, 0.1, 0.0);
-    });
-  sweep_failing_memory("dspc_fir2", [](record *r) { return dspc_fir2(r, DSP_FIR2_TAPS12); });
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 
 namespace {
@@ -242,24 +241,6 @@ TEST(Grid, SameBitsOnEveryInstructionSet) {
     }
   }
   dsp::force_isa(best);
-}
-
-TEST(FailingMemory, Interpolation) {
-  const reals nodes = {0, 1, 2, 3, 5};
-  sweep_failing_memory("dsp_cspline", [&](record *r) {
-    const record x(nodes), y(random_reals(5, 1));
-    *r = record(reals{0.5, 2, 3});
-    return dsp_cspline(&x, &y, nullptr, r, r);
-  });
-  sweep_failing_memory("dspb_inter", [&](record *r) {
-    const record a = random_signal(5, false, 1), b = random_signal(5, true, 1);
-    return dspb_inter(&a, &b, r);
-  });
-  sweep_failing_memory("dspi_zinter", [&](record *r) {
-    static reals x = {1, 2, 3};
-    *static_cast<dsp_vec *>(r) = borrow(x);
-    return dspi_zinter(r);
-  });
 }
 
 }  // namespace

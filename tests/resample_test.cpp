@@ -480,34 +480,4 @@ TEST(Stream, SteadyConversionAllocatesNothing) {
   }
 }
 
-TEST(FailingMemory, Converter) {
-  for (const bool is_complex : {false, true})
-    for (const double ratio : {1.0, 2.7}) {
-      sweep_failing_memory("dsph_rsmp", [=](record *r) {
-        const record in = random_signal(100, is_complex, 9);
-        converter k(ratio, 1, false);
-        return k.run(&in, r);
-      });
-      sweep_failing_memory("dsph_rsmp without a state", [=](record *r) {
-        converter k(ratio, 1, false);
-        *r = random_signal(100, is_complex, 9);
-        return dsph_rsmp(r, r, nullptr, &k.coef, nullptr);
-      });
-    }
-  sweep_failing_memory("dsph_rsmp_coef_alloc", [](record *r) {
-    dsph_rsmp_coef coef;
-    dsph_rsmp_coef_init(&coef);
-    const int32_t status = dsph_rsmp_coef_alloc(&coef, 0);
-    if (status == 0) std::swap(coef.kernel, *static_cast<dsp_vec *>(r));
-    dsph_rsmp_coef_destroy(&coef);
-    return status;
-  });
-  sweep_failing_memory("dspd_rsmp2", [](record *r) {
-    const record in = random_signal(100, true, 10);
-    record state;
-    r->length = 100;
-    return dspd_rsmp2(&in, r, 1, 2, 0.75, &state);
-  });
-}
-
 }  // namespace

@@ -11,7 +11,6 @@
 
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -365,19 +364,6 @@ TEST(Generators, StayExactOverTenMillionSamples) {
   double worst = 0.0;
   for (int32_t i = 0; i < n; i += 7) worst = std::max(worst, std::abs(c.data[i] - std::cos(w * i)));
   EXPECT_LE(worst, 5e-15);
-}
-
-TEST(FailingMemory, Reshape) {
-  const record x = random_signal(9, false, 1);
-  const std::pair<const char *, in_place> growing[] = {{"zpad", [](dsp_vec *v) { return dspi_zpad(v, 20); }},
-                                                       {"zpad2", zpad2(20, 0x300)},
-                                                       {"recon", dspi_recon},
-                                                       {"orecon", orecon(1)},
-                                                       {"shift", shift(3)}};
-  for (const auto &f : growing) sweep_failing_memory(f.first, [&](record *r) { return *r = x, f.second(r); });
-  for (const auto generate : {dspc_line, dspc_cos, dspc_cexp})
-    for (const bool is_complex : {false, true})
-      sweep_failing_memory("generator", [&](record *r) { return *r = sized(300, is_complex), generate(r, 0.1, 0.2); });
 }
 
 }  // namespace

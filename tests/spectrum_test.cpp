@@ -6,7 +6,6 @@
 #include <complex>
 
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 
 namespace {
@@ -289,35 +288,6 @@ TEST(Peak, GaussianFitFindsAGaussian) {
     ASSERT_EQ(dsps_peak(&in, &out, DSP_PEAK_GAUSS, 0), 0);
     EXPECT_NEAR(out.data[1], centre, 1e-13);
   }
-}
-
-TEST(FailingMemory, Spectrum) {
-  for (const bool is_complex : {false, true})
-    for (const int32_t flags : {0, 1, 2 + 16, 1 + 32, 128}) {
-      sweep_failing_memory("dsph_fft", [&](record *r) {
-        const record in = random_signal(33, is_complex, 1);
-        return dsph_fft(&in, r, 0, 1.0, DSP_WINDOW_HANN, flags);
-      });
-      sweep_failing_memory("dsph_dft", [&](record *r) {
-        const record in = random_signal(5, is_complex, 1);
-        return dsph_dft(&in, r, DSP_WINDOW_KAISER70, flags);
-      });
-    }
-  for (const int32_t mode : {1, 4, 5, 32 + 1})
-    sweep_failing_memory("dsph_avg", [&](record *r) {
-      const record in = random_signal(4, true, 1);
-      *r = random_signal(4, mode > 15, 2);
-      return dsph_avg(&in, r, nullptr, mode, 2, 0, -1.0, 0.0);
-    });
-  sweep_failing_memory("dsph_corr", [&](record *r) {
-    const record ref = random_signal(4, true, 1);
-    *r = random_signal(9, false, 2);
-    return dsph_corr(&ref, r, r, nullptr, 3, 1);
-  });
-  sweep_failing_memory("dsps_peak", [&](record *r) {
-    const record in = random_signal(9, false, 2);
-    return dsps_peak(&in, r, DSP_PEAK_GAUSS, 0);
-  });
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include "dsp/core/isa.h"
 #include "dsp/dsp.h"
-#include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -448,24 +447,6 @@ TEST(Regression, Saturates) {
   const reals line = doubles_of(run(dsps_lin_regres, record(reals{0, -1, -1, 3e100, 1, 1, 0, 0, 0})));
   EXPECT_NEAR(line[1] / (1e100 / 9 + 4 * 1e100 / 60), 1.0, 1e-14);
   EXPECT_NEAR(line[0] / (-1e100 / 60), 1.0, 1e-14);
-}
-
-TEST(FailingMemory, Statistics) {
-  for (const bool is_complex : {false, true}) {
-    const record in = random_signal(9, is_complex, 1);
-    for (const statistic reduce :
-         {dsps_sum, dsps_mean, dsps_gmean, dsps_hmean, dsps_median, dsps_max, dsps_min, dsps_magsq_sum, dsps_rms,
-          dsps_pop_var, dsps_samp_var, dsps_pop_stddev, dsps_samp_stddev, dsps_lin_regres, dsps_lin_regres2})
-      sweep_failing_memory("a statistic", [&](record *r) { return reduce(&in, r); });
-    sweep_failing_memory("dsps_hist", [&](record *r) {
-      *r = in;
-      return dsps_hist(r, r, 0, 1, 30);
-    });
-  }
-  const record in = random_signal(9, false, 1);
-  for (const statistic reduce : {dsps_skew, dsps_excess})
-    sweep_failing_memory("a statistic", [&](record *r) { return reduce(&in, r); });
-  sweep_failing_memory("dsps_peval", [&](record *r) { return dsps_peval(&in, r, 0.5); });
 }
 
 }  // namespace

@@ -440,27 +440,4 @@ TEST(Cache, KeepsTheLastSixteen) {
   EXPECT_EQ(heap_live(), live - 17);
 }
 
-TEST(FailingMemory, Windows) {
-  const auto sweep = [](const char *name, const auto &apply) {
-    sweep_failing_memory(name, [&](record *r) {
-      *r = random_signal(20, true, 1);
-      return apply(r);
-    });
-  };
-  sweep("dspi_window", [](record *r) { return dspi_window(r, DSP_WINDOW_HANN, 0); });
-  sweep("dspi_window2", [](record *r) { return dspi_window2(r, DSP_WINDOW_FLATTOP, DSP_WND_ACTIVE, 9.0); });
-  sweep("dspi_window_kaiser", [](record *r) { return dspi_window_kaiser(r, 4.0, 0); });
-  sweep("dspi_window_gauss", [](record *r) { return dspi_window_gauss(r, 0.2, 0); });
-  sweep("dspi_window_tukey", [](record *r) { return dspi_window_tukey(r, 0.2, 0); });
-  sweep("dspi_window_sinc", [](record *r) { return dspi_window_sinc(r, 3.0, 1.0, 0); });
-  sweep("dspi_window_fir", [](record *r) { return dspi_window_fir(r, DSP_WINDOW_HANN); });
-  const record c(reals{0.5, 0.5});
-  sweep("dspi_window_cos", [&](record *r) { return dspi_window_cos(r, &c); });
-  for (const int32_t type : {2, 15})
-    sweep_failing_memory("dsp_window2_enbw", [&](record *r) {
-      *r = record(reals{0.0});
-      return type == 2 ? dsp_window2_enbw(r->data, type, 20, 9.0) : dsp_window_enbw(r->data, type, 20);
-    });
-}
-
 }  // namespace

@@ -4,12 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <string>
 
 namespace support {
-
-class record;
 
 long heap_live();                      // blocks now allocated
 std::size_t heap_size(double *block);  // its bytes; 0: no block
@@ -42,11 +38,5 @@ class raising {
   raising(const raising &) = delete;
   raising &operator=(const raising &) = delete;
 };
-
-// Calls `run` with the first, second, ... request failing, once and for ever, until it succeeds. `run` builds its own
-// signals (their building is exempt), makes one call, leaves what came out in `result` and returns the status. Each
-// failed request must give -1, leak nothing, and leave caches and records such that the next call gives the right
-// result. Caches are cold each time.
-void sweep_failing_memory(const std::string &name, const std::function<int32_t(record *result)> &run);
 
 }  // namespace support
