@@ -2,25 +2,48 @@
 // is allowed: the same bits as with a buffer for each.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/scene.h"
 
 namespace {
 
 using namespace support;
 
+// Whether a signal is an output that is a record of its own on a buffer with others.
+bool is_another_view(const std::vector<part> &parts, const arrangement &a, std::size_t i) {
+  return parts[i].role == 'o' && std::count(a.record.begin(), a.record.end(), a.record[i]) == 1 &&
+         std::count(a.buffer.begin(), a.buffer.end(), a.buffer[i]) > 1;
+}
+
+// What an output says of the samples it is about to lose is of no meaning: let it say something else.
+void reshape(dsp_vec *v) {
+  v->length = v->is_complex != 0 ? 2 * v->length : v->length / 2;
+  v->is_complex = v->is_complex == 0;
+}
+
+void compare(const routine &r, int variant, const std::vector<part> &parts, const std::vector<record> &contents,
+             const arrangement &a, bool reshaped) {
+  SCOPED_TRACE(name_of(a) + (reshaped ? ", reshaped" : ""));
+  scene expected(contents, separate(parts)), shared(contents, a);
+  for (std::size_t i = 0; i < parts.size(); ++i)
+    if (reshaped && is_another_view(parts, a, i)) reshape(&expected[i]), reshape(&shared[i]);
+  const int32_t status = expected.run(r, variant);
+  ASSERT_EQ(shared.run(r, variant), status);
+  if (status == 0) {
+    ASSERT_TRUE(same_results(parts, shared, expected));
+  }
+}
+
 TEST(Sharing, GivesTheUnsharedResult) {
   for (const routine &r : routines()) {
     const std::vector<arrangement> all = arrangements(parts_of(r));
     each_case(r, 64, false, [&](const std::vector<part> &parts, const std::vector<record> &contents, int variant) {
-      for (const arrangement &a : all) {
-        const std::vector<record> held = shared_contents(contents, a);
-        scene expected(held, separate(parts)), shared(held, a);
-        const int32_t status = expected.run(r, variant);
-        ASSERT_EQ(shared.run(r, variant), status) << name_of(a);
-        if (status == 0) {
-          ASSERT_TRUE(same_results(parts, shared, expected)) << name_of(a);
+      for (const arrangement &a : all)
+        for (const bool reshaped : {false, true}) {
+          compare(r, variant, parts, shared_contents(contents, a), a, reshaped);
+          if (testing::Test::HasFatalFailure()) return;
         }
-      }
     });
   }
   dsp_free_internal();

@@ -49,6 +49,7 @@ class scene {
 
   int32_t run(const routine &r, int variant);
   const dsp_vec &operator[](std::size_t i) const { return *pointers_[i]; }
+  dsp_vec &operator[](std::size_t i) { return *pointers_[i]; }
   const reals &numbers() const { return numbers_; }
 
  private:
