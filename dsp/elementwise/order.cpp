@@ -1,8 +1,9 @@
 // The order of samples: reversed, shifted, sorted, halves exchanged.
 #include <algorithm>
-#include <cmath>
 #include <tuple>
 
+#include "dsp/core/numbers_first.h"
+#include "dsp/core/quicksort.h"
 #include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
@@ -11,15 +12,6 @@
 
 namespace dsp {
 namespace {
-
-bool is_nan(double x) { return std::isnan(x); }
-bool is_nan(dsp_complex z) { return std::isnan(z.re) || std::isnan(z.im); }
-
-bool any_nan(const double *x, std::int64_t n) {
-  std::int64_t found = 0;
-  for (std::int64_t i = 0; i < n; ++i) found |= x[i] != x[i] ? 1 : 0;
-  return found != 0;
-}
 
 bool before(double a, double b) { return a < b; }
 bool before(dsp_complex a, dsp_complex b) {
@@ -51,11 +43,7 @@ int32_t dspi_rev(dsp_vec *v) {
 int32_t dspi_shift(dsp_vec *v, int32_t k) { return dspu_subvec(v, v, k, v->length); }
 
 int32_t dspi_sort(dsp_vec *v) {
-  const bool unordered = any_nan(v->data, doubles(*v));
-  by_sample(v, [unordered](auto *x, int32_t n) {
-    auto *numbers = unordered ? std::partition(x, x + n, [](auto s) { return !is_nan(s); }) : x + n;
-    std::sort(x, numbers, [](auto a, auto b) { return before(a, b); });
-  });
+  by_sample(v, [](auto *x, int32_t n) { sort(x, numbers_first(x, n), [](auto a, auto b) { return before(a, b); }); });
   return 0;
 }
 

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "dsp/core/numbers_first.h"
+#include "dsp/core/quicksort.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/stats/input.h"
@@ -8,14 +10,24 @@
 namespace dsp {
 namespace {
 
-// The middle two of n >= 1 real samples, sorted no further than that takes. NaN comes last, as in dspi_sort; it is set
-// aside first, so that the selection compares plainly.
+// In four strands, which need not wait for one another.
+double greatest(const double *x, std::int64_t n) {
+  const auto greater = [](double a, double b) { return a > b ? a : b; };
+  double best[4] = {x[0], x[0], x[0], x[0]};
+  std::int64_t i = 0;
+  for (; i + 4 <= n; i += 4)
+    for (int k = 0; k < 4; ++k) best[k] = greater(x[i + k], best[k]);
+  for (; i < n; ++i) best[0] = greater(x[i], best[0]);
+  return greater(greater(best[0], best[1]), greater(best[2], best[3]));
+}
+
+// The middle two of n >= 1 real samples, sorted no further than that takes. NaN comes last, as in dspi_sort.
 void select_middle(double *x, std::int64_t n, double *lower, double *upper) {
-  double *const end = std::partition(x, x + n, [](double v) { return v == v; });
-  double *const middle = x + n / 2;
-  if (middle < end) std::nth_element(x, middle, end);
-  *upper = *middle;
-  *lower = middle < end && n > 1 ? *std::max_element(x, middle) : *middle;
+  const std::int64_t numbers = numbers_first(x, n);
+  const std::int64_t middle = n / 2;
+  if (middle < numbers) select(x, numbers, middle, [](double a, double b) { return a < b; });
+  *upper = x[middle];
+  *lower = middle < numbers && n > 1 ? greatest(x, middle) : x[middle];
 }
 
 }  // namespace
