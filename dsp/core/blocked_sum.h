@@ -28,11 +28,12 @@ constexpr int sum_block = 2048;  // samples
 template <int Groups, class Kernel>
 void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, double (*lane)[sum_lanes]) {
   const int rows_end = n - n % sum_lanes;
-  lanes total[Kernel::sums][Groups] = {};
+  carried<lanes> total[Kernel::sums][Groups] = {};
   for (int begin = 0; begin < rows_end; begin += sum_round) {
     const int end = begin + sum_round < rows_end ? begin + sum_round : rows_end;
-    lanes sum[Kernel::sums][Groups] = {};
+    carried<lanes> sum[Kernel::sums][Groups] = {};
     for (int at = begin + first; at < end; at += sum_lanes)
+#pragma GCC unroll 8
       for (int g = 0; g < Groups; ++g) {
         lanes term[Kernel::sums];
         kernel(load<lanes>(x + at + g * lane_count), at + g * lane_count, term);

@@ -15,17 +15,57 @@ constexpr int lane_count = 2;
 typedef double lanes __attribute__((vector_size(lane_count * sizeof(double))));
 typedef double lane_pair __attribute__((vector_size(2 * sizeof(double))));
 
+// carried<V> is a V that one pass of a loop leaves to the next. Without vector registers GCC would keep it in memory,
+// but not its elements.
+#if defined(__SSE2__) || defined(__aarch64__)
+constexpr bool has_vector_registers = true;
+template <class V>
+using carried = V;
+#else
+constexpr bool has_vector_registers = false;
+template <class V>
+struct elements_of {
+  double part[sizeof(V) / sizeof(double)];
+
+  double operator[](unsigned i) const { return part[i]; }
+  template <class W>
+  void operator=(const W &v) {
+    for (unsigned i = 0; i < sizeof(V) / sizeof(double); ++i) part[i] = v[i];
+  }
+  template <class W>
+  void operator+=(const W &v) {
+    for (unsigned i = 0; i < sizeof(V) / sizeof(double); ++i) part[i] += v[i];
+  }
+};
+template <class V>
+struct carried_form {
+  using type = elements_of<V>;
+};
+template <>
+struct carried_form<double> {
+  using type = double;
+};
+template <class V>
+using carried = typename carried_form<V>::type;
+#endif
+
 // From and to any address.
 template <class V>
 inline V load(const double *p) {
   V v;
-  __builtin_memcpy(&v, p, sizeof v);
+  if constexpr (has_vector_registers || sizeof v == sizeof *p)
+    __builtin_memcpy(&v, p, sizeof v);
+  else
+    for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) v[i] = p[i];
   return v;
 }
 
 template <class V>
 inline void store(double *p, const V &v) {
-  __builtin_memcpy(p, &v, sizeof v);
+  if constexpr (has_vector_registers || sizeof v == sizeof *p)
+    __builtin_memcpy(p, &v, sizeof v);
+  else
+    for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) p[i] = v[i];
 }
 
 // (b, a, d, c, ...) of (a, b, c, d, ...): real and imaginary parts exchanged.

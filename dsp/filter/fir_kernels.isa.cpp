@@ -9,7 +9,8 @@ namespace {
 constexpr int span_lanes = lane_count < 4 ? lane_count : 4;
 typedef double span __attribute__((vector_size(span_lanes * sizeof(double))));
 
-constexpr int wide = 8;  // vectors of outputs side by side: enough to hide the adder's latency
+// Vectors of outputs side by side: enough to hide the adder's latency, as many as find registers.
+constexpr int wide = has_vector_registers ? 8 : 4;
 
 template <class V>
 constexpr int doubles_in = static_cast<int>(sizeof(V) / sizeof(double));
@@ -21,20 +22,20 @@ struct plain_taps {
   std::int32_t step;
 
   template <class V, int U>
-  void add(V *acc, const double *x, std::int64_t i) const {
+  void add(carried<V> *acc, const double *x, std::int64_t i) const {
     const double tap = h[-i * stride];
     const double *at = x + i * step;
     for (int u = 0; u < U; ++u) acc[u] += tap * load<V>(at + u * doubles_in<V>);
   }
   template <class V, int U>
-  void finish(V *, const double *) const {}
+  void finish(carried<V> *, const double *) const {}
 };
 
 struct turning_taps {
   const double *h;
 
   template <class V, int U>
-  void add(V *acc, const double *x, std::int64_t i) const {
+  void add(carried<V> *acc, const double *x, std::int64_t i) const {
     const double re = h[-2 * i];
     V im = h[-2 * i + 1] - V{};
     for (int k = 0; k < doubles_in<V>; k += 2) im[k] = -im[k];
@@ -45,7 +46,7 @@ struct turning_taps {
     }
   }
   template <class V, int U>
-  void finish(V *, const double *) const {}
+  void finish(carried<V> *, const double *) const {}
 };
 
 // `Samples` says where sample i of the span of output 0 lies.
@@ -55,7 +56,7 @@ struct mirrored_taps {
   Samples samples;
 
   template <class V, int U>
-  void add(V *acc, const double *x, std::int64_t i) const {
+  void add(carried<V> *acc, const double *x, std::int64_t i) const {
     const double tap = filter.half[i];
     const double *newer = samples.at(x, filter.length() - 1 - i);
     const double *older = samples.at(x, i);
@@ -66,7 +67,7 @@ struct mirrored_taps {
     }
   }
   template <class V, int U>
-  void finish(V *acc, const double *x) const {
+  void finish(carried<V> *acc, const double *x) const {
     if (!filter.has_centre) return;
     const double *at = samples.at(x, filter.pairs);
     for (int u = 0; u < U; ++u) acc[u] += filter.half[filter.pairs] * load<V>(at + u * doubles_in<V>);
@@ -86,7 +87,7 @@ struct alternating {
 
 template <class V, int U, class Taps>
 inline void tile(double *y, const double *x, const Taps &taps, std::int64_t count, bool continued) {
-  V acc[U];
+  carried<V> acc[U];
   for (int u = 0; u < U; ++u) acc[u] = continued ? load<V>(y + u * doubles_in<V>) : V{};
   for (std::int64_t i = 0; i < count; ++i) taps.template add<V, U>(acc, x, i);
   taps.template finish<V, U>(acc, x);
