@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "dsp/core/double_double.h"
+#include "dsp/dsp.h"
 #include "dsp/window/bessel_i0.h"
 #include "dsp/window/circle.h"
 #include "dsp/window/normalise.h"
@@ -78,8 +79,20 @@ void kaiser(double *w, const window_layout &at, window_scale scale, double beta)
 
 void gauss(double *w, const window_layout &at, window_scale scale, double sigma) {
   if (sigma == 0.0) return fill(w, at, scale, 1.0, [](double d) { return d < 1.0 ? 1.0 : 0.0; });
+  if (at.n == 1) {
+    w[0] = 1.0;
+    return;
+  }
   const double unit = sigma * at.span;
-  fill(w, at, scale, 1.0, [=](double d) { return std::exp(-0.5 * ((d / unit) * (d / unit))); });
+  fill_symmetric(w, at, [=](double first, std::int32_t count, double *to) {
+    for (std::int32_t i = 0; i < count; ++i) {
+      const double t = (first + i) / unit;
+      to[i] = -0.5 * (t * t);
+    }
+    dsp_vec exponents = {1.0, to, 0, count, 0, 0};
+    dspi_exp(&exponents);
+  });
+  normalise(w, at.n, scale);
 }
 
 void sinc_lobe(double *w, const window_layout &at, window_scale scale, double lobe, double peak) {
