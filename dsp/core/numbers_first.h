@@ -21,7 +21,7 @@ inline bool any_nan(const double *x, std::int64_t n) {
 // Counts the numbers of n samples, having moved them to the front.
 template <class Sample>
 std::int64_t numbers_first(Sample *x, std::int64_t n) {
-  constexpr int parts = sizeof(Sample) / sizeof(double);
+  constexpr int parts = sizeof(Sample) / sizeof(double);  // NOLINT(bugprone-sizeof-expression): 1 or 2
   if (!any_nan(reinterpret_cast<const double *>(x), n * parts)) return n;
   return split(x, n, [](const Sample &s) { return !is_nan(s); });
 }

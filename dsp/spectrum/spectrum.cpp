@@ -66,6 +66,19 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   return f.raw ? 0 : dspi_swap_halves(out);
 }
 
+// A record of m samples from a spectrum of both sides, 0 in the middle, or from its upper half.
+int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
+  if (dsp_copy(out, in) != 0 || dspi_swap_halves2(out) != 0) return -1;
+  if (dspi_zpad2(out, m, pad_split_plain) != 0 || dspi_unzpad(out, m, pad_split_plain) != 0) return -1;
+  return dspi_fft(out, 1);
+}
+
+int32_t inverse_of_half(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
+  const std::int32_t bins = m / 2 + 1;
+  if (dspu_subvec(in, out, 0, bins) != 0 || dspi_zpad(out, bins) != 0) return -1;
+  return dspi_irfft(out);
+}
+
 int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double fraction, const spectrum_flags &f) {
   const bool full = f.from_two_sided || f.two_sided;
   const std::int64_t bins = samples(*in);
@@ -76,14 +89,7 @@ int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
     if (dspu_subvec(in, out, 0, m) != 0 || dspi_zpad(out, m) != 0) return -1;
     return dspi_fft(out, 1);
   }
-  if (full) {
-    if (dsp_copy(out, in) != 0 || dspi_swap_halves2(out) != 0) return -1;
-    if (dspi_zpad2(out, m, pad_split_plain) != 0 || dspi_unzpad(out, m, pad_split_plain) != 0) return -1;
-    if (dspi_fft(out, 1) != 0) return -1;
-  } else {
-    const std::int32_t half = m / 2 + 1;
-    if (dspu_subvec(in, out, 0, half) != 0 || dspi_zpad(out, half) != 0 || dspi_irfft(out) != 0) return -1;
-  }
+  if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
   const std::int32_t mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
   if (dspi_unzpad(out, rounded(fraction * m), mode) != 0) return -1;
   return finish_inverse(out, f);

@@ -73,7 +73,7 @@ scatter scatter_of_trace(const stats_input &y, double dx) {
   const trace_points<plain_powers> fast = {step, shift_x, shift_y};
   const trace_points<saturated_powers> exact = {step, shift_x, shift_y};
   double sum[5];
-  blocked_sum<fast.square_y>(y.data, y.n, 1, fast, exact, squares_within_bound, sum);
+  blocked_sum<trace_points<plain_powers>::square_y>(y.data, y.n, 1, fast, exact, squares_within_bound, sum);
   return scatter_about(shift_x, shift_y, y.n, sum);
 }
 
@@ -82,7 +82,7 @@ scatter scatter_of_points(const stats_input &z) {
   const plane_points<plain_powers> fast = {alternating(shift[0], shift[1])};
   const plane_points<saturated_powers> exact = {alternating(shift[0], shift[1])};
   double sum[6];
-  blocked_sum<fast.squares>(z.data, z.n, 2, fast, exact, squares_within_bound, sum);
+  blocked_sum<plane_points<plain_powers>::squares>(z.data, z.n, 2, fast, exact, squares_within_bound, sum);
   return scatter_about(shift[0], shift[1], z.n, sum);
 }
 
