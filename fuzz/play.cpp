@@ -35,7 +35,7 @@ dsp_vec *play::output(bool is_input) {
   if (k < 0) return nullptr;
   if (first < 0) {
     first = k;
-    first_length = (*all)[k]->length;
+    first_length = std::max((*all)[k]->length, 0);
   }
   if (!is_input || (routine.promises & creates) != 0) sized_ = k;
   if (is_input) is_sane = is_sane && all->is_sane(k);
@@ -80,7 +80,8 @@ std::uint64_t run(const row &r, input *in, signals *all, bool tells) {
   all->settle(p.changed, status, r.name);
   if (status != 0) p.forget_output();
   if (status != 0 || p.first < 0) return p.digest;
-  p.check((r.promises & same_length) == 0 || (*all)[p.first]->length == p.first_length, "changes the length");
+  p.check((r.promises & same_length) == 0 || std::max((*all)[p.first]->length, 0) == p.first_length,
+          "changes the length");
   if ((r.promises & no_nan) == 0 || !p.is_sane) return p.digest;
   for (int k = 0; k < signals::count; ++k)
     p.check((p.changed >> k & 1) == 0 || !all->has_nan(k), "makes NaN of numbers");
