@@ -58,3 +58,6 @@ compiler=(pkg-config=pkg-config cmake=cmake ninja=ninja-build c++=g++)
 examples=(sndfile.pc=libsndfile1-dev gnuplot=gnuplot-nox)
 tests=(gtest.pc=libgtest-dev)
 test_sources=(/usr/src/googletest/CMakeLists.txt=googletest)
+modules=/usr/lib/python3/dist-packages
+python=($modules/numpy/=python3-numpy $modules/scipy/=python3-scipy $modules/matplotlib/=python3-matplotlib
+  $modules/pytest/=python3-pytest)

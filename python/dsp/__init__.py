@@ -5,7 +5,7 @@
 
     x = np.cos(2 * np.pi * 123.4 * np.arange(1024) * 1e-3)          # 1024 samples, 1 ms apart
     s = dsp.spectrum(x, "gausstop", dx=1e-3)
-    print(dsp.peak(s, "gauss").place)                               # 123.40 Hz
+    print(f"{dsp.peak(s, 'gauss').place:.2f} Hz")                   # 123.40 Hz
     plt.plot(s.axis(), dsp.db(dsp.mag(s)))
 
 Signals are arrays, lists or `Signal`s, arrays that know the spacing `dx` of their samples; results are `Signal`s. Real

@@ -12,7 +12,7 @@ import numpy as np
 
 from ._c import lib
 from ._names import Choice, Pad, choose
-from ._signal import Record, Samples, Signal, changed, made
+from ._signal import Record, Samples, Signal, changed, made, pair
 
 __all__ = [
     "Limited", "acos", "add", "addcos", "asin", "avg_add", "besy0", "besy1", "cexp", "conj", "conj_mul", "cos", "cosh",
@@ -136,62 +136,62 @@ def ptor(x: Samples, *, out: Out = None) -> Signal:
     return changed(lib.dspi_ptor, x, out=out)
 
 
-# Two signals into one, with the mean of their dx
+# Two signals into one, with the mean of their dx; an array without takes the other's
 
 
 def add(x: Samples, y: Samples) -> Signal:
     """x + y, the shorter one extended with zeros (dspb_add)."""
-    return made(lib.dspb_add, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_add, *pair(x, y), ...)
 
 
 def sub(x: Samples, y: Samples) -> Signal:
     """x - y, the shorter one extended with zeros (dspb_sub)."""
-    return made(lib.dspb_sub, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_sub, *pair(x, y), ...)
 
 
 def mul(x: Samples, y: Samples) -> Signal:
     """x y (dspb_mul)."""
-    return made(lib.dspb_mul, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_mul, *pair(x, y), ...)
 
 
 def conj_mul(x: Samples, y: Samples) -> Signal:
     """x times the conjugate of y (dspb_conj_mul)."""
-    return made(lib.dspb_conj_mul, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_conj_mul, *pair(x, y), ...)
 
 
 def div(x: Samples, y: Samples) -> Signal:
     """x/y; 0/0 is 0, and x/0 1e100 (dspb_div)."""
-    return made(lib.dspb_div, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_div, *pair(x, y), ...)
 
 
 def avg_add(x: Samples, average: Samples, weight: float) -> Signal:
     """average + weight (x - average): the next exponential average (dspb_avg_add)."""
-    return made(lib.dspb_avg_add, Record.of(x), Record.of(average), ..., weight)
+    return made(lib.dspb_avg_add, *pair(x, average), ..., weight)
 
 
 def maximum(x: Samples, y: Samples) -> Signal:
     """The larger sample of each pair, by magnitude when complex (dspb_max)."""
-    return made(lib.dspb_max, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_max, *pair(x, y), ...)
 
 
 def minimum(x: Samples, y: Samples) -> Signal:
     """The smaller sample of each pair, by magnitude when complex (dspb_min)."""
-    return made(lib.dspb_min, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_min, *pair(x, y), ...)
 
 
 def pmul(x: Samples, y: Samples) -> Signal:
     """Product of polynomials, the full convolution of x and y (dspb_pmul)."""
-    return made(lib.dspb_pmul, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_pmul, *pair(x, y), ...)
 
 
 def ritoc(re: Samples, im: Samples) -> Signal:
     """re + i im, of two real signals (dspb_ritoc)."""
-    return made(lib.dspb_ritoc, Record.of(re), Record.of(im), ...)
+    return made(lib.dspb_ritoc, *pair(re, im), ...)
 
 
 def dot(x: Samples, y: Samples) -> Union[float, complex]:
     """Sum of x y, without conjugation (dspbs_dot)."""
-    return made(lib.dspbs_dot, Record.of(x), Record.of(y), ...).item()
+    return made(lib.dspbs_dot, *pair(x, y), ...).item()
 
 
 # Elementary functions; outside its domain each has a fixed value

@@ -6,7 +6,7 @@ from typing import NamedTuple, Optional, Union
 
 from ._c import lib
 from ._names import Choice, Interp, Spline, choose
-from ._signal import Record, Samples, Signal, changed, made
+from ._signal import Record, Samples, Signal, changed, made, pair
 
 __all__ = ["End", "cspline", "cspline_2d", "inter", "interp", "zinter"]
 
@@ -47,7 +47,7 @@ def cspline_2d(
 
 def inter(x: Samples, y: Samples) -> Signal:
     """x and y sample by sample in turn, dx halved (dspb_inter)."""
-    return made(lib.dspb_inter, Record.of(x), Record.of(y), ...)
+    return made(lib.dspb_inter, *pair(x, y), ...)
 
 
 def zinter(x: Samples) -> Signal:

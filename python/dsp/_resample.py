@@ -2,10 +2,9 @@
 
 from __future__ import annotations
 
-import ctypes
 from typing import Any, Optional, Union
 
-from ._c import RsmpCoef, RsmpState, lib
+from ._c import INT32, RsmpCoef, RsmpState, lib
 from ._filter import _Stream
 from ._signal import Record, Samples, Signal, made
 
@@ -61,13 +60,19 @@ class FractionalResampler(_Stream):
 
     def __init__(self, step: float, table: Union[int, Samples] = 4, *, interp: bool = True) -> None:
         self.step, self.interp = step, interp
-        self._table = Record.of(rsmp(self.KERNELS[table], table) if isinstance(table, int) else Signal(table).copy())
+        self._table = Record.copy(rsmp(self.KERNELS[table], table) if isinstance(table, int) else table)
         super().__init__()
 
-    def __call__(self, x: Samples) -> Signal:
-        """About len(x)/step samples, those that this block completes."""
+    def __call__(self, x: Samples, most: Optional[int] = None) -> Signal:
+        """The outputs that this block completes, about len(x)/step; no more than `most`, the others come first in the
+        next block. A step of 0 takes a `most`."""
         source, result = Record.of(x), Record()
-        result.vec.length = 2**31 - 1
+        if most is None:
+            if not self.step > 0:
+                raise ValueError(f"a step of {self.step} completes any number of outputs")
+            held = self._table.signal()[:1].sum()
+            most = int(min((source.vec.length + held) / self.step + 2, 2**30))
+        result.vec.length = INT32.from_param(most)
         lib.dspd_rsmp(source, result, self.interp, self._table, self.step, self._state)
         return result.signal()
 

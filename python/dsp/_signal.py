@@ -112,6 +112,12 @@ def made(routine: Callable, *args: Any) -> Signal:
     return record.signal()
 
 
+def pair(x: Samples, y: Samples) -> tuple[Record, Record]:
+    """Two operands; of a signal and an array, the array takes the signal's spacing."""
+    ours, theirs = getattr(x, "dx", None), getattr(y, "dx", None)
+    return Record.of(x, theirs if ours is None else ours), Record.of(y, ours if theirs is None else theirs)
+
+
 def changed(
     routine: Callable, samples: Samples, *args: Any, dx: Optional[float] = None, out: Optional[np.ndarray] = None
 ) -> Signal:
@@ -152,7 +158,7 @@ def subvec(x: Samples, start: int, count: int) -> Signal:
 def cmp(x: Samples, y: Samples, tolerance: float = 0.0) -> int:
     """0 when dx and all samples agree within `tolerance`, else the sign of the first difference (dsp_cmp)."""
     result = np.zeros(1, np.int32)
-    lib.dsp_cmp(Record.of(x), Record.of(y), tolerance, result)
+    lib.dsp_cmp(*pair(x, y), tolerance, result)
     return int(result[0])
 
 

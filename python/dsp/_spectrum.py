@@ -6,7 +6,7 @@ from typing import Optional
 
 from ._c import lib
 from ._names import Avg, Choice, Spectrum, Window, choose
-from ._signal import Record, Samples, Signal, made
+from ._signal import Record, Samples, Signal, made, pair
 
 __all__ = ["Average", "corr", "spectrum", "spectrum_dft"]
 
@@ -34,8 +34,8 @@ def spectrum_dft(
 def corr(ref: Samples, x: Samples, m: Optional[int] = None, *, halve: bool = False) -> Signal:
     """Correlation of x with the first m samples of ref (None: all), at every lag where these lie inside x, over the
     least power of two >= len(x) (dspb_corr)."""
-    reference = Record.of(ref)
-    return made(lib.dspb_corr, reference, Record.of(x), ..., reference.vec.length if m is None else m, halve)
+    records = pair(ref, x)
+    return made(lib.dspb_corr, *records, ..., records[0].vec.length if m is None else m, halve)
 
 
 class Average:

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Callable, NamedTuple, Optional, Union
+from typing import Any, Callable, NamedTuple, Optional, Union
 
 from ._c import lib
 from ._names import Choice, Peak, choose
@@ -16,7 +16,7 @@ __all__ = [
 Number = Union[float, complex]
 
 
-def _number(routine: Callable, x: Samples) -> Number:
+def _number(routine: Callable, x: Samples) -> Any:
     return made(routine, Record.of(x), ...).item()
 
 
@@ -55,42 +55,42 @@ def min(x: Samples) -> Number:
     return _number(lib.dsps_min, x)
 
 
-def magsq_sum(x: Samples) -> Number:
+def magsq_sum(x: Samples) -> float:
     """Energy, the sum of |x|^2 (dsps_magsq_sum)."""
     return _number(lib.dsps_magsq_sum, x)
 
 
-def rms(x: Samples) -> Number:
+def rms(x: Samples) -> float:
     """Root of the mean of |x|^2 (dsps_rms)."""
     return _number(lib.dsps_rms, x)
 
 
-def pop_var(x: Samples) -> Number:
+def pop_var(x: Samples) -> float:
     """Variance of the samples as they are, over n (dsps_pop_var)."""
     return _number(lib.dsps_pop_var, x)
 
 
-def samp_var(x: Samples) -> Number:
+def samp_var(x: Samples) -> float:
     """Variance of what they are drawn from, over n - 1 (dsps_samp_var)."""
     return _number(lib.dsps_samp_var, x)
 
 
-def pop_stddev(x: Samples) -> Number:
+def pop_stddev(x: Samples) -> float:
     """Root of pop_var (dsps_pop_stddev)."""
     return _number(lib.dsps_pop_stddev, x)
 
 
-def samp_stddev(x: Samples) -> Number:
+def samp_stddev(x: Samples) -> float:
     """Root of samp_var (dsps_samp_stddev)."""
     return _number(lib.dsps_samp_stddev, x)
 
 
-def skew(x: Samples) -> Number:
+def skew(x: Samples) -> float:
     """Skewness of real x (dsps_skew)."""
     return _number(lib.dsps_skew, x)
 
 
-def excess(x: Samples) -> Number:
+def excess(x: Samples) -> float:
     """Excess kurtosis of real x (dsps_excess)."""
     return _number(lib.dsps_excess, x)
 

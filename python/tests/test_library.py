@@ -213,6 +213,17 @@ def test_the_library_is_found_or_named(root, tmp_path):
     assert dsp.version() >= (2, 5)
 
 
+@pytest.mark.parametrize("path", ["README.md", "python/dsp/__init__.py"])
+def test_first_programs_run(root, path, capsys):
+    text = (root / path).read_text()
+    if path.endswith(".md"):
+        program = re.search(r"```python\n(.*?)```", text, re.S).group(1)
+    else:
+        program = "\n".join(re.findall(r"^    (.*)", text, re.M))
+    exec(program, {"plt": pytest.importorskip("matplotlib.pyplot")})
+    assert "123.40" in capsys.readouterr().out
+
+
 def test_hooks_and_modes():
     seen = []
 
