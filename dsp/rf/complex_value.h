@@ -67,6 +67,8 @@ inline std::size_t find_pivot(const complex_value *a, std::size_t n, std::size_t
 
 inline double *doubles(complex_value *z) { return reinterpret_cast<double *>(z); }
 inline const double *doubles(const complex_value *z) { return reinterpret_cast<const double *>(z); }
+inline double *doubles(dsp_complex *z) { return reinterpret_cast<double *>(z); }
+inline const double *doubles(const dsp_complex *z) { return reinterpret_cast<const double *>(z); }
 
 // Small matrices stay where the compiler sees their size.
 constexpr std::size_t worth_a_call = 4;

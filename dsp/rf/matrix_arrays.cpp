@@ -10,10 +10,8 @@
 namespace dsp {
 namespace {
 
-complex_matrix from_array(const dsp_complex *array, int32_t rows, int32_t cols) {
-  complex_matrix m(static_cast<uint32_t>(rows), static_cast<uint32_t>(cols));
-  std::copy_n(array, m.size(), m.data());
-  return m;
+complex_matrix matrix_of(std::int32_t rows, std::int32_t cols) {
+  return {static_cast<std::uint32_t>(rows), static_cast<std::uint32_t>(cols)};
 }
 
 void to_array(const complex_matrix &m, dsp_complex *array) { std::copy_n(m.data(), m.size(), array); }
@@ -28,7 +26,9 @@ int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out,
   const std::int64_t written = std::int64_t{m} * p;
   if (std::int64_t{k} * k > std::int64_t{m} * k || written > INT32_MAX) return -1;
   try {
-    to_array(from_array(a, m, k) * from_array(b, k, p), out);
+    complex_matrix product = matrix_of(m, p);  // out may be a or b
+    matrices().multiply(doubles(a), doubles(b), doubles(product.data()), m, k, p);
+    to_array(product, out);
   } catch (const std::bad_alloc &) {
     return -1;
   }
@@ -38,7 +38,8 @@ int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out,
 int32_t invert(dsp_complex *m, int32_t n) {
   if (n <= 0) return 0;
   try {
-    complex_matrix inverse = from_array(m, n, n);
+    complex_matrix inverse = matrix_of(n, n);
+    std::copy_n(m, inverse.size(), inverse.data());
     if (!inverse.inv()) return 0;
     to_array(inverse, m);
   } catch (const std::bad_alloc &) {
