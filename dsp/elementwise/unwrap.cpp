@@ -11,45 +11,43 @@ namespace {
 constexpr double turn = 2.0 * pi;
 constexpr double turn_high = 0x1.921fb54p+2;  // 27 bits, so that its product with a count of turns is exact
 constexpr double turn_low = turn - turn_high;
-constexpr double countable = 0x1p25 * turn;
 
 // Brings samples to within half a turn of a reference. The remainder that fmod would give is exact, and so is
-// d - m turn with the high part first; neighbouring samples mostly are the same number m of turns away, or one more or
-// less.
+// d - m turn with the high part first, for few enough turns. How many they are is guessed from the step between
+// neighbouring samples, which waits for no result; that the guess was right shows in the remainder.
 class unwrapper {
  public:
   double operator()(double x, double reference) {
+    const double step = x - neighbour_;
+    neighbour_ = x;
+    turns_ += nearest(step);
     const double d = x - reference;
-    if (!(std::fabs(d) > pi)) return x;
-    const double r = beyond(d);
-    return reference + (std::fabs(r) < pi ? r : remainder(d));
+    if (!(std::fabs(d) > pi)) {
+      turns_ = 0.0;
+      return x;
+    }
+    const double r = (d - turns_ * turn_high) - turns_ * turn_low;
+    return reference + (std::fabs(r) < pi && std::fabs(turns_) < most_turns ? r : remainder(d));
   }
 
  private:
-  double beyond(double d) const { return (d - high_) - low_; }
+  static constexpr double most_turns = 0x1p25;
 
-  double remainder(double d) {
-    const double r = beyond(d);
-    if (std::fabs(r) < 3.0 * pi && std::fabs(d) < countable) {
-      high_ += std::copysign(turn_high, r);
-      low_ += std::copysign(turn_low, r);
-      if (std::fabs(beyond(d)) < pi) return beyond(d);
-    }
-    return far_remainder(d);
+  // Of turns in a step, as a whole number; what a large step gives is no good guess.
+  static double nearest(double step) {
+    constexpr double rounder = 0x1.8p52;
+    return (step * (1.0 / turn) + rounder) - rounder;
   }
 
-  double far_remainder(double d) {
+  double remainder(double d) {
     const double r = std::fmod(d, turn);
     const double half_turned = r > pi ? r - turn : r < -pi ? r + turn : r;
-    if (std::fabs(d) < countable) {
-      const double m = std::rint((d - half_turned) / turn);
-      high_ = m * turn_high;
-      low_ = m * turn_low;
-    }
+    turns_ = std::rint((d - half_turned) / turn);
     return half_turned;
   }
 
-  double high_ = 0.0, low_ = 0.0;  // of m turns
+  double neighbour_ = 0.0;
+  double turns_ = 0.0;  // between the last sample and its reference
 };
 
 // The outputs in a sliding window that are numbers.
@@ -77,11 +75,14 @@ int32_t dspi_unwrap(dsp_vec *v) {
   if (v->is_complex != 0) return -1;
   unwrapper unwrapped;
   double previous = 0.0;
-  for (int32_t i = 0; i < samples(*v); ++i) {
-    const double y = unwrapped(v->data[i], previous);
-    v->data[i] = y;
-    if (std::isfinite(y)) previous = y;
-  }
+  const int32_t n = samples(*v);
+  double *x = v->data;
+  for (int32_t i = 0; i < n; ++i)
+    for (; i < n; ++i) {  // as far as there are numbers: a condition inside would be waited for
+      x[i] = unwrapped(x[i], previous);
+      if (!std::isfinite(x[i])) break;
+      previous = x[i];
+    }
   return 0;
 }
 
