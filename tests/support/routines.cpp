@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <iterator>
+#include <map>
 #include <new>
 #include <utility>
 
@@ -34,17 +33,22 @@ dsp_complex *points(const dsp_vec *v) { return reinterpret_cast<dsp_complex *>(v
 
 int32_t gives_integer(call &c, int32_t i) { return c.gives(i); }
 
-// A converter that stands ready, per ratio; kept, since its kernel takes milliseconds.
+struct coefficients : dsph_rsmp_coef {
+  explicit coefficients(double wanted) {
+    const exempt building;
+    dsph_rsmp_coef_init(this);
+    dsph_rsmp_coef_alloc(this, 0);
+    dsph_rsmp_coef_setup(this, 0, wanted, 0, 0);
+  }
+  ~coefficients() { dsph_rsmp_coef_destroy(this); }
+  coefficients(const coefficients &) = delete;
+  coefficients &operator=(const coefficients &) = delete;
+};
+
+// Kept, since the kernel takes milliseconds.
 const dsph_rsmp_coef &converter(double ratio) {
-  static std::vector<std::pair<double, dsph_rsmp_coef>> made;
-  for (const auto &m : made)
-    if (m.first == ratio) return m.second;
-  const exempt building;
-  dsph_rsmp_coef coef;
-  dsph_rsmp_coef_init(&coef);
-  dsph_rsmp_coef_alloc(&coef, 0);
-  dsph_rsmp_coef_setup(&coef, 0, ratio, 0, 0);
-  return made.emplace_back(ratio, coef), made.back().second;
+  static std::map<double, coefficients> made;
+  return made.try_emplace(ratio, ratio).first->second;
 }
 
 int32_t convert(call &c, double ratio, bool with_state) {
