@@ -1,22 +1,19 @@
 // Transforms beside FFTW's measured plans and KissFFT. Names are work/size/library.
 //
 // Zeros are transformed, again and again in place: the time does not depend on the numbers, and zeros neither overflow
-// nor fade where FFTW and KissFFT do not scale. With --accuracy it prints errors instead.
+// nor fade where FFTW and KissFFT do not scale. The work fft_avx2 keeps ours to
+// the instructions that most processors have.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <complex>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "bench/fft_accuracy.h"
-#include "bench/noise.h"
+#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
 #ifdef HAVE_FFTW
 #include <fftw3.h>
@@ -26,6 +23,8 @@
 #endif
 
 namespace {
+
+const dsp::isa best = dsp::active_isa();
 
 // One transform: room for its samples and its result, in doubles, and a run.
 struct job {
@@ -45,6 +44,7 @@ void measure(benchmark::State &state, const std::function<job()> &make) {
   }
   dsp_destroy(&buffer);
   dsp_free_internal();
+  dsp::force_isa(best);
 }
 
 void add(const char *work, std::size_t n, const char *library, const std::function<job()> &make) {
@@ -73,8 +73,11 @@ job planned(std::size_t room, const std::function<fftw_plan(double *)> &make,
 fftw_complex *complexes(double *x) { return reinterpret_cast<fftw_complex *>(x); }
 #endif
 
-void add_complex(const char *work, std::size_t n, std::size_t room) {
-  add(work, n, "dsp", [=] { return ours(n, true, room, [](dsp_vec *v) { return dspi_dft(v, 0); }); });
+void add_complex(const char *work, std::size_t n, std::size_t room, dsp::isa set = best) {
+  add(work, n, "dsp", [=] {
+    dsp::force_isa(set);
+    return ours(n, true, room, [](dsp_vec *v) { return dspi_dft(v, 0); });
+  });
 #ifdef HAVE_FFTW
   add(work, n, "fftw", [=] {
     return planned(
@@ -128,49 +131,16 @@ void add_cosine(std::size_t n) {
 #endif
 }
 
-// Powers of two: ours over FFTW's error, with ours alone in front. Other lengths: ours over the stated bound, the worst
-// of all lengths up to 300 and large primes one by one.
-void print_accuracy() {
-  namespace acc = fft_accuracy;
-  std::printf("relative L2 errors, and their ratio to FFTW's\n%8s", "n");
-  const acc::kind *const kinds[] = {&acc::complex, &acc::complex_inverse, &acc::real, &acc::real_inverse, &acc::cosine};
-  for (const acc::kind *what : kinds) std::printf("  %16s", what->name);
-  for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) {
-    std::printf("\n%8zu", n);
-    const std::size_t draws = n < 4096 ? (std::size_t{1} << 15) / n : 8 * 4096 / n + 1;
-    for (const acc::kind *what : kinds) {
-      const double error = acc::ours(*what, n, draws);
-      std::printf("  %9.2e  %5.3f", error, error / acc::fftw(*what, n, draws));
-    }
-    std::fflush(stdout);
-  }
-  const acc::kind *const of_any_length[] = {&acc::complex, &acc::complex_inverse, &acc::real,
-                                            &acc::cosine,  &acc::hilbert,         &acc::analytic};
-  std::printf("\n\nrelative L2 errors over 2 eps sqrt(log2 m), m the inner length\n%8s", "n");
-  for (const acc::kind *what : of_any_length) std::printf("  %16s", what->name);
-  std::printf("\n%8s", "1-300");
-  for (const acc::kind *what : of_any_length) {
-    double worst = 0;
-    for (std::size_t n = 2; n <= 300; ++n) worst = std::max(worst, acc::ours(*what, n, 4) / acc::bound(n));
-    std::printf("  %16.3f", worst);
-  }
-  for (const std::size_t n : {1009, 4099, 10007, 16381, 32771, 65521}) {
-    std::printf("\n%8zu", n);
-    for (const acc::kind *what : of_any_length) std::printf("  %16.3f", acc::ours(*what, n, 1) / acc::bound(n));
-    std::fflush(stdout);
-  }
-  std::printf("\n");
-}
-
 }  // namespace
 
 int main(int argc, char **argv) {
-  if (argc == 2 && std::strcmp(argv[1], "--accuracy") == 0) return print_accuracy(), 0;
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_complex("fft", n, 2 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_real(n);
   for (const std::size_t n : std::initializer_list<std::size_t>{1000, 1009, 4095, 10007, 65537, 100003})
     add_complex("dft", n, 8 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 18; n *= 4) add_cosine(n);
+  if (best == dsp::isa::avx512)
+    for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 4) add_complex("fft_avx2", n, 2 * n, dsp::isa::avx2);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();

@@ -1,6 +1,6 @@
 // Transforms in each instruction set, beside FFTW.
+#include "bench/accuracy/fft_accuracy.h"
 #include "bench/accuracy/report.h"
-#include "bench/fft_accuracy.h"
 #include "dsp/core/isa.h"
 #include "dsp/fft/roots.h"
 
