@@ -357,8 +357,9 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
 
 template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
+  // No wider than the transform, whose last stores a wider load would have to wait for.
   if constexpr (W > 1)
-    if (m < 4 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
+    if (m < W * W) return all_pairs<W / 2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
   for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
   if (m < 4) return;
@@ -369,6 +370,7 @@ DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   store_split<1>(x + m / 2 * 3, b);
 }
 
+// From 16 samples on.
 void split(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, split_kernel>(x, m, octant); }
 
 void join(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, join_kernel>(x, m, octant); }

@@ -9,8 +9,8 @@ namespace {
 
 constexpr int smallest_planned = 4;  // bits
 
-// The widest kernels have registers for radix 8: as many of its passes as leave an even number of levels to radix 4.
-// The others take one, last, where radix 4 would leave a level over.
+// The widest kernels have registers for radix 8: after radix 4 as many of its passes as leave that an even number of
+// levels. The others take one, last, where radix 4 would leave a level over.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
   const bool wide = lanes == 8 && bits >= 6;
@@ -18,9 +18,9 @@ fft_plan make_plan(int bits, int lanes) {
   plan.lanes = static_cast<std::int8_t>(wide || lanes < 8 ? lanes : 4);
   plan.tile_bits = wide ? 3 : 2;
   int left = bits - plan.tile_bits;
-  int eights = wide ? left / 3 - (left % 3 == 1 ? 1 : 0) : 0;
+  const int eights = wide ? left / 3 - (left % 3 == 1 ? 1 : 0) : 0;
   while (left > 0) {
-    plan.radix_bits[plan.passes] = eights-- > 0 || left == 3 ? 3 : 2;
+    plan.radix_bits[plan.passes] = left <= 3 * eights || left == 3 ? 3 : 2;
     left -= plan.radix_bits[plan.passes++];
   }
   return plan;
