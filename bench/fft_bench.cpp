@@ -24,7 +24,11 @@
 
 namespace {
 
-const dsp::isa best = dsp::active_isa();
+// Found when first asked for: the library linked in may not have chosen before main.
+dsp::isa best() {
+  static const dsp::isa found = dsp::active_isa();
+  return found;
+}
 
 // One transform: room for its samples and its result, in doubles, and a run.
 struct job {
@@ -44,7 +48,7 @@ void measure(benchmark::State &state, const std::function<job()> &make) {
   }
   dsp_destroy(&buffer);
   dsp_free_internal();
-  dsp::force_isa(best);
+  dsp::force_isa(best());
 }
 
 void add(const char *work, std::size_t n, const char *library, const std::function<job()> &make) {
@@ -73,7 +77,7 @@ job planned(std::size_t room, const std::function<fftw_plan(double *)> &make,
 fftw_complex *complexes(double *x) { return reinterpret_cast<fftw_complex *>(x); }
 #endif
 
-void add_complex(const char *work, std::size_t n, std::size_t room, dsp::isa set = best) {
+void add_complex(const char *work, std::size_t n, std::size_t room, dsp::isa set = best()) {
   add(work, n, "dsp", [=] {
     dsp::force_isa(set);
     return ours(n, true, room, [](dsp_vec *v) { return dspi_dft(v, 0); });
@@ -139,7 +143,7 @@ int main(int argc, char **argv) {
   for (const std::size_t n : std::initializer_list<std::size_t>{1000, 1009, 4095, 10007, 65537, 100003})
     add_complex("dft", n, 8 * n);
   for (std::size_t n = 16; n <= std::size_t{1} << 18; n *= 4) add_cosine(n);
-  if (best == dsp::isa::avx512)
+  if (best() == dsp::isa::avx512)
     for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 4) add_complex("fft_avx2", n, 2 * n, dsp::isa::avx2);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
