@@ -6,7 +6,6 @@
 #include <functional>
 #include <limits>
 
-#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
 #include "tests/support/record.h"
 
@@ -114,11 +113,6 @@ TEST(Spline, ReproducesACubicUnderEveryPairOfEnds) {
         EXPECT_EQ(d2.dx, 2.0);
         ASSERT_EQ(dsp_cspline(&rx, &ry, &d2, &rq, &out), 0);
         EXPECT_TRUE(near(out, values, 1e-12));
-        record onto_y(ry);
-        ASSERT_EQ(dspb_cspline_2d(&rx, &onto_y, &onto_y, at_end(left, nodes.front()), at_end(right, nodes.back()), left,
-                                  right),
-                  0);
-        EXPECT_TRUE(same(onto_y, d2));
       }
 }
 
@@ -152,22 +146,7 @@ TEST(Spline, SatisfiesItsEquations) {
   }
 }
 
-TEST(Grid, OutputMayShareAnyInput) {
-  const record x(reals{0, 1, 2, 4}), y(reals{1, 3, 2, 5}), d2(reals{0, 1, -1, 0}), q(reals{0.5, 1.5, 2, 3});
-  record expected;
-  ASSERT_EQ(dsp_interp(&x, &y, &d2, &q, &expected, DSP_INTERP_SPLINE), 0);
-  for (int which = 0; which < 4; ++which)
-    for (const bool through_view : {false, true}) {
-      record in[4] = {x, y, d2, q};
-      dsp_vec alias = view(in[which]);
-      dsp_vec *out = through_view ? &alias : &in[which];
-      ASSERT_EQ(dsp_interp(&in[0], &in[1], &in[2], &in[3], out, DSP_INTERP_SPLINE), 0);
-      EXPECT_TRUE(same(*out, expected)) << which;
-      dsp_destroy(&alias);
-    }
-}
-
-TEST(Interleave, PlacesSamplesAndShares) {
+TEST(Interleave, PlacesSamples) {
   const std::size_t n = 101;  // some vectors and a rest
   for (const bool a_complex : {false, true})
     for (const bool b_complex : {false, true}) {
@@ -182,15 +161,6 @@ TEST(Interleave, PlacesSamplesAndShares) {
       EXPECT_EQ(complexes_of(out), expected);
       EXPECT_EQ(out.is_complex, a_complex || b_complex);
       EXPECT_EQ(out.dx, 1.0);
-      record onto_a(a), onto_b(b);
-      ASSERT_EQ(dspb_inter(&onto_a, &b, &onto_a), 0);
-      EXPECT_TRUE(same(onto_a, out));
-      ASSERT_EQ(dspb_inter(&a, &onto_b, &onto_b), 0);
-      EXPECT_TRUE(same(onto_b, out));
-      record owner(a);
-      const dsp_vec alias = view(owner);
-      ASSERT_EQ(dspb_inter(&alias, &b, &owner), 0);
-      EXPECT_TRUE(same(owner, out));
       record spread(a);
       ASSERT_EQ(dspi_zinter(&spread), 0);
       EXPECT_EQ(spread.dx, 0.5);
@@ -216,31 +186,6 @@ TEST(Interleave, PlacesSamplesAndShares) {
   dsp_vec huge = {1.0, nullptr, 0, std::numeric_limits<int32_t>::max(), 0, 0};
   EXPECT_EQ(dspi_zinter(&huge), -1);
   EXPECT_EQ(dspb_inter(&huge, &huge, &out), -1);
-}
-
-TEST(Grid, SameBitsOnEveryInstructionSet) {
-  const dsp::isa best = dsp::active_isa();
-  reals x = random_reals(30, 1), t = random_reals(301, 2);
-  std::sort(x.begin(), x.end());
-  std::sort(t.begin(), t.end() - 20);  // and a few that do not rise
-  const record rx(x), ry(random_reals(30, 3)), d2(random_reals(30, 4)), rq(t);
-  for (const int32_t mode : {0, 1, 2, 3, 5, 16, 17, 18, 19, 21}) {
-    ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
-    record expected;
-    ASSERT_EQ(dsp_interp(&rx, &ry, &d2, &rq, &expected, mode), 0);
-    for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
-      record out, merged;
-      if (!dsp::force_isa(set)) continue;
-      ASSERT_EQ(dsp_interp(&rx, &ry, &d2, &rq, &out, mode), 0);
-      EXPECT_TRUE(same(out, expected)) << mode;
-      ASSERT_EQ(dspb_inter(&rx, &ry, &merged), 0);
-      for (std::size_t i = 0; i < 60; ++i) EXPECT_EQ(merged.data[i], (i % 2 == 0 ? rx : ry).data[i / 2]);
-      record onto(rx);
-      ASSERT_EQ(dspb_inter(&onto, &ry, &onto), 0);
-      EXPECT_TRUE(same(onto, merged));
-    }
-  }
-  dsp::force_isa(best);
 }
 
 }  // namespace

@@ -222,11 +222,7 @@ TEST(Correlation, EqualsTheDirectSum) {
           EXPECT_TRUE(near(z, expected, 1e-15));
           EXPECT_EQ(out.is_complex, ref_complex || in_complex);
           EXPECT_EQ(out.dx, 2.0);
-          record onto_in(in), onto_ref(ref), again;
-          ASSERT_EQ(dsph_corr(&ref, &onto_in, &onto_in, nullptr, m, halve), 0);
-          EXPECT_TRUE(same(onto_in, out));
-          ASSERT_EQ(dsph_corr(&onto_ref, &in, &onto_ref, &onto_ref, m, halve), 0);
-          EXPECT_TRUE(same(onto_ref, out));
+          record again;
           ASSERT_EQ(dspb_corr(&ref, &in, &again, m, halve), 0);
           EXPECT_TRUE(same(again, out));
         }
@@ -268,10 +264,6 @@ TEST(Peak, SearchesAndRefines) {
     EXPECT_EQ(dsps_peak(&c.in, &out, c.flags, c.index), c.status);
     EXPECT_TRUE(near(out, reals{c.value, c.position}, std::abs(c.value) * 1e-15));
     EXPECT_EQ(out.dx, 4.0);
-    record in_place(c.in);
-    in_place.dx = 4.0;
-    EXPECT_EQ(dsps_peak(&in_place, &in_place, c.flags, c.index), c.status);
-    EXPECT_TRUE(same(in_place, out));
   }
   record v(reals{1, 2, 3});
   const record before(v);
