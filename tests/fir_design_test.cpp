@@ -152,6 +152,9 @@ TEST(FirDesign, KnownShapes) {
   EXPECT_TRUE(near(design(DSP_FIR_GAUSSIAN, 6, 0.0, 0), reals(6, 1.0 / 6), 3e-17));
   EXPECT_TRUE(
       near(design(DSP_FIR_KAISER_SPECTRUM, 6, -3.0, 0), doubles_of(design(DSP_FIR_KAISER_SPECTRUM, 6, 3.0, 0)), 0));
+  const double beta = 0x1.d05527b6e43d1p+0;  // the root vanishes at the outer taps
+  const double centre = std::sinh(beta) / beta, sum = centre + 2;
+  EXPECT_TRUE(near(design(DSP_FIR_KAISER_SPECTRUM, 3, beta, 0), reals{1 / sum, centre / sum, 1 / sum}, 2e-16));
   EXPECT_TRUE(near(design(DSP_FIR_DELAYED_LOWPASS, 4, 0, 0.3), reals(4, 0.0), 0.0)) << "no sum to divide by";
   const record turned = design(DSP_FIR_SINH, 5, -1.0, 0);
   EXPECT_LT(turned.data[2] * turned.data[1], 0.0);

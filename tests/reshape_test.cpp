@@ -5,11 +5,13 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "dsp/core/isa.h"
+#include "dsp/core/quicksort.h"
 #include "dsp/dsp.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
@@ -212,6 +214,33 @@ TEST(Reshape, SortsWhateverTheOrder) {
       EXPECT_EQ(doubles_of(v), x);
       EXPECT_EQ(complexes_of(w), z);
     }
+}
+
+// An opponent that fixes values only as they are compared, so that every pivot turns out to be among the least.
+TEST(Reshape, SortsInTimeWhateverThePivots) {
+  constexpr int n = 4000, open = n;
+  for (const bool selects : {false, true}) {
+    std::vector<int> value(n, open), order(n);
+    int fixed = 0, candidate = 0;
+    long comparisons = 0;
+    const auto before = [&](int a, int b) {
+      ++comparisons;
+      if (value[a] == open && value[b] == open) value[a == candidate ? a : b] = fixed++;
+      if (value[a] == open) candidate = a;
+      if (value[b] == open) candidate = b;
+      return value[a] < value[b];
+    };
+    std::iota(order.begin(), order.end(), 0);
+    if (selects)
+      dsp::select(order.data(), n, n / 2, before);
+    else
+      dsp::sort(order.data(), n, before);
+    EXPECT_LT(comparisons, 80 * n);  // 40 n for a fair order
+    for (int i = 1; i < n; ++i) {
+      if (i < n / 2) EXPECT_FALSE(before(order[n / 2], order[i]));
+      if (!selects) ASSERT_FALSE(before(order[i], order[i - 1]));
+    }
+  }
 }
 
 TEST(Calculus, DifferencesAndDerivativesOnEveryInstructionSet) {
