@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "dsp/core/isa.h"
 #include "tests/support/scene.h"
 
 namespace {
@@ -35,7 +36,7 @@ void compare(const routine &r, int variant, const std::vector<part> &parts, cons
   }
 }
 
-TEST(Sharing, GivesTheUnsharedResult) {
+void share_all() {
   for (const routine &r : routines()) {
     const std::vector<arrangement> all = arrangements(parts_of(r));
     each_case(r, 64, false, [&](const std::vector<part> &parts, const std::vector<record> &contents, int variant) {
@@ -47,6 +48,15 @@ TEST(Sharing, GivesTheUnsharedResult) {
     });
   }
   dsp_free_internal();
+}
+
+TEST(Sharing, GivesTheUnsharedResult) {
+  const dsp::isa best = dsp::active_isa();
+  for (const dsp::isa set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512}) {
+    SCOPED_TRACE(testing::Message() << "instruction set " << static_cast<int>(set));
+    if (dsp::force_isa(set)) share_all();
+  }
+  dsp::force_isa(best);
 }
 
 }  // namespace
