@@ -192,6 +192,7 @@ TEST(Average, RefusesWhatDoesNotMatch) {
   EXPECT_EQ(dsph_avg(nullptr, &avg, nullptr, 1, 1, 0, -1, 0), -1);
   EXPECT_EQ(dsph_avg(&in, nullptr, nullptr, 1, 1, 0, -1, 0), -1);
   for (const int32_t mode : {1, 2, 3, 4, 5}) EXPECT_EQ(dsph_avg(&in, &avg, nullptr, mode, 2, 0, -1, 0), -1) << mode;
+  EXPECT_EQ(doubles_of(avg), (reals{1, 2}));
   // An average folded into itself stays what it is.
   for (const int32_t mode : {1, 2, 3, 4, 5}) {
     record self(reals{1, 2, 4});

@@ -19,6 +19,7 @@ using in_place = int32_t (*)(dsp_vec *);
 
 // The mean of f(x), taken back: f and its inverse are reciprocal and reciprocal, or logarithm and exponential.
 int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double weight, in_place map, in_place back) {
+  if (samples(*in) != samples(*avg)) return -1;  // before the average is mapped
   if (in != work && dsp_copy(work, in) != 0) return -1;
   if (map(work) != 0 || map(avg) != 0 || dspb_avg_add(work, avg, avg, weight) != 0) return -1;
   return back(avg);
