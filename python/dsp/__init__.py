@@ -11,8 +11,8 @@
 Signals are arrays, lists or `Signal`s, arrays that know the spacing `dx` of their samples; results are `Signal`s. Real
 and complex go by the dtype. Nothing changes its arguments, but for `out`. The names are those of dsp.h without their
 prefixes, and the docstrings name the routine whose contract, in dsp.h, holds here, too. What it refuses raises `Error`.
-Constants go by name: windows, flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are objects
-that are called block by block. `lib` has the routines as they are in C.
+Constants go by name: windows, and flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are
+objects that are called block by block. `lib` has the routines as they are in C, for `Record`s and arrays.
 """
 
 from ._c import Error, lib

@@ -133,16 +133,16 @@ TYPES: dict[str, Any] = {
 SIGNATURES = {
     "": "dsp_lib_init dsp_version dsp_free_internal",
     "v": """dsp_init dsp_destroy dsp_alloc dspi_real dspi_imag dspi_rtoc dspi_conj dspi_neg dspi_recip dspi_sqrt
-        dspi_square dspi_timesi dspi_zero dspi_mag dspi_magsq dspi_phase dspi_rtop dspi_ptor dspi_asin dspi_acos dspi_sinh
-        dspi_cosh dspi_besy0 dspi_besy1 dspi_exp dspi_exp10 dspi_log dspi_log10 dspi_rev dspi_sort dspi_swap_halves
-        dspi_swap_halves2 dspi_recon dspi_differ dspi_integ dspi_pdiffer dspi_unwrap dspi_bitrev dspi_bitrev_scale
-        dspi_rfft dspi_irfft dspi_rdft dspi_hilbert dspi_analytic dspi_zinter""",
+        dspi_square dspi_timesi dspi_zero dspi_mag dspi_magsq dspi_phase dspi_rtop dspi_ptor dspi_asin dspi_acos
+        dspi_sinh dspi_cosh dspi_besy0 dspi_besy1 dspi_exp dspi_exp10 dspi_log dspi_log10 dspi_rev dspi_sort
+        dspi_swap_halves dspi_swap_halves2 dspi_recon dspi_differ dspi_integ dspi_pdiffer dspi_unwrap dspi_bitrev
+        dspi_bitrev_scale dspi_rfft dspi_irfft dspi_rdft dspi_hilbert dspi_analytic dspi_zinter""",
     "vv": """dsp_copy dsp_append dspu_mag dspu_magsq dspu_sqrt dspi_window_cos dsps_sum dsps_mean dsps_gmean dsps_hmean
-        dsps_median dsps_max dsps_min dsps_magsq_sum dsps_rms dsps_pop_var dsps_samp_var dsps_pop_stddev dsps_samp_stddev
-        dsps_skew dsps_excess dsps_lin_regres dsps_lin_regres2 dspc_rsmp_cos dspc_rsmp_pcos""",
+        dsps_median dsps_max dsps_min dsps_magsq_sum dsps_rms dsps_pop_var dsps_samp_var dsps_pop_stddev
+        dsps_samp_stddev dsps_skew dsps_excess dsps_lin_regres dsps_lin_regres2 dspc_rsmp_cos dspc_rsmp_pcos""",
     "vvv": """dspb_add dspb_sub dspb_mul dspb_conj_mul dspb_div dspb_max dspb_min dspb_pmul dspb_ritoc dspbs_dot
         dspb_inter""",
-    "vi": """dspi_shift dspi_zpad dspi_orecon dspi_unwrap_wnd dspi_dft dspi_dct dspi_window_fir dspc_fir2 dspc_rsmp""",
+    "vi": "dspi_shift dspi_zpad dspi_orecon dspi_unwrap_wnd dspi_dft dspi_dct dspi_window_fir dspc_fir2 dspc_rsmp",
     "vu": "dspi_fft dspi_irdft",
     "vd": "dspi_db dspi_offset dspi_scale",
     "vp": "dspi_hwfilt",

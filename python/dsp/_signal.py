@@ -10,9 +10,24 @@ import numpy.typing as npt
 
 from ._c import INT32, Vec, lib
 
-__all__ = ["Signal", "append", "cmp", "free_internal", "subvec", "version"]
+__all__ = ["Record", "Signal", "append", "cmp", "free_internal", "subvec", "version"]
 
 Samples = Union["Signal", npt.ArrayLike]
+
+
+FLOAT, COMPLEX = np.dtype(np.float64), np.dtype(np.complex128)
+
+
+def doubles(samples: Samples) -> np.ndarray:
+    """Samples as the library takes them, float64 or complex128 in one piece: their own memory where that is so."""
+    array = np.asarray(samples)
+    if array.ndim != 1:
+        raise ValueError(f"a signal has one dimension, not {array.ndim}")
+    if (array.dtype == FLOAT or array.dtype == COMPLEX) and array.flags.c_contiguous and array.flags.aligned:
+        return array
+    if array.dtype.kind not in "biufc":
+        raise TypeError(f"{array.dtype} are no samples")
+    return np.require(array, COMPLEX if array.dtype.kind == "c" else FLOAT, ["C", "A"])
 
 
 class Signal(np.ndarray):
@@ -25,13 +40,7 @@ class Signal(np.ndarray):
     dx: float
 
     def __new__(cls, samples: Samples, dx: Optional[float] = None) -> "Signal":
-        array = np.asarray(samples)
-        if array.ndim != 1:
-            raise ValueError(f"a signal has one dimension, not {array.ndim}")
-        if array.dtype.kind not in "biufc":
-            raise TypeError(f"{array.dtype} are no samples")
-        kind = np.complex128 if array.dtype.kind == "c" else np.float64
-        signal = np.require(array, kind, ["C", "A"]).view(cls)
+        signal = doubles(samples).view(cls)
         signal.dx = float(getattr(samples, "dx", 1.0) if dx is None else dx)
         return signal
 
@@ -47,8 +56,16 @@ class Signal(np.ndarray):
             part.dx = self.dx * abs(index.step)
         return part
 
+    def __repr__(self) -> str:
+        return f"{super().__repr__()[:-1]}, dx={self.dx:g})"
+
     def __reduce__(self) -> Any:
-        return Signal, (np.array(self), self.dx)
+        plain: Any = super().__reduce__()
+        return plain[0], plain[1], (plain[2], self.dx)
+
+    def __setstate__(self, state: Any) -> None:
+        super().__setstate__(state[0])
+        self.dx = state[1]
 
     def axis(self, centred: bool = False) -> np.ndarray:
         """Where the samples stand: 0, dx, 2 dx, ...; `centred` for spectra whose frequency 0 is in the middle."""
@@ -58,20 +75,20 @@ class Signal(np.ndarray):
 class Record:
     """A dsp_vec: an empty one for results, or one that borrows an array's memory. Releases what the library owns."""
 
-    def __init__(self, samples: Optional[Signal] = None, dx: float = 1.0) -> None:
-        self.vec = Vec(dx=dx)
+    def __init__(self, dx: float = 1.0) -> None:
+        self.vec = Vec(dx)
         self._as_parameter_ = ctypes.byref(self.vec)
-        self.samples = samples
-        if samples is not None:
-            self.vec.dx = samples.dx
-            self.vec.data = samples.ctypes.data
-            self.vec.length = INT32.from_param(len(samples))
-            self.vec.is_complex = samples.dtype.kind == "c"
+        self.samples: Optional[np.ndarray] = None  # whose memory is borrowed
 
     @classmethod
     def of(cls, samples: Samples, dx: Optional[float] = None) -> "Record":
         """Lends `samples` to the library, converted where they are not doubles in one piece."""
-        return cls(Signal(samples, dx))
+        record = cls(getattr(samples, "dx", 1.0) if dx is None else dx)
+        array = record.samples = doubles(samples)
+        record.vec.data = array.__array_interface__["data"][0]
+        record.vec.length = INT32.from_param(len(array))
+        record.vec.is_complex = array.dtype == COMPLEX
+        return record
 
     @classmethod
     def copy(cls, samples: Samples, dx: Optional[float] = None) -> "Record":
@@ -91,18 +108,21 @@ class Record:
 
     @property
     def __array_interface__(self) -> dict:
-        kind = np.dtype(np.complex128 if self.vec.is_complex else np.float64)
+        kind = COMPLEX if self.vec.is_complex else FLOAT
         return {"version": 3, "shape": (self.vec.length,), "typestr": kind.str, "data": (self.vec.data, False)}
 
     def signal(self) -> Signal:
         """The samples, in the memory where they are; it lives as long as they are looked at."""
         if self.vec.length <= 0 or not self.vec.data:
-            return Signal(np.empty(0, complex if self.vec.is_complex else float), self.vec.dx)
-        return Signal(np.asarray(self), self.vec.dx)
+            return Signal(np.empty(0, COMPLEX if self.vec.is_complex else FLOAT), self.vec.dx)
+        signal = np.asarray(self).view(Signal)
+        signal.dx = self.vec.dx
+        return signal
 
-    def values(self) -> list:
-        """The samples as Python's numbers."""
-        return self.signal().tolist()
+    def first(self) -> Any:
+        """The first sample, one of Python's numbers."""
+        parts = (ctypes.c_double * 2).from_address(self.vec.data)
+        return complex(*parts) if self.vec.is_complex else parts[0]
 
 
 def made(routine: Callable, *args: Any) -> Signal:
@@ -130,10 +150,10 @@ def changed(
     if target.ctypes.data != out.ctypes.data or not out.flags.carray:
         raise ValueError("out is no writable array of float64 or complex128 in one piece")
     if target.dtype != source.dtype or target.shape != source.shape:
-        raise ValueError("out is not as long as the samples, or real where they are complex, or complex where they are not")
+        raise ValueError("out is not of the samples' length and kind, real or complex")
     np.copyto(target, source)
     target.dx = source.dx
-    record = Record(target)
+    record = Record.of(target)
     routine(record, *args)
     result = record.signal()
     if target.dtype != result.dtype or target.shape != result.shape:

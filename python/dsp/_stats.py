@@ -17,7 +17,9 @@ Number = Union[float, complex]
 
 
 def _number(routine: Callable, x: Samples) -> Any:
-    return made(routine, Record.of(x), ...).item()
+    result = Record()
+    routine(Record.of(x), result)
+    return result.first()
 
 
 def sum(x: Samples) -> Number:
@@ -113,7 +115,7 @@ def peak(x: Samples, how: Choice = Peak.PARABOLIC, *, index: Optional[int] = Non
     "gauss", "gauss_corr" or "no_interp". The value of complex x is its squared magnitude (dsps_peak)."""
     flags = choose(Peak, how) | (0 if index is None else Peak.AT_INDEX)
     signal = Signal(x, dx)
-    value, position = made(lib.dsps_peak, Record(signal), ..., flags, index or 0).tolist()
+    value, position = made(lib.dsps_peak, Record.of(signal), ..., flags, index or 0).tolist()
     return Found(value, position, position * signal.dx)
 
 

@@ -95,7 +95,7 @@ def smooth(x: Samples, width: int, *, phase: bool = False) -> Signal:
 
 
 def format_buffer(x: Samples, format: Choice) -> np.ndarray:
-    """Complex points as "level" or "return_loss" in dB, "magnitude", "phase" in degrees or "swr" (vfpd_FormatBuffer)."""
+    """Complex points as "level" or "return_loss" (dB), "magnitude", "phase" (degrees) or "swr" (vfpd_FormatBuffer)."""
     data = _array(x, complex)
     out = np.empty(data.shape)
     lib.vfpd_FormatBuffer(Format(choose(Format, format)), data, out, 0, data.size)

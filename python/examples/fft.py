@@ -1,4 +1,4 @@
-# %% The envelope and the frequency of a chirp, by its analytic signal; its spectrum, at a length that is no power of two.
+# %% The envelope and the frequency of a chirp, by its analytic signal; and its spectrum, of any length.
 import matplotlib.pyplot as plt
 import numpy as np
 

@@ -28,7 +28,9 @@ def variables():
 
 
 def run_python(code):
-    names = dict(variables(), np=np, fft=fft, interpolate=interpolate, signal=signal, special=special, stats=stats, dsp=dsp)
+    names = dict(
+        variables(), np=np, fft=fft, interpolate=interpolate, signal=signal, special=special, stats=stats, dsp=dsp
+    )
     *statements, last = code.split("; ")
     for statement in statements:
         exec(statement, names)

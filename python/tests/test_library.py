@@ -1,5 +1,6 @@
 """The table of routines and constants against the header, and how arrays go in and come out."""
 
+import concurrent.futures
 import copy
 import ctypes
 import inspect
@@ -17,8 +18,9 @@ from dsp import _c, _names
 from dsp._signal import Record
 
 LETTERS = {
-    "dsp_vec *": "v", "int32_t": "i", "dsp_window_type": "i", "dsp_fir_type": "i", "dsp_fir2_type": "i", "uint32_t": "u",
-    "double": "d", "float": "f", "double *": "D", "float *": "F", "int32_t *": "I", "dsp_window_type *": "I",
+    "dsp_vec *": "v", "int32_t": "i", "uint32_t": "u", "dsp_window_type": "i", "dsp_fir_type": "i",
+    "dsp_fir2_type": "i", "double": "d", "float": "f", "double *": "D", "float *": "F", "int32_t *": "I",
+    "dsp_window_type *": "I",
     "dsp_complex *": "z", "void *": "p", "char *": "s", "dsph_rsmp_coef *": "c", "dsph_rsmp_state *": "t",
     "dsp_alloc_fn": "a", "dsp_free_fn": "a", "dsp_realloc_fn": "r", "dsp_alloc_fn *": "A", "dsp_free_fn *": "A",
     "dsp_realloc_fn *": "R",
@@ -32,7 +34,8 @@ def code_of(header):
 def test_signatures_are_those_of_the_header(header):
     declared = {}
     for result, name, arguments in re.findall(r"DSP_API (\w+) (\w+)\(([^)]*)\)", code_of(header)):
-        types = [re.sub(r"\w+$", "", a.replace("const ", "")).strip() for a in arguments.split(",") if a.strip() != "void"]
+        listed = [a.replace("const ", "") for a in arguments.split(",") if a.strip() != "void"]
+        types = [re.sub(r"\w+$", "", a).strip() for a in listed]
         returned = {"int32_t": "", "uint32_t": "u:", "void": "void:"}[result]
         declared[name] = returned + "".join(LETTERS[t] for t in types)
     table = {name: re.sub("^i:", "", s) for s, names in _c.SIGNATURES.items() for name in names.split()}
@@ -68,9 +71,9 @@ def test_constants_are_those_of_the_header(header):
 
 def test_friendly_layer_reaches_every_routine(root):
     in_c_only = """
-        dsp_lib_init dsp_init dsp_alloc dsp_realloc dsp_lib_alloc dsp_lib_realloc dsp_lib_free dsp_copy_at_most dspi_mag
-        dspi_magsq dspu_sqrt dspi_zpad dspi_unwrap cf_dspi_fft cf_dsph_fft dsp_window_from_str dsp_window_to_str dsph_corr
-        dspd_rsmp2 dspi_hwfilt vfpdbMul1 vfpdbMul2 vfpsbMul2 vfpdb_ScaleToInt2"""
+        dsp_lib_init dsp_init dsp_alloc dsp_realloc dsp_lib_alloc dsp_lib_realloc dsp_lib_free dsp_copy_at_most
+        dspi_mag dspi_magsq dspu_sqrt dspi_zpad dspi_unwrap cf_dspi_fft cf_dsph_fft dsp_window_from_str
+        dsp_window_to_str dsph_corr dspd_rsmp2 dspi_hwfilt vfpdbMul1 vfpdbMul2 vfpsbMul2 vfpdb_ScaleToInt2"""
     source = "".join(p.read_text() for p in (root / "python/dsp").glob("_*.py") if p.name != "_c.py")
     missing = {n for names in _c.SIGNATURES.values() for n in names.split() if not re.search(r"lib\.%s\b" % n, source)}
     assert missing == set(in_c_only.split())
@@ -91,6 +94,7 @@ def test_a_signal_is_an_array_that_keeps_its_spacing():
     assert list(s.axis()) == [0, 0.5, 1, 1.5, 2] and list(s.axis(centred=True)) == [-1, -0.5, 0, 0.5, 1]
     for again in (pickle.loads(pickle.dumps(s)), copy.deepcopy(s), copy.copy(s)):
         assert again.dx == 0.5 and list(again) == list(s) and not np.shares_memory(again, s)
+    assert repr(s[:2]) == "Signal([1., 2.], dx=0.5)" and np.outer(s, s).shape == (5, 5)
     memory = np.zeros(4, complex)
     assert np.shares_memory(dsp.Signal(memory), memory)
     for wrong, error in ((np.zeros((2, 2)), ValueError), (["a"], TypeError), (3.0, ValueError)):
@@ -171,6 +175,17 @@ def test_memory_comes_back():
     assert resident() - before < 20000  # kB; each round asks for 30 MB
 
 
+def test_threads_take_turns():
+    x = np.random.default_rng(1).normal(size=3000)
+
+    def work(n):
+        return [dsp.magsq_sum(dsp.dft(x[:n])), dsp.rms(dsp.window(x[:n], "hann")), dsp.sum(dsp.FirFilter(x[:n])(x))]
+
+    lengths = [1000 + 7 * k for k in range(40)]
+    with concurrent.futures.ThreadPoolExecutor(8) as pool:
+        assert list(pool.map(work, lengths)) == [work(n) for n in lengths]
+
+
 def test_what_cannot_be_is_told():
     with pytest.raises(dsp.Error, match="dspi_fft") as caught:
         dsp.fft(np.ones(3))
@@ -204,7 +219,8 @@ def test_the_library_is_found_or_named(root, tmp_path):
     def run(code, **environment):
         inherited = {k: v for k, v in os.environ.items() if k != "DSP_LIBRARY"}
         inherited["PYTHONPATH"] = str(root / "python")
-        return subprocess.run([sys.executable, "-c", code], env={**inherited, **environment}, capture_output=True, text=True)
+        command = [sys.executable, "-c", code]
+        return subprocess.run(command, env={**inherited, **environment}, capture_output=True, text=True)
 
     missing = run("import dsp", DSP_LIBRARY=str(tmp_path / "none.so"))
     assert missing.returncode == 1 and "ImportError" in missing.stderr and "none.so" in missing.stderr
