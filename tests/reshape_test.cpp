@@ -102,13 +102,8 @@ TEST(Reshape, KnownValues) {
   };
   for (auto &c : cases) {
     SCOPED_TRACE("case " + std::to_string(&c - cases));
-    record memory(c.in), borrowed;
-    static_cast<dsp_vec &>(borrowed) = view(memory);
-    borrowed.dx = c.in.dx;
     ASSERT_EQ(c.run(&c.in), 0);
     EXPECT_TRUE(same(c.in, c.out));
-    ASSERT_EQ(c.run(&borrowed), 0);
-    EXPECT_TRUE(same(borrowed, c.out));
   }
 }
 
@@ -237,8 +232,8 @@ TEST(Reshape, SortsInTimeWhateverThePivots) {
       dsp::sort(order.data(), n, before);
     EXPECT_LT(comparisons, 80 * n);  // 40 n for a fair order
     for (int i = 1; i < n; ++i) {
-      if (i < n / 2) EXPECT_FALSE(before(order[n / 2], order[i]));
-      if (!selects) ASSERT_FALSE(before(order[i], order[i - 1]));
+      EXPECT_FALSE(i < n / 2 && before(order[n / 2], order[i]));
+      ASSERT_FALSE(!selects && before(order[i], order[i - 1]));
     }
   }
 }

@@ -20,7 +20,7 @@ const double inf = std::numeric_limits<double>::infinity();
 const double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double bound = 1e100;
 
-// The result for `in` into a fresh record, which must be the same wherever the output sits.
+// The result for `in` into a fresh record.
 template <class Reduce>
 record run(const Reduce &reduce, const dsp_vec &in) {
   record out;
