@@ -43,7 +43,7 @@ work_signal row_store;
 
 int32_t prepare_rows(const kernel &k, kernel_rows *rows) {
   const std::int64_t groups = (std::int64_t{k.phases} + points_in_group - 1) / points_in_group;
-  const std::int64_t doubles = groups * rows_in_group * k.taps;
+  const std::int64_t doubles = groups * rows_in_group * row_stride(k.taps);
   const std::int64_t marks = groups / static_cast<std::int64_t>(sizeof(double)) + 1;
   if (doubles + marks > INT32_MAX) return -1;
   dsp_vec *store = row_store.obtain();

@@ -12,10 +12,11 @@ typedef double quad __attribute__((vector_size(4 * sizeof(double))));
 void fill_group(const kernel_rows &k, std::int32_t group) {
   const std::int32_t first = group * points_in_group;
   const std::int32_t count = k.phases - first < points_in_group ? k.phases - first + 1 : rows_in_group;
-  double *rows = k.rows + static_cast<std::int64_t>(group) * rows_in_group * k.taps;
+  const std::int64_t stride = row_stride(k.taps);
+  double *rows = k.rows + group * rows_in_group * stride;
   for (std::int64_t i = 0; i < k.taps; ++i) {
     const double *from = k.points + first + i * k.phases;
-    for (std::int64_t j = 0; j < count; ++j) rows[j * k.taps + i] = from[j];
+    for (std::int64_t j = 0; j < count; ++j) rows[j * stride + i] = from[j];
   }
   k.filled[group] = 1;
 }
@@ -29,17 +30,19 @@ struct partial_sums {
 template <int Width>
 inline partial_sums weigh(const double *x, const double *row, double fraction, std::int32_t taps) {
   partial_sums sum = {};
-  const double *next = row + taps;
+  const double *next = row + row_stride(taps);
   const std::int32_t quads = taps / 4 * 4;
-  for (std::int32_t i = 0; i < quads; i += 4) {
+  const auto four = [=](std::int32_t i) {
     const quad a = load<quad>(row + i);
     const quad w = a + fraction * (load<quad>(next + i) - a);
     const double *z = x + i * Width;
     if constexpr (Width == 1)
-      sum.lanes += w * load<quad>(z);
+      return w * load<quad>(z);
     else
-      sum.lanes += w * quad{z[0], z[Width], z[2 * Width], z[3 * Width]};
-  }
+      return w * quad{z[0], z[Width], z[2 * Width], z[3 * Width]};
+  };
+  if (quads > 0) sum.lanes = four(0);  // a zero of either sign will do: the rest begins with one of sign +
+  for (std::int32_t i = 4; i < quads; i += 4) sum.lanes += four(i);
   for (std::int32_t i = quads; i < taps; ++i) sum.rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
   return sum;
 }
@@ -119,12 +122,12 @@ bool find_positions(const fractional_run &run, std::int32_t left, batch *b, doub
 
 void find_phases(const kernel_rows &k, bool linear, batch *b) {
   const double phases = k.phases;
-  const auto taps = static_cast<std::uint32_t>(k.taps);
+  const auto stride = static_cast<std::uint32_t>(row_stride(k.taps));
   for (std::int32_t n = 0; n < b->count; ++n) {
     const kernel_phase p(b->offset[n], phases, linear);
     const auto point = static_cast<std::uint32_t>(p.point);
     b->group[n] = point / points_in_group;
-    b->row[n] = (point + point / points_in_group) * taps;
+    b->row[n] = (point + point / points_in_group) * stride;
     b->fraction[n] = p.fraction;
   }
 }
@@ -156,14 +159,21 @@ void weigh_real(const fractional_run &run, const kernel_rows &k, const batch &b,
     weigh_batch<1, 0>(run, k, b, y);
 }
 
+void fill_groups(const kernel_rows &k, const batch &b) {
+  unsigned all = 1;
+  for (std::int32_t n = 0; n < b.count; ++n) all &= k.filled[b.group[n]];
+  if (all != 0) return;
+  for (std::int32_t n = 0; n < b.count; ++n)
+    if (k.filled[b.group[n]] == 0) fill_group(k, static_cast<std::int32_t>(b.group[n]));
+}
+
 std::int32_t interpolate(const fractional_run &run, const kernel_rows &k, double *offset, std::int64_t *start) {
   std::int32_t made = 0;
   batch b;
   for (bool more = true; more;) {
     more = find_positions(run, run.most - made, &b, offset, start);
     find_phases(k, run.linear, &b);
-    for (std::int32_t n = 0; n < b.count; ++n)
-      if (k.filled[b.group[n]] == 0) fill_group(k, static_cast<std::int32_t>(b.group[n]));
+    fill_groups(k, b);
     double *y = run.y + static_cast<std::int64_t>(made) * run.width;
     if (run.width == 1)
       weigh_real(run, k, b, y);

@@ -8,10 +8,13 @@
 namespace dsp {
 
 // The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
-// the cache. So they are copied, when first needed in a call, into rows of `taps`, in groups of neighbouring points. A
+// the cache. So they are copied, when first needed in a call, into rows, in groups of neighbouring points. A
 // group also holds the point after its last.
 constexpr std::int32_t points_in_group = 8;
 constexpr std::int32_t rows_in_group = points_in_group + 1;
+
+// From row to row. Vectors of four that begin at a row do not straddle lines of the cache.
+constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 3) / 4 * 4; }
 
 struct kernel_rows {
   const double *points;
