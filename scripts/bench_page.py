@@ -104,6 +104,8 @@ def table(head, lines):
 
 def family(program, title, text, path):
     rows = {key: row for key, row in read([path]).items() if OURS in row}
+    if not rows:
+        return
     peers = list(dict.fromkeys(library for row in rows.values() for library in row if library != OURS))
     print(f"\n## {title}\n\n{text}")
     lines, reasons = [], {}
@@ -155,8 +157,8 @@ def main(build, results):
     processor, chosen = machine()
     print(f"""# Performance
 
-Median times of runs that were interleaved at random, ours beside the libraries that a user would otherwise pick, in one
-process and one thread; in brackets ours over theirs, below 1 we are faster. `scripts/bench --page` measures all of it
+Medians of the processor time of runs that were interleaved at random, ours beside the libraries that a user would
+otherwise pick, in one process and one thread; in brackets ours over theirs, below 1 we are faster. `scripts/bench --page` measures all of it
 anew on your machine, `scripts/bench --page fft` one family.
 
 - Processor: {processor}, on which the library chose {chosen}

@@ -1,4 +1,5 @@
 """Prints the results of benchmark programs (JSON) as one table: medians, and the ratio of our time to each other's.
+Processor time, which other programs on the machine hardly touch; all that is measured runs in one thread.
 
 Rows are named work/size/library, ours `dsp`. Rows named bandwidth/size/pattern are the yardstick: a row that counts
 its bytes shows its share of the same size's bandwidth, under the pattern that its label names or else the best one.
@@ -26,7 +27,7 @@ def read(paths):
             if run.get("run_type") != "iteration" or run.get("error_occurred"):
                 continue
             work, size, library = run["run_name"].split("/")[:3]
-            ns = run["real_time"] * {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
+            ns = run["cpu_time"] * {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
             samples[work, size][library].append((ns, run.get("bytes_per_second", 0.0), run.get("label", "")))
     rows = {}
     for key, libraries in samples.items():
