@@ -42,9 +42,9 @@ class Resampler:
     def __call__(self, x: Samples) -> Signal:
         record = Record.of(x)
         if self._complex is None:
-            self._complex = bool(record.vec.is_complex)
-            lib.dsph_rsmp_state_alloc(self._coef, self._state, self._complex)
+            lib.dsph_rsmp_state_alloc(self._coef, self._state, record.vec.is_complex)
             lib.dsph_rsmp_state_reset(self._coef, self._state)
+            self._complex = bool(record.vec.is_complex)
         if record.vec.is_complex and not self._complex:
             raise ValueError("a complex block in a real stream")
         if self._complex and not record.vec.is_complex:

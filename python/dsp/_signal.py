@@ -13,8 +13,6 @@ from ._c import INT32, Vec, lib
 __all__ = ["Record", "Signal", "append", "cmp", "free_internal", "subvec", "version"]
 
 Samples = Union["Signal", npt.ArrayLike]
-
-
 FLOAT, COMPLEX = np.dtype(np.float64), np.dtype(np.complex128)
 
 
@@ -112,10 +110,14 @@ class Record:
         return {"version": 3, "shape": (self.vec.length,), "typestr": kind.str, "data": (self.vec.data, False)}
 
     def signal(self) -> Signal:
-        """The samples, in the memory where they are; it lives as long as they are looked at."""
+        """The samples, in the memory where they are, which lives as long as they are looked at; copied where a few would
+        keep much of it."""
         if self.vec.length <= 0 or not self.vec.data:
             return Signal(np.empty(0, COMPLEX if self.vec.is_complex else FLOAT), self.vec.dx)
-        signal = np.asarray(self).view(Signal)
+        samples = np.asarray(self)
+        if self.vec.capacity * FLOAT.itemsize > 4 * samples.nbytes + 4096:
+            samples = samples.copy()
+        signal = samples.view(Signal)
         signal.dx = self.vec.dx
         return signal
 

@@ -17,7 +17,10 @@ __all__ = [
 
 
 def _array(x: Samples, kind: type) -> np.ndarray:
-    return np.require(np.asarray(x), kind, ["C", "A", "W"]).view(np.ndarray)
+    data = np.asarray(x)
+    if not np.can_cast(data.dtype, kind, "same_kind"):
+        raise TypeError(f"{data.dtype} where {kind.__name__} points are needed")
+    return np.require(data, kind, ["C", "A", "W"])
 
 
 def _range(x: np.ndarray, start: int, stop: Optional[int]) -> Tuple[int, int]:

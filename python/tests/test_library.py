@@ -147,7 +147,8 @@ def test_results_live_as_long_as_they_are_looked_at():
     tail = dsp.rev(np.arange(100000.0))[-10:]
     others = [dsp.zpad(np.ones(10), 100000) for _ in range(20)]
     np.testing.assert_array_equal(tail, np.arange(9.0, -1, -1))
-    assert tail.base is not None and len(others) == 20
+    assert isinstance(tail.base.base.base, Record) and len(others) == 20
+    assert dsp.edge(np.arange(100000.0), 5.0).base.base is None
 
 
 def test_memory_comes_back():
@@ -200,6 +201,9 @@ def test_what_cannot_be_is_told():
         (TypeError, lambda: dsp.scale([1.0], "2")),
         (TypeError, lambda: dsp.lib.vfpdbMul1(2.0, [1.0], 1)),
         (TypeError, lambda: dsp.lib.dspi_shift(Record(), 2**31)),
+        (TypeError, lambda: dsp.find_max(np.ones(4, complex))),
+        (TypeError, lambda: dsp.smooth(np.ones(4, complex), 3, phase=True)),
+        (ValueError, lambda: dsp.FractionalResampler(0.0)(np.ones(4))),
         (OverflowError, lambda: dsp.cos(2**31, 0.1)),
         (ValueError, lambda: dsp.window(np.ones(4), "hanning")),
         (ValueError, lambda: dsp.window(np.ones(4), "hann", "raw, wrong")),
