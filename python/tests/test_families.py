@@ -66,6 +66,9 @@ def test_resampler_keeps_a_tone(ratio):
     basis = np.exp(2j * np.pi * 0.1 * np.arange(len(y)))
     fit = np.linalg.lstsq(np.column_stack([basis.real, basis.imag]), y, rcond=None)
     assert np.hypot(*fit[0]) == pytest.approx(1, abs=0.01) and np.sqrt(fit[1][0] / len(y)) < 1e-5
+    mixed, whole = dsp.Resampler(ratio), dsp.Resampler(ratio)
+    parts = [mixed(z[:500]), mixed(x[500:])]
+    np.testing.assert_array_equal(np.concatenate(parts), whole(np.concatenate([z[:500], x[500:]])))
     real = dsp.Resampler(ratio)
     real(x)
     if ratio != 1.0:
