@@ -230,29 +230,24 @@ TEST(Deci, KeepsEveryDthSample) {
 
 TEST(Deci, WildArguments) {
   const record in = random_signal(10, false, 22, 0.5);
-  const struct {
-    int32_t factor;
-    double phase;
-    int32_t length;
-    double next;
-  } cases[] = {{3, 0, 4, 2},
-               {3, 2, 3, 1},
-               {3, 12, 0, 2},
-               {0, 0, 10, 0},
-               {-5, 3, 7, 0},
-               {3, 1.6, 3, 1},
-               {3, -7, 4, 2},
-               {3, nan, 4, 2},
-               {3, 1e300, 0, 1e300},
-               {3, inf, 0, inf},
-               {INT32_MAX, 9, 1, 2147483646.0},
-               {INT32_MIN, 0, 10, 0}};
-  for (const auto &c : cases) {
-    record out, state(reals{c.phase});
-    ASSERT_EQ(dspd_deci(&in, &out, c.factor, &state), 0);
-    EXPECT_EQ(out.length, c.length) << &c - cases;
-    EXPECT_EQ(state.data[0], c.next) << &c - cases;
-    EXPECT_EQ(out.dx, 0.5 * std::max(c.factor, 1));
+  const double cases[][4] = {{3, 0, 4, 2},
+                             {3, 2, 3, 1},
+                             {3, 12, 0, 2},
+                             {0, 0, 10, 0},
+                             {-5, 3, 7, 0},
+                             {3, 1.6, 3, 1},
+                             {3, -7, 4, 2},
+                             {3, nan, 4, 2},
+                             {3, 1e300, 0, 1e300},
+                             {3, inf, 0, inf},
+                             {INT32_MAX, 9, 1, 2147483646.0},
+                             {INT32_MIN, 0, 10, 0}};
+  for (const auto &[factor, phase, length, next] : cases) {
+    record out, state(reals{phase});
+    ASSERT_EQ(dspd_deci(&in, &out, static_cast<int32_t>(factor), &state), 0);
+    EXPECT_EQ(out.length, length) << factor << ' ' << phase;
+    EXPECT_EQ(state.data[0], next) << factor << ' ' << phase;
+    EXPECT_EQ(out.dx, 0.5 * std::max(factor, 1.0));
   }
   record out;
   ASSERT_EQ(dspd_deci(&in, &out, 4, nullptr), 0);

@@ -252,40 +252,37 @@ struct converter {
 };
 
 TEST(Converter, SetUp) {
-  const struct {
-    double ratio;
-    int32_t mode, halvings;
-    double rest;
-    int32_t delay1, delay2;
-  } cases[] = {{5.0, 0, 2, 1.25, 33, 47},
-               {1.0, 0, 0, 1.0, 0, 0},
-               {1.0, 1, 0, 1.0, 0, 54},
-               {-3.0, 0, 0, 1.0, 0, 0},
-               {2.0, 0, 1, 1.0, 33, 0},
-               {0.5, 0, 0, 0.5, 0, 89},
-               {1.75, 0, 0, 1.75, 0, 39},
-               {std::nextafter(1.75, 0.0), 0, 0, std::nextafter(1.75, 0.0), 0, 39},
-               {1e300, 1, 996, 1e300 / std::ldexp(1.0, 996), 33, 43},
-               {1e-300, 0, 0, 1e-300, 0, INT32_MAX}};
-  for (const auto &c : cases) {
-    converter k(1.0);
-    ASSERT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, c.ratio, c.mode, 0), 0);
-    EXPECT_EQ(k.coef.halvings, c.halvings) << c.ratio;
-    EXPECT_EQ(k.coef.ratio, c.rest) << c.ratio;
-    EXPECT_EQ(k.coef.delay1, c.delay1) << c.ratio;
-    EXPECT_EQ(k.coef.delay2, c.delay2) << c.ratio;
+  // Ratio, mode; halvings, what is left of the ratio, delays.
+  const double below = std::nextafter(1.75, 0.0);
+  const double cases[][6] = {{5, 0, 2, 1.25, 33, 47},
+                             {1, 0, 0, 1, 0, 0},
+                             {1, 1, 0, 1, 0, 54},
+                             {-3, 0, 0, 1, 0, 0},
+                             {2, 0, 1, 1, 33, 0},
+                             {0.5, 0, 0, 0.5, 0, 89},
+                             {1.75, 0, 0, 1.75, 0, 39},
+                             {below, 0, 0, below, 0, 39},
+                             {1e300, 1, 996, 1e300 / 0x1p996, 33, 43},
+                             {1e-300, 0, 0, 1e-300, 0, INT32_MAX}};
+  converter k(1.0);
+  for (const auto &[ratio, mode, halvings, rest, delay1, delay2] : cases) {
+    ASSERT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, ratio, static_cast<int32_t>(mode), 0), 0);
+    EXPECT_EQ(k.coef.halvings, halvings) << ratio;
+    EXPECT_EQ(k.coef.ratio, rest) << ratio;
+    EXPECT_EQ(k.coef.delay1, delay1) << ratio;
+    EXPECT_EQ(k.coef.delay2, delay2) << ratio;
   }
-  converter k(5.0);
   for (const double bad : {nan, inf, -inf}) EXPECT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, bad, 3, 0), -1);
   EXPECT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, 2.0, 3, 1), -1);
   EXPECT_EQ(dsph_rsmp_coef_alloc(&k.coef, 1), -1);
-  EXPECT_EQ(k.coef.halvings, 2);
+  EXPECT_EQ(k.coef.ratio, 1e-300);
   EXPECT_EQ(k.coef.mode, 0);
-  EXPECT_EQ(k.state.stages, 2);
-  EXPECT_EQ(k.state.stage_hist[1].length, 38);
-  EXPECT_EQ(k.state.stage_phase[1].length, 1);
-  EXPECT_EQ(k.state.pre_hist.length, 22);
-  EXPECT_EQ(k.state.rsmp_state.length, 15);
+  const converter five(5.0);
+  EXPECT_EQ(five.state.stages, 2);
+  EXPECT_EQ(five.state.stage_hist[1].length, 38);
+  EXPECT_EQ(five.state.stage_phase[1].length, 1);
+  EXPECT_EQ(five.state.pre_hist.length, 22);
+  EXPECT_EQ(five.state.rsmp_state.length, 15);
   EXPECT_EQ(dsph_rsmp_coef_init(nullptr), 0);
   EXPECT_EQ(dsph_rsmp_coef_destroy(nullptr), 0);
 }

@@ -170,17 +170,10 @@ TEST(Smooth, MeansOfWindowsThatShrinkAtTheEnds) {
       EXPECT_EQ(written, expected);
       for (int32_t i = start + written; i < n; ++i) EXPECT_EQ(out[static_cast<std::size_t>(i)], 9.0);
     }
-  for (const auto &[start, stop, width, expected] : {std::array{0, 10, 4, -1},
-                                                     {0, 10, 1, -1},
-                                                     {0, 10, -3, -1},
-                                                     {-1, 10, 5, -1},
-                                                     {5, 4, 5, -1},
-                                                     {1, -9, 5, -1},
-                                                     {3, 3, 4, 0},
-                                                     {-7, -7, 5, 0},
-                                                     {0, 5, 5, 3},
-                                                     {2, huge, 5, 8},
-                                                     {huge - 1, huge, 3, 0}}) {
+  const int32_t corners[][4] = {{0, 10, 4, -1}, {0, 10, 1, -1},  {0, 10, -3, -1},       {-1, 10, 5, -1},
+                                {5, 4, 5, -1},  {1, -9, 5, -1},  {3, 3, 4, 0},          {-7, -7, 5, 0},
+                                {0, 5, 5, 3},   {2, huge, 5, 8}, {huge - 1, huge, 3, 0}};
+  for (const auto &[start, stop, width, expected] : corners) {
     reals out(10);
     points cpx(10), in = as_points(complexes(10));
     EXPECT_EQ(vfpd_Smooth(x.data(), out.data(), 10, start, stop, width, 0), expected) << start << " " << stop;
