@@ -1,4 +1,4 @@
-// Calibration points, complex inverses and products beside Eigen.
+// Calibration points, complex inverses and products beside Eigen and a solution written out by hand.
 #include <benchmark/benchmark.h>
 
 #include <complex>
