@@ -67,7 +67,7 @@ class wide {
   friend wide pow(wide a, int n) { return n == 0 ? wide(1) : a * pow(a, n - 1); }
   friend wide sqrt(wide a) {
     const wide root = std::sqrt(a.v_.hi);
-    return root > 0 ? root + (a - root * root) / (2 * root) : root;
+    return root > 0 && root < HUGE_VAL ? root + (a - root * root) / (2 * root) : root;
   }
   friend wide exp(wide a) {
     if (!(std::abs(a.v_.hi) < 800)) return std::exp(a.v_.hi);
