@@ -322,6 +322,7 @@ struct join_kernel {
     b = {even.re + odd.re * sin + odd.im * cos, odd.re * cos - (even.im + odd.im * sin)};
   }
 
+  // Imaginary parts of the outer bins belong to no real signal.
   template <int W>
   static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
     set_first_lane<W>(a.im, 0.0);

@@ -75,7 +75,7 @@ DSP_INLINE void store_split(double *p, const points<W> &v) {
   store<W>(p + W, v.im);
 }
 
-// The cheap way between pairs and lanes leaves samples out of order, in this one.
+// Samples in the order in which the cheap way between pairs and lanes leaves them.
 template <int W>
 DSP_INLINE lanes<W> in_lane_order(const lanes<W> &a) {
   if constexpr (W == 4)
