@@ -23,6 +23,11 @@ void operator delete(void *block) noexcept {
 
 void operator delete(void *block, std::size_t) noexcept { operator delete(block); }
 
+// The sanitizer's own do not come here.
+void *operator new[](std::size_t bytes) { return operator new(bytes); }
+void operator delete[](void *block) noexcept { operator delete(block); }
+void operator delete[](void *block, std::size_t) noexcept { operator delete(block); }
+
 namespace support {
 
 raising::raising() { raises = true; }
