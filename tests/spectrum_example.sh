@@ -114,8 +114,8 @@ command -v gnuplot >/dev/null && refuses ".png or .svg" -o x.gif tone.wav
 printf '#!/bin/sh\nPATH=/nowhere exec "%s" "$@"\n' "$program" >without_gnuplot
 chmod +x without_gnuplot
 program=./without_gnuplot refuses "gnuplot" -o x.png tone.wav
-"$program" --csv tone.wav 2>../refused.err >/dev/full && fail "a full standard output"
-grep -q "standard output" ../refused.err || fail "message of a full standard output"
+"$program" --csv tone.wav 2>"$refused.err" >/dev/full && fail "a full standard output"
+grep -q "standard output" "$refused.err" || fail "message of a full standard output"
 
 [ $failures -eq 0 ] || exit 1
 echo "all of spectrum's cases hold"

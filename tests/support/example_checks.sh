@@ -7,20 +7,23 @@ fail() {
   failures=$((failures + 1))
 }
 
-# An empty directory to work in.
-work_in() { rm -rf "$1" && mkdir -p "$1" && cd "$1" || exit 1; }
+# An empty directory to work in; what a refusal prints lies beside it.
+work_in() {
+  rm -rf "$1" && mkdir -p "$1" && cd "$1" || exit 1
+  refused=$PWD.refused
+}
 
 # refuses WORD ARGUMENT...: $program ends with status 2 and one line on stderr that holds the word, and writes nothing.
 refuses() {
   local before after status
   before=$(ls)
-  "$program" "${@:2}" >../refused.out 2>../refused.err
+  "$program" "${@:2}" >"$refused.out" 2>"$refused.err"
   status=$?
   after=$(ls)
   [ $status -eq 2 ] || fail "status $status of $*"
-  [ "$(wc -l <../refused.err)" -eq 1 ] || fail "lines on stderr of $*: $(cat ../refused.err)"
-  grep -q -i -e "$1" ../refused.err || fail "message of $*: $(cat ../refused.err)"
-  [ -s ../refused.out ] && fail "output of $*: $(cat ../refused.out)"
+  [ "$(wc -l <"$refused.err")" -eq 1 ] || fail "lines on stderr of $*: $(cat "$refused.err")"
+  grep -q -i -e "$1" "$refused.err" || fail "message of $*: $(cat "$refused.err")"
+  [ -s "$refused.out" ] && fail "output of $*: $(cat "$refused.out")"
   [ "$before" = "$after" ] || fail "files after $*: $after"
 }
 
