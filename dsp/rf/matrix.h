@@ -1,7 +1,7 @@
-/* A small dense matrix over a field, row-major and reference counted, with product and inverse. Complete in this
+// SPDX-License-Identifier: MIT
+/** @file
+ * A small dense matrix over a field, row-major and reference counted, with product and inverse. Complete in this
  * header; nothing to link.
- *
- * SPDX-License-Identifier: MIT
  *
  *     matrix<std::complex<double>> m(3, 3);
  *     m(0, 0) = ...;                    // or m.row(0)[0]
@@ -295,14 +295,16 @@ class matrix_elements {
 
 }  // namespace dsp
 
+/** A handle on rows x cols elements of a field, as told at the top of this file. */
 template <class T>
 class matrix {
   using elements = dsp::matrix_elements<T>;
 
-  // E is T, or const T for the rows of a constant matrix.
+  /** One row, with E = T, or const T of a constant matrix. */
   template <class E>
   class row_of {
    public:
+    /** The element in column j. std::out_of_range: no such column. */
     E &operator[](std::uint32_t j) const {
       if (j >= cols_) throw std::out_of_range("matrix<T>::operator[][]: Subscript out of range!");
       return matrix_.at(row_, j);
@@ -328,34 +330,46 @@ class matrix {
       for (std::size_t j = 0; j < cols; ++j) *to++ = by_column == 0 ? array[i * cols + j] : array[j * rows + i];
   }
 
+  /** Shares the elements of `other`. */
   matrix(const matrix &other) noexcept : elements_(other.elements_) { ++elements_->handles; }
 
+  /** Lets go of the elements, and shares those of `other`. */
   matrix &operator=(const matrix &other) noexcept {
     matrix copy(other);
     std::swap(elements_, copy.elements_);
     return *this;
   }
 
+  /** The last handle releases the elements. */
   ~matrix() {
     if (--elements_->handles == 0) elements::release(elements_);
   }
 
+  /** Number of rows. */
   std::uint32_t rows() const { return elements_->rows; }
+  /** Number of columns. */
   std::uint32_t cols() const { return elements_->cols; }
-
+  /** Number of elements. */
   std::size_t size() const { return std::size_t{rows()} * cols(); }
 
   /** Row after row; as all elements, shared with the other handles. */
   T *data() { return elements_->data.get(); }
+  /** Row after row, to be read. */
   const T *data() const { return elements_->data.get(); }
 
+  /** The element in row r, column j. std::out_of_range: no such element. */
   T &operator()(std::uint32_t r, std::uint32_t j) { return checked(r, j); }
+  /** The same, to be read. */
   const T &operator()(std::uint32_t r, std::uint32_t j) const { return checked(r, j); }
 
+  /** Row r, whose [j] is the element in column j; it keeps the elements that the matrix has now. std::out_of_range: no
+   * such row or column. */
   row_of<T> row(std::uint32_t r) { return checked_row<T>(r); }
+  /** The same, to be read. */
   row_of<const T> row(std::uint32_t r) const { return checked_row<const T>(r); }
 
-  /** this = this * b; other handles keep the elements they shared. */
+  /** this = this * b; other handles keep the elements they shared. std::invalid_argument: b has not as many rows as
+   * this has columns. */
   matrix &operator*=(const matrix &b) {
     if (cols() != b.rows())
       throw std::invalid_argument("matrix<T>::operator*=: Inconsistent matrix size in multiplication!");
@@ -366,6 +380,7 @@ class matrix {
     return *this;
   }
 
+  /** The product a b, as *= forms it. */
   friend matrix operator*(const matrix &a, const matrix &b) {
     matrix result(a);
     result *= b;
@@ -373,7 +388,7 @@ class matrix {
   }
 
   /** Inverts in place, after parting from other handles. False: a pivot's modulus was below 2.220446049250313e-12,
-   * an absolute bound; the elements are then left half reduced. */
+   * an absolute bound; the elements are then left half reduced. std::invalid_argument: not square. */
   bool inv() {
     if (rows() != cols()) throw std::invalid_argument("matrix<T>::inv(): Inversion of non-square matrix!");
     if (elements_->handles > 1) {
