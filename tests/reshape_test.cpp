@@ -213,25 +213,24 @@ TEST(Reshape, SortsWhateverTheOrder) {
 
 // An opponent that fixes values only as they are compared, so that every pivot turns out to be among the least.
 TEST(Reshape, SortsInTimeWhateverThePivots) {
-  constexpr int n = 4000, open = n;
+  constexpr std::size_t n = 4000, open = n;
   for (const bool selects : {false, true}) {
-    std::vector<int> value(n, open), order(n);
-    int fixed = 0, candidate = 0;
-    long comparisons = 0;
-    const auto before = [&](int a, int b) {
+    std::vector<std::size_t> value(n, open), order(n);
+    std::size_t fixed = 0, candidate = 0, comparisons = 0;
+    const auto before = [&](std::size_t a, std::size_t b) {
       ++comparisons;
       if (value[a] == open && value[b] == open) value[a == candidate ? a : b] = fixed++;
       if (value[a] == open) candidate = a;
       if (value[b] == open) candidate = b;
       return value[a] < value[b];
     };
-    std::iota(order.begin(), order.end(), 0);
+    std::iota(order.begin(), order.end(), std::size_t{0});
     if (selects)
       dsp::select(order.data(), n, n / 2, before);
     else
       dsp::sort(order.data(), n, before);
     EXPECT_LT(comparisons, 80 * n);  // 40 n for a fair order
-    for (int i = 1; i < n; ++i) {
+    for (std::size_t i = 1; i < n; ++i) {
       EXPECT_FALSE(i < n / 2 && before(order[n / 2], order[i]));
       ASSERT_FALSE(!selects && before(order[i], order[i - 1]));
     }
