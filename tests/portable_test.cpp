@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-#include "dsp/core/isa.h"
+#include "tests/support/each_isa.h"
 #include "tests/support/scene.h"
 
 namespace {
@@ -101,17 +101,13 @@ TEST(Table, HoldsEveryRoutineOfTheHeader) {
 }
 
 TEST(Results, AreTheSameEverywhere) {
-  const dsp::isa best = dsp::active_isa();
-  for (const dsp::isa set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512}) {
-    if (!dsp::force_isa(set)) continue;
+  on_each_isa([] {
     for (const routine &r : routines()) {
       const std::uint64_t result = results_of(r);
       if (r.result == of_functions || r.result == of_transforms) continue;
-      EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << " with instruction set " << static_cast<int>(set)
-                                  << std::hex << " gives 0x" << result;
+      EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << std::hex << " gives 0x" << result;
     }
-  }
-  dsp::force_isa(best);
+  });
   dsp_free_internal();
 }
 

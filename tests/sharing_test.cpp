@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "dsp/core/isa.h"
+#include "tests/support/each_isa.h"
 #include "tests/support/scene.h"
 
 namespace {
@@ -50,13 +50,6 @@ void share_all() {
   dsp_free_internal();
 }
 
-TEST(Sharing, GivesTheUnsharedResult) {
-  const dsp::isa best = dsp::active_isa();
-  for (const dsp::isa set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512}) {
-    SCOPED_TRACE(testing::Message() << "instruction set " << static_cast<int>(set));
-    if (dsp::force_isa(set)) share_all();
-  }
-  dsp::force_isa(best);
-}
+TEST(Sharing, GivesTheUnsharedResult) { on_each_isa(share_all); }
 
 }  // namespace

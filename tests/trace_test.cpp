@@ -7,13 +7,14 @@
 #include <limits>
 #include <thread>
 
-#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
+#include "tests/support/each_isa.h"
 #include "tests/support/record.h"
 
 namespace {
 
 using support::complexes;
+using support::on_each_isa;
 using support::reals;
 using points = std::vector<dsp_complex>;
 
@@ -29,14 +30,6 @@ points as_points(const complexes &z) {
 }
 
 bool identical(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
-
-template <class Check>
-void on_each_isa(Check check) {
-  const dsp::isa before = dsp::active_isa();
-  for (const dsp::isa set : {dsp::isa::baseline, dsp::isa::avx2, dsp::isa::avx512})
-    if (dsp::force_isa(set)) check();
-  dsp::force_isa(before);
-}
 
 TEST(Scale, EveryLengthOnEveryInstructionSet) {
   on_each_isa([] {

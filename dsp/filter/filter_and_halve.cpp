@@ -70,8 +70,8 @@ std::int32_t filter_and_halve(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch,
   double newest[2 * folded_limit];  // read before outputs are written over it
   x.copy(x.block_length, past, newest);
   filter_halved(x, filter, kept, out->data);
-  if (history != nullptr) std::copy_n(newest, past * x.width, history->data);
-  if (phase != nullptr) phase->data[0] = kept.next_phase;
+  std::copy_n(newest, past * x.width, history->data);
+  phase->data[0] = kept.next_phase;
   out->length = kept.count;
   out->dx = source.dx * 2;
   return 0;

@@ -66,7 +66,6 @@ inline std::size_t find_pivot(const complex_value *a, std::size_t n, std::size_t
 }
 
 inline double *doubles(complex_value *z) { return reinterpret_cast<double *>(z); }
-inline const double *doubles(const complex_value *z) { return reinterpret_cast<const double *>(z); }
 inline double *doubles(dsp_complex *z) { return reinterpret_cast<double *>(z); }
 inline const double *doubles(const dsp_complex *z) { return reinterpret_cast<const double *>(z); }
 
@@ -76,13 +75,6 @@ constexpr std::size_t worth_a_call = 4;
 inline void eliminate(complex_value *a, std::size_t n, std::size_t k) {
   if (n < worth_a_call) return field::eliminate<complex_value>(a, n, k);
   matrices().eliminate(doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
-}
-
-inline void multiply(const complex_value *a, const complex_value *b, complex_value *out, std::size_t m, std::size_t k,
-                     std::size_t p) {
-  if (p < worth_a_call) return field::multiply<complex_value>(a, b, out, m, k, p);
-  matrices().multiply(doubles(a), doubles(b), doubles(out), static_cast<std::int64_t>(m), static_cast<std::int64_t>(k),
-                      static_cast<std::int64_t>(p));
 }
 
 }  // namespace dsp

@@ -20,7 +20,7 @@ void solve_point(complex_matrix *m, dsp_complex *const *g, const dsp_complex *co
   }
   m->inv();  // whatever it leaves of a singular point is used; there is nobody to tell
   complex_value unknown[3];
-  multiply(m->data(), measured, unknown, 3, 3, 1);
+  field::multiply(m->data(), measured, unknown, 3, 3, 1);
   g[0][i] = unknown[1];
   g[1][i] = -unknown[2];
   g[2][i] = unknown[0] - unknown[1] * unknown[2];

@@ -82,6 +82,12 @@ record random_signal(std::size_t n, bool is_complex, unsigned seed, double spaci
   return is_complex ? record(random_complexes(n, seed), spacing) : record(random_reals(n, seed), spacing);
 }
 
+record signal_of(const complexes &values, bool is_complex, double spacing) {
+  record v(values, spacing);
+  if (!is_complex) dspi_real(&v);
+  return v;
+}
+
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b) {
   if (a.length != b.length || (a.is_complex != 0) != (b.is_complex != 0) || !identical(a.dx, b.dx))
     return ::testing::AssertionFailure() << "length " << a.length << " complex " << a.is_complex << " dx " << a.dx
@@ -119,6 +125,11 @@ namespace {
 
 ::testing::AssertionResult near(const dsp_vec &v, const complexes &expected, double tolerance) {
   return near_doubles(v, parts(expected), 2 * expected.size(), true, tolerance);
+}
+
+::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance) {
+  const reals values = doubles_of(expected);
+  return near_doubles(v, values.data(), values.size(), expected.is_complex != 0, tolerance);
 }
 
 }  // namespace support

@@ -43,10 +43,14 @@ complexes random_complexes(std::size_t n, unsigned seed);
 // A random signal of either representation.
 record random_signal(std::size_t n, bool is_complex, unsigned seed, double spacing = 1.0);
 
+// These values as they are, or as a real signal without their imaginary parts.
+record signal_of(const complexes &values, bool is_complex, double spacing = 1.0);
+
 // Same representation, length, dx and, bit for bit (any NaN equals any), samples.
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b);
 // Every component within `tolerance` of the expected one.
 ::testing::AssertionResult near(const dsp_vec &v, const reals &expected, double tolerance);
 ::testing::AssertionResult near(const dsp_vec &v, const complexes &expected, double tolerance);
+::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance);  // dx aside
 
 }  // namespace support
