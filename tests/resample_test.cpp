@@ -1,11 +1,12 @@
 // Sample-rate conversion: kernels, the fractional stage against its definition, the cascade against masks, streams.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
-#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
+#include "tests/support/each_isa.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
 #include "tests/support/stream.h"
@@ -44,56 +45,54 @@ TEST(KernelTable, BuiltInKernelsInterpolate) {
   }
   record t;
   t.length = 8194;
-  EXPECT_EQ(dspc_rsmp(&t, 5), -1);
-  EXPECT_EQ(dspc_rsmp(&t, -1), -1);
+  for (const int32_t unknown : {5, -1}) EXPECT_EQ(dspc_rsmp(&t, unknown), -1);
   EXPECT_EQ(t.data, nullptr);
 }
 
 TEST(KernelTable, SumsTheStatedSeries) {
   const record c(reals{3, 0.5, 0.25, -0.125, 0.0625});
   for (const int32_t length : {2, 4, 8, 50, 302})
-    for (const bool powers : {false, true}) {
-      record t(reals{}, 2.5);
-      t.length = length;
-      ASSERT_EQ(powers ? dspc_rsmp_pcos(&t, &c) : dspc_rsmp_cos(&t, &c), 0);
-      reals expected(static_cast<std::size_t>(length));
+    for (const auto build : {dspc_rsmp_cos, dspc_rsmp_pcos}) {
+      complexes expected(static_cast<std::size_t>(length));
       for (int32_t j = 0; j < length / 2; ++j) {
         const long double angle = length > 2 ? std::acos(-1.0L) * 2 * j / (length - 2) : 0;
         long double sum = 0;
         for (int k = 1; k < 5; ++k)
-          sum += c.data[k] * (powers ? std::pow(std::cos(angle), k - 1) : std::cos((k - 1) * angle));
+          sum += c.data[k] * (build == dspc_rsmp_pcos ? std::pow(std::cos(angle), k - 1) : std::cos((k - 1) * angle));
         expected[static_cast<std::size_t>(length / 2 + j)] = expected[static_cast<std::size_t>(length / 2 - j)] =
             static_cast<double>(sum);
       }
       expected[0] = 3;
-      EXPECT_TRUE(near(t, expected, 1e-15));
-      EXPECT_EQ(t.dx, 2.5);
-      record z;
-      z.length = length;
-      z.is_complex = 1;
-      ASSERT_EQ(powers ? dspc_rsmp_pcos(&z, &c) : dspc_rsmp_cos(&z, &c), 0);
-      dspi_rtoc(&t);
-      t.dx = 1.0;
-      EXPECT_TRUE(same(z, t));
+      for (const bool is_complex : {false, true}) {
+        record t(reals{}, 2.5);
+        t.length = length;
+        t.is_complex = is_complex;
+        ASSERT_EQ(build(&t, &c), 0);
+        EXPECT_TRUE(near(t, signal_of(expected, is_complex), 1e-15));
+        EXPECT_EQ(t.dx, 2.5);
+      }
     }
 }
 
 TEST(KernelTable, CornersAndRefusals) {
   const record c(reals{3, 0.5}), one(reals{7}), none, z(complexes{{3, 0}, {1, 0}});
-  record t(reals(9, 1.0));
-  EXPECT_EQ(dspc_rsmp_cos(&t, &c), -1);
-  t.length = 8;
-  EXPECT_EQ(dspc_rsmp_cos(&t, &z), -1);
-  EXPECT_EQ(dspc_rsmp_pcos(&t, &t), -1);
-  EXPECT_EQ(dspc_rsmp_pcos(&t, &one), 0);
-  EXPECT_TRUE(near(t, reals{7, 0, 0, 0, 0, 0, 0, 0}, 0));
-  EXPECT_EQ(dspc_rsmp_cos(&t, &none), 0);
-  EXPECT_TRUE(near(t, reals(8), 0));
-  t.length = 1;
-  EXPECT_EQ(dspc_rsmp_cos(&t, &c), 0);
-  EXPECT_EQ(t.data[0], 3);
-  t.length = -4;
-  EXPECT_EQ(dspc_rsmp_cos(&t, &c), 0);
+  const struct {
+    const record &coefficients;
+    int32_t length, status;
+    reals expected;
+  } cases[] = {{c, 9, -1, {}},         {z, 8, -1, {}}, {one, 8, 0, {7, 0, 0, 0, 0, 0, 0, 0}},
+               {none, 8, 0, reals(8)}, {c, 1, 0, {3}}, {c, -4, 0, {}}};
+  for (const auto build : {dspc_rsmp_cos, dspc_rsmp_pcos}) {
+    record t(reals(9, 1.0));
+    EXPECT_EQ(build(&t, &t), -1);
+    for (const auto &row : cases) {
+      t.length = row.length;
+      EXPECT_EQ(build(&t, &row.coefficients), row.status);
+      if (row.status == 0) {
+        EXPECT_EQ(doubles_of(t), row.expected);
+      }
+    }
+  }
 }
 
 // The definition, counted sample by sample: output n lies n steps after the first, its span begins T samples before.
@@ -134,9 +133,8 @@ TEST(Rsmp, FollowsItsDefinition) {
           record out;
           out.length = 500;
           ASSERT_EQ(dspd_rsmp(&in, &out, interp, &table, step, nullptr), 0);
-          record expected(resampled(complexes_of(in), table, interp, step, 500), 0.5 * step);
-          if (!is_complex) dspi_real(&expected);
-          EXPECT_TRUE(is_complex ? near(out, complexes_of(expected), limit) : near(out, doubles_of(expected), limit));
+          const complexes expected = resampled(complexes_of(in), table, interp, step, 500);
+          EXPECT_TRUE(near(out, signal_of(expected, is_complex), limit));
           EXPECT_EQ(out.dx, 0.5 * step);
           record built;
           built.length = 500;
@@ -220,9 +218,8 @@ TEST(Rsmp, CornersAndRefusals) {
   ASSERT_EQ(dspd_rsmp(&in, &y, 1, &flat, 2.5, nullptr), 0);
   EXPECT_TRUE(near(y, reals{0, 2.5, 4.5, 7.5, 9.5}, 0.0));
   record aliased(table);
-  EXPECT_EQ(dspd_rsmp(&in, &aliased, 1, &aliased, 1, nullptr), -1);
-  EXPECT_EQ(dspd_rsmp(&in, &out, 1, &aliased, 1, &aliased), -1);
-  EXPECT_EQ(dspd_rsmp(&in, &out, 1, &table, 1, &out), -1);
+  const std::array<dsp_vec *, 2> shared[] = {{&aliased, nullptr}, {&out, &aliased}, {&out, &out}, {&out, &y}};
+  for (const auto &[o, state] : shared) EXPECT_EQ(dspd_rsmp(&y, o, 1, &aliased, 1, state), -1);
   EXPECT_EQ(dspd_rsmp2(&in, &out, 1, 5, 1, nullptr), -1);
 }
 
@@ -316,13 +313,11 @@ TEST(Converter, EveryInstructionSetGivesTheSameBits) {
     for (const double ratio : {1.3, 0.7, 5.3}) {
       const record in = random_signal(700, is_complex, 11);
       record expected, out;
-      ASSERT_TRUE(dsp::force_isa(dsp::isa::baseline));
       ASSERT_EQ(converter(ratio, 0, is_complex).run(&in, &expected), 0);
-      for (const dsp::isa set : {dsp::isa::avx2, dsp::isa::avx512}) {
-        if (!dsp::force_isa(set)) continue;
+      on_each_isa([&] {
         ASSERT_EQ(converter(ratio, 0, is_complex).run(&in, &out), 0);
         EXPECT_TRUE(same(out, expected));
-      }
+      });
     }
 }
 
