@@ -144,11 +144,15 @@ TEST(Fir, CachedSpectraFollowFilterRouteAndSize) {
   record nudged(filters[0]);
   nudged.data[5] += 1e-12;
   const record nearly(nudged);
+  record respaced(nudged), within(filters[0]);  // the latter near enough to pass for the same
+  respaced.dx = 9.0;
+  within.data[5] = std::nextafter(within.data[5], 2.0);
   record with_nan(filters[1]);
   with_nan.data[50] = nan;
   const record spoilt[] = {record(with_nan), record(reals(64, inf))};
   for (int round = 0; round < 3; ++round)
-    for (const record *h : {&filters[0], &nearly, &filters[1], &filters[0], &spoilt[0], &filters[1], &spoilt[1]})
+    for (const record *h : std::vector<const record *>{&filters[0], &within, &nearly, &respaced, &filters[1],
+                                                       &filters[0], &spoilt[0], &filters[1], &spoilt[1]})
       for (const record *in : {&real_in, &complex_in}) {
         record out, block;
         for (const int32_t n : {in->length, in->length / 2, in->length}) {
@@ -191,6 +195,9 @@ TEST(Stream, RefusesRecordsThatMustNotBeShared) {
   }
   EXPECT_TRUE(same(h, before));
   EXPECT_TRUE(same(a, in));
+  dsp_vec huge = view(h);
+  huge.length = 1 << 30;
+  EXPECT_EQ(dspd_sfir(&a, &out, &huge, 0, 0, nullptr), -1) << "too long a filter";
 }
 
 TEST(Deci, KeepsEveryDthSample) {

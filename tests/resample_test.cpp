@@ -96,12 +96,11 @@ TEST(KernelTable, CornersAndRefusals) {
 }
 
 // The definition, counted sample by sample: output n lies n steps after the first, its span begins T samples before.
-complexes resampled(const complexes &in, const record &table, int interp, double step, int32_t most) {
+complexes resampled(const complexes &in, const record &table, int interp, double step, double pos, int32_t most) {
   const auto taps = static_cast<int64_t>(table.data[0] + 0.5);
   const int64_t phases = (table.length - 2) / taps;
   const auto n = static_cast<int64_t>(in.size());
   complexes out;
-  double pos = 0;
   for (int64_t start = -taps; static_cast<int32_t>(out.size()) < most; pos += step) {
     for (; pos > 0; pos -= 1) ++start;
     if (start > n - taps) break;
@@ -122,20 +121,32 @@ complexes resampled(const complexes &in, const record &table, int interp, double
 }
 
 TEST(Rsmp, FollowsItsDefinition) {
+  record few_taps = random_signal(14, false, 12);
+  few_taps.data[0] = 3;
   for (const bool is_complex : {false, true})
-    for (int32_t kind = 0; kind < 5; ++kind)
+    for (int32_t kind = 0; kind < 6; ++kind)
       for (const int interp : {0, 1})
-        for (const double step : {0.0, 0.3, 0.5, 1.0, 0.7071, 2.25, 40.0}) {
+        for (const auto &[step, pos] : {std::pair(0.0, 0.0),
+                                        {0.3, 0.0},
+                                        {0.5, 0.0},
+                                        {1.0, 0.0},
+                                        {0.7071, 0.0},
+                                        {0.7071, -0.1},
+                                        {2.25, 0.0},
+                                        {40.0, 0.0}}) {
           SCOPED_TRACE(::testing::Message() << "kind " << kind << ", step " << step << ", interp " << interp);
-          const record table = table_of(kind, kinds[kind].length);
+          const record table = kind < 5 ? table_of(kind, kinds[kind].length) : few_taps;
+          record state(reals(static_cast<std::size_t>(table.data[0]) + 2));
+          state.data[state.length - 2] = pos;
           const record in = random_signal(90, is_complex, 1, 0.5);
           const double limit = 2e-15 * std::max(1.0, table.data[table.length / 2]);
           record out;
           out.length = 500;
-          ASSERT_EQ(dspd_rsmp(&in, &out, interp, &table, step, nullptr), 0);
-          const complexes expected = resampled(complexes_of(in), table, interp, step, 500);
+          ASSERT_EQ(dspd_rsmp(&in, &out, interp, &table, step, pos != 0 ? &state : nullptr), 0);
+          const complexes expected = resampled(complexes_of(in), table, interp, step, pos, 500);
           EXPECT_TRUE(near(out, signal_of(expected, is_complex), limit));
           EXPECT_EQ(out.dx, 0.5 * step);
+          if (kind == 5 || pos != 0) continue;
           record built;
           built.length = 500;
           ASSERT_EQ(dspd_rsmp2(&in, &built, interp, kind, step, nullptr), 0);
@@ -280,6 +291,18 @@ TEST(Converter, SetUp) {
   EXPECT_EQ(five.state.stage_phase[1].length, 1);
   EXPECT_EQ(five.state.pre_hist.length, 22);
   EXPECT_EQ(five.state.rsmp_state.length, 15);
+  // The same state for another ratio and representation, and for filters of other lengths.
+  k.coef.prefilter_odd = 0;
+  k.coef.kernel.length = 0;
+  ASSERT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, 1.0, 0, 0), 0);
+  converter reused(5.0, 0, true);
+  ASSERT_EQ(dsph_rsmp_state_alloc(&k.coef, &reused.state, 0), 0);
+  EXPECT_EQ(reused.state.stages, 0);
+  EXPECT_EQ(reused.state.pre_hist.length, 23);
+  EXPECT_EQ(reused.state.pre_hist.is_complex, 0u);
+  heap_fail(1);
+  EXPECT_EQ(dsph_rsmp_state_alloc(&k.coef, &reused.state, 1), -1);
+  heap_fail(0);
   EXPECT_EQ(dsph_rsmp_coef_init(nullptr), 0);
   EXPECT_EQ(dsph_rsmp_coef_destroy(nullptr), 0);
 }
@@ -335,8 +358,8 @@ TEST(Converter, HalvingIsFilteringAndDecimation) {
       EXPECT_TRUE(same(out, expected));
       EXPECT_TRUE(same(k.state.stage_hist[0], hist));
     }
-    // A lowpass too long, or complex, for the short way.
-    for (record half : {random_signal(40, false, 6), random_signal(20, true, 6)}) {
+    // A lowpass too long, complex or empty, not for the short way.
+    for (const record &half : {random_signal(40, false, 6), random_signal(20, true, 6), record()}) {
       dsp_copy(&k.coef.halfband, &half);
       dsph_rsmp_state_destroy(&k.state);
       ASSERT_EQ(dspd_sfir(&in, &filtered, &half, 1, 0, nullptr), 0);

@@ -146,6 +146,26 @@ TEST(Matrix, ReleasedElementsServeTheNextOfTheirShape) {
   EXPECT_EQ(elements::live(), 0);
 }
 
+// Makes a matrix of its like when it dies, be it in the pool.
+struct restless {
+  static inline int depth = 0;
+  restless() = default;
+  restless(const restless &) = default;
+  ~restless() {
+    if (depth++ == 0) matrix<restless>(1, 1);
+    --depth;
+  }
+};
+
+TEST(Matrix, ElementsMayUseMatricesWhileTheyAreReleased) {
+  for (const uint32_t n : {1u, 2u}) matrix<restless>(n, 1);
+  {
+    const matrix<restless> keeps_the_pool(1, 1), other(2, 2);
+    matrix<restless>(3, 3);
+  }
+  EXPECT_EQ(dsp::matrix_elements<restless>::live(), 0);
+}
+
 struct brittle {
   static inline int copies_left = 0;
   brittle() = default;

@@ -18,9 +18,9 @@ double cosine(std::int64_t j, std::int64_t period) {
 
 // Nothing to sum, or nothing to sum it into: silence, with the number of taps where there is room for it.
 int32_t build_empty(dsp_vec *v, const dsp_vec &c) {
-  if (dspi_zero(v) != 0) return -1;
+  const int32_t status = dspi_zero(v);
   if (v->length > 0 && c.length > 0) v->data[0] = c.data[0];
-  return 0;
+  return status;
 }
 
 // value(j) is the kernel at j points from its centre.

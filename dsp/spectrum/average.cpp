@@ -12,7 +12,7 @@ namespace {
 double derived_weight(std::int32_t flags, std::int32_t count, double limit) {
   double effective = count;
   if ((flags & DSP_AVG_LIMIT) != 0 && limit > 0.0 && effective >= limit) effective = limit;
-  return effective == 0.0 ? 1.0 : 1.0 / effective;
+  return 1.0 / effective;
 }
 
 using in_place = int32_t (*)(dsp_vec *);
