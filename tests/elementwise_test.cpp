@@ -356,6 +356,9 @@ TEST(Binary, RefusesWithoutTouchingTheOutput) {
     EXPECT_EQ(run(name, {&two, &three, &out}), -1) << name;
   EXPECT_EQ(dspb_ritoc(&two, &z, &out), -1);
   EXPECT_EQ(dspb_ritoc(&z, &two, &out), -1);
+  record longest;
+  longest.length = std::numeric_limits<int32_t>::max();
+  EXPECT_EQ(dspb_pmul(&longest, &two, &out), -1);
   EXPECT_TRUE(same(out, before));
 }
 

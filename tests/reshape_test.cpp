@@ -86,6 +86,7 @@ TEST(Reshape, KnownValues) {
       {dspi_pdiffer, record(reals{5}), record(reals{})},
       {dspi_unwrap, record(reals{4}), record(reals{4 - turn})},
       {dspi_unwrap, record(reals{1, nan, 1 + turn, inf, 2}), record(reals{1, nan, 1, nan, 2})},
+      {window(1), record(reals{1, 1 + turn}), record(reals{1, 1})},
       {window(0), record(reals{4, 8, 1}), record(reals{4 - turn, 8 - turn, 1})},
       {edge(3, 1), record(reals{0, 2, 0}, 3.0), record(reals{1.5, 4.5})},
       {edge(1, 1), record(reals{1, 2, 0, 1}), record(reals{0})},

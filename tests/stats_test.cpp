@@ -309,6 +309,7 @@ TEST(Histogram, CountsEdgesAsStated) {
 }
 
 TEST(Median, IsTheMiddleOfTheSorted) {
+  EXPECT_TRUE(std::isnan(number(dsps_median, record(reals{nan, 1, nan}))));
   for (const std::size_t n : sizes{1, 2, 9, 10, 1000}) {
     const record in = random_signal(n, false, 3);
     reals x = doubles_of(in);
@@ -387,6 +388,8 @@ TEST(Regression, DegeneratePoints) {
   const reals upright = summary(record(complexes{{2, 1}, {2, 3}}));
   EXPECT_EQ((reals{upright[0], upright[1], upright[7], upright[8]}), (reals{bound, bound, 0, 2}));
   EXPECT_TRUE(std::isnan(summary(record(reals{1, nan, 2}))[0]));
+  for (const double x : {2.3e-162, -2.3e-162})  // whose square is a subnormal number, and too small
+    EXPECT_EQ(summary(record(complexes{{x, 1}, {x, 3}}))[6], std::copysign(1.0, -x));
 }
 
 TEST(Regression, RoundingLeavesTheRangeOfNoValue) {

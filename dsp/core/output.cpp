@@ -29,20 +29,15 @@ int32_t shape_state(dsp_vec *state, const dsp_vec &in, std::int32_t length) {
 
 int32_t dsp_output_prepare(const dsp_vec *in, dsp_vec **out, const dsp_vec *second, dsp_vec **state,
                            std::int32_t state_length, std::uint32_t flags) {
-  if (state != nullptr && *state == nullptr && (flags & DSP_OUT_SHARED_STATE) != 0) {
-    *state = scratch_state.obtain();
-    if (*state == nullptr) return -1;
-  }
+  if (state != nullptr && *state == nullptr && (flags & DSP_OUT_SHARED_STATE) != 0) *state = scratch_state.obtain();
   if (state != nullptr && *state != nullptr && shape_state(*state, *in, state_length) != 0) return -1;
 
   dsp_vec *o = *out;
   const std::int32_t length = (flags & DSP_OUT_KEEP_LENGTH) != 0 ? o->length : samples(*in);
   redirection_pending = (flags & DSP_OUT_ALIAS) != 0 && shares_buffer(*o, *in);
   if (redirection_pending) {
-    dsp_vec *stand_in = scratch_output.obtain();
-    if (stand_in == nullptr) return -1;
     callers_output = o;
-    o = *out = stand_in;
+    o = *out = scratch_output.obtain();
   }
   o->length = length;
   o->is_complex = in->is_complex != 0 || (second != nullptr && second->is_complex != 0);
@@ -57,7 +52,7 @@ int32_t dsp_output_commit(dsp_vec *result) {
 }
 
 int32_t dsp_free_scratch() {
-  if (scratch_output.release() != 0) return -1;
+  scratch_output.release();
   return scratch_state.release();
 }
 

@@ -10,9 +10,8 @@ struct work_signal {
   dsp_vec signal;
   bool initialised;
 
-  // Null when it cannot be had.
   dsp_vec *obtain() {
-    if (!initialised && dsp_init(&signal) != 0) return nullptr;
+    if (!initialised) dsp_init(&signal);
     initialised = true;
     return &signal;
   }

@@ -59,7 +59,8 @@ int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   result->dx = a->dx;
   result->is_complex = a->is_complex != 0 || b->is_complex != 0;
   result->length = static_cast<int32_t>(length);
-  if (dsp_alloc(result) != 0 || dspi_zero(result) != 0) return -1;
+  if (dsp_alloc(result) != 0) return -1;
+  dspi_zero(result);
   convolve(*a, *b, result->data);
   return shared ? dsp_copy(out, result) : 0;
 }

@@ -26,7 +26,6 @@ dct_state state;
 
 int32_t size_work(int32_t length, bool is_complex) {
   dsp_vec *work = state.work.obtain();
-  if (work == nullptr) return -1;
   work->length = length;
   work->is_complex = is_complex;
   return dsp_alloc(work);
@@ -49,10 +48,9 @@ int32_t build_rotations(int32_t n) {
   return 0;
 }
 
-int32_t scale(dsp_vec *v, double all, double first) {
-  if (dspi_scale(v, all) != 0) return -1;
+void scale(dsp_vec *v, double all, double first) {
+  dspi_scale(v, all);
   v->data[0] *= first;
-  return 0;
 }
 
 int32_t forward(dsp_vec *v, bool normalised) {
@@ -68,13 +66,14 @@ int32_t forward(dsp_vec *v, bool normalised) {
   kernels.rotate(bins, state.rotations, n, y);
   if (n % 2 == 0) y[n / 2] = (bins[n / 2].re + bins[n / 2].im) * half_sqrt2;
   v->dx = state.work.signal.dx * 0.5;
-  return normalised ? scale(v, 2.0, half_sqrt2) : 0;
+  if (normalised) scale(v, 2.0, half_sqrt2);
+  return 0;
 }
 
 int32_t backward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
   const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
-  if (normalised && scale(v, 0.5, sqrt2) != 0) return -1;
+  if (normalised) scale(v, 0.5, sqrt2);
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
   state.work.signal.dx = v->dx;
   auto *bins = reinterpret_cast<dsp_complex *>(state.work.signal.data);

@@ -33,7 +33,7 @@ void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
       u = overflow_bound;
     if (u >= 0.0 && u < b.count)
       counts[static_cast<int32_t>(u)] += 1.0;
-    else if (u >= b.count && u < b.count * upper_edge && b.count > 0.0)
+    else if (u >= b.count && u < b.count * upper_edge)
       counts[static_cast<std::int64_t>(u) - 1] += 1.0;
   }
 }
@@ -42,7 +42,8 @@ int32_t histogram(const stats_input &x, dsp_vec *out, const bins &b, int32_t len
   out->is_complex = 0;
   out->length = length;
   out->dx = b.width;
-  if (dsp_alloc(out) != 0 || dspi_zero(out) != 0) return -1;
+  if (dsp_alloc(out) != 0) return -1;
+  dspi_zero(out);
   if (x.is_complex)
     count(
         x.n, [&](std::int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, out->data);

@@ -65,8 +65,7 @@ const dsp_vec *cached_window(std::int32_t n, dsp_window_type type, std::int32_t 
 }
 
 std::int32_t free_window_cache() {
-  for (slot *s = slots; s != slots + used; ++s)
-    if (dsp_destroy(&s->window) != 0) return -1;
+  for (slot *s = slots; s != slots + used; ++s) dsp_destroy(&s->window);
   heap_release(slots);
   slots = nullptr;
   used = 0;

@@ -64,9 +64,9 @@ void fill_parametric(double *w, const window_layout &at, dsp_window_type type, w
   constexpr double beta[] = {9.473960131326246,  10.751776690564654, 12.014077292090791,
                              13.264372446115681, 14.505082414495599, 15.73795091271457};
   constexpr double sigma[] = {0.1583722, 0.1442161, 0.1328102};
-  if (type >= DSP_WINDOW_KAISER70 && type <= DSP_WINDOW_KAISER120)
+  if (type <= DSP_WINDOW_KAISER120)
     kaiser(w, at, scale, beta[type - DSP_WINDOW_KAISER70]);
-  else if (type >= DSP_WINDOW_GAUSS60 && type <= DSP_WINDOW_GAUSS80)
+  else if (type <= DSP_WINDOW_GAUSS80)
     gauss(w, at, scale, sigma[type - DSP_WINDOW_GAUSS60]);
   else if (type == DSP_WINDOW_SINC_LOBE)
     sinc_lobe(w, at, scale, 3.141592653589793, 1.0);
@@ -87,7 +87,7 @@ void fill_plain(double *w, const window_layout &at, dsp_window_type type, window
 }  // namespace
 
 bool available(dsp_window_type type, std::int32_t flags, double active) {
-  if (type < 0 || type > window_tukey || (flags & DSP_WND_SCALE_MASK) == DSP_WND_SCALE_MASK) return false;
+  if (type < 0 || type > window_tukey) return false;
   const bool symmetric = (flags & DSP_WND_SYMMETRIC) != 0;
   const bool partial = (flags & DSP_WND_ACTIVE) != 0;
   if (catalogued_sum(type, window_scale::raw).terms > 0) return !symmetric && (!partial || active > 0.0);
