@@ -21,7 +21,7 @@ int32_t take_representation(dsp_vec *state, const dsp_vec &in) {
 int32_t shape_state(dsp_vec *state, const dsp_vec &in, std::int32_t length) {
   state->dx = in.dx;
   if (take_representation(state, in) == 0 && dspi_zpad(state, length) == 0) return 0;
-  if (state->data == nullptr) state->length = 0;  // lost: the next block starts from silence
+  state->length = 0;  // lost: the next block starts from silence
   return -1;
 }
 
