@@ -60,9 +60,9 @@ void bandpass(const dsp_vec &h, double f, double width) {
 
 // Turns a filter with a centre tap into its complement, which passes what it stopped.
 int32_t complement(dsp_vec *h) {
-  if (dspi_neg(h) != 0) return -1;
+  const int32_t status = dspi_neg(h);
   h->data[h->length / 2] += 1.0;
-  return 0;
+  return status;
 }
 
 void delayed_lowpass(const dsp_vec &h, double f, double delay) {

@@ -45,15 +45,14 @@ bool held(const dsp_vec &h) {
 
 int32_t hold(const dsp_vec &h) {
   filter_held = spectra[0].current = spectra[1].current = false;
-  dsp_vec *copy = filter_copy.obtain();
-  if (copy == nullptr || dsp_copy(copy, &h) != 0) return -1;
+  if (dsp_copy(filter_copy.obtain(), &h) != 0) return -1;
   filter_held = !has_nan(h);
   return 0;
 }
 
 int32_t transform(const dsp_vec &h, std::int32_t size, bool complex_block, dsp_vec *spectrum) {
   if (dsp_copy(spectrum, &h) != 0 || dspi_zpad(spectrum, size) != 0) return -1;
-  if (dspi_scale(spectrum, size) != 0) return -1;  // both forward transforms divide by it, one too many
+  dspi_scale(spectrum, size);  // both forward transforms divide by it, one too many
   return complex_block ? dspi_fft(spectrum, 0) : dspi_rfft(spectrum);
 }
 
@@ -65,7 +64,7 @@ const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_bl
   if (route.current && route.size == size) return &route.work.signal;
   route.current = false;
   dsp_vec *spectrum = route.work.obtain();
-  if (spectrum == nullptr || transform(h, size, complex_block, spectrum) != 0) return nullptr;
+  if (transform(h, size, complex_block, spectrum) != 0) return nullptr;
   route.current = true;
   route.size = size;
   return spectrum;
@@ -73,12 +72,11 @@ const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_bl
 
 int32_t free_fir_work() {
   filter_held = false;
-  if (filter_copy.release() != 0) return -1;
   for (route_spectrum &route : spectra) {
     route.current = false;
-    if (route.work.release() != 0) return -1;
+    route.work.release();
   }
-  return 0;
+  return filter_copy.release();
 }
 
 }  // namespace dsp

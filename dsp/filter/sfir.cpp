@@ -20,7 +20,6 @@ const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
   const std::int64_t length = full_length(half, odd);
   if (length > INT32_MAX) return nullptr;
   dsp_vec *full = full_filter.obtain();
-  if (full == nullptr) return nullptr;
   full->dx = half.dx;
   full->is_complex = half.is_complex;
   full->length = static_cast<std::int32_t>(length);

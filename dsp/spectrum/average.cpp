@@ -21,8 +21,9 @@ using in_place = int32_t (*)(dsp_vec *);
 int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double weight, in_place map, in_place back) {
   if (samples(*in) != samples(*avg)) return -1;  // before the average is mapped
   if (in != work && dsp_copy(work, in) != 0) return -1;
-  if (map(work) != 0 || map(avg) != 0 || dspb_avg_add(work, avg, avg, weight) != 0) return -1;
-  return back(avg);
+  map(work);
+  map(avg);
+  return dspb_avg_add(work, avg, avg, weight) != 0 ? -1 : back(avg);
 }
 
 bool replaces(std::int32_t period, std::int32_t count) { return period == 1 || (period > 0 && count % period == 1); }

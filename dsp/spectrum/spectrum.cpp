@@ -37,13 +37,15 @@ int32_t window_or_swap(dsp_vec *v, dsp_window_type window, const spectrum_flags 
 }
 
 // The factor that makes up for the side left out, or the sum's.
-int32_t scale_forward(dsp_vec *v, const spectrum_flags &f, double length) {
-  if (f.sum) return dspi_scale(v, length);
-  return f.two_sided ? 0 : dspi_scale(v, 2.0);
+void scale_forward(dsp_vec *v, const spectrum_flags &f, double length) {
+  if (f.sum)
+    dspi_scale(v, length);
+  else if (!f.two_sided)
+    dspi_scale(v, 2.0);
 }
 
 int32_t finish_inverse(dsp_vec *v, const spectrum_flags &f) {
-  if (f.swaps && dspi_swap_halves(v) != 0) return -1;
+  if (f.swaps) dspi_swap_halves(v);
   if (f.sum) return dspi_scale(v, 1.0 / samples(*v));
   return f.two_sided ? 0 : dspi_scale(v, 0.5);
 }
@@ -57,7 +59,8 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   if (dspu_subvec(in, out, 0, active) != 0) return -1;
   std::int32_t mode = pad_plain;
   if (!f.raw) {
-    if (window_or_swap(out, window, f, true) != 0 || scale_forward(out, f, m) != 0) return -1;
+    if (window_or_swap(out, window, f, true) != 0) return -1;
+    scale_forward(out, f, m);
     mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
   }
   if (dspi_zpad2(out, m, mode) != 0) return -1;
@@ -68,8 +71,10 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
 
 // A record of m samples from a spectrum of both sides, 0 in the middle, or from its upper half.
 int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
-  if (dsp_copy(out, in) != 0 || dspi_swap_halves2(out) != 0) return -1;
-  if (dspi_zpad2(out, m, pad_split_plain) != 0 || dspi_unzpad(out, m, pad_split_plain) != 0) return -1;
+  if (dsp_copy(out, in) != 0) return -1;
+  dspi_swap_halves2(out);
+  if (dspi_zpad2(out, m, pad_split_plain) != 0) return -1;
+  dspi_unzpad(out, m, pad_split_plain);
   return dspi_fft(out, 1);
 }
 
@@ -91,7 +96,7 @@ int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   }
   if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
   const std::int32_t mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
-  if (dspi_unzpad(out, rounded(fraction * m), mode) != 0) return -1;
+  dspi_unzpad(out, rounded(fraction * m), mode);
   return finish_inverse(out, f);
 }
 
@@ -99,7 +104,8 @@ int32_t forward_dft(const dsp_vec *in, dsp_vec *out, dsp_window_type window, con
   const bool half = one_sided(f, in->is_complex != 0);
   if (dsp_copy(out, in) != 0) return -1;
   if (f.raw) return dspi_dft(out, 0);
-  if (window_or_swap(out, window, f, false) != 0 || scale_forward(out, f, samples(*out)) != 0) return -1;
+  if (window_or_swap(out, window, f, false) != 0) return -1;
+  scale_forward(out, f, samples(*out));
   if (half) return dspi_rdft(out);
   return dspi_dft(out, 0) != 0 ? -1 : dspi_swap_halves(out);
 }
@@ -108,7 +114,8 @@ int32_t inverse_dft(const dsp_vec *in, dsp_vec *out, const spectrum_flags &f) {
   if (dsp_copy(out, in) != 0) return -1;
   if (f.raw) return dspi_dft(out, 1);
   if (f.from_two_sided || f.two_sided) {
-    if (dspi_swap_halves2(out) != 0 || dspi_dft(out, 1) != 0) return -1;
+    dspi_swap_halves2(out);
+    if (dspi_dft(out, 1) != 0) return -1;
   } else if (dspi_irdft(out, f.odd) != 0) {
     return -1;
   }
