@@ -23,24 +23,17 @@ using support::random_complexes;
 using support::record;
 using support::same;
 using wide = std::complex<long double>;
-using plain = std::vector<dsp_complex>;
 using cmatrix = matrix<complex>;
 using elements = dsp::matrix_elements<complex>;
 
 constexpr int32_t huge = std::numeric_limits<int32_t>::max();
 
-plain as_plain(const complexes &z) {
-  plain p;
-  for (const complex v : z) p.push_back({v.real(), v.imag()});
-  return p;
-}
+dsp_complex *points(complexes &z) { return reinterpret_cast<dsp_complex *>(z.data()); }
+const dsp_complex *points(const complexes &z) { return reinterpret_cast<const dsp_complex *>(z.data()); }
 
-complex value(const dsp_complex &z) { return {z.re, z.im}; }
-
-complexes as_complexes(const plain &p) {
-  complexes z;
-  for (const dsp_complex &v : p) z.push_back(value(v));
-  return z;
+// Corrects the measured standards g by the actual ones.
+void compute_terms(complexes (&g)[3], const complexes (&a)[3], int32_t first, int32_t end) {
+  Compute1PortTerms(points(g[0]), points(g[1]), points(g[2]), points(a[0]), points(a[1]), points(a[2]), first, end);
 }
 
 // The integers modulo a prime: a field without rounding, of a type that the header has never seen.
@@ -220,12 +213,11 @@ TEST(Arrays, ProductAgainstSums) {
       for (std::size_t t = 0; t < k; ++t) sum += wide(a[at / p * k + t]) * wide(b[t * p + at % p]);
       expected.emplace_back(sum);
     }
-    plain out(m * p + 1, {7, 7});
+    complexes out(m * p + 1, 7.0);
     on_each_isa([&, size = std::array{static_cast<int32_t>(m), static_cast<int32_t>(k), static_cast<int32_t>(p)}] {
-      ASSERT_EQ(MatrixMult(as_plain(a).data(), as_plain(b).data(), out.data(), size[0], size[1], size[2]),
-                size[0] * size[2]);
-      for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_LE(std::abs(value(out[i]) - expected[i]), 2e-15);
-      EXPECT_EQ(out.back().re, 7.0);
+      ASSERT_EQ(MatrixMult(points(a), points(b), points(out), size[0], size[1], size[2]), size[0] * size[2]);
+      for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_LE(std::abs(out[i] - expected[i]), 2e-15);
+      EXPECT_EQ(out.back(), 7.0);
     });
   }
 }
@@ -236,29 +228,29 @@ TEST(Arrays, InverseAgainstTheStandardElements) {
     cmatrix expected(n, n, z.data(), 0);
     ASSERT_TRUE(expected.inv());
     on_each_isa([&] {
-      plain m = as_plain(z);
-      ASSERT_EQ(invert(m.data(), static_cast<int32_t>(n)), 1);
-      for (std::size_t i = 0; i < m.size(); ++i) EXPECT_EQ(value(m[i]), expected.data()[i]);
+      complexes m = z;
+      ASSERT_EQ(invert(points(m), static_cast<int32_t>(n)), 1);
+      EXPECT_EQ(m, complexes(expected.data(), expected.data() + n * n));
     });
   }
 }
 
 TEST(Arrays, RefuseWhatTheyMust) {
-  plain a(64, {1, 0}), out(64, {7, 7});
+  complexes a(64, 1.0), out(64, 7.0);
   const std::array<int32_t, 3> sizes[] = {{2, 3, 1},     {-1, 1, 1},        {1, -1, 1},   {1, 1, -1},  {0, 1, 1},
                                           {1, 65536, 1}, {65536, 0, 65536}, {huge, 0, 2}, {1, huge, 1}};
   for (const auto &[m, k, p] : sizes)
-    EXPECT_EQ(MatrixMult(a.data(), a.data(), out.data(), m, k, p), -1) << m << " " << k;
-  EXPECT_EQ(out[0].re, 7.0);
+    EXPECT_EQ(MatrixMult(points(a), points(a), points(out), m, k, p), -1) << m << " " << k;
+  EXPECT_EQ(out, complexes(64, 7.0));
   const std::pair<complexes, int32_t> cases[] = {{{1.0, 0.0, 0.0, 0.0}, 0},
                                                  {{1e-12, 0.0, 0.0, 1e-12}, 0},
                                                  {{3e-12, 0.0, 0.0, 3e-12}, 1},
                                                  {{0.0, 1.0, 1.0, 0.0}, 1}};
   for (const auto &[z, expected] : cases) {
-    plain m = as_plain(z);
-    EXPECT_EQ(invert(m.data(), 2), expected);
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(value(m[i]), z[0] == 3e-12 && z[i] != 0.0 ? 1.0 / z[i] : z[i]);
-    EXPECT_EQ(invert(m.data(), 0) + invert(m.data(), -5), 0);
+    complexes m = z;
+    EXPECT_EQ(invert(points(m), 2), expected);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(m[i], z[0] == 3e-12 && z[i] != 0.0 ? 1.0 / z[i] : z[i]);
+    EXPECT_EQ(invert(points(m), 0) + invert(points(m), -5), 0);
   }
 }
 
@@ -267,38 +259,33 @@ TEST(Arrays, RefuseWhatTheyMust) {
 TEST(OnePort, FindsTheErrorBox) {
   for (const double spread : {1.0, 0.1}) {
     const std::size_t n = 101;
-    plain g[3], a[3];
-    complexes terms[3] = {random_complexes(n, 1), random_complexes(n, 2), random_complexes(n, 3)};
+    complexes g[3], a[3], terms[3] = {random_complexes(n, 1), random_complexes(n, 2), random_complexes(n, 3)};
     for (std::size_t i = 0; i < n; ++i) {
       complex &e00 = terms[0][i] *= 0.2, &e11 = terms[1][i] *= 0.2, &tracking = terms[2][i] = 0.8 + 0.3 * terms[2][i];
       for (std::size_t k = 0; k < 3; ++k) {
         const complex actual = spread * (static_cast<double>(k) - 1.0 + 0.05 * terms[k][(i + 1) % n]);
-        a[k].push_back({actual.real(), actual.imag()});
-        const complex measured = e00 + tracking * actual / (1.0 - e11 * actual);
-        g[k].push_back({measured.real(), measured.imag()});
+        a[k].push_back(actual);
+        g[k].push_back(e00 + tracking * actual / (1.0 - e11 * actual));
       }
     }
-    const plain before[] = {g[0], g[1], g[2], a[0], a[1], a[2]};
-    Compute1PortTerms(g[0].data(), g[1].data(), g[2].data(), a[0].data(), a[1].data(), a[2].data(), 3, 99);
+    const complexes before[] = {g[0], g[1], g[2], a[0], a[1], a[2]};
+    compute_terms(g, a, 3, 99);
     for (std::size_t i = 0; i < n; ++i)
       for (std::size_t k = 0; k < 3; ++k) {
         const bool inside = i >= 3 && i < 99;
-        const complex expected = inside ? terms[k][i] : value(before[k][i]);
-        EXPECT_LE(std::abs(value(g[k][i]) - expected), inside ? 2e-14 / (spread * spread) : 0.0) << i;
-        EXPECT_EQ(value(a[k][i]), value(before[k + 3][i]));
+        const complex expected = inside ? terms[k][i] : before[k][i];
+        EXPECT_LE(std::abs(g[k][i] - expected), inside ? 2e-14 / (spread * spread) : 0.0) << i;
+        EXPECT_EQ(a[k][i], before[k + 3][i]);
       }
   }
 }
 
 TEST(OnePort, IdealEmptyAndInPlace) {
-  dsp_complex g[] = {{1, 0}, {-1, 0}, {0, 0}};
-  for (const auto &[first, end] : {std::pair(0, 0), {1, 0}, {5, -5}})
-    Compute1PortTerms(&g[0], &g[1], &g[2], &g[0], &g[1], &g[2], first, end);
-  EXPECT_EQ(g[0].re, 1.0);
-  Compute1PortTerms(&g[0], &g[1], &g[2], &g[0], &g[1], &g[2], 0, 1);
-  EXPECT_EQ(value(g[0]), 0.0);
-  EXPECT_EQ(value(g[1]), 0.0);
-  EXPECT_EQ(value(g[2]), 1.0);
+  complexes g[] = {{1.0}, {-1.0}, {0.0}};
+  for (const auto &[first, end] : {std::pair(0, 0), {1, 0}, {5, -5}}) compute_terms(g, g, first, end);
+  EXPECT_EQ(g[0][0], 1.0);
+  compute_terms(g, g, 0, 1);
+  for (const int k : {0, 1, 2}) EXPECT_EQ(g[k][0], k == 2 ? 1.0 : 0.0);
 }
 
 // Any pivots, a singular point, tiny and huge standards: whatever the inverse of its matrix leaves, at every point.
@@ -323,12 +310,10 @@ TEST(OnePort, StepsAreThoseOfTheMatrix) {
     const complex terms[] = {x(1, 0), -x(2, 0), delta};
     for (std::size_t k = 0; k < 3; ++k) expected[k].push_back(terms[k]);
   }
-  const plain actual[] = {as_plain(a[0]), as_plain(a[1]), as_plain(a[2])};
   on_each_isa([&] {
-    plain e[] = {as_plain(g[0]), as_plain(g[1]), as_plain(g[2])};
-    Compute1PortTerms(e[0].data(), e[1].data(), e[2].data(), actual[0].data(), actual[1].data(), actual[2].data(), 0,
-                      static_cast<int32_t>(n));
-    for (std::size_t k = 0; k < 3; ++k) EXPECT_TRUE(same(record(as_complexes(e[k])), record(expected[k]))) << k;
+    complexes e[] = {g[0], g[1], g[2]};
+    compute_terms(e, a, 0, static_cast<int32_t>(n));
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_TRUE(same(record(e[k]), record(expected[k]))) << k;
   });
 }
 

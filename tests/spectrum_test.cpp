@@ -15,19 +15,13 @@ using namespace support;
 
 const double pi = std::acos(-1.0);
 
-record tone(std::size_t n, double cycles, double amplitude, double spacing) {
-  reals x(n);
-  for (std::size_t i = 0; i < n; ++i)
-    x[i] = amplitude * std::cos(2 * pi * cycles * static_cast<double>(i) / static_cast<double>(n) + 0.3);
-  return record(x, spacing);
-}
-
 TEST(Spectrum, ShowsAmplitudeUnderEveryWindowAndPadding) {
   for (int32_t window = 0; window <= 23; ++window)
     for (const double fraction : {1.0, 0.5})
       for (const int32_t padding : {1, 4}) {
-        const record in = tone(1024, 128, 0.75, 0.5);
-        record out;
+        record in(reals(1024), 0.5), out;
+        ASSERT_EQ(dspc_cos(&in, 0.25, 0.3), 0);
+        dspi_scale(&in, 0.75);
         const int32_t n = 1024 * padding;
         ASSERT_EQ(dsph_fft(&in, &out, n, fraction / padding, window, 0), 0);
         ASSERT_EQ(out.length, n / 2 + 1);

@@ -44,4 +44,24 @@ inline record in_blocks(const record &in, const std::vector<int32_t> &blocks, bo
   return whole;
 }
 
+// Filters one block with the state of those before it.
+using stream_routine = std::function<int32_t(const dsp_vec *in, dsp_vec *out, dsp_vec *state)>;
+
+// Blocks against the whole, of a state that starts empty: the same bits, or, where routes differ, within `tolerance`.
+inline void expect_blocks_to_be_the_whole(const record &in, int32_t around, double tolerance,
+                                          const stream_routine &routine) {
+  record whole, whole_state;
+  ASSERT_EQ(routine(&in, &whole, &whole_state), 0);
+  for (unsigned seed = 1; seed <= 6; ++seed) {
+    record state;
+    const auto blocks = random_blocks(in.length, around, seed);
+    const record pieces = in_blocks(in, blocks, seed % 2 != 0, [&](const dsp_vec *block, dsp_vec *out) {
+      if (seed == 3) dsp_free_internal();
+      return routine(block, out, &state);
+    });
+    EXPECT_TRUE(tolerance == 0 ? same(pieces, whole) : near(pieces, whole, tolerance)) << seed;
+    EXPECT_TRUE(same(state, whole_state)) << seed;
+  }
+}
+
 }  // namespace support
