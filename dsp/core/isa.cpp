@@ -29,3 +29,4 @@ bool force_isa(isa wanted) {
 }
 
 }  // namespace dsp
+// GCOVR_EXCL_BR_STOP
