@@ -20,26 +20,38 @@ constexpr double rounder = 0x1.8p52;
 inline double power_of_two(double rounded) { return number((bits(rounded) + 1023) << 52); }
 
 // x = k ln 2 + r with |r| <= 0.347; e^r is 1 + (r + r^2 p(r)), p a Chebyshev fit that is right to 2e-18, so that the
-// last sum is what rounds: below 1 unit in the last place. For x up to 700; subnormal results round once more.
-inline double exponential(double x) {
-  const double t = x < -800.0 ? -800.0 : x;
-  const double rounded = t * 0x1.71547652b82fep+0 + rounder;
+// last sum is what rounds: below 1 unit in the last place. The terms are summed in pairs, here and below: one after
+// another they would leave the processor waiting.
+struct split_power {
+  double rounded, fraction;  // rounder + k, e^r
+};
+
+inline split_power split(double x) {
+  const double rounded = x * 0x1.71547652b82fep+0 + rounder;
   const double k = rounded - rounder;
-  const double r = (t - k * ln2_high) - k * ln2_low;
-  double p = 0x1.1f7315649f2d7p-29;
-  p = p * r + 0x1.af4e092e1705bp-26;
-  p = p * r + 0x1.27e4db5bb725ap-22;
-  p = p * r + 0x1.71de02225a2f3p-19;
-  p = p * r + 0x1.a01a01a6db488p-16;
-  p = p * r + 0x1.a01a01abeccc3p-13;
-  p = p * r + 0x1.6c16c16c162cfp-10;
-  p = p * r + 0x1.11111111100d3p-7;
-  p = p * r + 0x1.5555555555556p-5;
-  p = p * r + 0x1.5555555555557p-3;
-  p = p * r + 0.5;
+  const double r = (x - k * ln2_high) - k * ln2_low;
+  const double r2 = r * r;
+  const double r4 = r2 * r2;
+  const double p1 = 0x1.5555555555557p-3 * r + r2 * (0x1.5555555555556p-5 + 0x1.11111111100d3p-7 * r);
+  const double p4 =
+      (0x1.6c16c16c162cfp-10 + 0x1.a01a01abeccc3p-13 * r) + r2 * (0x1.a01a01a6db488p-16 + 0x1.71de02225a2f3p-19 * r);
+  const double p8 = (0x1.27e4db5bb725ap-22 + 0x1.af4e092e1705bp-26 * r) + r2 * 0x1.1f7315649f2d7p-29;
+  return {rounded, 1.0 + (r + r2 * (0.5 + (p1 + r4 * (p4 + r4 * p8))))};
+}
+
+// For normal results, and NaN.
+inline double exponential(double x) {
+  const split_power y = split(x);
+  return y.fraction * power_of_two(y.rounded);
+}
+
+// For x up to 700. Subnormal results round once more.
+inline double vanishing_exponential(double x) {
+  const split_power y = split(x < -800.0 ? -800.0 : x);
+  const double k = y.rounded - rounder;
   const double half = 0.5 * k + rounder;
   const double rest = (k - (half - rounder)) + rounder;
-  return (1.0 + (r + r * r * p)) * power_of_two(half) * power_of_two(rest);
+  return y.fraction * power_of_two(half) * power_of_two(rest);
 }
 
 // x = 2^k (1 + f) with 1 + f in [sqrt(1/2), sqrt(2)), and ln(1 + f) = f - f^2/2 + rest: with s = f/(2 + f) the rest is
@@ -55,13 +67,11 @@ inline reduced reduce(double x) {
   const double f = number(bits(x) - (exponent << 52) + one) - 1.0;
   const double s = f / (2.0 + f);
   const double z = s * s;
-  double p = 0x1.2b5900de7bb8bp-3;
-  p = p * z + 0x1.39fe51a7bdbbcp-3;
-  p = p * z + 0x1.7462b51cb68f1p-3;
-  p = p * z + 0x1.c71c62e3f11dbp-3;
-  p = p * z + 0x1.2492492df281ap-2;
-  p = p * z + 0x1.99999999952d7p-2;
-  p = p * z + 0x1.5555555555558p-1;
+  const double z2 = z * z;
+  const double p0 = 0x1.5555555555558p-1 + z * 0x1.99999999952d7p-2;
+  const double p2 = 0x1.2492492df281ap-2 + z * 0x1.c71c62e3f11dbp-3;
+  const double p4 = (0x1.7462b51cb68f1p-3 + z * 0x1.39fe51a7bdbbcp-3) + z2 * 0x1.2b5900de7bb8bp-3;
+  const double p = p0 + z2 * (p2 + z2 * p4);
   const double half_square = 0.5 * f * f;
   return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * (half_square + z * p)};
 }
@@ -93,9 +103,24 @@ inline double common(double x) {
   return sum + (lost + (y.k * log10_2_low + ((low + high) * log10_e_low + low * log10_e_high)));
 }
 
+// By blocks, which are short enough to be read twice from the cache: few have results that are not normal.
 void exponentials(double *x, std::int64_t n, double by, double limit) {
-  walk<double>(
-      x, n, [=](double t) { return t > limit ? overflow_bound : exponential(t * by); }, static_cast<const double *>(x));
+  constexpr std::int64_t block = 1024;
+  const double least = -708.0 / by;
+  for (std::int64_t done = 0; done < n; done += block) {
+    double *const y = x + done;
+    const std::int64_t m = n - done < block ? n - done : block;
+    std::int64_t vanishing = 0;
+    for (std::int64_t i = 0; i < m; ++i) vanishing |= y[i] < least ? 1 : 0;
+    const auto each = [=](auto power) {
+      walk<double>(
+          y, m, [=](double t) { return t > limit ? overflow_bound : power(t * by); }, static_cast<const double *>(y));
+    };
+    if (vanishing != 0)
+      each([](double t) { return vanishing_exponential(t); });
+    else
+      each([](double t) { return exponential(t); });
+  }
 }
 
 void logarithms(double *x, std::int64_t n) {
