@@ -54,7 +54,8 @@ int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out) {
   if (re->is_complex != 0 || im->is_complex != 0 || n != samples(*im)) return -1;
   const operand a(*re, *out);
   const operand b(*im, *out);
-  const int32_t old_length = out->length;
+  // A borrowed buffer stays where it is, and may be shorter than its record says: nothing of it needs to move along.
+  const int32_t old_length = out->capacity > 0 ? out->length : 0;
   const uint32_t was_complex = out->is_complex;
   out->dx = mean_spacing(re->dx, im->dx);
   out->is_complex = 1;
