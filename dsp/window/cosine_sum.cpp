@@ -1,5 +1,7 @@
 #include "dsp/window/cosine_sum.h"
 
+#include <cmath>
+
 #include "dsp/window/circle.h"
 
 namespace dsp {
@@ -39,14 +41,6 @@ class harmonic {
   double sine_[longest];
 };
 
-}  // namespace
-
-void evaluate(const cosine_sum &sum, double period, double first, std::int32_t count, double *to) {
-  for (std::int32_t i = 0; i < count; ++i) to[i] = sum.terms > 0 ? sum.c[0] : 0.0;
-  for (std::int64_t k = 1; k < sum.terms; ++k)
-    harmonic(sum.c[k], static_cast<double>(k), period, count).add(first, count, to);
-}
-
 double mean_gain(const cosine_sum &sum, std::int64_t n) {
   double constant = 0.0;
   for (std::int64_t k = 0; k < sum.terms; k += n) constant += sum.c[k];
@@ -61,6 +55,19 @@ double aliased_power(const cosine_sum &sum, std::int64_t n) {
     for (std::int64_t j = k + 1; j < sum.terms; ++j) x += c[k] * c[j] * (((j - k) % n == 0) + ((j + k) % n == 0));
   }
   return x;
+}
+
+}  // namespace
+
+void evaluate(const cosine_sum &sum, double period, double first, std::int32_t count, double *to) {
+  for (std::int32_t i = 0; i < count; ++i) to[i] = sum.terms > 0 ? sum.c[0] : 0.0;
+  for (std::int64_t k = 1; k < sum.terms; ++k)
+    harmonic(sum.c[k], static_cast<double>(k), period, count).add(first, count, to);
+}
+
+double size_of_period(const cosine_sum &sum, window_scale scale, std::int64_t n) {
+  if (scale == window_scale::raw || n >= 2 * sum.terms - 1) return 1.0;  // so many tell every product from a constant
+  return scale == window_scale::amplitude ? mean_gain(sum, n) : std::sqrt(1.0 + aliased_power(sum, n));
 }
 
 }  // namespace dsp

@@ -10,12 +10,8 @@
 namespace dsp {
 namespace {
 
-void triangle(double *w, const window_layout &at, window_scale scale) {
+void triangle(double *w, const window_layout &at, double peak) {
   const double n = at.n;
-  const bool even = at.n % 2 == 0;
-  double peak = 1.0;
-  if (scale == window_scale::amplitude) peak = even ? 2.0 : 2 * n * n / (n * n + 1);
-  if (scale == window_scale::power) peak = std::sqrt(3 * n * n / (n * n + 2));
   fill_symmetric(w, at, [&](double first, std::int32_t count, double *to) {
     for (std::int32_t i = 0; i < count; ++i) to[i] = peak * (n - 2 * (first + i)) / n;
   });
@@ -28,18 +24,12 @@ void uniform_part(double *w, std::int32_t n, window_scale scale, double active) 
   normalise(w, n, scale);
 }
 
-void cosine_window(double *w, const window_layout &at, const cosine_sum &sum) {
+void cosine_window(double *w, const window_layout &at, const cosine_sum &sum, window_scale scale) {
   fill_symmetric(w, at,
                  [&](double first, std::int32_t count, double *to) { evaluate(sum, at.span, first, count, to); });
-}
-
-// The closed normalisation holds from a few samples on; below, one or two of the cosines are constant over the window.
-void correct_short_window(double *w, std::int32_t n, const cosine_sum &sum, window_scale scale) {
-  double size = 1.0;
-  if (scale == window_scale::amplitude && n < sum.terms) size = mean_gain(sum, n);
-  if (scale == window_scale::power && n < 2 * sum.terms - 1) size = std::sqrt(1.0 + aliased_power(sum, n));
+  const double size = size_of_period(sum, scale, at.n);
   if (size == 1.0) return;
-  for (std::int32_t i = 0; i < n; ++i) w[i] /= size;
+  for (std::int32_t i = 0; i < at.n; ++i) w[i] /= size;
 }
 
 // A sum over the inner `active` samples, zeros outside; or, where these are more than n, the inner part of a longer
@@ -77,14 +67,21 @@ void fill_parametric(double *w, const window_layout &at, dsp_window_type type, w
 void fill_plain(double *w, const window_layout &at, dsp_window_type type, window_scale scale) {
   const cosine_sum sum = catalogued_sum(type, scale);
   if (type == DSP_WINDOW_TRIANGULAR)
-    triangle(w, at, scale);
+    triangle(w, at, triangle_peak(scale, at.n));
   else if (sum.terms > 0)
-    cosine_window(w, at, sum);
+    cosine_window(w, at, sum, scale);
   else
     fill_parametric(w, at, type, scale);
 }
 
 }  // namespace
+
+double triangle_peak(window_scale scale, std::int32_t n) {
+  if (scale == window_scale::raw) return 1.0;
+  const double square = static_cast<double>(n) * n;
+  if (scale == window_scale::power) return std::sqrt(3 * square / (square + 2));
+  return n % 2 == 0 ? 2.0 : 2 * square / (square + 1);
+}
 
 bool available(dsp_window_type type, std::int32_t flags, double active) {
   if (type < 0 || type > window_tukey) return false;
@@ -96,11 +93,9 @@ bool available(dsp_window_type type, std::int32_t flags, double active) {
 
 void generate(double *w, std::int32_t n, dsp_window_type type, std::int32_t flags, double active) {
   const window_scale scale = scale_of(flags);
-  const cosine_sum sum = catalogued_sum(type, scale);
-  if ((flags & DSP_WND_ACTIVE) != 0)
-    return type == DSP_WINDOW_UNIFORM ? uniform_part(w, n, scale, active) : active_part(w, n, sum, scale, active);
-  fill_plain(w, layout_of(n, flags), type, scale);
-  correct_short_window(w, n, sum, scale);
+  if ((flags & DSP_WND_ACTIVE) == 0) return fill_plain(w, layout_of(n, flags), type, scale);
+  if (type == DSP_WINDOW_UNIFORM) return uniform_part(w, n, scale, active);
+  active_part(w, n, catalogued_sum(type, scale), scale, active);
 }
 
 void generate_for_taps(double *w, std::int32_t n, dsp_window_type type) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dsp/dsp.h"
+#include "dsp/window/flags.h"
 
 namespace dsp {
 
@@ -12,6 +13,9 @@ bool available(dsp_window_type type, std::int32_t flags, double active);
 
 // Writes such a window of n >= 1 samples; `active` counts with DSP_WND_ACTIVE.
 void generate(double *w, std::int32_t n, dsp_window_type type, std::int32_t flags, double active);
+
+// What the triangle of n samples reaches at its centre.
+double triangle_peak(window_scale scale, std::int32_t n);
 
 // The raw window of a type (no DSP_WND_ACTIVE) laid out for filter taps.
 void generate_for_taps(double *w, std::int32_t n, dsp_window_type type);

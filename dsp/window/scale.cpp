@@ -1,6 +1,4 @@
 // Scale factors and noise bandwidths of the catalogued windows.
-#include <cmath>
-
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/window/catalogue.h"
@@ -10,17 +8,9 @@
 namespace dsp {
 namespace {
 
-double triangle_scale(window_scale scale, double n, bool even) {
-  if (scale == window_scale::power) return std::sqrt(3 * n * n / (n * n + 2));
-  return even ? 2.0 : 2 * n * n / (n * n + 1);
-}
-
 double sum_scale(dsp_window_type type, window_scale scale, int32_t n) {
   const cosine_sum sum = catalogued_sum(type, scale);
-  const double plain = sum.c[0] / catalogued_sum(type, window_scale::raw).c[0];
-  if (scale == window_scale::power)
-    return n < 2 * sum.terms - 1 ? plain / std::sqrt(1.0 + aliased_power(sum, n)) : plain;
-  return n < sum.terms ? plain / mean_gain(sum, n) : plain;
+  return sum.c[0] / catalogued_sum(type, window_scale::raw).c[0] / size_of_period(sum, scale, n);
 }
 
 // From the window itself.
@@ -65,7 +55,7 @@ int32_t dsp_window2_scale(double *scale, dsp_window_type type, int32_t kind, int
   const window_scale wanted = scale_of(kind);
   const bool partial = (kind & DSP_WND_ACTIVE) != 0;
   if (type == DSP_WINDOW_TRIANGULAR && !partial) {
-    *scale = triangle_scale(wanted, n, n % 2 == 0);
+    *scale = triangle_peak(wanted, n);
     return 0;
   }
   if (partial || (type >= DSP_WINDOW_KAISER70 && type <= window_tukey))
