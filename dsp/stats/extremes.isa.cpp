@@ -122,7 +122,8 @@ template <bool Least>
 std::int64_t find(const double *x, std::int64_t n, int parts) {
   best_of<double> first =
       parts == 1 ? first_best<value_key, Least>(x, n) : first_best<plain_magnitude_key, Least>(x, 2 * n);
-  if (!Least && parts == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
+  if constexpr (!Least)
+    if (parts == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
   return first.place < nowhere ? static_cast<std::int64_t>(first.place) / parts : -1;
 }
 

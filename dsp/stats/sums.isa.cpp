@@ -47,8 +47,9 @@ void squares(const double *x, std::int64_t n, int parts, double *total) {
 
 void spread(const double *x, std::int64_t n, int parts, const double *reference, double *total) {
   const lanes about = alternating(reference[0], reference[parts - 1]);
-  blocked_sum<1>(x, n, parts, difference_and_square<plain_powers>{about},
-                 difference_and_square<saturated_powers>{about}, squares_within_bound, total);
+  const difference_and_square<plain_powers> fast = {about};
+  const difference_and_square<saturated_powers> exact = {about};
+  blocked_sum<1>(x, n, parts, fast, exact, squares_within_bound, total);
 }
 
 }  // namespace
