@@ -286,7 +286,7 @@ DSP_API int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out);
  *
  * In place; length, dx and representation stay. No domain errors: outside its domain a function gives a fixed value,
  * 0 or 1e100 or the function's value at the smallest normal double. Exponentials and logarithms of real samples are
- * right to one unit in the last place, and the same on every processor; the rest are the C library's.
+ * right to one unit in the last place, whatever the processor; the rest are the C library's.
  *
  *     dspi_log10(&v);                          // a floor of -307.65 instead of minus infinity
  *     dspi_addcos(&v, 0, 50.0, 0.1, 0.0);      // plus a hum of 50 cycles per unit of dx

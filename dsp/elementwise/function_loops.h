@@ -1,5 +1,5 @@
-// The functions of real samples that have loops of their own, compiled once per instruction set; the same bits on
-// every processor.
+// The functions of real samples that have loops of their own, compiled once per instruction set; below 1 unit in the
+// last place on each, the last bit may differ between them.
 #pragma once
 
 #include <cstdint>

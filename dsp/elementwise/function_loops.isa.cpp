@@ -7,6 +7,15 @@ namespace dsp {
 namespace DSP_ISA {
 namespace {
 
+// a b + c, rounded once where the processor can do that: a quarter faster.
+inline double fused(double a, double b, double c) {
+#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
+  return __builtin_fma(a, b, c);
+#else
+  return a * b + c;
+#endif
+}
+
 constexpr double ln2_high = 0x1.62e42feep-1;  // 32 bits: its product with an exponent is exact
 constexpr double ln2_low = 0x1.a39ef35793c76p-33;
 
@@ -19,24 +28,30 @@ constexpr double rounder = 0x1.8p52;
 // 2^k for the k in the low bits of rounder + k.
 inline double power_of_two(double rounded) { return number((bits(rounded) + 1023) << 52); }
 
-// x = k ln 2 + r with |r| <= 0.347; e^r is 1 + (r + r^2 p(r)), p a Chebyshev fit that is right to 2e-18, so that the
-// last sum is what rounds: below 1 unit in the last place. The terms are summed in pairs, here and below: one after
-// another they would leave the processor waiting.
+// x = k ln 2 + r with |r| <= 0.347; e^r is 1 + r + r^2 p(r), p a Chebyshev fit that leaves e^r right to 2e-17. 1 + r is
+// carried with what its sum loses, so that the last sum is what rounds: below 1 unit in the last place. The terms are
+// summed in pairs, here and below: one after another they would leave the processor waiting.
 struct split_power {
   double rounded, fraction;  // rounder + k, e^r
 };
 
 inline split_power split(double x) {
-  const double rounded = x * 0x1.71547652b82fep+0 + rounder;
+  const double rounded = fused(x, 0x1.71547652b82fep+0, rounder);
   const double k = rounded - rounder;
-  const double r = (x - k * ln2_high) - k * ln2_low;
+  const double high = fused(k, -ln2_high, x);
+  const double low = k * -ln2_low;
+  const double r = high + low;
   const double r2 = r * r;
   const double r4 = r2 * r2;
-  const double p1 = 0x1.5555555555557p-3 * r + r2 * (0x1.5555555555556p-5 + 0x1.11111111100d3p-7 * r);
-  const double p4 =
-      (0x1.6c16c16c162cfp-10 + 0x1.a01a01abeccc3p-13 * r) + r2 * (0x1.a01a01a6db488p-16 + 0x1.71de02225a2f3p-19 * r);
-  const double p8 = (0x1.27e4db5bb725ap-22 + 0x1.af4e092e1705bp-26 * r) + r2 * 0x1.1f7315649f2d7p-29;
-  return {rounded, 1.0 + (r + r2 * (0.5 + (p1 + r4 * (p4 + r4 * p8))))};
+  const double p0 = fused(r, 0x1.5555555555556p-3, 0.5);
+  const double p2 = fused(r, 0x1.11111111109b2p-7, 0x1.5555555553d5ep-5);
+  const double p4 = fused(r, 0x1.a01a01a7c54aep-13, 0x1.6c16c1788dc33p-10);
+  const double p6 = fused(r, 0x1.71de0da9d06acp-19, 0x1.a019b905bafb1p-16);
+  const double p8 = fused(r, 0x1.af38b4925be09p-26, 0x1.28918e390a71ep-22);
+  const double p = fused(r4, fused(r4, p8, fused(r2, p6, p4)), fused(r2, p2, p0));
+  const double sum = 1.0 + high;
+  const double lost = (1.0 - sum) + high;
+  return {rounded, sum + (lost + fused(r2, p, low))};
 }
 
 // For normal results, and NaN.
@@ -68,12 +83,12 @@ inline reduced reduce(double x) {
   const double s = f / (2.0 + f);
   const double z = s * s;
   const double z2 = z * z;
-  const double p0 = 0x1.5555555555558p-1 + z * 0x1.99999999952d7p-2;
-  const double p2 = 0x1.2492492df281ap-2 + z * 0x1.c71c62e3f11dbp-3;
-  const double p4 = (0x1.7462b51cb68f1p-3 + z * 0x1.39fe51a7bdbbcp-3) + z2 * 0x1.2b5900de7bb8bp-3;
-  const double p = p0 + z2 * (p2 + z2 * p4);
+  const double p0 = fused(z, 0x1.99999999952d7p-2, 0x1.5555555555558p-1);
+  const double p2 = fused(z, 0x1.c71c62e3f11dbp-3, 0x1.2492492df281ap-2);
+  const double p4 = fused(z2, 0x1.2b5900de7bb8bp-3, fused(z, 0x1.39fe51a7bdbbcp-3, 0x1.7462b51cb68f1p-3));
+  const double p = fused(z2, fused(z2, p4, p2), p0);
   const double half_square = 0.5 * f * f;
-  return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * (half_square + z * p)};
+  return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * fused(z, p, half_square)};
 }
 
 // Infinity and NaN are their own logarithms.
@@ -84,7 +99,7 @@ inline double settled(double x, double floor, double value) {
 // Below 1 unit in the last place.
 inline double natural(double x) {
   const reduced y = reduce(x);
-  return y.k * ln2_high - ((y.half_square - (y.rest + y.k * ln2_low)) - y.f);
+  return fused(y.k, ln2_high, y.f - (y.half_square - fused(y.k, ln2_low, y.rest)));
 }
 
 // ln(1 + f) in two parts, the high one short, times log10 e in two parts, so that all large products are exact.
@@ -100,7 +115,7 @@ inline double common(double x) {
   const double part = high * log10_e_high;
   const double sum = whole + part;
   const double lost = (whole - sum) + part;
-  return sum + (lost + (y.k * log10_2_low + ((low + high) * log10_e_low + low * log10_e_high)));
+  return sum + (lost + fused(y.k, log10_2_low, fused(low + high, log10_e_low, low * log10_e_high)));
 }
 
 // By blocks, which are short enough to be read twice from the cache: few have results that are not normal.
@@ -131,7 +146,8 @@ void logarithms(double *x, std::int64_t n) {
 void decibels(double *x, std::int64_t n, double factor) {
   const double floor = factor * -307.6526555685888;
   walk<double>(
-      x, n, [=](double t) { return t < smallest_normal ? floor : factor * settled(t, 0.0, common(t)); },
+      x, n,
+      [=](double t) { return t < smallest_normal ? floor : factor * (t <= 0x1.fffffffffffffp1023 ? common(t) : t); },
       static_cast<const double *>(x));
 }
 

@@ -168,8 +168,7 @@ const std::vector<routine> &routines() {
      }},
 
     // arithmetic and representations
-    {"dspi_db", "br", any, 0x2a9364b5fe5e0cc8, of(dspi_db, 20.0)},
-    {"dspi_db", "bc", any, of_functions, of(dspi_db, 20.0)},
+    {"dspi_db", "b*", any, of_functions, of(dspi_db, 20.0)},
     {"dspi_real", "b*", any, 0x8109d4f0febb28cc, of(dspi_real)},
     {"dspi_imag", "b*", any, 0xef922fd95399b015, of(dspi_imag)},
     {"dspi_rtoc", "b*", any, 0x2d404723428cd500, of(dspi_rtoc)},
@@ -222,14 +221,10 @@ const std::vector<routine> &routines() {
     {"dspi_cosh", "br", few, of_functions, of(dspi_cosh)},
     {"dspi_besy0", "br", few, of_functions, of(dspi_besy0)},
     {"dspi_besy1", "br", few, of_functions, of(dspi_besy1)},
-    {"dspi_exp", "br", any, 0xa64d190829a15cb5, of(dspi_exp)},
-    {"dspi_exp", "bc", few, of_functions, of(dspi_exp)},
-    {"dspi_exp10", "br", any, 0xb7b9a270b5e47374, of(dspi_exp10)},
-    {"dspi_exp10", "bc", few, of_functions, of(dspi_exp10)},
-    {"dspi_log", "br", any, 0x401b2fe58be9cd43, of(dspi_log)},
-    {"dspi_log", "bc", few, of_functions, of(dspi_log)},
-    {"dspi_log10", "br", any, 0x8d79d4b1d0697338, of(dspi_log10)},
-    {"dspi_log10", "bc", few, of_functions, of(dspi_log10)},
+    {"dspi_exp", "b*", any, of_functions, of(dspi_exp)},
+    {"dspi_exp10", "b*", any, of_functions, of(dspi_exp10)},
+    {"dspi_log", "b*", any, of_functions, of(dspi_log)},
+    {"dspi_log10", "b*", any, of_functions, of(dspi_log10)},
     {"dspi_addcos", "b*", any, of_functions, [](call &c) { return dspi_addcos(c[0], c.variant, 0.3, 2.0, 0.1); }, 2},
 
     // order, length and calculus
