@@ -1,4 +1,4 @@
-// Windowed spectra and back, running averages, correlation, the peak of a trace.
+// Windowed spectra and back, running averages, correlation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -236,57 +236,6 @@ TEST(Correlation, EqualsTheDirectSum) {
   huge.length = INT32_MAX;  // no power of two holds it
   EXPECT_EQ(dspb_corr(&ref, &huge, &out, 1, 0), -1);
   EXPECT_EQ(dspb_corr(&ref, nullptr, &out, 1, 0), -1);
-}
-
-TEST(Peak, SearchesAndRefines) {
-  const double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
-  const double gauss_at = 1 + std::log(2.0 / 3.0) / (4 * 0.315563649157834) + 0.5;
-  struct {
-    record in;
-    int32_t flags, index;
-    double value, position;
-    int32_t status;
-  } cases[] = {
-      {record(), 0x400, 0, 0, 0, 0},
-      {record(reals{1, 3, 3, 2}), 0, 0, 3, 1, 0},
-      {record(reals{1, nan, 3, 2}), 0, 0, 3, 2, 0},
-      {record(reals{5, 3, 3, 7}), DSP_PEAK_MIN, 0, 3, 1, 0},
-      {record(reals{-2e100, -inf}), 0, 0, -2e100, 0, 0},
-      {record(reals{1, 3, 2}), DSP_PEAK_PARABOLIC, 0, 3 + 1.0 / 24, 1 + 1.0 / 6, 0},
-      {record(reals{3, 2, 1}), DSP_PEAK_PARABOLIC, 0, 3, 0, 0},
-      {record(complexes{{1, 1}, {3, 4}, {nan, 9}, {0, 0}}), 0, 0, 25, 1, 0},
-      {record(complexes{{1, 1}, {3, 4}}), DSP_PEAK_MIN, 0, 2, 0, 0},
-      {record(reals{1, 2, 3, 4}), DSP_PEAK_AT_INDEX | DSP_PEAK_MIN, -5, 1, 0, 0},
-      {record(reals{1, 2, 3, 4}), DSP_PEAK_AT_INDEX, 1000, 4, 3, 0},
-      {record(reals{4, 4, 1}), DSP_PEAK_GAUSS, 0, 4 * std::exp(0.315563649157834 / 4), 0.5, 0},
-      {record(reals{1, 3, 2}), DSP_PEAK_GAUSS, 0, 3 * std::exp(0.315563649157834 * std::pow(gauss_at - 1, 2)), gauss_at,
-       0},
-      {record(reals{1, 1e9, 1}), DSP_PEAK_GAUSS, 0, 1e9 * std::exp(0.0788909122894585), 0.5, -1},
-      {record(reals{7}), DSP_PEAK_GAUSS, 0, 7, 0, 0},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(&c - cases);
-    record out;
-    out.dx = 4.0;
-    EXPECT_EQ(dsps_peak(&c.in, &out, c.flags, c.index), c.status);
-    EXPECT_TRUE(near(out, reals{c.value, c.position}, std::abs(c.value) * 1e-15));
-    EXPECT_EQ(out.dx, 4.0);
-  }
-  record v(reals{1, 2, 3});
-  const record before(v);
-  EXPECT_EQ(dsps_peak(&v, &v, 0x400, 0), -1);
-  EXPECT_TRUE(same(v, before));
-}
-
-TEST(Peak, GaussianFitFindsAGaussian) {
-  for (const double centre : {3.0, 3.2, 3.5, 3.75}) {
-    reals x;
-    for (int i = 0; i < 8; ++i) x.push_back(2.5 * std::exp(-0.315563649157834 * 2 * (i - centre) * (i - centre)));
-    const record in(x);
-    record out;
-    ASSERT_EQ(dsps_peak(&in, &out, DSP_PEAK_GAUSS, 0), 0);
-    EXPECT_NEAR(out.data[1], centre, 1e-13);
-  }
 }
 
 }  // namespace
