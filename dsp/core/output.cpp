@@ -2,6 +2,7 @@
 
 #include "dsp/core/caches.h"
 #include "dsp/core/operands.h"
+#include "dsp/core/represent.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/work_signal.h"
 
@@ -13,14 +14,9 @@ work_signal scratch_state;
 bool redirection_pending = false;
 dsp_vec *callers_output = nullptr;
 
-int32_t take_representation(dsp_vec *state, const dsp_vec &in) {
-  if ((state->is_complex != 0) == (in.is_complex != 0)) return 0;
-  return in.is_complex != 0 ? dspi_rtoc(state) : dspi_real(state);
-}
-
 int32_t shape_state(dsp_vec *state, const dsp_vec &in, std::int32_t length) {
   state->dx = in.dx;
-  if (take_representation(state, in) == 0 && dspi_zpad(state, length) == 0) return 0;
+  if (represent(state, in.is_complex != 0) == 0 && dspi_zpad(state, length) == 0) return 0;
   state->length = 0;  // lost: the next block starts from silence
   return -1;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dsp/core/heap.h"
+#include "dsp/core/represent.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_taps.h"
 
@@ -120,11 +121,7 @@ int32_t dsph_rsmp_state_destroy(dsph_rsmp_state *state) {
 
 int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state, uint32_t is_complex) {
   if (state->stages != coef->halvings && allocate_stages(state, coef->halvings) != 0) return -1;
-  const auto represent = [is_complex](dsp_vec *v) {
-    if ((v->is_complex != 0) == (is_complex != 0)) return 0;
-    return is_complex != 0 ? dspi_rtoc(v) : dspi_real(v);
-  };
-  if (for_each_signal(state, represent) != 0) return -1;
+  if (for_each_signal(state, [is_complex](dsp_vec *v) { return represent(v, is_complex != 0); }) != 0) return -1;
   const std::int32_t halving_past = past_of(coef->halfband, coef->halfband_odd);
   for (std::int32_t i = 0; i < state->stages; ++i)
     if (dspi_zpad(&state->stage_hist[i], halving_past) != 0 || dspi_zpad(&state->stage_phase[i], 1) != 0) return -1;

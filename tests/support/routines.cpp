@@ -77,12 +77,18 @@ int32_t make_converter(call &c) {
   return status;
 }
 
+// Complex, real and complex again: what the signals carry stays.
 int32_t make_converter_state(call &c) {
   dsph_rsmp_state state;
   dsph_rsmp_state_init(&state);
-  int32_t status = dsph_rsmp_state_alloc(&converter(5.4), &state, 1);
+  int32_t status = 0;
+  for (const uint32_t is_complex : {1u, 0u, 1u}) {
+    status = dsph_rsmp_state_alloc(&converter(5.4), &state, is_complex);
+    if (status != 0) break;
+    c.gives(state.stages), c.gives(state.stage_hist[1].length), c.gives(state.post_hist.is_complex);
+    c.gives(state.pre_hist.data[2] += 0.5);
+  }
   if (status == 0) status = dsph_rsmp_state_reset(&converter(5.4), &state);
-  if (status == 0) c.gives(state.stages), c.gives(state.stage_hist[1].length), c.gives(state.pre_hist.length);
   dsph_rsmp_state_destroy(&state);
   return status;
 }
@@ -362,7 +368,7 @@ const std::vector<routine> &routines() {
     {"dsph_rsmp", "i* o w", {0, 7, 200}, 0xd304f060a3484a42, [](call &c) { return convert(c, c.variant < 2 ? 1.0 : 4.0, c.variant % 2); }, 4},
     {"dsph_rsmp", "i* o w", {0, 7, 200}, of_functions, [](call &c) { return convert(c, 2.7, c.variant != 0); }, 2},
     {"dsph_rsmp_coef_alloc", "", once, of_functions, make_converter},
-    {"dsph_rsmp_state_alloc", "", once, 0xdc30144d8718b565, make_converter_state},
+    {"dsph_rsmp_state_alloc", "", once, 0x949f3c3aff484c01, make_converter_state},
 
     // interpolation
     {"dsp_interp", "iu i ir iu o", {4, 30}, 0x2af1c71c91c473d1, [](call &c) {
