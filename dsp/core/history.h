@@ -59,9 +59,9 @@ struct past_and_block {
   }
 };
 
-// Two records that cannot be told apart: writing one would damage the other.
+// Two records that cannot be told apart: writing one would damage the other. `a` may be null.
 inline bool same_signal(const dsp_vec *a, const dsp_vec *b) {
-  return a != nullptr && b != nullptr && (a == b || (a->data != nullptr && a->data == b->data));
+  return a != nullptr && (a == b || (a->data != nullptr && a->data == b->data));
 }
 
 }  // namespace dsp

@@ -8,11 +8,10 @@
 
 namespace dsp {
 
-// Moves the samples that belong in front there and counts them. The first one waits aside, so that each of the others
-// finds a place free.
+// Moves the samples that belong in front, of one or more, there and counts them. The first one waits aside, so that
+// each of the others finds a place free.
 template <class Sample, class Belongs>
 std::int64_t split(Sample *x, std::int64_t n, Belongs belongs) {
-  if (n < 1) return 0;
   const Sample first = x[0];
   std::int64_t front = 0;
   for (std::int64_t i = 1; i < n; ++i) {
