@@ -25,9 +25,15 @@ void for_joined_spans(const Source &source, std::int64_t outputs, Kernel kernel)
   }
 }
 
-// The outputs that reach into the past, rounded up so that the others start on whole tiles.
-std::int64_t joined_part(const past_and_block &x) {
-  return std::min(x.block_length, (x.past_length + joined_outputs - 1) / joined_outputs * joined_outputs);
+// All outputs of a block: joined as far as they reach into the past, rounded up so that the others start on whole
+// tiles.
+template <class Kernel>
+void for_block(const past_and_block &x, Kernel kernel) {
+  const std::int64_t tiles = (x.past_length + joined_outputs - 1) / joined_outputs;
+  const std::int64_t joined = std::min(x.block_length, tiles * joined_outputs);
+  for_joined_spans(x, joined, kernel);
+  if (joined < x.block_length)
+    kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
 }
 
 // Real samples, complex taps: the two parts apart, then woven together.
@@ -54,7 +60,7 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
   const bool complex_taps = h.is_complex != 0;
   const std::int32_t tap_width = complex_taps ? 2 : 1;
   const std::int32_t out_width = std::max(x.width, tap_width);
-  const auto kernel = [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
+  for_block(x, [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
     const double *newest = h.data + (x.past_length - tap) * tap_width;
     double *out = y + n * out_width;
     if (!complex_taps)
@@ -63,22 +69,14 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
       active_fir_kernels().complex_taps({out, span, 2 * count, 2}, newest, taps, tap > 0);
     else
       weave_complex_taps(out, span, count, newest, taps, tap > 0);
-  };
-  const std::int64_t joined = joined_part(x);
-  for_joined_spans(x, joined, kernel);
-  if (joined < x.block_length)
-    kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
+  });
 }
 
 void filter_folded(const past_and_block &x, const folded_filter &h, double *y) {
   static_assert(folded_limit <= joined_taps, "a folded filter takes its taps at once");
-  const auto kernel = [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t, std::int64_t) {
+  for_block(x, [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t, std::int64_t) {
     active_fir_kernels().folded_taps({y + n * x.width, span, count * x.width, x.width}, h);
-  };
-  const std::int64_t joined = joined_part(x);
-  for_joined_spans(x, joined, kernel);
-  if (joined < x.block_length)
-    kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
+  });
 }
 
 namespace {
