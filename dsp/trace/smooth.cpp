@@ -14,8 +14,8 @@ namespace {
 template <class Average>
 int32_t smooth(int32_t n, int32_t start, int32_t stop, int32_t width, Average average) {
   if (start == stop) return 0;
-  const int32_t last = stop >= 1 ? stop - 1 : stop;
-  if (start < 0 || last < start || width < 3 || width % 2 == 0) return -1;
+  if (start < 0 || stop < start || width < 3 || width % 2 == 0) return -1;
+  const int32_t last = stop - 1;
   int32_t i = start;
   for (int32_t previous = -1; i <= last && i < n; ++i) {
     const int32_t h = std::min({width / 2, i, n - 1 - i});
