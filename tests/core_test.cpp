@@ -133,14 +133,14 @@ TEST(Compare, FirstDifferenceBeyondToleranceDecides) {
     double tolerance;
     int32_t expected;
   } cases[] = {
-      {record(reals{1, 2}), record(reals{1, 2}), 0, 0},
-      {record(reals{1, 2}, 2.0), record(reals{1, 9}), 0.5, 1},
-      {record(reals{1, 2}), record(reals{1.5, 1}), 0.5, 1},
-      {record(reals{1, nan, 2}), record(reals{1, 5, 3}), 0, -1},
-      {record(complexes{{1, 2}}), record(complexes{{1, 3}}), 0.5, -1},
-      {record(complexes{{1, 0.5}, {2, -0.5}}), record(reals{1, 2}), 0.5, 0},
-      {record(complexes{{1, 0}, {2, -0.6}}), record(reals{1, 2}), 0.5, -1},
-      {record(reals{1, 2}), record(complexes{{3, 0}, {2, 0}}), 0.5, -1},
+      {reals{1, 2}, reals{1, 2}, 0, 0},
+      {record(reals{1, 2}, 2.0), reals{1, 9}, 0.5, 1},
+      {reals{1, 2}, reals{1.5, 1}, 0.5, 1},
+      {reals{1, nan, 2}, reals{1, 5, 3}, 0, -1},
+      {complexes{{1, 2}}, complexes{{1, 3}}, 0.5, -1},
+      {complexes{{1, 0.5}, {2, -0.5}}, reals{1, 2}, 0.5, 0},
+      {complexes{{1, 0}, {2, -0.6}}, reals{1, 2}, 0.5, -1},
+      {reals{1, 2}, complexes{{3, 0}, {2, 0}}, 0.5, -1},
       {record(), record(), 0, 0},
   };
   int32_t result = 7;

@@ -27,6 +27,19 @@ bool identical(double a, double b) {
   return (std::isnan(a) && std::isnan(b)) || (a == b && std::signbit(a) == std::signbit(b));
 }
 
+// Doubles that are identical, or so near.
+::testing::AssertionResult compared(const dsp_vec &a, const dsp_vec &b, double tolerance) {
+  const reals x = doubles_of(a), y = doubles_of(b);
+  if (a.length != b.length || (a.is_complex != 0) != (b.is_complex != 0))
+    return ::testing::AssertionFailure() << "length " << a.length << " complex " << a.is_complex << " against length "
+                                         << b.length << " complex " << b.is_complex;
+  for (std::size_t i = 0; i < x.size(); ++i)
+    if (!(std::abs(x[i] - y[i]) <= tolerance) && !identical(x[i], y[i]))
+      return ::testing::AssertionFailure() << "double " << i << " is " << ::testing::PrintToString(x[i]) << " against "
+                                           << ::testing::PrintToString(y[i]);
+  return ::testing::AssertionSuccess();
+}
+
 }  // namespace
 
 record::record(const reals &values, double spacing) { fill(this, values.data(), values.size(), false, spacing); }
@@ -89,47 +102,12 @@ record signal_of(const complexes &values, bool is_complex, double spacing) {
 }
 
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b) {
-  if (a.length != b.length || (a.is_complex != 0) != (b.is_complex != 0) || !identical(a.dx, b.dx))
-    return ::testing::AssertionFailure() << "length " << a.length << " complex " << a.is_complex << " dx " << a.dx
-                                         << " against length " << b.length << " complex " << b.is_complex << " dx "
-                                         << b.dx;
-  const reals x = doubles_of(a);
-  const reals y = doubles_of(b);
-  for (std::size_t i = 0; i < x.size(); ++i)
-    if (!identical(x[i], y[i]))
-      return ::testing::AssertionFailure() << "double " << i << " is " << ::testing::PrintToString(x[i]) << " against "
-                                           << ::testing::PrintToString(y[i]);
-  return ::testing::AssertionSuccess();
-}
-
-namespace {
-
-::testing::AssertionResult near_doubles(const dsp_vec &v, const double *expected, std::size_t n, bool is_complex,
-                                        double tolerance) {
-  const reals x = doubles_of(v);
-  if ((v.is_complex != 0) != is_complex || x.size() != n)
-    return ::testing::AssertionFailure() << x.size() << " doubles, complex " << v.is_complex << "; expected " << n;
-  for (std::size_t i = 0; i < n; ++i)
-    if (!(std::abs(x[i] - expected[i]) <= tolerance) && !identical(x[i], expected[i]))
-      return ::testing::AssertionFailure()
-             << "double " << i << " is " << ::testing::PrintToString(x[i]) << ", expected "
-             << ::testing::PrintToString(expected[i]) << " within " << tolerance;
-  return ::testing::AssertionSuccess();
-}
-
-}  // namespace
-
-::testing::AssertionResult near(const dsp_vec &v, const reals &expected, double tolerance) {
-  return near_doubles(v, expected.data(), expected.size(), false, tolerance);
-}
-
-::testing::AssertionResult near(const dsp_vec &v, const complexes &expected, double tolerance) {
-  return near_doubles(v, parts(expected), 2 * expected.size(), true, tolerance);
+  if (!identical(a.dx, b.dx)) return ::testing::AssertionFailure() << "dx " << a.dx << " against " << b.dx;
+  return compared(a, b, -1.0);
 }
 
 ::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance) {
-  const reals values = doubles_of(expected);
-  return near_doubles(v, values.data(), values.size(), expected.is_complex != 0, tolerance);
+  return compared(v, expected, tolerance);
 }
 
 }  // namespace support

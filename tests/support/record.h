@@ -20,8 +20,8 @@ using complexes = std::vector<complex>;
 class record : public dsp_vec {
  public:
   record() { dsp_init(this); }
-  explicit record(const reals &values, double spacing = 1.0);
-  explicit record(const complexes &values, double spacing = 1.0);
+  record(const reals &values, double spacing = 1.0);
+  record(const complexes &values, double spacing = 1.0);
   record(const record &other);
   record(record &&other) noexcept;
   record &operator=(record other) noexcept;
@@ -48,9 +48,7 @@ record signal_of(const complexes &values, bool is_complex, double spacing = 1.0)
 
 // Same representation, length, dx and, bit for bit (any NaN equals any), samples.
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b);
-// Every component within `tolerance` of the expected one.
-::testing::AssertionResult near(const dsp_vec &v, const reals &expected, double tolerance);
-::testing::AssertionResult near(const dsp_vec &v, const complexes &expected, double tolerance);
-::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance);  // dx aside
+// Same representation and length, every component within `tolerance` of the expected one; dx aside.
+::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance);
 
 }  // namespace support
