@@ -30,7 +30,7 @@ bool identical(double a, double b) {
 // Doubles that are identical, or so near.
 ::testing::AssertionResult compared(const dsp_vec &a, const dsp_vec &b, double tolerance) {
   const reals x = doubles_of(a), y = doubles_of(b);
-  if (a.length != b.length || (a.is_complex != 0) != (b.is_complex != 0))
+  if (x.size() != y.size() || (a.is_complex != 0) != (b.is_complex != 0))
     return ::testing::AssertionFailure() << "length " << a.length << " complex " << a.is_complex << " against length "
                                          << b.length << " complex " << b.is_complex;
   for (std::size_t i = 0; i < x.size(); ++i)
@@ -102,7 +102,9 @@ record signal_of(const complexes &values, bool is_complex, double spacing) {
 }
 
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b) {
-  if (!identical(a.dx, b.dx)) return ::testing::AssertionFailure() << "dx " << a.dx << " against " << b.dx;
+  if (a.length != b.length || !identical(a.dx, b.dx))
+    return ::testing::AssertionFailure() << "length " << a.length << " dx " << a.dx << " against length " << b.length
+                                         << " dx " << b.dx;
   return compared(a, b, -1.0);
 }
 

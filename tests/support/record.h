@@ -48,7 +48,7 @@ record signal_of(const complexes &values, bool is_complex, double spacing = 1.0)
 
 // Same representation, length, dx and, bit for bit (any NaN equals any), samples.
 ::testing::AssertionResult same(const dsp_vec &a, const dsp_vec &b);
-// Same representation and length, every component within `tolerance` of the expected one; dx aside.
+// Same representation and number of samples, every component within `tolerance` of the expected one; dx aside.
 ::testing::AssertionResult near(const dsp_vec &v, const record &expected, double tolerance);
 
 }  // namespace support
