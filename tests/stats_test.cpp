@@ -180,14 +180,12 @@ TEST(Statistics, EqualTheirDefinitions) {
           check_definitions(in, 1e-11);
         }
   }
-  // On a high pedestal.
-  for (const double pedestal : {1e7, 1e8})
-    for (const std::size_t n : sizes{1001, 300001}) {
-      SCOPED_TRACE(testing::Message() << n << " pedestal " << pedestal);
-      reals x(n, pedestal + 0.2);
-      for (std::size_t i = 1; i < n; ++i) x[i] = pedestal + (i % 2 == 0 ? 0.3 : 0.1);
-      check_definitions(record(x), 4e-16);
-    }
+  for (const std::size_t n : sizes{1001, 100001}) {
+    SCOPED_TRACE(testing::Message() << n << " on a high pedestal");
+    reals x(n, 1e8 + 0.2);
+    for (std::size_t i = 1; i < n; ++i) x[i] = 1e8 + (i % 2 == 0 ? 0.3 : 0.1);
+    check_definitions(record(x), 4e-16);
+  }
 }
 
 // The first sample with the greatest (least) key; real ones are their own.
@@ -212,8 +210,8 @@ void check_extremes(const record &in) {
 TEST(Extremes, AreTheFirstOfEqualSamples) {
   on_each_isa([] {
     for (const bool is_complex : {false, true})
-      for (const std::size_t n : sizes{1, 2, 4, 9, 33, 70, 2049, 4200})
-        for (std::size_t at = 0; at < n; at += n < 100 ? 1 : 97)
+      for (const std::size_t n : sizes{1, 2, 4, 9, 33, 70, 600, 4200})
+        for (std::size_t at = 0; at < n; at += n < 100 ? 1 : 397)
           for (const double size : {1.0, -1.0, 1e-3, 1e60, 1e101, inf, nan}) {
             SCOPED_TRACE(testing::Message() << n << " complex " << is_complex << " " << size << " at " << at);
             complexes z = random_complexes(n, 2);
@@ -222,7 +220,7 @@ TEST(Extremes, AreTheFirstOfEqualSamples) {
             if (n > 3 && at > 1) z[0].imag(nan), z[1].real(nan);
             check_extremes(signal_of(z, is_complex));
           }
-    for (const reals &x : {reals{-1, -0.0, 0.0}, reals{1, 0.0, -0.0}, reals{-1e200, -1e300}, reals{5e100}})
+    for (const reals &x : {reals{-1, -0.0, 0.0}, reals{1, 0.0, -0.0}, reals{-1e200, -1e300}, reals(600, nan)})
       check_extremes(record(x));
   });
 }
@@ -300,8 +298,8 @@ TEST(Peak, SearchesAndRefines) {
     EXPECT_TRUE(near(out, reals{c.value, c.position}, std::abs(c.value) * 1e-15));
     EXPECT_EQ(out.dx, 4.0);
   }
-  record v(reals{1, 2, 3});
-  EXPECT_EQ(dsps_peak(&v, &v, 0x400, 0), -1);
+  record v(reals{1, 2, 3}), out;
+  for (dsp_vec *const to : {&out, &v}) EXPECT_EQ(dsps_peak(&v, to, 0x400, 0), -1);
   EXPECT_EQ(doubles_of(v), (reals{1, 2, 3}));
 }
 
