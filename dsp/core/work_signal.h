@@ -17,7 +17,6 @@ struct work_signal {
   }
 
   int32_t release() {
-    if (!initialised) return 0;
     initialised = false;
     return dsp_destroy(&signal);
   }

@@ -47,11 +47,9 @@ int32_t dspi_edge(dsp_vec *v, int32_t mode, double level) {
   if (v->is_complex != 0) return -1;
   const int32_t n = samples(*v);
   int32_t found = 0;
-  double a = n > 0 ? v->data[0] : 0.0;
-  for (int32_t i = 1; i < n; ++i) {
-    const double b = v->data[i];
+  for (int32_t i = 1; i < n; ++i) {  // crossings found are fewer than samples seen
+    const double a = v->data[i - 1], b = v->data[i];
     if (crosses(a, b, mode, level)) v->data[found++] = v->dx * ((i - 1) + (level - a) / (b - a));
-    a = b;
   }
   v->length = found;
   v->dx = 1.0;
