@@ -120,7 +120,7 @@ int32_t inverse(call &c) {
 int32_t sort(call &c) {
   const int32_t status = dspi_sort(c[0]);
   const int32_t width = c[0]->is_complex != 0 ? 2 : 1;
-  for (double *x = c[0]->data, *const end = x + c[0]->length * width; x != end; x += width) {
+  for (double *x = c[0]->data, *const end = x + std::max(c[0]->length, 0) * width; x != end; x += width) {
     const bool is_nan = std::isnan(x[0]) || std::isnan(x[width - 1]);
     for (int32_t part = 0; part < width; ++part) x[part] = is_nan ? std::nan("") : x[part] + 0.0;
   }
@@ -426,7 +426,7 @@ const std::vector<routine> &routines() {
     // calibration and matrices
     {"Compute1PortTerms", "bc bc bc ic ic fc", {0, 1, 9}, 0x5a45cb489d00298a, one_port},
     {"MatrixMult", "ic9 ic9 oc9", once, 0x9bd8f19ccf935487, matrix_product, 5},
-    {"invert", "bc16", once, 0xeaaa079b6d06e805, inverse, 4},
+    {"invert", "bc16", once, 0x51b212a33b100703, inverse, 4},
   };
   return table;
 }
