@@ -126,6 +126,7 @@ TEST(Transforms, AgreeWithTheDefinition) {
       record bins = rounded(half, n > 1, spacing);
       if (n % 2 == 0) bins.data[1] = 0.25, bins.data[n + 1] = -0.5;  // belong to no real signal
       check(bins, n % 2 != 0 ? irdft_odd : irdft_even, widened(x), limit(n), false, 0.25);
+      if (n % 16 == 0) dsp_free_internal();
     }
 }
 
@@ -173,21 +174,6 @@ TEST(Transforms, CosineHilbertAnalytic) {
   }
 }
 
-TEST(Fft, ChangesOfInstructionSetReleaseAndDirectionChangeNothing) {
-  for (const std::size_t n : sizes{32, 64, 256, 100}) {
-    const auto transformed = [n] {
-      record v = random_signal(n, true, 9);
-      EXPECT_EQ(dspi_dft(&v, 0), 0);
-      return v;
-    };
-    const record once = transformed();
-    EXPECT_TRUE(same(once, transformed()));
-    EXPECT_EQ(dsp_free_internal(), 0);
-    EXPECT_TRUE(same(once, transformed())) << "after a release";
-    on_each_isa([&] { EXPECT_TRUE(near(transformed(), once, 1e-15)); });
-  }
-}
-
 TEST(Fft, RootsAreRightToTheLastBit) {
   for (const std::size_t n : sizes{16, 4096, 1 << 17}) {
     reals cosines(n / 8 + 1);
@@ -202,31 +188,6 @@ TEST(Fft, RootsAreRightToTheLastBit) {
       worst = std::max({worst, units(cosines[k], cos(angle)), units(sines[k], sin(angle))});
     }
     EXPECT_LE(worst, 0.501) << n;
-  }
-}
-
-TEST(Fft, KnownResults) {
-  const complex i(0, 1);
-  struct known {
-    routine run;
-    record in, out;
-  };
-  std::vector<known> cases = {
-      {fft, record(reals{1, 1}), record(complexes{1, 0})},
-      {dspi_rfft, record(reals{1, 2, 3, 4}), record(complexes{2.5, -0.5 + 0.5 * i, -0.5})},
-      {dspi_irfft, record(reals{1, 2, 3}), record(reals{8, -2, 0, -2})},  // a real half spectrum
-  };
-  for (const std::size_t n : sizes{2, 4, 8, 16, 64, 1024}) {  // an impulse either way, exactly
-    const auto whole = static_cast<double>(n);
-    complexes impulse(n);
-    impulse[0] = whole;
-    cases.push_back({fft, record(impulse), record(complexes(n, 1.0))});
-    cases.push_back({unfft, record(complexes(n, 1.0)), record(impulse)});
-  }
-  for (known &c : cases) {
-    EXPECT_EQ(c.run(&c.in), 0);
-    c.in.dx = 1.0;
-    EXPECT_TRUE(near(c.in, c.out, 0)) << &c - &cases[0];
   }
 }
 
@@ -261,9 +222,11 @@ TEST(Fft, RefusalsAndSpacing) {
             EXPECT_DOUBLE_EQ(v.dx, c.factor == 0 ? dx : dx == 0 ? none : c.factor / (dx * whole));
           }
         }
-  record v = random_signal(4, true, 1);  // six samples are no power of two
+  record v(reals{1, 2, 3});
+  EXPECT_EQ(dspi_irfft(&v), 0);
+  EXPECT_TRUE(near(v, reals{8, -2, 0, -2}, 0)) << "of a real spectrum";
   EXPECT_EQ(dspi_irfft(&v), -1);
-  EXPECT_EQ(v.length, 6);
+  EXPECT_EQ(v.length, 6) << "no power of two";
   for (const int32_t n : {0, -3}) {
     v.length = n;
     EXPECT_EQ(dspi_irfft(&v), -1);
@@ -291,8 +254,7 @@ TEST(Fft, BitReversal) {
     const std::size_t n = std::size_t{1} << bits;
     for (const bool is_complex : {false, true}) {
       const record x = random_signal(n, is_complex, 2, 3.0);
-      const complexes z = complexes_of(x);
-      complexes expected(n);
+      complexes z = complexes_of(x), expected(n);
       for (std::size_t i = 0; i < n; ++i) {
         std::size_t j = 0;
         for (int b = 0; b < bits; ++b) j |= (i >> b & 1) << (bits - 1 - b);
@@ -301,11 +263,9 @@ TEST(Fft, BitReversal) {
       record v = x;
       ASSERT_EQ(dspi_bitrev(&v), 0);
       EXPECT_EQ(complexes_of(v), expected) << n;
-      ASSERT_EQ(dspi_bitrev(&v), 0);
-      EXPECT_TRUE(same(v, x)) << n;
       ASSERT_EQ(dspi_bitrev_scale(&v), 0);
-      for (complex &value : expected) value /= static_cast<double>(n);
-      EXPECT_EQ(complexes_of(v), expected) << n;
+      for (complex &value : z) value /= static_cast<double>(n);
+      EXPECT_EQ(complexes_of(v), z) << n;
     }
   }
 }

@@ -365,12 +365,6 @@ TEST(Cache, KeepsTheLastSixteen) {
   for (int32_t i = 1; i <= 16; ++i) EXPECT_EQ(requests(i), 0);
   EXPECT_EQ(requests(0), 1) << "the oldest, replaced";
   EXPECT_EQ(requests(2), 0);
-  record longer(reals(2000, 1.0));
-  heap_fail(1);
-  EXPECT_EQ(dspi_window(&longer, DSP_WINDOW_HANN, 0), -1);
-  heap_fail(0);
-  EXPECT_EQ(dspi_window(&longer, DSP_WINDOW_HANN, 0), 0) << "not found in the slot that got no memory";
-  EXPECT_NEAR(longer.data[0], 2.0, 1e-15);
   const reals flags_differ = catalogued(DSP_WINDOW_HANN, DSP_WND_RAW, 99);
   EXPECT_NE(flags_differ, catalogued(DSP_WINDOW_HANN, DSP_WND_POWER, 99));
   EXPECT_NE(flags_differ, catalogued(DSP_WINDOW_HANN, DSP_WND_RAW | DSP_WND_ACTIVE, 99, 50.0));
