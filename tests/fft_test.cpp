@@ -107,7 +107,8 @@ wides scaled(wides z, wide factor) {
 
 record rounded(const wides &z, bool is_complex, double dx) {
   complexes values;
-  for (const wide_complex &value : z) values.emplace_back(value);
+  for (const wide_complex &value : z)
+    values.emplace_back(static_cast<double>(value.real()), static_cast<double>(value.imag()));
   return signal_of(values, is_complex, dx);
 }
 
