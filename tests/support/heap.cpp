@@ -72,7 +72,7 @@ void heap_release(void *block) noexcept {
 
 void *heap_resize(void *block, std::size_t old_bytes, std::size_t bytes) noexcept {
   void *fresh = heap_allocate(bytes);
-  if (block != nullptr && fresh != nullptr) std::memcpy(fresh, block, old_bytes < bytes ? old_bytes : bytes);
+  if (block != nullptr && fresh != nullptr) std::memcpy(fresh, block, old_bytes);
   if (block != nullptr && fresh == nullptr) ++lost;
   heap_release(block);
   return fresh;

@@ -13,27 +13,12 @@ namespace {
 
 bool writes(char role) { return role == 'o' || role == 'b' || role == 's'; }
 
-// Values that routines treat apart, among ordinary ones.
+// Values that routines treat apart, among them the double next to 1e100, among ordinary ones.
 void make_hostile(reals *x, unsigned seed) {
-  const double inf = std::numeric_limits<double>::infinity();
-  const double special[] = {0.0,
-                            -0.0,
-                            std::numeric_limits<double>::quiet_NaN(),
-                            inf,
-                            -inf,
-                            1e100,
-                            -1e100,
-                            1e-308,
-                            -4e-324,
-                            0x1.249ad2594c37ep+332 /* 1e100, and a little */,
-                            1e200,
-                            -1e308,
-                            1e-200,
-                            -1e-100,
-                            1.0,
-                            -1.0,
-                            0.5,
-                            4e9};
+  const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+  const double special[] = {
+      0.0,   -0.0,   nan,    inf,     -inf, 1e100, -1e100, 1e-308, -4e-324, 0x1.249ad2594c37ep+332,
+      1e200, -1e308, 1e-200, -1e-100, 1.0,  -1.0,  0.5,    4e9};
   std::mt19937 engine(seed);
   for (double &value : *x)
     if (const auto pick = engine() % 40; pick < std::size(special)) value = special[pick];
@@ -46,11 +31,10 @@ record content(const part &s, int n, bool is_complex, unsigned seed, bool hostil
     for (std::size_t i = 1; i < doubles; ++i) x[i] = x[i - 1] + 0.01 + x[i] * x[i];
   if (hostile && s.kind != 't') make_hostile(&x, seed);
   if (s.kind == 't') x[0] = 8;
-  const double spacing = 0.1 * seed;
-  if (!is_complex) return record(x, spacing);
-  complexes z(x.size() / 2);
-  for (std::size_t i = 0; i < z.size(); ++i) z[i] = {x[2 * i], x[2 * i + 1]};
-  return record(z, spacing);
+  record v(x, 0.1 * seed);
+  v.length = n;
+  v.is_complex = is_complex;
+  return v;
 }
 
 bool may_share(char a, char b) {
