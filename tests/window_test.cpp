@@ -41,8 +41,8 @@ reals catalogued(int32_t type, int32_t flags, std::size_t n, double param = 0.0)
 wide size_of(const reals &w, int32_t scale) {
   const bool power = scale == DSP_WND_POWER;
   wide sum = 0;
-  for (const double x : w) sum += (power ? x : wide(1)) * x / static_cast<wide>(w.size());
-  return power ? sqrt(sum) : sum;
+  for (const double x : w) sum += (power ? x : wide(1)) * x;
+  return power ? sqrt(sum / static_cast<wide>(w.size())) : sum / static_cast<wide>(w.size());
 }
 
 double bandwidth_of(const reals &w) {
