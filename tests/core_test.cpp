@@ -198,21 +198,24 @@ TEST(Output, ScratchStandsInForASharedBuffer) {
 }
 
 TEST(Output, StatesTakeTheInputsShape) {
-  const record real(reals{1}, 0.5), wide(complexes{{1, 2}}, 0.25);
-  record out, state(reals{7});
+  const struct {
+    record in;
+    int32_t length;
+    record state;
+  } steps[] = {{record(reals{1}, 0.5), 2, record(reals{7, 8}, 0.5)},
+               {record(complexes{1}, 0.25), 3, record(complexes{7, {8, 9}, 0}, 0.25)},
+               {record(reals{1}, 0.5), 1, record(reals{7, 8, 0}, 0.5)}};
+  record out, state(reals{7, 8});
   dsp_vec *slot = &out, *own = &state;
-  ASSERT_EQ(dsp::dsp_output_prepare(&real, &slot, nullptr, &own, 2, 0), 0);
-  EXPECT_TRUE(same(state, record(reals{7, 0}, 0.5)));
-  ASSERT_EQ(dsp::dsp_output_prepare(&wide, &slot, nullptr, &own, 3, 0), 0);
-  EXPECT_TRUE(same(state, record(complexes{7, 0, 0}, 0.25)));
-  state.data[1] = 8;
-  ASSERT_EQ(dsp::dsp_output_prepare(&real, &slot, nullptr, &own, 1, 0), 0);
-  EXPECT_TRUE(same(state, record(reals{7, 0, 0}, 0.5)));
-
+  for (const auto &step : steps) {
+    ASSERT_EQ(dsp::dsp_output_prepare(&step.in, &slot, nullptr, &own, step.length, 0), 0);
+    if (state.is_complex != 0) state.data[3] += 9;
+    EXPECT_TRUE(same(state, step.state));
+  }
   // One that is shared lasts until released.
   for (const double expected : {0.0, 42.0, 0.0}) {
     dsp_vec *shared = nullptr;
-    ASSERT_EQ(dsp::dsp_output_prepare(&wide, &slot, nullptr, &shared, 3, dsp::DSP_OUT_SHARED_STATE), 0);
+    ASSERT_EQ(dsp::dsp_output_prepare(&steps[1].in, &slot, nullptr, &shared, 3, dsp::DSP_OUT_SHARED_STATE), 0);
     ASSERT_NE(shared, nullptr);
     EXPECT_TRUE(same(*shared, record(complexes{expected, 0, 0}, 0.25)));
     shared->data[0] = 42.0;

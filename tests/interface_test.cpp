@@ -23,10 +23,11 @@ TEST(Interface, CallsInsideTheLibraryStayInside) {
   const dsp_complex a[3] = {{1, 0}, {-1, 0}, {0, 0}};
   Compute1PortTerms(&g[0], &g[1], &g[2], &a[0], &a[1], &a[2], 0, 1);
   EXPECT_EQ(g[2].re, 1.0);
-  dsp_vec v = {0.5, nullptr, 0, 3, 0, 0};
+  dsp_vec v = {0.5, nullptr, 0, 3, 1, 9};
   ASSERT_EQ(dsp_alloc(&v), 0);
   EXPECT_EQ(dsp_destroy(&v), 0);
-  EXPECT_EQ(v.dx, 1.0);
+  EXPECT_TRUE(v.dx == 1.0 && v.data == nullptr && v.capacity == 0);
+  EXPECT_TRUE(v.length == 0 && v.is_complex == 0 && v.reserved == 0);
 }
 
 TEST(Interface, ASpectrumOfBorrowedMemory) {
