@@ -214,13 +214,12 @@ TEST(InPlace, LimitTellsWhetherAnythingChanged) {
 TEST(InPlace, AgreesWithLongDouble) {
   const wide_complex i(0, 1);
   const struct {
-    std::function<int32_t(dsp_vec *)> run;
+    in_place run;
     std::function<wide_complex(wide_complex)> expected;
     double limit;
   } cases[] = {
-      {[](dsp_vec *v) { return dspi_scale(v, 1.5); }, [](wide_complex z) { return 1.5L * z; }, 1},
-      {[](dsp_vec *v) { return dspi_cscale(v, 0.3, -1.7); }, [](wide_complex z) { return wide_complex(0.3, -1.7) * z; },
-       3},
+      {with(dspi_scale, 1.5), [](wide_complex z) { return 1.5L * z; }, 1},
+      {with(dspi_cscale, 0.3, -1.7), [](wide_complex z) { return wide_complex(0.3, -1.7) * z; }, 3},
       {dspi_recip, [](wide_complex z) { return 1.0L / z; }, 5},
       {dspi_square, [](wide_complex z) { return z * z; }, 3},
       {dspi_timesi, [i](wide_complex z) { return i * z; }, 0},
@@ -331,6 +330,7 @@ TEST(Refuses, WithoutTouchingAnything) {
   EXPECT_EQ(dspb_ritoc(&two, &z, &out), -1);
   EXPECT_EQ(dspb_ritoc(&z, &two, &out), -1);
   EXPECT_EQ(dspb_pmul(&longest, &two, &out), -1);
+  EXPECT_EQ(dspi_orecon(&longest, 0), -1);
   EXPECT_TRUE(same(out, before));
   for (const in_place &call : {with(dspi_unzpad, 1, 3), with(dspi_unzpad, 1, 0x502), with(dspi_unwrap_wnd, -1),
                                with(dspi_zpad2, 5, 3), with(dspi_zpad2, 5, 0x402)}) {
