@@ -33,15 +33,13 @@ void initialise() {
 }
 
 // cos and sin of 2 pi r/n, 0 <= r < n. The angle is folded into an eighth of the circle while it is an integer, and
-// what rounding takes from it is given back.
+// rounded once.
 root root_of(std::int64_t r, std::int64_t n) {
   const std::int64_t eighths = 8 * r / n;  // which eighth of the circle
   const std::int64_t quarter = (eighths + 1) / 2;
   const auto rest = static_cast<double>(4 * r - quarter * n);  // of the nearest quarter, in fourths of a step
-  const double_double angle = two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n));
-  const double c = std::cos(angle.hi);
-  const double s = std::sin(angle.hi);
-  const root folded = {c - s * angle.lo, s + c * angle.lo};
+  const double angle = (two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n))).hi;
+  const root folded = {std::cos(angle), std::sin(angle)};
   switch (quarter % 4) {
     case 0:
       return folded;
