@@ -212,9 +212,10 @@ TEST(Extremes, AreTheFirstOfEqualSamples) {
     for (const bool is_complex : {false, true})
       for (const std::size_t n : sizes{1, 2, 4, 9, 33, 70, 600, 4200})
         for (std::size_t at = 0; at < n; at += n < 100 ? 1 : 397)
-          for (const double size : {1.0, -1.0, 1e-3, 1e60, 1e101, inf, nan}) {
+          for (const double size : {1.0, -1.0, 1e-3, 1e60, 3e99, 1e101, inf, nan}) {
             SCOPED_TRACE(testing::Message() << n << " complex " << is_complex << " " << size << " at " << at);
             complexes z = random_complexes(n, 2);
+            if (size > 1e80) z[n / 2] = 1e70;  // whose square beats what saturates
             z.back() = {3 * size, 4 * size};
             z[at] = {4 * size, 3 * size};
             if (n > 3 && at > 1) z[0].imag(nan), z[1].real(nan);
