@@ -46,27 +46,28 @@ TEST(KernelTable, BuiltInKernelsInterpolate) {
 }
 
 TEST(KernelTable, SumsTheStatedSeries) {
-  for (const reals &c : {reals{3, 0.5, 0.25, -0.125, 0.0625}, {3, 0.5}, {7}, {}})
+  reals c = {3, 0.5, 0.25, -0.125, 0.0625};
+  dsp_vec list = borrow(c);
+  for (const int32_t count : {5, 2, 1, 0})
     for (const int32_t length : {-4, 0, 1, 2, 4, 8, 50, 302})
       for (const auto build : {dspc_rsmp_cos, dspc_rsmp_pcos})
         for (const bool is_complex : {false, true}) {
-          const int32_t centre = length > 1 && c.size() > 1 ? length / 2 : 0;
+          const int32_t centre = length > 1 && count > 1 ? length / 2 : 0;
           complexes expected(static_cast<std::size_t>(std::max(length, 0)));
           for (int32_t j = 0; j < centre; ++j) {
             const wide angle = length > 2 ? 2 * wide_pi * j / (length - 2) : wide(0);
             wide sum = 0;
-            for (int k = 1; k < static_cast<int>(c.size()); ++k)
-              sum += c[static_cast<std::size_t>(k)] *
-                     (build == dspc_rsmp_pcos ? pow(cos(angle), k - 1) : cos((k - 1) * angle));
+            for (int k = 1; k < count; ++k)
+              sum += list.data[k] * (build == dspc_rsmp_pcos ? pow(cos(angle), k - 1) : cos((k - 1) * angle));
             for (const int32_t at : {centre - j, centre + j})
               expected[static_cast<std::size_t>(at)] = static_cast<double>(sum);
           }
-          if (length > 0 && !c.empty()) expected[0] = c[0];
-          const record coefficients(c);
+          if (length > 0 && count > 0) expected[0] = c[0];
           record t(reals{}, 2.5);
           t.length = length;
           t.is_complex = is_complex;
-          ASSERT_EQ(build(&t, &coefficients), 0);
+          list.length = count;
+          ASSERT_EQ(build(&t, &list), 0);
           EXPECT_TRUE(near(t, signal_of(expected, is_complex), 1e-15));
           EXPECT_EQ(t.dx, 2.5);
         }
@@ -253,11 +254,9 @@ TEST(Converter, SetUp) {
   EXPECT_EQ(dsph_rsmp_coef_init(nullptr) + dsph_rsmp_coef_destroy(nullptr), 0);
 }
 
-constexpr double ratios[] = {1.0, 1.1, 1.5, 1.999, 2.0, 2.7, 4.0, 5.0, 8.0};
-
 TEST(Converter, BlocksAreTheWholeBitForBit) {
   for (const bool is_complex : {false, true})
-    for (const double ratio : ratios)
+    for (const double ratio : {1.0, 1.1, 1.5, 1.999, 2.0, 2.7, 4.0, 5.0, 8.0})
       for (const int32_t mode : {0, 1}) {
         const record in = random_signal(1200, is_complex, 4, 0.5);
         record whole;
@@ -300,9 +299,10 @@ TEST(Converter, HalvingIsFilteringAndDecimation) {
     }
 }
 
-TEST(Converter, WithoutAStateNothingIsDroppedOnAnyInstructionSet) {
+TEST(Converter, DropsNothingWithoutAStateAndAllocatesNothingWithOne) {
   for (const bool is_complex : {false, true})
-    for (const double ratio : {0.7, 1.0, 1.3, 2.0, 5.3, 6.1}) {
+    for (const double ratio : {0.7, 1.0, 1.3, 2.0, 5.3, 8.0}) {
+      SCOPED_TRACE(ratio);
       const record in = random_signal(700, is_complex, 7);
       record expected, out, scratch, as_scratch(in);
       converter k(ratio, 0, is_complex);
@@ -310,9 +310,15 @@ TEST(Converter, WithoutAStateNothingIsDroppedOnAnyInstructionSet) {
       ASSERT_EQ(k.run(&in, &expected, &scratch), 0);
       on_each_isa([&] {
         ASSERT_EQ(dsph_rsmp(&as_scratch, &out, &as_scratch, &k.coef, nullptr), 0);
-        EXPECT_TRUE(same(out, expected)) << ratio;
+        EXPECT_TRUE(same(out, expected));
         EXPECT_TRUE(same(as_scratch, in));
       });
+      long requests = 0;
+      for (int round = 0; round < 6; ++round) {
+        ASSERT_EQ(k.run(&in, &out, &scratch), 0);
+        if (round < 2) requests = heap_requests();
+      }
+      EXPECT_EQ(heap_requests(), requests);
     }
 }
 
@@ -366,20 +372,6 @@ TEST(Converter, PassesTheBandInTimeAndStopsWhatWouldFallIntoIt) {
     EXPECT_LE(highest, r.highest + 0.005);
     EXPECT_LE(residue, std::max(r.residue + 1, -250.0));
     EXPECT_LE(alias, -r.rejection + 1);
-  }
-}
-
-TEST(Stream, SteadyConversionAllocatesNothing) {
-  for (const double ratio : ratios) {
-    const record in = random_signal(256, true, 8);
-    converter k(ratio, 0, true);
-    record out, scratch;
-    std::vector<long> requests;
-    for (int round = 0; round < 6; ++round) {
-      ASSERT_EQ(k.run(&in, &out, &scratch), 0);
-      requests.push_back(heap_requests());
-    }
-    EXPECT_EQ(requests[5], requests[1]) << ratio;
   }
 }
 
