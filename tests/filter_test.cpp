@@ -1,5 +1,4 @@
-// Streaming filters: the sums they stand for, blocks against the whole, states,
-// caches and sharing.
+// Streaming filters: the sums they stand for, blocks against the whole, states, caches and sharing.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -50,8 +49,7 @@ constexpr struct {
   bool signal, filter;
 } all_representations[] = {{false, false}, {true, false}, {false, true}, {true, true}};
 
-// Of 20 bits, so that the sums of their products are exact where long double is
-// a double, too.
+// Of 20 bits, so that the sums of their products are exact where long double is a double, too.
 record coarse(int32_t n, bool is_complex, unsigned seed) {
   record v = random_signal(static_cast<std::size_t>(n), is_complex, seed, 0.5);
   for (int32_t i = 0; i < n * (is_complex ? 2 : 1); ++i) v.data[i] = std::nearbyint(v.data[i] * 0x1p20) * 0x1p-20;
