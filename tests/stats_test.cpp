@@ -210,7 +210,7 @@ void check_extremes(const record &in) {
 TEST(Extremes, AreTheFirstOfEqualSamples) {
   on_each_isa([] {
     for (const bool is_complex : {false, true})
-      for (const std::size_t n : sizes{1, 2, 4, 9, 33, 70, 600, 4200})
+      for (const std::size_t n : sizes{1, 2, 4, 9, 33, 70, 601, 4200})
         for (std::size_t at = 0; at < n; at += n < 100 ? 1 : 397)
           for (const double size : {1.0, -1.0, 1e-3, 1e60, 3e99, 1e101, inf, nan}) {
             SCOPED_TRACE(testing::Message() << n << " complex " << is_complex << " " << size << " at " << at);
