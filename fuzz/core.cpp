@@ -27,6 +27,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target core = {"core", rows, std::size(rows), true};
+const target core = {"core", rows, std::size(rows)};
 
 }  // namespace fuzz

@@ -22,15 +22,23 @@ std::int32_t bare_array(play *p) {
 }
 
 constexpr row rows[] = {
-    FUZZ_ROW(dspi_fft, same_length), FUZZ_ROW(dspi_bitrev, same_length),  FUZZ_ROW(dspi_bitrev_scale, same_length),
-    {"cf_dspi_fft", bare_array, 0},  FUZZ_ROW(dspi_rfft, no_nan),         FUZZ_ROW(dspi_irfft, no_nan),
-    FUZZ_ROW(dspi_dft, same_length), FUZZ_ROW(dspi_rdft, no_nan),         FUZZ_ROW(dspi_irdft, no_nan),
-    FUZZ_ROW(dspi_dct, same_length), FUZZ_ROW(dspi_hilbert, same_length), FUZZ_ROW(dspi_analytic, same_length),
+    FUZZ_ROW(dspi_fft, same_length | rounds),
+    FUZZ_ROW(dspi_bitrev, same_length),
+    FUZZ_ROW(dspi_bitrev_scale, same_length),
+    {"cf_dspi_fft", bare_array, rounds},
+    FUZZ_ROW(dspi_rfft, no_nan | rounds),
+    FUZZ_ROW(dspi_irfft, no_nan | rounds),
+    FUZZ_ROW(dspi_dft, same_length | rounds),
+    FUZZ_ROW(dspi_rdft, no_nan | rounds),
+    FUZZ_ROW(dspi_irdft, no_nan | rounds),
+    FUZZ_ROW(dspi_dct, same_length | rounds),
+    FUZZ_ROW(dspi_hilbert, same_length | rounds),
+    FUZZ_ROW(dspi_analytic, same_length | rounds),
     FUZZ_ROW(dspi_zpad, 0),
 };
 
 }  // namespace
 
-const target fft = {"fft", rows, std::size(rows), false};
+const target fft = {"fft", rows, std::size(rows)};
 
 }  // namespace fuzz

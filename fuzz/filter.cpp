@@ -16,10 +16,10 @@ std::int32_t half_band(play *p) {
 }
 
 constexpr row rows[] = {
-    FUZZ_ROW(dspc_fir, creates),
-    FUZZ_ROW(dspc_fir2, creates),
-    FUZZ_ROW(dspd_fir, fourth_null),
-    FUZZ_ROW(dspd_sfir, fourth_null),
+    FUZZ_ROW(dspc_fir, creates | rounds),
+    FUZZ_ROW(dspc_fir2, creates | rounds),
+    FUZZ_ROW(dspd_fir, fourth_null | rounds),
+    FUZZ_ROW(dspd_sfir, fourth_null | rounds),
     FUZZ_ROW(dspd_deci, third_null),
     {"dspd_hwfilt", half_band, third_null},
     {"dspi_hwfilt", [](play *p) { return dspi_hwfilt(p->output(true), nullptr); }, same_length},
@@ -28,6 +28,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target filter = {"filter", rows, std::size(rows), false};
+const target filter = {"filter", rows, std::size(rows)};
 
 }  // namespace fuzz

@@ -20,6 +20,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target interp = {"interp", rows, std::size(rows), true};
+const target interp = {"interp", rows, std::size(rows)};
 
 }  // namespace fuzz

@@ -19,7 +19,8 @@ enum : unsigned {
   creates = 1u << 8,       // its first signal says what is wanted, however much that is
   folds = 1u << 9,         // its output is an input, too
   same_length = 1u << 10,  // of its first signal
-  no_nan = 1u << 11        // comes out when all that goes in lies within +-1e100
+  no_nan = 1u << 11,       // comes out when all that goes in lies within +-1e100
+  rounds = 1u << 12        // to last bits that depend on the instruction set
 };
 
 class play;

@@ -37,6 +37,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target resample = {"resample", rows, std::size(rows), true};
+const target resample = {"resample", rows, std::size(rows)};
 
 }  // namespace fuzz

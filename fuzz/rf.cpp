@@ -78,6 +78,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target rf = {"rf", rows, std::size(rows), true};
+const target rf = {"rf", rows, std::size(rows)};
 
 }  // namespace fuzz

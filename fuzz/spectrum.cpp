@@ -37,16 +37,16 @@ std::int32_t bare_arrays(play *p) {
 }
 
 constexpr row rows[] = {
-    FUZZ_ROW(dsph_fft, first_null | second_null),
-    FUZZ_ROW(dsph_dft, first_null | second_null),
-    FUZZ_ROW(dsph_avg, folds | first_null | second_null | third_null),
-    FUZZ_ROW(dsph_corr, first_null | second_null | third_null | fourth_null),
-    FUZZ_ROW(dspb_corr, first_null | second_null | third_null),
-    {"cf_dsph_fft", bare_arrays, 0},
+    FUZZ_ROW(dsph_fft, first_null | second_null | rounds),
+    FUZZ_ROW(dsph_dft, first_null | second_null | rounds),
+    FUZZ_ROW(dsph_avg, folds | first_null | second_null | third_null | rounds),
+    FUZZ_ROW(dsph_corr, first_null | second_null | third_null | fourth_null | rounds),
+    FUZZ_ROW(dspb_corr, first_null | second_null | third_null | rounds),
+    {"cf_dsph_fft", bare_arrays, rounds},
 };
 
 }  // namespace
 
-const target spectrum = {"spectrum", rows, std::size(rows), false};
+const target spectrum = {"spectrum", rows, std::size(rows)};
 
 }  // namespace fuzz

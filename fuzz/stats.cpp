@@ -18,6 +18,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target stats = {"stats", rows, std::size(rows), true};
+const target stats = {"stats", rows, std::size(rows)};
 
 }  // namespace fuzz

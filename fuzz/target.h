@@ -12,7 +12,6 @@ struct target {
   const char *name;
   const row *rows;
   std::size_t count;
-  bool same_bits;  // on every instruction set
 };
 
 // Rows keep their places: the corpus names them by number. New ones go to the end.

@@ -158,6 +158,6 @@ constexpr row rows[] = {
 
 }  // namespace
 
-const target trace = {"trace", rows, std::size(rows), true};
+const target trace = {"trace", rows, std::size(rows)};
 
 }  // namespace fuzz

@@ -31,22 +31,22 @@ std::int32_t type_to_name(play *p) {
 constexpr row rows[] = {
     {"dsp_window_from_str", name_to_type, 0},
     {"dsp_window_to_str", type_to_name, 0},
-    FUZZ_ROW(dsp_window_scale, 0),
-    FUZZ_ROW(dsp_window2_scale, 0),
-    FUZZ_ROW(dsp_window_enbw, 0),
-    FUZZ_ROW(dsp_window2_enbw, 0),
-    FUZZ_ROW(dspi_window, same_length),
-    FUZZ_ROW(dspi_window2, same_length),
-    FUZZ_ROW(dspi_window_gauss, same_length),
+    FUZZ_ROW(dsp_window_scale, rounds),
+    FUZZ_ROW(dsp_window2_scale, rounds),
+    FUZZ_ROW(dsp_window_enbw, rounds),
+    FUZZ_ROW(dsp_window2_enbw, rounds),
+    FUZZ_ROW(dspi_window, same_length | rounds),
+    FUZZ_ROW(dspi_window2, same_length | rounds),
+    FUZZ_ROW(dspi_window_gauss, same_length | rounds),
     FUZZ_ROW(dspi_window_kaiser, same_length),
     FUZZ_ROW(dspi_window_tukey, same_length),
     FUZZ_ROW(dspi_window_sinc, same_length),
     FUZZ_ROW(dspi_window_cos, same_length),
-    FUZZ_ROW(dspi_window_fir, same_length),
+    FUZZ_ROW(dspi_window_fir, same_length | rounds),
 };
 
 }  // namespace
 
-const target window = {"window", rows, std::size(rows), true};
+const target window = {"window", rows, std::size(rows)};
 
 }  // namespace fuzz
