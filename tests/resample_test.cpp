@@ -27,14 +27,22 @@ record table_of(int32_t kind, int32_t length) {
   return t;
 }
 
-constexpr struct { int32_t taps, length; } kinds[] = {{8, 8194}, {13, 13314}, {8, 2050}, {10, 10242}, {13, 13314}};
+constexpr struct {
+  int32_t taps, length;
+  double centre;
+} kinds[] = {{8, 8194, 0.429685378586},
+             {13, 13314, 0.7900097070973848},
+             {8, 2050, 0.43262740264724636},
+             {10, 10242, 0.897778114402032},
+             {13, 13314, 5.229825197120959}};
 
 // One gain at every phase, and next to nothing at the ends.
 TEST(KernelTable, BuiltInKernelsInterpolate) {
   for (int32_t kind = 0; kind < 5; ++kind) {
-    const auto [taps, length] = kinds[kind];
+    const auto [taps, length, centre] = kinds[kind];
     const record t = table_of(kind, length);
     EXPECT_EQ(t.data[0], taps);
+    EXPECT_NEAR(t.data[length / 2], centre, 1e-14) << kind;
     const int32_t phases = (length - 2) / taps;
     for (int32_t p = 0; p < phases; p += 97) {
       double sum = 0;
@@ -244,6 +252,7 @@ TEST(Converter, SetUp) {
   dsph_rsmp_state &s = other.state;
   k.coef.prefilter_odd = k.coef.kernel.length = 0;
   ASSERT_EQ(dsph_rsmp_coef_setup(&k.coef, 0, 1.0, 0, 0), 0);
+  EXPECT_EQ(s.stage_hist[1].length, 38);
   ASSERT_EQ(dsph_rsmp_state_alloc(&k.coef, &s, 0), 0);
   EXPECT_EQ(s.stages, 0);
   EXPECT_EQ(s.pre_hist.length, 23);
