@@ -310,6 +310,7 @@ const std::vector<routine> &routines() {
     {"dsph_avg", "i* b* w", any, of_functions, of(dsph_avg, int32_t{DSP_AVG_GEOMETRIC}, 2, 0, -1.0, 0.0)},
     {"dsph_corr", "i* i* o w", few, of_transforms, of(dsph_corr, 3, 1u)},
     {"dspb_corr", "i*9 i* o", few, of_transforms, of(dspb_corr, 2, 0u)},
+    {"dspb_corr", "i*1 i*1 o", once, of_transforms, of(dspb_corr, 1, 0u)},
     {"cf_dsph_fft", "fr or200", few, of_transforms, [](call &c) {
        return cf_dsph_fft(c[0]->data, c[1]->data, c[0]->length, 0, 1.0, DSP_WINDOW_HANN, 0);
      }},
