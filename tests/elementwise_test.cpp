@@ -141,7 +141,7 @@ TEST(InPlace, KnownValues) {
       {dspi_exp, complexes{{231, pi / 2}, {0, pi}},
        complexes{{bound * 6.123233995736766e-17, bound}, {-1, 1.2246467991473532e-16}}, 1e84},
       {dspi_exp10, reals{1, -1e101, 2}, reals{10, -1e101, 2}, 1e-14},
-      {dspi_exp10, reals{101, -400}, reals{bound, 0}},
+      {dspi_exp10, reals{101, -400, -bound}, reals{bound, 0, 0}},
       {dspi_exp10, complexes{{-1e101, 0}, {-2, 0}}, complexes{{-bound, -0.0}, {0.01, 0}}, 1e-16},
       {dspi_log, reals{0, -1, 1, tiny}, reals{floor_e, floor_e, 0, floor_e}},
       {dspi_log, complexes{{1e101, 0}, {0, -2}, {1e-160, 0}},

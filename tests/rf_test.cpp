@@ -215,7 +215,7 @@ TEST(Arrays, InverseAgainstTheStandardElements) {
     });
   }
   // In the second column both squares overflow; the smaller pivot would lose -1e-300.
-  complexes m = {1.0, 0.0, 0.0, 0.0, 1e180, 1.0, 0.0, 1e300, 1.0};
+  complexes m = {1.0, 0.0, 1.0, 0.0, 1e180, 1.0, 0.0, 1e300, 1.0};
   cmatrix standard(3, 3, m.data(), 0);
   EXPECT_TRUE(standard.inv() && invert(points(m), 3) == 1);
   for (const complex z : {m[4], standard(1, 1)}) EXPECT_NEAR(z.real() * 1e300, -1.0, 1e-12);
