@@ -18,7 +18,7 @@ constexpr row rows[] = {
     FUZZ_ROW(dspi_offset, pointwise),
     FUZZ_ROW(dspi_scale, pointwise),
     FUZZ_ROW(dspi_cscale, pointwise),
-    FUZZ_ROW(dspi_recip, pointwise),
+    FUZZ_ROW(dspi_recip, same_length),
     FUZZ_ROW(dspi_sqrt, pointwise),
     FUZZ_ROW(dspi_square, pointwise),
     FUZZ_ROW(dspi_timesi, pointwise),
