@@ -82,7 +82,8 @@ TEST(Spectrum, FlagsMeanWhatTheySay) {
       complexes expected(n);
       for (int k = 0; k < n; ++k)
         for (int i = 0; i < n; ++i)
-          expected[k] += z[i] * std::polar(1 / c.divisor, -2 * pi / n * (k + c.first_bin) * (i - c.time_zero));
+          expected.data()[k] +=
+              z.data()[i] * std::polar(1 / c.divisor, -2 * pi / n * (k + c.first_bin) * (i - c.time_zero));
       record fft, dft;
       ASSERT_EQ(dsph_fft(&in, &fft, 0, 1.0, DSP_WINDOW_UNIFORM, c.flags), 0);
       ASSERT_EQ(dsph_dft(&in, &dft, DSP_WINDOW_UNIFORM, c.flags), 0);
@@ -103,7 +104,7 @@ TEST(Spectrum, InverseUndoesForward) {
             return padded == 0 ? dsph_dft(&in, out, 0, flags)
                                : dsph_fft(&in, out, padded, n / double(padded), 0, flags);
           };
-          const record in = random_signal(n, is_complex, 7, 0.25);
+          const record in = random_signal(static_cast<std::size_t>(n), is_complex, 7, 0.25);
           record there, back;
           ASSERT_EQ(transform(in, &there, base | DSP_SPECTRUM_UNWINDOWED), 0);
           EXPECT_EQ(there.length, full ? std::max(n, padded) : std::max(n, padded) / 2 + 1);
@@ -182,7 +183,7 @@ TEST(Correlation, EqualsTheDirectSum) {
           complexes expected;
           for (int j = 0; j + m <= 20; ++j) {
             complex sum = 0.0;
-            for (int i = 0; i < m; ++i) sum += x[i + j] * std::conj(r[i]);
+            for (int i = 0; i < m; ++i) sum += x.data()[i + j] * std::conj(r.data()[i]);
             expected.push_back(sum / (halve ? 64.0 : 32.0));
           }
           record out, work, again;

@@ -155,15 +155,15 @@ TEST(Catalogue, ScalesOfOneTypeAreOneWindow) {
       SCOPED_TRACE(testing::Message() << "type " << type << " n " << n);
       const bool flat_top = type >= 8 && type <= 13;
       const double target = flat_top ? catalogued(type, DSP_WND_AMPLITUDE, 1)[0] : 1.0;
-      const reals raw = catalogued(type, DSP_WND_RAW, n);
-      EXPECT_NEAR(raw[n / 2], 1.0, 2e-15);
+      const reals raw = catalogued(type, DSP_WND_RAW, static_cast<std::size_t>(n));
+      EXPECT_NEAR(raw.data()[n / 2], 1.0, 2e-15);
       double factor = 0, enbw = 0;
       for (const int32_t scale : scales) {
         ASSERT_EQ(dsp_window_scale(&factor, type, scale, n), 0);
         const double goal = scale == DSP_WND_POWER ? 1.0 : target;
         EXPECT_NEAR(static_cast<double>(size_of(raw, scale)) * factor, goal, 1e-14);
-        const reals scaled = catalogued(type, scale, n);
-        for (int32_t i = 0; i < n; ++i) EXPECT_NEAR(scaled[i], raw[i] * factor, 3e-14);
+        const reals scaled = catalogued(type, scale, static_cast<std::size_t>(n));
+        for (int32_t i = 0; i < n; ++i) EXPECT_NEAR(scaled.data()[i], raw.data()[i] * factor, 3e-14);
       }
       ASSERT_EQ(dsp_window_enbw(&enbw, type, n), 0);
       EXPECT_NEAR(enbw / (target * target * bandwidth_of(raw)), 1.0, 4e-14);
@@ -245,8 +245,8 @@ TEST(Generators, ParametricShapesToTheLastDigits) {
 reals coefficients_of(int32_t type) {
   const reals raw = catalogued(type, DSP_WND_RAW, 64);
   reals c(8, 0.0);
-  for (int k = 0; k < 8; ++k)
-    for (int i = 0; i < 64; ++i)
+  for (unsigned k = 0; k < 8; ++k)
+    for (unsigned i = 0; i < 64; ++i)
       c[k] += raw[i] * std::cos(2 * static_cast<double>(pi) * (k * (i + 32) % 64) / 64) * (k == 0 ? 1 : 2) / 64;
   return c;
 }
@@ -257,19 +257,21 @@ TEST(Generators, ActivePartOfASignal) {
     for (const int n : {1, 2, 9, 16, 301, 1000})
       for (const double active : {0.4, 1.0, 2.0, 5.0, 6.5, 8.0, 9.0, 16.0, 20.0, 300.0, 999.5, 4000.0, inf}) {
         SCOPED_TRACE(testing::Message() << "type " << type << " n " << n << " active " << active);
-        window expected(n, 0);
+        window expected(static_cast<std::size_t>(n), 0);
         wide sum = 0, squares = 0;
         for (int i = 0; i < n; ++i) {
           const int d = i - n / 2;
           const bool beyond = std::abs(d) > std::floor(active / 2) || 2 * d == active || (n % 2 == 0 && i == 0);
-          if (active >= n || !beyond) expected[i] = cosines(c, wide(std::abs(d)) / active);
-          sum += expected[i], squares += expected[i] * expected[i];
+          wide &w = expected.data()[i];
+          if (active >= n || !beyond) w = cosines(c, wide(std::abs(d)) / active);
+          sum += w, squares += w * w;
         }
         for (const int32_t scale : {0, 1, 2}) {
           const wide goal = type == 11 ? 0.999820406 : 1;
           const auto factor = static_cast<double>(scale == 0 ? goal * n / sum : scale == 1 ? sqrt(n / squares) : 1);
-          const reals w = catalogued(type, scale | DSP_WND_ACTIVE, n, active);
-          for (int i = 0; i < n; ++i) EXPECT_NEAR(w[i] / factor, static_cast<double>(expected[i]), 1e-13) << i;
+          const reals w = catalogued(type, scale | DSP_WND_ACTIVE, expected.size(), active);
+          for (int i = 0; i < n; ++i)
+            EXPECT_NEAR(w.data()[i] / factor, static_cast<double>(expected.data()[i]), 1e-13) << i;
           double told = 0;
           EXPECT_EQ(dsp_window2_scale(&told, type, scale | DSP_WND_ACTIVE, n, active), 0);
           EXPECT_NEAR(told / factor, 1.0, 1e-13);
