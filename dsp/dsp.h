@@ -193,8 +193,8 @@ DSP_API int32_t dspi_scale(dsp_vec *v, double k);
 DSP_API int32_t dspi_cscale(dsp_vec *v, double c_re, double c_im);
 
 /** 1/x, and 1e100 for 0. Complex zeros give (0, -0). A complex sample with a part beyond +-1e100 is merely conjugated
- * and scaled by 1e-100. Below a magnitude of 7.5e-155 the reciprocal of the square overflows: parts of the result may be
- * infinite or, where they were 0, NaN. */
+ * and scaled by 1e-100. Below a magnitude of 7.5e-155 the reciprocal of the square overflows: parts of the result may
+ * be infinite or, where they were 0, NaN. */
 DSP_API int32_t dspi_recip(dsp_vec *v);
 
 /** Square root: 0 for negative real samples (a real signal stays real), the principal root of complex ones, whose
