@@ -26,7 +26,6 @@ const char *const introduction =
 
 const std::vector<examples::option> options = {
     {'t', "table", nullptr, "no pictures: the figures of the converter as a table"},
-    {'h', "help", nullptr, "this text"},
 };
 
 using column = std::vector<double>;

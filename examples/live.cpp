@@ -42,11 +42,10 @@ const std::vector<examples::option> options = {
     {'d', "depth", "DB", "range of levels shown (default 120)"},
     {'w', "width", "N", "columns of the plot (default 72)"},
     {'l', "lines", "N", "lines of the plot (default 16)"},
-    {'h', "help", nullptr, "this text"},
 };
 
 const char *const introduction =
-    "usage: live [OPTION]... <SAMPLES\n"
+    "usage: dsp-live [OPTION]... <SAMPLES\n"
     "\n"
     "Draws the spectrum of the raw samples on standard input as they come, ten times a second; when the output is no\n"
     "terminal, once, at the end.\n"
@@ -56,8 +55,8 @@ const char *const notes =
     "\n"
     "Levels are in dB relative to full scale: a sine of full amplitude reads 0 dB.\n"
     "\n"
-    "  arecord -q -t raw -f S16_LE -r 48000 | live\n"
-    "  sox voice.wav -t f64 - | live -f f64 -r 44100 --depth 90\n"
+    "  arecord -q -t raw -f S16_LE -r 48000 | dsp-live\n"
+    "  sox voice.wav -t f64 - | dsp-live -f f64 -r 44100 --depth 90\n"
     "\n"
     "Status 0 at the end of the samples, or 2 with a line on standard error that says what is wrong.\n";
 
@@ -192,4 +191,4 @@ int live(const examples::arguments &given) {
 
 }  // namespace
 
-int main(int argc, char **argv) { return examples::run({"live", introduction, options, notes}, argc, argv, live); }
+int main(int argc, char **argv) { return examples::run({"dsp-live", introduction, options, notes}, argc, argv, live); }

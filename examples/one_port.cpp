@@ -11,6 +11,7 @@
 #include "examples/support/arguments.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
+#include "examples/support/json.h"
 #include "examples/support/output_file.h"
 #include "examples/support/simulated_reflectometer.h"
 #include "examples/support/touchstone.h"
@@ -31,12 +32,12 @@ const std::vector<option> options = {
     {0, "noise", "DB", "its noise, in dB below full reflection\n(default 70)"},
     {0, "seed", "N", "of the noise (default 1)"},
     {0, "keep", "DIR", "write the simulated set there, as .s1p files"},
-    {'h', "help", nullptr, "this text"},
+    {0, "json", nullptr, "the figures as one object of JSON, with all digits"},
 };
 
 const char *const usage =
-    "usage: one_port [options] MEASURED ACTUAL MEASURED ACTUAL MEASURED ACTUAL DEVICE\n"
-    "       one_port [options] --simulate\n"
+    "usage: dsp-oneport [options] MEASURED ACTUAL MEASURED ACTUAL MEASURED ACTUAL DEVICE\n"
+    "       dsp-oneport [options] --simulate\n"
     "\n"
     "Corrects the measured reflection of DEVICE for the errors of the reflectometer\n"
     "(directivity, source match, reflection tracking), which three standards show.\n"
@@ -47,8 +48,8 @@ const char *const usage =
 
 const char *const examples_of_use =
     "\n"
-    "  one_port --simulate --plot antenna.png\n"
-    "  one_port s.s1p short o.s1p open l.s1p load filter.s1p -o corrected.s1p -p c.svg\n"
+    "  dsp-oneport --simulate --plot antenna.png\n"
+    "  dsp-oneport s.s1p short o.s1p open l.s1p load filter.s1p -o corrected.s1p -p c.svg\n"
     "\n"
     "The exit status is 0, or 2 after one line that says what is wrong. Output files\n"
     "appear complete or not at all.\n";
@@ -157,11 +158,17 @@ double largest(const std::vector<double> &x) {
   return x[static_cast<std::size_t>(vfpd_FindMax(x.data(), 0, static_cast<int32_t>(x.size())))];
 }
 
-void tell_terms(const error_terms &e) {
-  const std::vector<double> tracking = formatted(return_loss, e.tracking);
-  std::printf("%-20s %8.2f dB at worst\n", "directivity", largest(formatted(decibels, e.directivity)));
-  std::printf("%-20s %8.2f dB at worst\n", "source match", largest(formatted(decibels, e.source_match)));
-  std::printf("%-20s %8.2f dB at most\n", "reflection loss", largest(tracking));
+// One figure of the report: its line in the table, and its name among the members of the object of JSON.
+struct figure {
+  const char *label, *member;
+  double value;
+  const char *format;
+};
+
+std::vector<figure> figures_of_terms(const error_terms &e) {
+  return {{"directivity", "directivity", largest(formatted(decibels, e.directivity)), "%8.2f dB at worst"},
+          {"source match", "source_match", largest(formatted(decibels, e.source_match)), "%8.2f dB at worst"},
+          {"reflection loss", "reflection_loss", largest(formatted(return_loss, e.tracking)), "%8.2f dB at most"}};
 }
 
 // The level as its minimum is looked for: smoothed or not.
@@ -175,12 +182,11 @@ std::vector<double> searched_level(const reflection &device, int32_t smooth) {
   return smoothed;
 }
 
-void tell_device(const reflection &device, std::size_t at, double delay) {
-  std::printf("%-20s %s\n", "least reflection at", hertz(device.frequency[at]).c_str());
-  std::printf("%-20s %8.2f dB\n", "  return loss", formatted(return_loss, device.s)[at]);
-  std::printf("%-20s %8.3f\n", "  standing-wave ratio", formatted(standing_wave_ratio, device.s)[at]);
-  std::printf("%-20s %8.1f degrees\n", "  phase", formatted(phase_in_degrees, device.s)[at]);
-  std::printf("%-20s %8.4g ps there and back\n", "delay", delay * 1e12);
+std::vector<figure> figures_of_device(const reflection &device, std::size_t at, double delay) {
+  return {{"  return loss", "return_loss", formatted(return_loss, device.s)[at], "%8.2f dB"},
+          {"  standing-wave ratio", "standing_wave_ratio", formatted(standing_wave_ratio, device.s)[at], "%8.3f"},
+          {"  phase", "phase", formatted(phase_in_degrees, device.s)[at], "%8.1f degrees"},
+          {"delay", "delay", delay * 1e12, "%8.4g ps there and back"}};
 }
 
 // The mean group delay, from the phase without its jumps.
@@ -192,10 +198,26 @@ double delay_of(const reflection &device) {
   return (phase.front() - phase.back()) / (2.0 * pi * (device.frequency.back() - device.frequency.front()));
 }
 
-void tell_deviation(const reflection &device, const reflection &truth) {
+figure deviation_of(const reflection &device, const reflection &truth) {
   std::vector<dsp_complex> d = device.s;
   for (std::size_t i = 0; i < d.size(); ++i) d[i] = {d[i].re - truth.s[i].re, d[i].im - truth.s[i].im};
-  std::printf("%-20s %8.2f dB at worst, from the antenna simulated\n", "deviation", largest(formatted(decibels, d)));
+  return {"deviation", "deviation", largest(formatted(decibels, d)), "%8.2f dB at worst, from the antenna simulated"};
+}
+
+void tell(const std::vector<figure> &figures) {
+  for (const figure &f : figures) {
+    std::printf("%-20s ", f.label);
+    std::printf(f.format, f.value);
+    std::printf("\n");
+  }
+}
+
+json as_json(const reflection &device, double frequency, const std::vector<figure> &figures) {
+  json out;
+  out.add("points", device.points()).add("from", device.frequency.front()).add("to", device.frequency.back());
+  out.add("frequency", frequency);
+  for (const figure &f : figures) out.add(f.member, f.member == std::string("delay") ? f.value * 1e-12 : f.value);
+  return out;
 }
 
 // Circles of constant resistance and arcs of constant reactance, with gaps in between.
@@ -296,14 +318,23 @@ int calibrate(const arguments &args) {
     picture.commit();
   }
 
+  const std::vector<figure> of_terms = figures_of_terms(e);
+  std::vector<figure> of_device = figures_of_device(device, least, delay_of(device));
+  if (args.has("simulate")) of_device.push_back(deviation_of(device, truth));
+  if (args.has("json")) {
+    std::vector<figure> all = of_terms;
+    all.insert(all.end(), of_device.begin(), of_device.end());
+    as_json(device, device.frequency[least], all).print();
+    return 0;
+  }
   std::printf("%-20s %d from %s to %s\n", "points", device.points(), hertz(device.frequency.front()).c_str(),
               hertz(device.frequency.back()).c_str());
-  tell_terms(e);
-  tell_device(device, least, delay_of(device));
-  if (args.has("simulate")) tell_deviation(device, truth);
+  tell(of_terms);
+  std::printf("%-20s %s\n", "least reflection at", hertz(device.frequency[least]).c_str());
+  tell(of_device);
   return 0;
 }
 
 }  // namespace
 
-int main(int argc, char **argv) { return run({"one_port", usage, options, examples_of_use}, argc, argv, calibrate); }
+int main(int argc, char **argv) { return run({"dsp-oneport", usage, options, examples_of_use}, argc, argv, calibrate); }

@@ -46,11 +46,10 @@ const std::vector<examples::option> options = {
     {0, "from", "HZ", "lowest frequency shown (default 0)"},
     {0, "to", "HZ", "highest frequency shown (default: half the sample rate)"},
     {'l', "log", nullptr, "logarithmic frequency axis"},
-    {'h', "help", nullptr, "this text"},
 };
 
 const char *const introduction =
-    "usage: spectrum [OPTION]... RECORDING\n"
+    "usage: dsp-spectrum [OPTION]... RECORDING\n"
     "\n"
     "Measures the spectrum of a recording: any sound file, or a column of numbers in a text file (.csv, .tsv,\n"
     ".txt, .dat). Cuts it into overlapping blocks, averages their spectra, lists the strongest peaks and draws\n"
@@ -71,9 +70,9 @@ const char *const notes =
     "Peaks are local maxima that rise 6 dB above the valleys on both sides, refined between bins by a Gaussian of\n"
     "the window's own width: within 0.01 bins with Gausstop, which is what it is for; poorly with the flat tops.\n"
     "\n"
-    "  spectrum voice.wav                                   table, and voice.png\n"
-    "  spectrum -o hum.svg --log --to 2000 -b 32768 voice.flac\n"
-    "  spectrum --csv -w hann --rate 1e6 -k voltage scope.csv >spectrum.csv\n"
+    "  dsp-spectrum voice.wav                                   table, and voice.png\n"
+    "  dsp-spectrum -o hum.svg --log --to 2000 -b 32768 voice.flac\n"
+    "  dsp-spectrum --csv -w hann --rate 1e6 -k voltage scope.csv >spectrum.csv\n"
     "\n"
     "Status 0, or 2 with a line on standard error that says what is wrong; no file is then written.\n";
 
@@ -408,5 +407,5 @@ int spectrum_of(const examples::arguments &given) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  return examples::run({"spectrum", introduction, options, notes}, argc, argv, spectrum_of);
+  return examples::run({"dsp-spectrum", introduction, options, notes}, argc, argv, spectrum_of);
 }

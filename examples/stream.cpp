@@ -33,11 +33,10 @@ const std::vector<examples::option> options = {
     {'r', "rate", "HZ", "sample rate of the output, at most the input's"},
     {'p', "plot", "FILE", "the spectra of the first channel before and after as a\npicture, .png or .svg"},
     {'b', "block", "N", "samples processed at a time (default 16384)"},
-    {'h', "help", nullptr, "this text"},
 };
 
 const char *const introduction =
-    "usage: stream [OPTION]... INPUT OUTPUT\n"
+    "usage: dsp-stream [OPTION]... INPUT OUTPUT\n"
     "\n"
     "Filters a sound file, lowers its sample rate, or both, in that order; all channels alike. The output has the\n"
     "input's format, and its samples lie where they were in time.\n"
@@ -45,9 +44,9 @@ const char *const introduction =
 
 const char *const notes =
     "\n"
-    "  stream -r 16000 voice.wav voice16k.wav\n"
-    "  stream -f bandpass -e 300,3400 -t 501 voice.wav phone.wav\n"
-    "  stream -f lowpass -e 4000 -r 11025 -p both.png music.flac small.flac\n"
+    "  dsp-stream -r 16000 voice.wav voice16k.wav\n"
+    "  dsp-stream -f bandpass -e 300,3400 -t 501 voice.wav phone.wav\n"
+    "  dsp-stream -f lowpass -e 4000 -r 11025 -p both.png music.flac small.flac\n"
     "\n"
     "The half amplitude points of a band filter lie at its edges; a gaussian has half power at its cut-off.\n"
     "Conversion keeps frequencies up to 0.39 of the new rate within 0.06 dB.\n"
@@ -314,5 +313,5 @@ int stream_of(const examples::arguments &given) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  return examples::run({"stream", introduction, options, notes}, argc, argv, stream_of);
+  return examples::run({"dsp-stream", introduction, options, notes}, argc, argv, stream_of);
 }

@@ -27,11 +27,10 @@ const std::vector<examples::option> options = {
     {'r', "rate", "HZ", "sample rate of a text file; makes any file a text file"},
     {'k', "column", "C", "its column: a number from 1 (default 1) or a header's name"},
     {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
-    {'h', "help", nullptr, "this text"},
 };
 
 const char *const introduction =
-    "usage: tone [OPTION]... RECORDING\n"
+    "usage: dsp-tone [OPTION]... RECORDING\n"
     "\n"
     "Measures the strongest tone of a recording, a sound file or a column of numbers: frequency, level, harmonics,\n"
     "distortion and noise.\n"
@@ -42,8 +41,8 @@ const char *const notes =
     "Harmonics above half the sample rate are looked for where they fold to. What lies within eight bins of 0 Hz is\n"
     "an offset and counts as nothing. Noise is all else, with the bins that tone and harmonics cover filled in.\n"
     "\n"
-    "  tone sine.wav\n"
-    "  tone --rate 1e6 -k voltage -s 2.5 scope.csv\n"
+    "  dsp-tone sine.wav\n"
+    "  dsp-tone --rate 1e6 -k voltage -s 2.5 scope.csv\n"
     "\n"
     "Status 0, or 2 with a line on standard error that says what is wrong.\n";
 
@@ -160,4 +159,6 @@ int tone_of(const examples::arguments &given) {
 
 }  // namespace
 
-int main(int argc, char **argv) { return examples::run({"tone", introduction, options, notes}, argc, argv, tone_of); }
+int main(int argc, char **argv) {
+  return examples::run({"dsp-tone", introduction, options, notes}, argc, argv, tone_of);
+}

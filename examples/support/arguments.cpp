@@ -114,9 +114,16 @@ int64_t arguments::integer(const std::string &name, int64_t otherwise, int64_t l
 
 int run(const program &p, int argc, char **argv, const std::function<int(const arguments &)> &body) {
   return run(p.name, [&] {
-    const arguments given(argc, argv, p.options);
-    if (!given.has("help")) return body(given);
-    std::printf("%s%s%s", p.introduction, describe(p.options).c_str(), p.notes);
+    std::vector<option> options = p.options;
+    options.push_back({'h', "help", nullptr, "this text"});
+    options.push_back({0, "version", nullptr, "the release"});
+    const arguments given(argc, argv, options);
+    if (given.has("help"))
+      std::printf("%s%s%s", p.introduction, describe(options).c_str(), p.notes);
+    else if (given.has("version"))
+      std::printf("%s %s\n", p.name, DSP_RELEASE);
+    else
+      return body(given);
     return 0;
   });
 }

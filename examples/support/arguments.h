@@ -34,7 +34,8 @@ class arguments {
   std::vector<std::string> words_;
 };
 
-/** What --help prints: the texts before and after the table of options. */
+/** A program's name, its options but for --help and --version, which all have, and the texts that --help prints before
+ * and after them. */
 struct program {
   const char *name;
   const char *introduction;
@@ -42,7 +43,7 @@ struct program {
   const char *notes;
 };
 
-/** Takes the command line apart and runs `body`, or prints the help; returns the status for main. */
+/** Takes the command line apart and runs `body`, or prints help or version; returns the status for main. */
 int run(const program &p, int argc, char **argv, const std::function<int(const arguments &)> &body);
 
 /** The whole of `text` as a number; false when it is none. */

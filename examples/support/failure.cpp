@@ -19,6 +19,9 @@ int run(const char *program, const std::function<int()> &body) {
     const int status = body();
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) throw failure("cannot write to standard output");
     return status;
+  } catch (const not_readable &e) {
+    tell(program, e.what());
+    return 1;
   } catch (const std::bad_alloc &) {
     tell(program, "out of memory");
   } catch (const std::exception &e) {
