@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
+#include "dsp/simd/isa.h"
 #ifdef HAVE_FFTW
 #include <fftw3.h>
 #endif

@@ -1,5 +1,5 @@
 # The library. Every dsp/<family>/*.cpp belongs to it; a file named *.isa.cpp holds kernels and is compiled once per
-# instruction set, into a namespace named by DSP_ISA (see dsp/core/isa.h).
+# instruction set, into a namespace named by DSP_ISA (see dsp/simd/isa.h).
 
 file(GLOB dsp_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/dsp/*/*.cpp)
 set(dsp_kernels ${dsp_sources})
@@ -22,7 +22,7 @@ set(dsp_fused_kernels ${dsp_kernels})
 list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/fft/")
 set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
 # Written in vectors where they pay; making more of them costs its short transforms twice their time.
-set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft.isa.cpp APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize
+set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize
                                                                               -fno-tree-slp-vectorize)
 
 set(dsp_isas baseline)

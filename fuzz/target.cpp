@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "dsp/core/heap.h"
-#include "dsp/core/isa.h"
+#include "dsp/simd/isa.h"
 #include "fuzz/check.h"
 #include "tests/support/heap.h"
 

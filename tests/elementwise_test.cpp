@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "dsp/core/quicksort.h"
 #include "dsp/dsp.h"
+#include "dsp/math/sort.h"
 #include "tests/support/each_isa.h"
 #include "tests/support/record.h"
 #include "tests/support/routines.h"

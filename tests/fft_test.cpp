@@ -7,7 +7,7 @@
 #include <map>
 
 #include "dsp/dsp.h"
-#include "dsp/fft/roots.h"
+#include "dsp/math/angle.h"
 #include "tests/support/each_isa.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"

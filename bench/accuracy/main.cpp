@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "bench/accuracy/report.h"
-#include "dsp/core/isa.h"
+#include "dsp/simd/isa.h"
 
 namespace accuracy {
 

@@ -1,8 +1,8 @@
 // Transforms in each instruction set, beside FFTW.
 #include "bench/accuracy/fft_accuracy.h"
 #include "bench/accuracy/report.h"
-#include "dsp/core/isa.h"
-#include "dsp/fft/roots.h"
+#include "dsp/math/angle.h"
+#include "dsp/simd/isa.h"
 
 namespace accuracy {
 namespace {

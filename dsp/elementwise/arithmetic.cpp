@@ -2,13 +2,13 @@
 #include <cmath>
 #include <cstring>
 
-#include "dsp/core/saturation.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/in_place.h"
 #include "dsp/elementwise/polar.h"
+#include "dsp/math/saturation.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 dsp_complex principal_root(dsp_complex z) {
@@ -22,31 +22,34 @@ void root(double *out, const double *in, std::int64_t n, bool is_complex, dsp_co
   if (is_complex)
     walk<dsp_complex>(out, n, principal_root, as<dsp_complex>(in));
   else
-    loops().root(out, in, n);
+    unary_kernels().root(out, in, n);
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_neg(dsp_vec *v) { return dspi_scale(v, -1.0); }
-int32_t dspi_scale(dsp_vec *v, double k) { return in_place(v, becomes::same, loops().scale, {k, 0.0}); }
-int32_t dspi_offset(dsp_vec *v, double c) { return in_place(v, becomes::same, loops().offset, {c, 0.0}); }
-int32_t dspi_recip(dsp_vec *v) { return in_place(v, becomes::same, loops().reciprocal); }
-int32_t dspi_square(dsp_vec *v) { return in_place(v, becomes::same, loops().square); }
+int32_t dspi_scale(dsp_vec *v, double k) { return in_place(v, becomes::same, unary_kernels().scale, {k, 0.0}); }
+int32_t dspi_offset(dsp_vec *v, double c) { return in_place(v, becomes::same, unary_kernels().offset, {c, 0.0}); }
+int32_t dspi_recip(dsp_vec *v) { return in_place(v, becomes::same, unary_kernels().reciprocal); }
+int32_t dspi_square(dsp_vec *v) { return in_place(v, becomes::same, unary_kernels().square); }
 int32_t dspi_sqrt(dsp_vec *v) { return in_place(v, becomes::same, root); }
 int32_t dspu_sqrt(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::same, root); }
 
 int32_t dspi_cscale(dsp_vec *v, double c_re, double c_im) {
-  return samples(*v) == 0 ? 0 : in_place(v, becomes::complex, loops().complex_scale, {c_re, c_im});
+  return samples(*v) == 0 ? 0 : in_place(v, becomes::complex, unary_kernels().complex_scale, {c_re, c_im});
 }
 
-int32_t dspi_timesi(dsp_vec *v) { return samples(*v) == 0 ? 0 : in_place(v, becomes::complex, loops().times_i); }
+int32_t dspi_timesi(dsp_vec *v) {
+  return samples(*v) == 0 ? 0 : in_place(v, becomes::complex, unary_kernels().times_i);
+}
 
 int32_t dspi_limit(dsp_vec *v, double lo, double hi, int32_t *clipped) {
   const bool swapped = lo > hi;
-  const bool any = loops().clamp(v->data, doubles(*v), swapped ? hi : lo, swapped ? lo : hi);
+  const bool any = unary_kernels().clamp(v->data, doubles(*v), swapped ? hi : lo, swapped ? lo : hi);
   if (clipped != nullptr) *clipped = any;
   return 0;
 }

@@ -3,9 +3,9 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/sample_loops.h"
+#include "dsp/elementwise/binary_kernels.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 int32_t combine(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop loop, double w = 0.0) {
@@ -25,29 +25,36 @@ int32_t combine_padded(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_
   return a_shorter ? combine(padded.get(), b, out, loop, w) : combine(a, padded.get(), out, loop, w);
 }
 
-const binary_loops &loops() { return DSP_KERNELS(binary_table); }
-
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspb_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  return combine_padded(a, b, out, loops().sum, 1.0);
+  return combine_padded(a, b, out, binary_kernels().sum, 1.0);
 }
 int32_t dspb_sub(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  return combine_padded(a, b, out, loops().sum, -1.0);
+  return combine_padded(a, b, out, binary_kernels().sum, -1.0);
 }
-int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().product); }
+int32_t dspb_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  return combine(a, b, out, binary_kernels().product);
+}
 int32_t dspb_conj_mul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  return b->is_complex == 0 ? dspb_mul(a, b, out) : combine(a, b, out, loops().conjugate_product);
+  return b->is_complex == 0 ? dspb_mul(a, b, out) : combine(a, b, out, binary_kernels().conjugate_product);
 }
-int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().quotient); }
+int32_t dspb_div(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  return combine(a, b, out, binary_kernels().quotient);
+}
 int32_t dspb_avg_add(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, double w) {
-  return combine(a, b, out, loops().blend, w);
+  return combine(a, b, out, binary_kernels().blend, w);
 }
-int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().better, 1.0); }
-int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) { return combine(a, b, out, loops().better, -1.0); }
+int32_t dspb_max(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  return combine(a, b, out, binary_kernels().better, 1.0);
+}
+int32_t dspb_min(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
+  return combine(a, b, out, binary_kernels().better, -1.0);
+}
 
 int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out) {
   const int32_t n = samples(*re);
@@ -61,6 +68,6 @@ int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out) {
   out->is_complex = 1;
   out->length = n;
   if (dsp_realloc(out, old_length, was_complex) != 0) return -1;
-  loops().pair(out->data, {a.data(*out), b.data(*out), false, false, n}, 0.0);
+  binary_kernels().pair(out->data, {a.data(*out), b.data(*out), false, false, n}, 0.0);
   return 0;
 }

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 
 template <class F>
 void by_sample(dsp_vec *v, F f) {
@@ -15,4 +15,4 @@ void by_sample(dsp_vec *v, F f) {
     f(v->data, samples(*v));
 }
 
-}  // namespace dsp
+}  // namespace dsp::elementwise

@@ -5,9 +5,9 @@
 #include "dsp/dsp.h"
 #include "dsp/elementwise/by_sample.h"
 #include "dsp/elementwise/complex_product.h"
-#include "dsp/elementwise/sample_loops.h"
+#include "dsp/elementwise/unary_kernels.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 bool crosses(double a, double b, int32_t mode, double level) {
@@ -15,12 +15,13 @@ bool crosses(double a, double b, int32_t mode, double level) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_differ(dsp_vec *v) {
-  DSP_KERNELS(unary_table).difference(v->data, doubles(*v), v->is_complex != 0 ? 2 : 1, v->dx);
+  unary_kernels().difference(v->data, doubles(*v), v->is_complex != 0 ? 2 : 1, v->dx);
   return 0;
 }
 
@@ -38,7 +39,7 @@ int32_t dspi_integ(dsp_vec *v) {
 
 int32_t dspi_pdiffer(dsp_vec *v) {
   const int32_t n = samples(*v);
-  DSP_KERNELS(unary_table).derivative(v->data, n, v->is_complex != 0);
+  unary_kernels().derivative(v->data, n, v->is_complex != 0);
   v->length = n > 0 ? n - 1 : 0;
   return 0;
 }

@@ -4,7 +4,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 
 // For a difference of products beside a sum of products: GCC 12 fuses the two into one instruction of AVX2 or AVX-512,
 // whatever it is told about contraction; two sums it leaves alone. The result is the same.
@@ -23,4 +23,4 @@ static inline void accumulate(dsp_complex *total, dsp_complex z) {
   total->im += z.im;
 }
 
-}  // namespace dsp
+}  // namespace dsp::elementwise

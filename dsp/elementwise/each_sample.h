@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 
 template <class Kernel>
 static inline Kernel made(dsp_complex c) {
@@ -27,4 +27,4 @@ static void each_sample(double *out, const double *in, std::int64_t n, bool is_c
     walk<decltype(kernel(double()))>(out, n, kernel, in);
 }
 
-}  // namespace dsp
+}  // namespace dsp::elementwise

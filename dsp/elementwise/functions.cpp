@@ -4,19 +4,19 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/function_loops.h"
+#include "dsp/elementwise/function_kernels.h"
 #include "dsp/elementwise/polar.h"
+#include "dsp/math/saturation.h"
+#include "dsp/simd/traversal.h"
 
 #if defined(_WIN32)  // where the headers hide them from strict C++
 extern "C" __declspec(dllimport) double _y0(double);
 extern "C" __declspec(dllimport) double _y1(double);
 #endif
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 #if defined(_WIN32)
@@ -62,9 +62,10 @@ int32_t each_complex(dsp_vec *v, Function f) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_asin(dsp_vec *v) {
   return real_only(v, [](double x) { return std::fabs(x) > 1.0 ? 0.0 : std::asin(x); });
@@ -93,7 +94,7 @@ int32_t dspi_besy1(dsp_vec *v) {
 
 int32_t dspi_exp(dsp_vec *v) {
   if (v->is_complex != 0) return each_complex(v, exp_of);
-  DSP_KERNELS(function_table).exponential(v->data, samples(*v), 1.0, largest_exponent);
+  function_kernels().exponential(v->data, samples(*v), 1.0, largest_exponent);
   return 0;
 }
 
@@ -101,13 +102,13 @@ int32_t dspi_exp10(dsp_vec *v) {
   if (v->is_complex != 0) return each_complex(v, exp10_of);
   // A sample below -1e100 ends the conversion; dsp.h says so.
   const double *end = std::find_if(v->data, v->data + samples(*v), [](double x) { return x < -overflow_bound; });
-  DSP_KERNELS(function_table).exponential(v->data, end - v->data, ln_10, 100.0);
+  function_kernels().exponential(v->data, end - v->data, ln_10, 100.0);
   return 0;
 }
 
 int32_t dspi_log(dsp_vec *v) {
   if (v->is_complex != 0) return each_complex(v, log_of);
-  DSP_KERNELS(function_table).logarithm(v->data, samples(*v));
+  function_kernels().logarithm(v->data, samples(*v));
   return 0;
 }
 

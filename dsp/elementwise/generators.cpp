@@ -1,23 +1,23 @@
 // Lines and sampled sinusoids.
 #include <algorithm>
 
-#include "dsp/core/rotation.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/polar.h"
+#include "dsp/math/oscillator.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 // Calls emit(index, cosine, sine) for every sample of a sinusoid of `freq` cycles per unit of the signal's spacing.
 template <class Emit>
 void for_each_phase(const dsp_vec &v, double freq, double phase, Emit emit) {
-  const rotation turn(phase, 2.0 * pi * v.dx * freq);
-  double c[rotation::block], s[rotation::block];
+  const oscillator turn(phase, 2.0 * pi * v.dx * freq);
+  double c[oscillator::block], s[oscillator::block];
   const std::int32_t n = samples(v);
   for (std::int32_t done = 0; done < n;) {
-    const std::int32_t count = std::min(n - done, rotation::block);
+    const std::int32_t count = std::min(n - done, oscillator::block);
     turn(done, count, c, s);
     for (std::int32_t i = 0; i < count; ++i) emit(done + i, c[i], s[i]);
     done += count;
@@ -25,9 +25,10 @@ void for_each_phase(const dsp_vec &v, double freq, double phase, Emit emit) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspc_line(dsp_vec *v, double slope, double offset) {
   if (dsp_alloc(v) != 0) return -1;

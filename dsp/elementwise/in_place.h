@@ -5,9 +5,9 @@
 
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
-#include "dsp/elementwise/sample_loops.h"
+#include "dsp/elementwise/unary_kernels.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 
 // What becomes of the representation.
 enum class becomes { same, real, complex };
@@ -32,6 +32,4 @@ inline int32_t into(const dsp_vec *in, dsp_vec *out, becomes result, unary_loop 
   return 0;
 }
 
-inline const unary_loops &loops() { return DSP_KERNELS(unary_table); }
-
-}  // namespace dsp
+}  // namespace dsp::elementwise

@@ -1,10 +1,10 @@
 // Magnitudes, plain and squared. Local to the file that includes it: kernel files do.
 #pragma once
 
-#include "dsp/core/saturation.h"
 #include "dsp/dsp.h"
+#include "dsp/math/saturation.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 
 static inline double magnitude(double x) { return __builtin_fabs(x); }
 
@@ -29,4 +29,4 @@ static inline double magnitude_squared(dsp_complex z) {
   return overflows(z.re) || overflows(z.im) ? overflow_bound : z.re * z.re + z.im * z.im;
 }
 
-}  // namespace dsp
+}  // namespace dsp::elementwise

@@ -2,15 +2,14 @@
 #include <algorithm>
 #include <tuple>
 
-#include "dsp/core/numbers_first.h"
-#include "dsp/core/quicksort.h"
-#include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/by_sample.h"
-#include "dsp/elementwise/sample_loops.h"
+#include "dsp/elementwise/unary_kernels.h"
+#include "dsp/math/saturation.h"
+#include "dsp/math/sort.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 bool before(double a, double b) { return a < b; }
@@ -24,19 +23,20 @@ bool before(dsp_complex a, dsp_complex b) {
 int32_t rotate_left(dsp_vec *v, int32_t k) {
   const std::int64_t n = doubles(*v);
   if (n > 0 && k == v->length - k)
-    DSP_KERNELS(unary_table).exchange(v->data, v->data + n / 2, n / 2);
+    unary_kernels().exchange(v->data, v->data + n / 2, n / 2);
   else
     by_sample(v, [k](auto *x, int32_t count) { std::rotate(x, x + k, x + count); });
   return 0;
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_rev(dsp_vec *v) {
-  DSP_KERNELS(unary_table).reverse(v->data, samples(*v), v->is_complex != 0);
+  unary_kernels().reverse(v->data, samples(*v), v->is_complex != 0);
   return 0;
 }
 

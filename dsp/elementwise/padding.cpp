@@ -4,10 +4,10 @@
 
 #include "dsp/core/move_doubles.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 // Where the samples of the shorter signal lie in the longer one: `head` of them from `head_at` on, the rest at its end.
@@ -93,9 +93,10 @@ int32_t mirror(dsp_vec *v, std::int64_t length) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_zpad(dsp_vec *v, int32_t length) { return dspi_zpad2(v, length, DSP_PAD_UNSCALED); }
 

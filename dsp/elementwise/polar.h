@@ -4,12 +4,10 @@
 #include <cmath>
 
 #include "dsp/dsp.h"
+#include "dsp/math/constants.h"
 
-namespace dsp {
-
-constexpr double pi = 3.141592653589793;
-constexpr double log10_e = 0.4342944819032518;  // turns a phase into the imaginary part of a common logarithm
+namespace dsp::elementwise {
 
 inline dsp_complex from_polar(double m, double p) { return {m * std::cos(p), m * std::sin(p)}; }
 
-}  // namespace dsp
+}  // namespace dsp::elementwise

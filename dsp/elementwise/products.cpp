@@ -4,11 +4,11 @@
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/complex_product.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 // Calls f with the samples of both signals by their own types.
@@ -44,9 +44,10 @@ void convolve(const dsp_vec &a, const dsp_vec &b, double *out) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const std::int64_t m = samples(*a);

@@ -2,15 +2,15 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/core/saturation.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/each_sample.h"
-#include "dsp/elementwise/function_loops.h"
+#include "dsp/elementwise/function_kernels.h"
 #include "dsp/elementwise/in_place.h"
 #include "dsp/elementwise/magnitude.h"
 #include "dsp/elementwise/polar.h"
+#include "dsp/math/saturation.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 struct phase {
@@ -39,27 +39,30 @@ void decibels(double *out, const double *in, std::int64_t n, bool is_complex, ds
     walk<dsp_complex>(
         out, n, [=](dsp_complex z) { return complex_decibels(z, factor.re); }, as<dsp_complex>(in));
   else
-    DSP_KERNELS(function_table).decibels(out, n, factor.re);
+    function_kernels().decibels(out, n, factor.re);
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
-int32_t dspi_real(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::real, loops().real_part); }
+int32_t dspi_real(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::real, unary_kernels().real_part); }
 int32_t dspi_imag(dsp_vec *v) {
-  if (v->is_complex != 0) return in_place(v, becomes::real, loops().imaginary_part);
+  if (v->is_complex != 0) return in_place(v, becomes::real, unary_kernels().imaginary_part);
   std::fill_n(v->data, samples(*v), 0.0);
   return 0;
 }
-int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, becomes::complex, loops().widen); }
-int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, loops().conjugate); }
-int32_t dspi_mag(dsp_vec *v) { return in_place(v, becomes::real, loops().magnitude); }
-int32_t dspi_magsq(dsp_vec *v) { return in_place(v, becomes::real, loops().magnitude_squared); }
+int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, becomes::complex, unary_kernels().widen); }
+int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, unary_kernels().conjugate); }
+int32_t dspi_mag(dsp_vec *v) { return in_place(v, becomes::real, unary_kernels().magnitude); }
+int32_t dspi_magsq(dsp_vec *v) { return in_place(v, becomes::real, unary_kernels().magnitude_squared); }
 int32_t dspi_phase(dsp_vec *v) { return in_place(v, becomes::real, each_sample<phase>); }
 int32_t dspi_rtop(dsp_vec *v) { return in_place(v, becomes::complex, each_sample<polar>); }
 int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, each_sample<cartesian>); }
 int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, becomes::same, decibels, {factor, 0.0}); }
-int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude); }
-int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, loops().magnitude_squared); }
+int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, unary_kernels().magnitude); }
+int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) {
+  return into(in, out, becomes::real, unary_kernels().magnitude_squared);
+}

@@ -5,7 +5,7 @@
 #include "dsp/dsp.h"
 #include "dsp/elementwise/polar.h"
 
-namespace dsp {
+namespace dsp::elementwise {
 namespace {
 
 constexpr double turn = 2.0 * pi;
@@ -67,9 +67,10 @@ struct window_sum {
 };
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::elementwise
 
 using namespace dsp;
+using namespace dsp::elementwise;
 
 int32_t dspi_unwrap(dsp_vec *v) {
   if (v->is_complex != 0) return -1;

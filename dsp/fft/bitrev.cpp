@@ -6,7 +6,7 @@
 #include "dsp/fft/bitrev_tables.h"
 #include "dsp/fft/transform.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 template <int Parts>
@@ -70,9 +70,10 @@ int32_t reverse(dsp_vec *v, double scale) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::fft
 
 using namespace dsp;
+using namespace dsp::fft;
 
 int32_t dspi_bitrev(dsp_vec *v) { return is_power_of_two(v->length) ? reverse(v, 1.0) : -1; }
 

@@ -4,7 +4,7 @@
 #include "dsp/fft/table_cache.h"
 #include "dsp/fft/transform.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 table_cache<std::uint32_t> bitrev_pair_cache;
@@ -67,4 +67,4 @@ std::int32_t free_bitrev_tables() {
   return 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::fft

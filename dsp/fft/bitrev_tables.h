@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace dsp {
+namespace dsp::fft {
 
 constexpr std::uint32_t bitrev_fixed_end = 0x12345678;
 
@@ -12,4 +12,4 @@ constexpr std::uint32_t bitrev_fixed_end = 0x12345678;
 const std::uint32_t *bitrev_pairs(int bits);
 const std::uint32_t *bitrev_fixed(int bits);
 
-}  // namespace dsp
+}  // namespace dsp::fft

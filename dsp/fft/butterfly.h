@@ -1,10 +1,10 @@
 // Transforms of 2, 4 and 8 samples, forward and unscaled, on whole vectors. Natural order in and out.
 #pragma once
 
-#include "dsp/fft/roots.h"
-#include "dsp/fft/simd.h"
+#include "dsp/math/angle.h"
+#include "dsp/simd/vector.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 template <int W>
@@ -78,4 +78,4 @@ DSP_INLINE void butterfly(points<W> (&x)[8]) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::fft

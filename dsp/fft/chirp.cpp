@@ -3,12 +3,12 @@
 #include <cmath>
 
 #include "dsp/core/caches.h"
-#include "dsp/core/double_double.h"
 #include "dsp/core/sizing.h"
-#include "dsp/fft/roots.h"
 #include "dsp/fft/transform.h"
+#include "dsp/math/angle.h"
+#include "dsp/math/double_double.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 struct chirp_state {
@@ -38,7 +38,7 @@ root root_of(std::int64_t r, std::int64_t n) {
   const std::int64_t eighths = 8 * r / n;  // which eighth of the circle
   const std::int64_t quarter = (eighths + 1) / 2;
   const auto rest = static_cast<double>(4 * r - quarter * n);  // of the nearest quarter, in fourths of a step
-  const double angle = (two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n))).hi;
+  const double angle = (exact_two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n))).hi;
   const root folded = {std::cos(angle), std::sin(angle)};
   switch (quarter % 4) {
     case 0:
@@ -135,4 +135,4 @@ int32_t free_chirp_state() {
   return dsp_destroy(&state.filter);
 }
 
-}  // namespace dsp
+}  // namespace dsp::fft

@@ -3,9 +3,9 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::fft {
 
 // n = v->length >= 3; forward with the factor 1/n. Leaves v->dx as it is.
 int32_t chirp_dft(dsp_vec *v, bool inverse);
 
-}  // namespace dsp
+}  // namespace dsp::fft

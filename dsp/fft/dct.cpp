@@ -2,14 +2,14 @@
 // ones in reverse have a spectrum that a quarter-sample rotation turns into the result.
 #include "dsp/core/caches.h"
 #include "dsp/core/heap.h"
-#include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/fft/dct_kernels.h"
-#include "dsp/fft/roots.h"
+#include "dsp/math/angle.h"
+#include "dsp/math/saturation.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 enum : std::int32_t { dct_inverse = 1, dct_normalised = 2 };
@@ -55,7 +55,7 @@ void scale(dsp_vec *v, double all, double first) {
 
 int32_t forward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
-  const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
+  const dct_kernel_set &kernels = dct_kernels();
   if (size_work(n, false) != 0 || build_rotations(n) != 0) return -1;
   state.work.signal.dx = v->dx;
   kernels.sort(v->data, n, state.work.signal.data);
@@ -72,7 +72,7 @@ int32_t forward(dsp_vec *v, bool normalised) {
 
 int32_t backward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
-  const dct_kernels &kernels = DSP_KERNELS(dct_kernel_set);
+  const dct_kernel_set &kernels = dct_kernels();
   if (normalised) scale(v, 0.5, sqrt2);
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
   state.work.signal.dx = v->dx;
@@ -94,14 +94,17 @@ std::int32_t free_dct_work() {
   return state.work.release();
 }
 
-}  // namespace dsp
+}  // namespace dsp::fft
+
+using namespace dsp;
+using namespace dsp::fft;
 
 int32_t dspi_dct(dsp_vec *v, int32_t flags) {
   if (v->is_complex != 0) return -1;
   if (v->length < 1) {
-    v->dx = v->dx != 0.0 ? 0.5 / v->dx : dsp::overflow_bound;
+    v->dx = v->dx != 0.0 ? 0.5 / v->dx : overflow_bound;
     return 0;
   }
-  const bool normalised = (flags & dsp::dct_normalised) != 0;
-  return (flags & dsp::dct_inverse) != 0 ? dsp::backward(v, normalised) : dsp::forward(v, normalised);
+  const bool normalised = (flags & dct_normalised) != 0;
+  return (flags & dct_inverse) != 0 ? backward(v, normalised) : forward(v, normalised);
 }

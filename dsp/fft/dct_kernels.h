@@ -3,12 +3,12 @@
 
 #include <cstdint>
 
-#include "dsp/core/isa.h"
 #include "dsp/dsp.h"
+#include "dsp/simd/isa.h"
 
-namespace dsp {
+namespace dsp::fft {
 
-struct dct_kernels {
+struct dct_kernel_set {
   // Even samples to the front, odd ones in reverse to the back; and undone.
   void (*sort)(const double *x, std::int32_t n, double *sorted);
   void (*merge)(const double *sorted, std::int32_t n, double *x);
@@ -17,6 +17,6 @@ struct dct_kernels {
   void (*rotate_back)(const double *y, const dsp_complex *rotations, std::int32_t n, dsp_complex *bins);
 };
 
-DSP_DECLARE_KERNELS(dct_kernels, dct_kernel_set)
+DSP_DECLARE_KERNELS(dct)
 
-}  // namespace dsp
+}  // namespace dsp::fft

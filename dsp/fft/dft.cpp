@@ -5,6 +5,7 @@
 #include "dsp/fft/spacing.h"
 
 using namespace dsp;
+using namespace dsp::fft;
 
 int32_t dspi_dft(dsp_vec *v, int32_t inverse) {
   const int32_t n = v->length;

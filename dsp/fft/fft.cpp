@@ -4,6 +4,7 @@
 #include "dsp/fft/transform.h"
 
 using namespace dsp;
+using namespace dsp::fft;
 
 int32_t dspi_fft(dsp_vec *v, uint32_t inverse) {
   const int32_t n = v->length;

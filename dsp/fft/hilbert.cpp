@@ -2,7 +2,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 dsp_complex *bins(dsp_vec *v) { return reinterpret_cast<dsp_complex *>(v->data); }
@@ -55,10 +55,11 @@ int32_t keep_spacing(dsp_vec *v, int32_t (*run)(dsp_vec *)) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::fft
 
-int32_t dspi_hilbert(dsp_vec *v) {
-  return dsp::keep_spacing(v, v->is_complex != 0 ? dsp::hilbert_complex : dsp::hilbert_real);
-}
+using namespace dsp;
+using namespace dsp::fft;
 
-int32_t dspi_analytic(dsp_vec *v) { return dsp::keep_spacing(v, dsp::analytic); }
+int32_t dspi_hilbert(dsp_vec *v) { return keep_spacing(v, v->is_complex != 0 ? hilbert_complex : hilbert_real); }
+
+int32_t dspi_analytic(dsp_vec *v) { return keep_spacing(v, analytic); }

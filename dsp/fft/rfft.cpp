@@ -1,17 +1,18 @@
 // Transforms of real signals, through the transform of half the size on pairs of samples.
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-#include "dsp/fft/kernels.h"
+#include "dsp/fft/fft_kernels.h"
 #include "dsp/fft/spacing.h"
 #include "dsp/fft/transform.h"
 
 using namespace dsp;
+using namespace dsp::fft;
 
 namespace {
 
 // 2^bits real samples, at least 4, in a buffer of two doubles more.
 int32_t real_transform(double *x, int bits, bool inverse) {
-  const fft_kernels &kernels = active_fft_kernels();
+  const fft_kernel_set &kernels = fft_kernels();
   const std::ptrdiff_t m = std::ptrdiff_t{1} << (bits - 1);
   const double scale = inverse ? 1.0 : reciprocal_power_of_two(bits + 1);
   const double *octant = octant_setup(bits);

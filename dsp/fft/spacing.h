@@ -1,10 +1,10 @@
 // What a transform of n samples makes of their spacing.
 #pragma once
 
-#include "dsp/core/saturation.h"
+#include "dsp/math/saturation.h"
 
-namespace dsp {
+namespace dsp::fft {
 
 inline double transformed_spacing(double dx, double n) { return dx != 0.0 ? 1.0 / (dx * n) : overflow_bound; }
 
-}  // namespace dsp
+}  // namespace dsp::fft

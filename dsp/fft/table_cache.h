@@ -6,7 +6,7 @@
 
 #include "dsp/core/heap.h"
 
-namespace dsp {
+namespace dsp::fft {
 
 template <class Element>
 struct table_cache {
@@ -59,4 +59,4 @@ struct table_cache {
   }
 };
 
-}  // namespace dsp
+}  // namespace dsp::fft

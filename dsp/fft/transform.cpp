@@ -1,10 +1,10 @@
 #include "dsp/fft/transform.h"
 
 #include "dsp/fft/bitrev_tables.h"
-#include "dsp/fft/kernels.h"
+#include "dsp/fft/fft_kernels.h"
 #include "dsp/fft/twiddle_tables.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 constexpr int smallest_planned = 4;  // bits
@@ -28,7 +28,7 @@ fft_plan make_plan(int bits, int lanes) {
 
 // What the transform of one size needs, found with one look; the tables belong to their caches.
 struct fft_setup {
-  const fft_kernels *kernels;  // null: not set up
+  const fft_kernel_set *kernels;  // null: not set up
   fft_plan plan;
   fft_tables tables;
 };
@@ -36,7 +36,7 @@ struct fft_setup {
 fft_setup setups[32];
 const double *octants[32];
 
-bool set_up(int bits, const fft_kernels &kernels, fft_setup *setup) {
+bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
   fft_setup fresh = {&kernels, make_plan(bits, kernels.lanes), {}};
   fresh.tables.roots = twiddle_table(fresh.plan, kernels.root_values);
   fresh.tables.pairs = bitrev_pairs(bits - 2 * fresh.plan.tile_bits);
@@ -49,7 +49,7 @@ bool set_up(int bits, const fft_kernels &kernels, fft_setup *setup) {
 }  // namespace
 
 std::int32_t transform(double *x, int bits, bool inverse, double scale) {
-  const fft_kernels &kernels = active_fft_kernels();
+  const fft_kernel_set &kernels = fft_kernels();
   if (bits < smallest_planned) {
     kernels.small(bits, x, scale, inverse);
     return 0;
@@ -72,4 +72,4 @@ void forget_setups() {
   for (const double *&octant : octants) octant = nullptr;
 }
 
-}  // namespace dsp
+}  // namespace dsp::fft

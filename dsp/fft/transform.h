@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace dsp {
+namespace dsp::fft {
 
 // x: 2^bits complex samples, bits >= 1, replaced by their transform times `scale`. -1: no memory for a table, x
 // untouched.
@@ -27,4 +27,4 @@ inline double reciprocal_power_of_two(int bits) {
 // To be called before tables are released.
 void forget_setups();
 
-}  // namespace dsp
+}  // namespace dsp::fft

@@ -1,11 +1,11 @@
 #include "dsp/fft/twiddle_tables.h"
 
 #include "dsp/core/caches.h"
-#include "dsp/fft/roots.h"
 #include "dsp/fft/table_cache.h"
 #include "dsp/fft/transform.h"
+#include "dsp/math/angle.h"
 
-namespace dsp {
+namespace dsp::fft {
 namespace {
 
 table_cache<double> fft_twiddle_cache;
@@ -76,4 +76,4 @@ std::int32_t free_twiddle_tables() {
   return 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::fft

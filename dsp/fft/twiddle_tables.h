@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "dsp/fft/kernels.h"
+#include "dsp/fft/fft_kernels.h"
 
-namespace dsp {
+namespace dsp::fft {
 
 // The roots in the order in which the passes of the plan read them: for each pass, for each group of `lanes` positions
 // j in a block of n samples, the roots j, 2j, .., (radix - 1)j of n, each as one run of `lanes` values a component.
@@ -14,4 +14,4 @@ const double *twiddle_table(const fft_plan &plan, int root_values);
 // cos(2 pi k/n) for k = 0 .. n/8, then the sines; n is a power of two from 8 on.
 const double *octant_table(std::int64_t n);
 
-}  // namespace dsp
+}  // namespace dsp::fft

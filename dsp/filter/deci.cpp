@@ -5,6 +5,7 @@
 #include "dsp/filter/decimation.h"
 
 using namespace dsp;
+using namespace dsp::filter;
 
 int32_t dspd_deci(const dsp_vec *in, dsp_vec *out, int32_t factor, dsp_vec *state) {
   if (same_signal(state, in) || same_signal(state, out)) return -1;

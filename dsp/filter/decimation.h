@@ -8,7 +8,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::filter {
 
 struct decimation {
   std::int32_t first;  // sample kept first
@@ -28,4 +28,4 @@ struct decimation {
   }
 };
 
-}  // namespace dsp
+}  // namespace dsp::filter

@@ -9,7 +9,7 @@
 #include "dsp/filter/decimation.h"
 #include "dsp/filter/folded.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 // Outputs made at a time. More than the past of any folded filter, so that outputs written over the block's front
@@ -50,7 +50,7 @@ void filter_halved(const past_and_block &x, const folded_filter &h, const decima
     }
     double *odd = parted + pairs * x.width;
     part_even_from_odd(span, pairs, x.width, parted, odd);
-    active_fir_kernels().halved_taps({y + m * x.width, parted, outputs * x.width, x.width}, odd, h);
+    fir_kernels().halved_taps({y + m * x.width, parted, outputs * x.width, x.width}, odd, h);
   }
 }
 
@@ -77,4 +77,4 @@ std::int32_t filter_and_halve(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch,
   return 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::filter

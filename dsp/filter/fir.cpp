@@ -9,7 +9,7 @@
 #include "dsp/filter/fir_direct.h"
 #include "dsp/filter/fir_spectrum.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 bool worth_transforming(const past_and_block &x, const dsp_vec &h) {
@@ -56,9 +56,10 @@ int32_t filter_by_transform(const past_and_block &x, const dsp_vec &h, dsp_vec *
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::filter
 
 using namespace dsp;
+using namespace dsp::filter;
 
 int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state) {
   if (h->length <= 0) return dsp_copy(out, in);

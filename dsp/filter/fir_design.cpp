@@ -5,12 +5,11 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/math/constants.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
-constexpr double pi = 3.141592653589793;
-constexpr double two_pi = 6.283185307179586;
 constexpr double root_of_ln2 = 0.8325546111576977;
 constexpr double negligible_square = 2.6645352591003757e-15;  // 12 2^-52: 1 - x^2/24 is 1 below it
 
@@ -246,9 +245,10 @@ int32_t build(dsp_vec *h, dsp_fir_type kind, double f, double p) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::filter
 
 using namespace dsp;
+using namespace dsp::filter;
 
 int32_t dspc_fir(dsp_vec *h, dsp_fir_type kind, double f, double p) {
   if (dsp_alloc(h) != 0) return -1;

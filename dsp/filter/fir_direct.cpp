@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 // Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
@@ -45,7 +45,7 @@ void weave_complex_taps(double *y, const double *x, std::int64_t count, const do
     const std::int64_t some = std::min(most, count - n);
     for (int part = 0; part < 2; ++part) {
       for (std::int64_t j = 0; continued && j < some; ++j) parts[part][j] = y[2 * j + part];
-      active_fir_kernels().real_taps({parts[part], x + n, some, 1}, h + part, 2, taps, continued);
+      fir_kernels().real_taps({parts[part], x + n, some, 1}, h + part, 2, taps, continued);
     }
     for (std::int64_t j = 0; j < some; ++j) {
       y[2 * j] = parts[0][j];
@@ -64,9 +64,9 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
     const double *newest = h.data + (x.past_length - tap) * tap_width;
     double *out = y + n * out_width;
     if (!complex_taps)
-      active_fir_kernels().real_taps({out, span, count * x.width, x.width}, newest, 1, taps, tap > 0);
+      fir_kernels().real_taps({out, span, count * x.width, x.width}, newest, 1, taps, tap > 0);
     else if (x.width == 2)
-      active_fir_kernels().complex_taps({out, span, 2 * count, 2}, newest, taps, tap > 0);
+      fir_kernels().complex_taps({out, span, 2 * count, 2}, newest, taps, tap > 0);
     else
       weave_complex_taps(out, span, count, newest, taps, tap > 0);
   });
@@ -75,7 +75,7 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
 void filter_folded(const past_and_block &x, const folded_filter &h, double *y) {
   static_assert(folded_limit <= joined_taps, "a folded filter takes its taps at once");
   for_block(x, [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t, std::int64_t) {
-    active_fir_kernels().folded_taps({y + n * x.width, span, count * x.width, x.width}, h);
+    fir_kernels().folded_taps({y + n * x.width, span, count * x.width, x.width}, h);
   });
 }
 
@@ -106,9 +106,9 @@ void unwrap_past(const past_and_block &x, std::int64_t size, const dsp_vec &h, d
   const displaced_past past{x, displaced, x.block + (size - x.past_length) * x.width};
   for_joined_spans(past, displaced,
                    [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
-                     active_fir_kernels().real_taps({y + n * x.width, span, count * x.width, x.width},
-                                                    h.data + x.past_length - tap, 1, taps, true);
+                     fir_kernels().real_taps({y + n * x.width, span, count * x.width, x.width},
+                                             h.data + x.past_length - tap, 1, taps, true);
                    });
 }
 
-}  // namespace dsp
+}  // namespace dsp::filter

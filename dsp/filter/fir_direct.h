@@ -7,7 +7,7 @@
 #include "dsp/dsp.h"
 #include "dsp/filter/fir_kernels.h"
 
-namespace dsp {
+namespace dsp::filter {
 
 // y[n] = sum of h[k] x[n - k] for every sample of the block. y is complex when the block or h is.
 void filter_direct(const past_and_block &x, const dsp_vec &h, double *y);
@@ -20,4 +20,4 @@ void filter_folded(const past_and_block &x, const folded_filter &h, double *y);
 // ended in as much of the past as had room there; the rest of it takes the place of the samples that wrapped round.
 void unwrap_past(const past_and_block &x, std::int64_t size, const dsp_vec &h, double *y);
 
-}  // namespace dsp
+}  // namespace dsp::filter

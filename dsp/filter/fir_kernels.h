@@ -5,9 +5,9 @@
 
 #include <cstdint>
 
-#include "dsp/core/isa.h"
+#include "dsp/simd/isa.h"
 
-namespace dsp {
+namespace dsp::filter {
 
 // A run of outputs: y[j], j < count, made from x[j], x[j + step], x[j + 2 step], ... Counted in doubles: complex
 // samples are two, and step is 2.
@@ -28,7 +28,7 @@ struct folded_filter {
   std::int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
 };
 
-struct fir_kernels {
+struct fir_kernel_set {
   // y[j] = (continued ? y[j] : 0) + sum of h[-i stride] x[j + i step], i = 0 .. taps - 1.
   void (*real_taps)(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued);
   // The same for complex samples and complex taps: h points at the last of the taps' real parts.
@@ -39,8 +39,6 @@ struct fir_kernels {
   void (*halved_taps)(const fir_run &run, const double *odd, const folded_filter &filter);
 };
 
-DSP_DECLARE_KERNELS(fir_kernels, fir_kernel_table)
+DSP_DECLARE_KERNELS(fir)
 
-inline const fir_kernels &active_fir_kernels() { return DSP_KERNELS(fir_kernel_table); }
-
-}  // namespace dsp
+}  // namespace dsp::filter

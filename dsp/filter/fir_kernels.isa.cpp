@@ -1,19 +1,16 @@
 #include "dsp/filter/fir_kernels.h"
 
-#include "dsp/core/lanes.h"
+#include "dsp/simd/vector.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 // Samples are read at every address. Wider vectors would nearly all straddle two cache lines, and lose.
 constexpr int span_lanes = lane_count < 4 ? lane_count : 4;
-typedef double span __attribute__((vector_size(span_lanes * sizeof(double))));
+using span = lanes<span_lanes>;
 
 // Vectors of outputs side by side: enough to hide the adder's latency, as many as find registers.
 constexpr int wide = has_vector_registers ? 8 : 4;
-
-template <class V>
-constexpr int doubles_in = static_cast<int>(sizeof(V) / sizeof(double));
 
 // Taps, oldest sample first. add() adds tap i to the accumulators of U vectors of outputs.
 struct plain_taps {
@@ -25,7 +22,7 @@ struct plain_taps {
   void add(carried<V> *acc, const double *x, std::int64_t i) const {
     const double tap = h[-i * stride];
     const double *at = x + i * step;
-    for (int u = 0; u < U; ++u) acc[u] += tap * load<V>(at + u * doubles_in<V>);
+    for (int u = 0; u < U; ++u) acc[u] += tap * load<V>(at + u * width_of<V>);
   }
   template <class V, int U>
   void finish(carried<V> *, const double *) const {}
@@ -38,10 +35,10 @@ struct turning_taps {
   void add(carried<V> *acc, const double *x, std::int64_t i) const {
     const double re = h[-2 * i];
     V im = h[-2 * i + 1] - V{};
-    for (int k = 0; k < doubles_in<V>; k += 2) im[k] = -im[k];
+    for (int k = 0; k < width_of<V>; k += 2) im[k] = -im[k];
     const double *at = x + 2 * i;
     for (int u = 0; u < U; ++u) {
-      const V z = load<V>(at + u * doubles_in<V>);
+      const V z = load<V>(at + u * width_of<V>);
       acc[u] += re * z + im * swap_pairs(z);
     }
   }
@@ -61,8 +58,8 @@ struct mirrored_taps {
     const double *newer = samples.at(x, filter.length() - 1 - i);
     const double *older = samples.at(x, i);
     for (int u = 0; u < U; ++u) {
-      const V a = load<V>(newer + u * doubles_in<V>);
-      const V b = load<V>(older + u * doubles_in<V>);
+      const V a = load<V>(newer + u * width_of<V>);
+      const V b = load<V>(older + u * width_of<V>);
       acc[u] += tap * (Anti ? a - b : a + b);
     }
   }
@@ -70,7 +67,7 @@ struct mirrored_taps {
   void finish(carried<V> *acc, const double *x) const {
     if (!filter.has_centre) return;
     const double *at = samples.at(x, filter.pairs);
-    for (int u = 0; u < U; ++u) acc[u] += filter.half[filter.pairs] * load<V>(at + u * doubles_in<V>);
+    for (int u = 0; u < U; ++u) acc[u] += filter.half[filter.pairs] * load<V>(at + u * width_of<V>);
   }
 };
 
@@ -88,10 +85,10 @@ struct alternating {
 template <class V, int U, class Taps>
 inline void tile(double *y, const double *x, const Taps &taps, std::int64_t count, bool continued) {
   carried<V> acc[U];
-  for (int u = 0; u < U; ++u) acc[u] = continued ? load<V>(y + u * doubles_in<V>) : V{};
+  for (int u = 0; u < U; ++u) acc[u] = continued ? load<V>(y + u * width_of<V>) : V{};
   for (std::int64_t i = 0; i < count; ++i) taps.template add<V, U>(acc, x, i);
   taps.template finish<V, U>(acc, x);
-  for (int u = 0; u < U; ++u) store(y + u * doubles_in<V>, acc[u]);
+  for (int u = 0; u < U; ++u) store(y + u * width_of<V>, acc[u]);
 }
 
 // Wide tiles, then single vectors, then what is left in the narrowest lane type that holds a sample. The last vector
@@ -107,7 +104,7 @@ void filter(const fir_run &run, const Taps &taps, std::int64_t count, bool conti
     tile<span, 1>(run.y + j, run.x + j, taps, count, continued);
     return;
   }
-  for (; j < run.count; j += doubles_in<Narrow>) tile<Narrow, 1>(run.y + j, run.x + j, taps, count, continued);
+  for (; j < run.count; j += width_of<Narrow>) tile<Narrow, 1>(run.y + j, run.x + j, taps, count, continued);
 }
 
 void real_taps(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued) {
@@ -115,7 +112,7 @@ void real_taps(const fir_run &run, const double *h, std::int32_t stride, std::in
 }
 
 void complex_taps(const fir_run &run, const double *h, std::int64_t taps, bool continued) {
-  filter<lane_pair>(run, turning_taps{h}, taps, continued);
+  filter<lanes<2>>(run, turning_taps{h}, taps, continued);
 }
 
 void folded_taps(const fir_run &run, const folded_filter &f) {
@@ -132,7 +129,7 @@ void halved_taps(const fir_run &run, const double *odd, const folded_filter &f) 
 }  // namespace
 
 namespace DSP_ISA {
-extern const fir_kernels fir_kernel_table = {real_taps, complex_taps, folded_taps, halved_taps};
+extern const fir_kernel_set fir_set = {real_taps, complex_taps, folded_taps, halved_taps};
 }
 
-}  // namespace dsp
+}  // namespace dsp::filter

@@ -7,7 +7,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/work_signal.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 struct route_spectrum {
@@ -79,4 +79,4 @@ int32_t free_fir_work() {
   return filter_copy.release();
 }
 
-}  // namespace dsp
+}  // namespace dsp::filter

@@ -5,10 +5,10 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::filter {
 
 // The spectrum of h for circular convolution of `size` samples, scaled such that inverse(forward(x) * spectrum) is the
 // convolution; for real or for complex blocks. Null: no memory.
 const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_block);
 
-}  // namespace dsp
+}  // namespace dsp::filter

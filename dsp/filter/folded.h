@@ -6,7 +6,7 @@
 #include "dsp/dsp.h"
 #include "dsp/filter/fir_direct.h"
 
-namespace dsp {
+namespace dsp::filter {
 
 inline std::int64_t full_length(const dsp_vec &half, bool odd) { return 2 * std::int64_t{half.length} - (odd ? 1 : 0); }
 
@@ -19,4 +19,4 @@ inline folded_filter fold(const dsp_vec &half, bool odd, bool anti) {
   return {half.data, half.length - (odd ? 1 : 0), odd, anti};
 }
 
-}  // namespace dsp
+}  // namespace dsp::filter

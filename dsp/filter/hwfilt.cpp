@@ -5,9 +5,10 @@
 #include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-#include "dsp/filter/hwfilt_kernel.h"
+#include "dsp/filter/hwfilt_kernels.h"
 
 using namespace dsp;
+using namespace dsp::filter;
 
 int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_vec *state) {
   if (reserved != nullptr || same_signal(state, in) || same_signal(state, out)) return -1;
@@ -16,9 +17,9 @@ int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_v
   if (dsp_output_prepare(&source, &out, nullptr, &state, state_length, DSP_OUT_SHARED_STATE) != 0) return -1;
   if (samples(source) == 0) return 0;
   const std::int32_t width = source.is_complex != 0 ? 2 : 1;
-  const hwfilt_kernel run_channel = DSP_KERNELS(hwfilt_run_channel);
   for (std::int32_t channel = 0; channel < width; ++channel)
-    run_channel(source.data + channel, out->data + channel, samples(source), state->data + channel, width);
+    hwfilt_kernels().run_channel(source.data + channel, out->data + channel, samples(source), state->data + channel,
+                                 width);
   return 0;
 }
 

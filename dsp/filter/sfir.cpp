@@ -10,7 +10,7 @@
 #include "dsp/dsp.h"
 #include "dsp/filter/folded.h"
 
-namespace dsp {
+namespace dsp::filter {
 namespace {
 
 work_signal full_filter;
@@ -38,9 +38,10 @@ const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
 
 std::int32_t free_sfir_work() { return full_filter.release(); }
 
-}  // namespace dsp
+}  // namespace dsp::filter
 
 using namespace dsp;
+using namespace dsp::filter;
 
 int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti, dsp_vec *state) {
   if (half->length <= 0) return dsp_copy(out, in);

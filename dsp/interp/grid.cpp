@@ -5,9 +5,9 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
-#include "dsp/interp/kernels.h"
+#include "dsp/interp/interp_kernels.h"
 
-namespace dsp {
+namespace dsp::interp {
 namespace {
 
 // Fewer than two nodes: nothing, a constant, or the spline's lone parabola.
@@ -28,9 +28,10 @@ std::int32_t scheme_for(std::int32_t mode, std::int32_t n) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::interp
 
 using namespace dsp;
+using namespace dsp::interp;
 
 int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out,
                    int32_t mode) {
@@ -57,7 +58,7 @@ int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const 
   if (n < 2)
     without_interval(f, q, is_spline);
   else
-    status = interp().interpolate(f, q, scheme_for(mode, n), (mode & DSP_INTERP_CLAMP) != 0);
+    status = interp_kernels().interpolate(f, q, scheme_for(mode, n), (mode & DSP_INTERP_CLAMP) != 0);
   if (shared && dsp_copy(out, result) != 0) return -1;
   return status;
 }

@@ -3,11 +3,11 @@
 
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/traversal.h"
 #include "dsp/dsp.h"
-#include "dsp/interp/kernels.h"
+#include "dsp/interp/interp_kernels.h"
+#include "dsp/simd/traversal.h"
 
-namespace dsp {
+namespace dsp::interp {
 namespace {
 
 // Two samples of the output.
@@ -32,9 +32,10 @@ void interleave_complex(const A *a, const B *b, double *out, std::int32_t n) {
 bool doubles_fit(std::int32_t n) { return n <= INT32_MAX / 2; }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::interp
 
 using namespace dsp;
+using namespace dsp::interp;
 
 int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const std::int32_t n = samples(*a);
@@ -51,7 +52,7 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const double *x = even.data(*out);
   const double *y = odd.data(*out);
   if (!is_complex)
-    interp().interleave(x, y, out->data, n);
+    interp_kernels().interleave(x, y, out->data, n);
   else if (!even.is_complex())
     interleave_complex(x, as<dsp_complex>(y), out->data, n);
   else if (!odd.is_complex())

@@ -6,7 +6,7 @@
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::interp {
 namespace {
 
 bool is_end_condition(std::int32_t value) { return value >= DSP_SPLINE_NOT_A_KNOT && value <= DSP_SPLINE_NATURAL; }
@@ -121,9 +121,10 @@ void solve_spline(const double *x, const double *y, std::int32_t n, end left, en
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::interp
 
 using namespace dsp;
+using namespace dsp::interp;
 
 int32_t dspb_cspline_2d(const dsp_vec *x, const dsp_vec *y, dsp_vec *d2, double left_value, double right_value,
                         int32_t left, int32_t right) {

@@ -9,7 +9,7 @@
 #include "dsp/filter/filter_and_halve.h"
 #include "dsp/resample/kernel_taps.h"
 
-namespace dsp {
+namespace dsp::resample {
 namespace {
 
 class temporary_state {
@@ -40,8 +40,8 @@ struct cascade {
 
   int32_t halve(const dsp_vec *in, dsp_vec *out) const {
     for (std::int32_t i = 0; i < coef.halvings; ++i, in = out)
-      if (filter_and_halve(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
-                           &state.stage_phase[i]) != 0)
+      if (filter::filter_and_halve(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
+                                   &state.stage_phase[i]) != 0)
         return -1;
     return drop(out, &state.delay1);
   }
@@ -53,17 +53,18 @@ struct cascade {
     const std::int64_t most = carries_on ? 2 * (block + state.delay2) + kernel_taps(coef.kernel) - 1 : 2 * block - 1;
     out->length = static_cast<std::int32_t>(std::min<std::int64_t>(most, INT32_MAX));
     if (dspd_rsmp(scratch, out, coef.interp, &coef.kernel, coef.ratio * 0.5, &state.rsmp_state) != 0) return -1;
-    if (filter_and_halve(out, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.post_hist,
-                         &state.post_phase) != 0)
+    if (filter::filter_and_halve(out, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.post_hist,
+                                 &state.post_phase) != 0)
       return -1;
     return drop(out, &state.delay2);
   }
 };
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::resample
 
 using namespace dsp;
+using namespace dsp::resample;
 
 int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_rsmp_coef *coef,
                   dsph_rsmp_state *state) {

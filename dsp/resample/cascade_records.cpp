@@ -8,7 +8,7 @@
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_taps.h"
 
-namespace dsp {
+namespace dsp::resample {
 namespace {
 
 constexpr std::int32_t kernel_kind = 4;
@@ -67,9 +67,10 @@ std::int32_t past_of(const dsp_vec &half, std::int32_t odd) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::resample
 
 using namespace dsp;
+using namespace dsp::resample;
 
 int32_t dsph_rsmp_coef_init(dsph_rsmp_coef *coef) {
   if (coef == nullptr) return 0;

@@ -17,7 +17,7 @@
 #include "dsp/resample/kernel_taps.h"
 #include "dsp/resample/position.h"
 
-namespace dsp {
+namespace dsp::resample {
 namespace {
 
 // A kernel table taken apart.
@@ -71,8 +71,8 @@ double weigh_anywhere(const past_and_block &x, std::int32_t channel, std::int64_
 }
 
 // Fills y until the block is used up or `most` outputs are made, and leaves the position behind.
-int32_t resample(const past_and_block &x, const kernel &k, bool linear, double step, std::int32_t most, double *y,
-                 position *at, std::int32_t *made) {
+int32_t convert(const past_and_block &x, const kernel &k, bool linear, double step, std::int32_t most, double *y,
+                position *at, std::int32_t *made) {
   const double newest = static_cast<double>(x.block_length) - k.taps;
   const bool by_rows = k.phases > 0 && step < 0x1p31;
   kernel_rows rows = {};
@@ -84,7 +84,7 @@ int32_t resample(const past_and_block &x, const kernel &k, bool linear, double s
     auto start = static_cast<std::int64_t>(at->start);
     if (by_rows && start >= 0) {
       const fractional_run run = {x.block, x.width, static_cast<std::int64_t>(newest), linear, step, y, most - *made};
-      *made += DSP_KERNELS(fractional_interpolate)(run, rows, &at->offset, &start);
+      *made += fractional_kernels().interpolate(run, rows, &at->offset, &start);
       at->start = static_cast<double>(start);
       break;
     }
@@ -100,9 +100,10 @@ int32_t resample(const past_and_block &x, const kernel &k, bool linear, double s
 
 std::int32_t free_kernel_rows() { return row_store.release(); }
 
-}  // namespace dsp
+}  // namespace dsp::resample
 
 using namespace dsp;
+using namespace dsp::resample;
 
 int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec *table, double step, dsp_vec *state) {
   if (!(step >= 0.0 && std::isfinite(step))) return -1;
@@ -122,7 +123,7 @@ int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec
     if (!(at.offset >= -1.0 && std::isfinite(at.offset) && std::isfinite(at.start))) return -1;
   }
   std::int32_t made = 0;
-  if (resample(x, k, interp != 0, step, samples(*out), out->data, &at, &made) != 0) return -1;
+  if (convert(x, k, interp != 0, step, samples(*out), out->data, &at, &made) != 0) return -1;
   out->length = made;
   out->dx = dx;
   if (stored != nullptr) {

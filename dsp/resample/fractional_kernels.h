@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "dsp/core/isa.h"
+#include "dsp/simd/isa.h"
 
-namespace dsp {
+namespace dsp::resample {
 
 // The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
 // the cache. So they are copied, when first needed in a call, into rows, in groups of neighbouring points. A
@@ -34,12 +34,14 @@ struct fractional_run {
   std::int32_t most;
 };
 
-// Makes outputs while there are spans within the block and at most `most`, at least one; returns how many. `offset` and
-// `start` enter settled, with 0 <= start <= newest. They leave as they stand after the last output, or settled when the
-// block is used up.
-using fractional_kernel = std::int32_t (*)(const fractional_run &run, const kernel_rows &kernel, double *offset,
-                                           std::int64_t *start);
+struct fractional_kernel_set {
+  // Makes outputs while there are spans within the block and at most `most`, at least one; returns how many. `offset`
+  // and `start` enter settled, with 0 <= start <= newest. They leave as they stand after the last output, or settled
+  // when the block is used up.
+  std::int32_t (*interpolate)(const fractional_run &run, const kernel_rows &kernel, double *offset,
+                              std::int64_t *start);
+};
 
-DSP_DECLARE_KERNELS(fractional_kernel, fractional_interpolate)
+DSP_DECLARE_KERNELS(fractional)
 
-}  // namespace dsp
+}  // namespace dsp::resample

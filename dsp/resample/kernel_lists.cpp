@@ -1,6 +1,6 @@
 #include "dsp/resample/kernel_lists.h"
 
-namespace dsp {
+namespace dsp::resample {
 namespace {
 
 constexpr double power8[] = {
@@ -94,4 +94,4 @@ const kernel_list *find_kernel_list(std::int32_t kind) {
   return kind >= 0 && kind < count ? &lists[kind] : nullptr;
 }
 
-}  // namespace dsp
+}  // namespace dsp::resample

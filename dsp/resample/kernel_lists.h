@@ -5,7 +5,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::resample {
 
 struct kernel_list {
   const double *coefficients;
@@ -17,4 +17,4 @@ struct kernel_list {
 // Null for a kind that does not exist.
 const kernel_list *find_kernel_list(std::int32_t kind);
 
-}  // namespace dsp
+}  // namespace dsp::resample

@@ -8,7 +8,7 @@
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_lists.h"
 
-namespace dsp {
+namespace dsp::resample {
 namespace {
 
 // Angle j of the `period` that a turn is divided into.
@@ -43,9 +43,10 @@ int32_t build(dsp_vec *v, const dsp_vec &c, Fill fill) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::resample
 
 using namespace dsp;
+using namespace dsp::resample;
 
 int32_t dspc_rsmp(dsp_vec *v, int32_t kind) {
   const kernel_list *list = find_kernel_list(kind);

@@ -5,7 +5,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::resample {
 
 // 0 when the table is empty or states a number that no table can have.
 inline std::int32_t kernel_taps(const dsp_vec &table) {
@@ -14,4 +14,4 @@ inline std::int32_t kernel_taps(const dsp_vec &table) {
   return rounded >= 1.0 && rounded < INT32_MAX - 2 ? static_cast<std::int32_t>(rounded) : 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::resample

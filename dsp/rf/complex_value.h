@@ -8,10 +8,10 @@
 #include <cstring>
 
 #include "dsp/dsp.h"
-#include "dsp/rf/kernels.h"
 #include "dsp/rf/matrix.h"
+#include "dsp/rf/matrix_kernels.h"
 
-namespace dsp {
+namespace dsp::rf {
 
 class complex_value {
  public:
@@ -74,7 +74,7 @@ constexpr std::size_t worth_a_call = 4;
 
 inline void eliminate(complex_value *a, std::size_t n, std::size_t k) {
   if (n < worth_a_call) return field::eliminate<complex_value>(a, n, k);
-  matrices().eliminate(doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
+  matrix_kernels().eliminate(doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
 }
 
-}  // namespace dsp
+}  // namespace dsp::rf

@@ -7,7 +7,7 @@
 #include "dsp/dsp.h"
 #include "dsp/rf/complex_value.h"
 
-namespace dsp {
+namespace dsp::rf {
 namespace {
 
 complex_matrix matrix_of(std::int32_t rows, std::int32_t cols) {
@@ -17,9 +17,10 @@ complex_matrix matrix_of(std::int32_t rows, std::int32_t cols) {
 void to_array(const complex_matrix &m, dsp_complex *array) { std::copy_n(m.data(), m.size(), array); }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::rf
 
 using namespace dsp;
+using namespace dsp::rf;
 
 int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k, int32_t p) {
   if (m < 0 || k < 0 || p < 0) return -1;
@@ -31,7 +32,7 @@ int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out,
   }
   try {
     complex_matrix product = matrix_of(m, p);  // out may be a or b
-    matrices().multiply(doubles(a), doubles(b), doubles(product.data()), m, k, p);
+    matrix_kernels().multiply(doubles(a), doubles(b), doubles(product.data()), m, k, p);
     to_array(product, out);
   } catch (const std::bad_alloc &) {  // GCOVR_EXCL_BR_LINE: nothing else is thrown
     return -1;

@@ -4,8 +4,9 @@
 
 #include "dsp/dsp.h"
 #include "dsp/rf/complex_value.h"
+#include "dsp/rf/one_port_kernels.h"
 
-namespace dsp {
+namespace dsp::rf {
 namespace {
 
 // Each standard gives an equation a D + e00 + a g e11 = g, linear in D = e10e01 - e00 e11, e00 and -e11.
@@ -27,9 +28,10 @@ void solve_point(complex_matrix *m, dsp_complex *const *g, const dsp_complex *co
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::rf
 
 using namespace dsp;
+using namespace dsp::rf;
 
 void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3, const dsp_complex *a1, const dsp_complex *a2,
                        const dsp_complex *a3, int32_t first, int32_t end) {
@@ -41,7 +43,7 @@ void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3, const 
     const dsp_complex *const a[] = {a1 + i, a2 + i, a3 + i};
     double *const measured[] = {doubles(g[0]), doubles(g[1]), doubles(g[2])};
     const double *const actual[] = {doubles(a[0]), doubles(a[1]), doubles(a[2])};
-    const std::int64_t solved = DSP_KERNELS(one_port_points)(measured, actual, end - i);
+    const std::int64_t solved = one_port_kernels().solve_points(measured, actual, end - i);
     const std::int64_t stop = std::min(solved + most_lanes, end - i);
     for (std::int64_t n = solved; n < stop; ++n) solve_point(&m, g, a, n);
     i += stop;

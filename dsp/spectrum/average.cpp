@@ -6,7 +6,7 @@
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::spectrum {
 namespace {
 
 double derived_weight(std::int32_t flags, std::int32_t count, double limit) {
@@ -29,9 +29,10 @@ int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double we
 bool replaces(std::int32_t period, std::int32_t count) { return period == 1 || (period > 0 && count % period == 1); }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::spectrum
 
 using namespace dsp;
+using namespace dsp::spectrum;
 
 int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
                  double weight, double limit) {

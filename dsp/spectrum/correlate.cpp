@@ -6,7 +6,7 @@
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::spectrum {
 namespace {
 
 int32_t transform(dsp_vec *v, std::int32_t length, bool is_complex) {
@@ -31,9 +31,10 @@ int32_t correlate(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::spectrum
 
 using namespace dsp;
+using namespace dsp::spectrum;
 
 int32_t dsph_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, int32_t m, uint32_t halve) {
   if (ref == nullptr || in == nullptr || out == nullptr) return -1;

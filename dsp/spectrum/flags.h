@@ -5,7 +5,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::spectrum {
 
 struct spectrum_flags {
   bool inverse;
@@ -30,4 +30,4 @@ struct spectrum_flags {
         swaps(window != DSP_WINDOW_UNIFORM || centred || sum) {}
 };
 
-}  // namespace dsp
+}  // namespace dsp::spectrum

@@ -8,7 +8,7 @@
 #include "dsp/dsp.h"
 #include "dsp/spectrum/flags.h"
 
-namespace dsp {
+namespace dsp::spectrum {
 namespace {
 
 // Padding modes of dspi_zpad2 and dspi_unzpad.
@@ -123,9 +123,10 @@ int32_t inverse_dft(const dsp_vec *in, dsp_vec *out, const spectrum_flags &f) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::spectrum
 
 using namespace dsp;
+using namespace dsp::spectrum;
 
 int32_t dsph_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window, int32_t flags) {
   if (in == nullptr || out == nullptr) return -1;

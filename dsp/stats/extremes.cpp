@@ -1,12 +1,11 @@
 // Maximum and minimum.
-#include "dsp/stats/extremes.h"
-
-#include "dsp/core/saturation.h"
 #include "dsp/dsp.h"
+#include "dsp/math/saturation.h"
+#include "dsp/stats/extremes_kernels.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 // The sample found, or what stands for one when nothing beat the start of the search.
@@ -18,17 +17,18 @@ int32_t put_extreme(const stats_input &x, dsp_vec *out, std::int64_t at, double 
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_max(const dsp_vec *in, dsp_vec *out) {
   const stats_input x(*in);
   const double nothing = x.is_complex ? 0.0 : -overflow_bound;
-  return put_extreme(x, out, extremes().greatest(x.data, x.n, x.parts), nothing, nothing);
+  return put_extreme(x, out, extremes_kernels().greatest(x.data, x.n, x.parts), nothing, nothing);
 }
 
 int32_t dsps_min(const dsp_vec *in, dsp_vec *out) {
   const stats_input x(*in);
-  return put_extreme(x, out, extremes().least(x.data, x.n, x.parts), overflow_bound, overflow_bound);
+  return put_extreme(x, out, extremes_kernels().least(x.data, x.n, x.parts), overflow_bound, overflow_bound);
 }

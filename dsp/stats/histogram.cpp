@@ -1,13 +1,13 @@
 #include <cmath>
 
 #include "dsp/core/history.h"
-#include "dsp/core/saturation.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/math/saturation.h"
 #include "dsp/stats/input.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 constexpr double upper_edge = 1.0 + 10.0 * 0x1p-52;  // values this little beyond the last bin belong to it
@@ -54,9 +54,10 @@ int32_t histogram(const stats_input &x, dsp_vec *out, const bins &b, int32_t len
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bin_count) {
   const stats_input x(*in);

@@ -6,7 +6,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::stats {
 
 struct stats_input {
   const double *data;
@@ -18,4 +18,4 @@ struct stats_input {
       : data(in.data), n(samples(in)), is_complex(in.is_complex != 0), parts(is_complex ? 2 : 1) {}
 };
 
-}  // namespace dsp
+}  // namespace dsp::stats

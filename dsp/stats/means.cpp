@@ -1,30 +1,30 @@
 // Geometric and harmonic mean.
 #include <cmath>
 
-#include "dsp/core/blocked_sum.h"
 #include "dsp/dsp.h"
+#include "dsp/stats/blocked_sum.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
 #include "dsp/stats/saturated_powers.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 struct reciprocal_and_zeros {
   static constexpr int sums = 2;
-  void operator()(const lanes &x, int, lanes *term) const {
+  void operator()(const widest &x, int, widest *term) const {
     term[0] = 1.0 / x;
-    term[1] = x == 0.0 ? broadcast(1.0) : lanes{};
+    term[1] = x == 0.0 ? broadcast(1.0) : widest{};
   }
 };
 
 // conj(z) / |z|^2 with z's parts saturated; 1e100 stands for 1/0.
 struct complex_reciprocal {
   static constexpr int sums = 1;
-  void operator()(const lanes &z, int, lanes *term) const {
+  void operator()(const widest &z, int, widest *term) const {
     const powers p = saturated_powers()(z);
-    const lanes square = p.square + swap_pairs(p.square);
-    const lanes factor = square <= 0.0 ? broadcast(overflow_bound) : 1.0 / square;
+    const widest square = p.square + swap_pairs(p.square);
+    const widest factor = square <= 0.0 ? broadcast(overflow_bound) : 1.0 / square;
     term[0] = p.d * alternating(1.0, -1.0) * factor;
   }
 };
@@ -77,9 +77,10 @@ int32_t put_mean(const stats_input &x, dsp_vec *out, Real real, Complex complex)
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_gmean(const dsp_vec *in, dsp_vec *out) {
   return put_mean(stats_input(*in), out, real_geometric_mean, complex_geometric_mean);

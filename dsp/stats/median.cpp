@@ -1,13 +1,12 @@
 #include <algorithm>
 
-#include "dsp/core/numbers_first.h"
-#include "dsp/core/quicksort.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/math/sort.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 // In four strands, which need not wait for one another.
@@ -31,9 +30,10 @@ void select_middle(double *x, std::int64_t n, double *lower, double *upper) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_median(const dsp_vec *in, dsp_vec *out) {
   temporary copy;

@@ -5,9 +5,9 @@
 #include "dsp/core/operands.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-#include "dsp/stats/extremes.h"
+#include "dsp/stats/extremes_kernels.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 struct peak {
@@ -30,7 +30,7 @@ class trace {
   }
 
   std::int32_t extreme(bool least) const {
-    const auto search = least ? extremes().least : extremes().greatest;
+    const auto search = least ? extremes_kernels().least : extremes_kernels().greatest;
     const std::int64_t at = search(data_, length_, is_complex_ ? 2 : 1);
     return at < 0 ? 0 : static_cast<std::int32_t>(at);
   }
@@ -81,9 +81,10 @@ int32_t size_result(dsp_vec *out) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index) {
   const trace y(*in);

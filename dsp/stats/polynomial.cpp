@@ -4,6 +4,7 @@
 #include "dsp/stats/result.h"
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_peval(const dsp_vec *c, dsp_vec *out, double x) {
   if (c->is_complex != 0) return -1;

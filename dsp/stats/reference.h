@@ -3,7 +3,7 @@
 
 #include "dsp/stats/input.h"
 
-namespace dsp {
+namespace dsp::stats {
 
 // The mean of the first, middle and last sample, in one part of them. There must be one.
 inline double rough_mean(const stats_input &x, int part) {
@@ -11,4 +11,4 @@ inline double rough_mean(const stats_input &x, int part) {
   return (at(0) + at(x.n / 2) + at(x.n - 1)) / 3.0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::stats

@@ -2,13 +2,13 @@
 #include <cmath>
 #include <cstring>
 
-#include "dsp/core/blocked_sum.h"
 #include "dsp/dsp.h"
+#include "dsp/stats/blocked_sum.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/reference.h"
 #include "dsp/stats/saturated_powers.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 // Means, population variances and covariance of points (x, y).
@@ -26,8 +26,8 @@ struct trace_points {
   double step;
   double shift_x;
   double shift_y;
-  void operator()(const lanes &y, int at, lanes *term) const {
-    const lanes x = step * counting_from(at) - shift_x;
+  void operator()(const widest &y, int at, widest *term) const {
+    const widest x = step * counting_from(at) - shift_x;
     const powers p = Powers()(y - shift_y);
     term[0] = x;
     term[1] = p.d;
@@ -42,8 +42,8 @@ template <class Powers>
 struct plane_points {
   static constexpr int sums = 3;
   static constexpr int squares = 1;
-  lanes shift;
-  void operator()(const lanes &z, int, lanes *term) const {
+  widest shift;
+  void operator()(const widest &z, int, widest *term) const {
     const powers p = Powers()(z - shift);
     term[0] = p.d;
     term[1] = p.square;
@@ -154,9 +154,10 @@ int32_t put_summary(const dsp_vec *in, dsp_vec *out, int32_t count) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_lin_regres(const dsp_vec *in, dsp_vec *out) { return put_summary(in, out, 2); }
 

@@ -6,7 +6,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::stats {
 
 inline int32_t put_sample(dsp_vec *out, bool is_complex, double re, double im) {
   out->length = 1;
@@ -19,4 +19,4 @@ inline int32_t put_sample(dsp_vec *out, bool is_complex, double re, double im) {
 
 inline int32_t put_number(dsp_vec *out, double value) { return put_sample(out, false, value, 0.0); }
 
-}  // namespace dsp
+}  // namespace dsp::stats

@@ -1,40 +1,40 @@
 // Terms of sums that saturate: a value beyond +-1e100 counts as +-1e100, its powers as fixed numbers. Everything is
-// local to the file that includes it, as in core/lanes.h.
+// local to the file that includes it, as in simd/vector.h.
 #pragma once
 
-#include "dsp/core/blocked_sum.h"
-#include "dsp/core/saturation.h"
+#include "dsp/math/saturation.h"
+#include "dsp/stats/blocked_sum.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 // A sum of squares this small has no value beyond +-1e100 in it.
 constexpr double squares_within_bound = 0.5 * overflow_square;
 
-inline auto beyond(const lanes &x) { return (x > overflow_bound) | (x < -overflow_bound); }
+inline auto beyond(const widest &x) { return (x > overflow_bound) | (x < -overflow_bound); }
 
 // `high` where x is beyond 1e100, `low` where it is beyond -1e100.
-inline lanes saturated(const lanes &x, const lanes &within, double high, double low) {
+inline widest saturated(const widest &x, const widest &within, double high, double low) {
   return x > overflow_bound ? broadcast(high) : (x < -overflow_bound ? broadcast(low) : within);
 }
 
 // The powers of a difference.
 struct powers {
-  lanes d;
-  lanes square;
-  lanes cube;
+  widest d;
+  widest square;
+  widest cube;
 };
 
 struct plain_powers {
-  powers operator()(const lanes &d) const { return {d, d * d, d * d * d}; }
+  powers operator()(const widest &d) const { return {d, d * d, d * d * d}; }
 };
 
 struct saturated_powers {
-  powers operator()(const lanes &d) const {
+  powers operator()(const widest &d) const {
     return {saturated(d, d, overflow_bound, -overflow_bound), beyond(d) ? broadcast(overflow_square) : d * d,
             saturated(d, d * d * d, 1e300, -1e300)};
   }
 };
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats

@@ -1,21 +1,21 @@
 // Skewness and excess kurtosis.
 #include <cmath>
 
-#include "dsp/core/blocked_sum.h"
 #include "dsp/dsp.h"
+#include "dsp/stats/blocked_sum.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/reference.h"
 #include "dsp/stats/result.h"
 #include "dsp/stats/saturated_powers.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 template <class Powers>
 struct third_order {
   static constexpr int sums = 3;
-  lanes reference;
-  void operator()(const lanes &x, int, lanes *term) const {
+  widest reference;
+  void operator()(const widest &x, int, widest *term) const {
     const powers p = Powers()(x - reference);
     term[0] = p.d;
     term[1] = p.square;
@@ -26,8 +26,8 @@ struct third_order {
 template <class Powers>
 struct fourth_order {
   static constexpr int sums = 2;
-  lanes reference;
-  void operator()(const lanes &x, int, lanes *term) const {
+  widest reference;
+  void operator()(const widest &x, int, widest *term) const {
     const powers p = Powers()(x - reference);
     term[0] = p.square;
     term[1] = p.square * p.square;
@@ -36,7 +36,7 @@ struct fourth_order {
 
 struct clamped {
   static constexpr int sums = 1;
-  void operator()(const lanes &x, int, lanes *term) const {
+  void operator()(const widest &x, int, widest *term) const {
     term[0] = saturated(x, x, overflow_bound, -overflow_bound);
   }
 };
@@ -49,7 +49,7 @@ double clamped_mean(const stats_input &x) {
 
 double skewness(const stats_input &x) {
   if (x.n < 1) return 0.0;
-  const lanes about = broadcast(rough_mean(x, 0));
+  const widest about = broadcast(rough_mean(x, 0));
   double total[3];
   blocked_sum<1>(x.data, x.n, 1, third_order<plain_powers>{about}, third_order<saturated_powers>{about},
                  squares_within_bound, total);
@@ -66,7 +66,7 @@ double skewness(const stats_input &x) {
 // About the true mean: fourth powers do not forgive a guess.
 double excess_kurtosis(const stats_input &x) {
   if (x.n < 1) return -3.0;
-  const lanes about = broadcast(clamped_mean(x));
+  const widest about = broadcast(clamped_mean(x));
   double total[2];
   blocked_sum<0>(x.data, x.n, 1, fourth_order<plain_powers>{about}, fourth_order<saturated_powers>{about},
                  squares_within_bound, total);
@@ -78,9 +78,10 @@ double excess_kurtosis(const stats_input &x) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_skew(const dsp_vec *in, dsp_vec *out) {
   return in->is_complex != 0 ? -1 : put_number(out, skewness(stats_input(*in)));

@@ -5,9 +5,9 @@
 #include "dsp/stats/input.h"
 #include "dsp/stats/reference.h"
 #include "dsp/stats/result.h"
-#include "dsp/stats/sums.h"
+#include "dsp/stats/sum_kernels.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 // One pass about a guess at the mean, so that little is lost in the final subtraction; a residue of rounding may be
@@ -16,7 +16,7 @@ double population_variance(const stats_input &x) {
   if (x.n < 1) return 0.0;
   const double about[2] = {rough_mean(x, 0), rough_mean(x, x.parts - 1)};
   double total[4] = {};
-  sums().spread(x.data, x.n, x.parts, about, total);
+  sum_kernels().spread(x.data, x.n, x.parts, about, total);
   const auto n = static_cast<double>(x.n);
   const auto square = [](double v) { return v * v; };
   if (!x.is_complex) return total[1] / n - square(total[0] / n);
@@ -30,9 +30,10 @@ double sample_variance(const stats_input &x) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_pop_var(const dsp_vec *in, dsp_vec *out) { return put_number(out, population_variance(stats_input(*in))); }
 

@@ -4,27 +4,28 @@
 #include "dsp/dsp.h"
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
-#include "dsp/stats/sums.h"
+#include "dsp/stats/sum_kernels.h"
 
-namespace dsp {
+namespace dsp::stats {
 namespace {
 
 int32_t put_sum(const stats_input &x, dsp_vec *out, double divisor) {
   double total[2] = {};
-  sums().values(x.data, x.n, x.parts, total);
+  sum_kernels().values(x.data, x.n, x.parts, total);
   return put_sample(out, x.is_complex, total[0] / divisor, total[1] / divisor);
 }
 
 double sum_of_squares(const stats_input &x) {
   double total[2] = {};
-  sums().squares(x.data, x.n, x.parts, total);
+  sum_kernels().squares(x.data, x.n, x.parts, total);
   return total[0] + total[1];
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::stats
 
 using namespace dsp;
+using namespace dsp::stats;
 
 int32_t dsps_sum(const dsp_vec *in, dsp_vec *out) { return put_sum(stats_input(*in), out, 1.0); }
 

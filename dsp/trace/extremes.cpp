@@ -4,19 +4,19 @@
 #include <limits>
 
 #include "dsp/dsp.h"
-#include "dsp/trace/kernels.h"
+#include "dsp/trace/trace_kernels.h"
 
-namespace dsp {
+namespace dsp::trace {
 namespace {
 
 struct largest {
   static bool better(double a, double b) { return a > b; }
-  static double of(const double *x, std::int64_t n, double than) { return trace().largest(x, n, than); }
+  static double of(const double *x, std::int64_t n, double than) { return trace_kernels().largest(x, n, than); }
 };
 
 struct smallest {
   static bool better(double a, double b) { return a < b; }
-  static double of(const double *x, std::int64_t n, double than) { return trace().smallest(x, n, than); }
+  static double of(const double *x, std::int64_t n, double than) { return trace_kernels().smallest(x, n, than); }
 };
 
 struct candidate {
@@ -53,9 +53,10 @@ int32_t search_outside(const double *x, std::int64_t start, std::int64_t stop, s
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::trace
 
 using namespace dsp;
+using namespace dsp::trace;
 
 int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop) {
   return search_outside<largest>(arr, start, stop, 0, 0);

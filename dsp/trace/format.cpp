@@ -3,10 +3,10 @@
 #include <cstdint>
 
 #include "dsp/dsp.h"
-#include "dsp/trace/angles.h"
-#include "dsp/trace/kernels.h"
+#include "dsp/math/constants.h"
+#include "dsp/trace/trace_kernels.h"
 
-namespace dsp {
+namespace dsp::trace {
 namespace {
 
 enum : uint32_t { decibels, linear, degrees, standing_wave_ratio, return_loss };
@@ -28,14 +28,15 @@ void level(const dsp_complex *in, double *out, std::int64_t n, double factor) {
 // The turns that the points already unwrapped have gone through. A count that is none starts again at 0.
 double turns_before(int32_t start, const double *unwrapped) {
   if (start <= 1) return 0.0;
-  const double turns = std::trunc((unwrapped[start - 1] - unwrapped[0]) / turn);
+  const double turns = std::trunc((unwrapped[start - 1] - unwrapped[0]) / two_pi);
   return std::isfinite(turns) ? turns : 0.0;
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::trace
 
 using namespace dsp;
+using namespace dsp::trace;
 
 void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int32_t start, int32_t stop) {
   if (start >= stop) return;
@@ -46,11 +47,11 @@ void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int3
     case decibels:
       return level(in, out, n, 10.0);
     case linear:
-      return trace().magnitude(in, out, n);
+      return trace_kernels().magnitude(in, out, n);
     case degrees:
       return each(in, out, n, [](const dsp_complex &z) { return phase(z) * degrees_per_radian; });
     case standing_wave_ratio:
-      return trace().standing_wave_ratio(in, out, n);
+      return trace_kernels().standing_wave_ratio(in, out, n);
     case return_loss:
       return level(in, out, n, -10.0);
     default:
@@ -62,13 +63,13 @@ void vfpd_UnwrapPhase(const dsp_complex *in, int32_t start, int32_t stop, double
   if (start >= stop) return;
   double turns = turns_before(start, out);
   for (int32_t i = start; i < stop; ++i) {
-    double unwrapped = phase(in[i]) + turns * turn;
+    double unwrapped = phase(in[i]) + turns * two_pi;
     const double step = i > 0 ? unwrapped - out[i - 1] : 0.0;
     if (step < -pi) {
-      unwrapped += turn;
+      unwrapped += two_pi;
       turns += 1.0;
     } else if (step > pi) {
-      unwrapped -= turn;
+      unwrapped -= two_pi;
       turns -= 1.0;
     }
     out[i] = unwrapped;

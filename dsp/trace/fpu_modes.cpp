@@ -8,7 +8,7 @@
 #include <xmmintrin.h>
 #endif
 
-namespace dsp {
+namespace dsp::trace {
 namespace {
 
 constexpr uint32_t flush_to_zero = 1u << 24;
@@ -73,9 +73,10 @@ void write_modes(uint32_t value, uint32_t) { word = value; }
 #endif
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::trace
 
 using namespace dsp;
+using namespace dsp::trace;
 
 uint32_t get_fpscr(void) { return read_modes(); }
 

@@ -3,19 +3,19 @@
 #include <cstdint>
 
 #include "dsp/dsp.h"
-#include "dsp/trace/kernels.h"
+#include "dsp/trace/trace_kernels.h"
 
-using dsp::trace;
+using dsp::trace::trace_kernels;
 
-void vfpdbMul1(double scale, double *buf, int32_t n) { trace().scale(scale, buf, n); }
+void vfpdbMul1(double scale, double *buf, int32_t n) { trace_kernels().scale(scale, buf, n); }
 
-void vfpdbMul2(double scale, double *buf, int32_t n) { trace().scale(scale, buf, n); }
+void vfpdbMul2(double scale, double *buf, int32_t n) { trace_kernels().scale(scale, buf, n); }
 
-void vfpsbMul2(float scale, float *buf, int32_t n) { trace().scale_single(scale, buf, n); }
+void vfpsbMul2(float scale, float *buf, int32_t n) { trace_kernels().scale_single(scale, buf, n); }
 
 void vfpdb_ScaleToInt(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo, int32_t out_hi) {
   const double k = static_cast<double>(std::int64_t{out_hi} - out_lo) / (hi - lo);
-  trace().map_to_int(in, n, lo, k, out, out_lo);
+  trace_kernels().map_to_int(in, n, lo, k, out, out_lo);
 }
 
 void vfpdb_ScaleToInt2(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo,
@@ -24,13 +24,13 @@ void vfpdb_ScaleToInt2(const double *in, int32_t n, double lo, double hi, int32_
 }
 
 void vfpdb_ScaleToFP(const double *in, int32_t n, double lo, double hi, double *out, double out_lo, double out_hi) {
-  trace().map(in, n, lo, (out_hi - out_lo) / (hi - lo), out, out_lo);
+  trace_kernels().map(in, n, lo, (out_hi - out_lo) / (hi - lo), out, out_lo);
 }
 
 void vfpd_ExpandLinear(double *out, int32_t n, double first, double last) {
   if (n <= 0) return;
   if (n >= 2) {
-    trace().line(out, n - 1, first, (last - first) / (n - 1));
+    trace_kernels().line(out, n - 1, first, (last - first) / (n - 1));
     out[n - 1] = last;
   }
   out[0] = first;

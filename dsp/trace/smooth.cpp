@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "dsp/dsp.h"
-#include "dsp/trace/angles.h"
+#include "dsp/math/constants.h"
 
-namespace dsp {
+namespace dsp::trace {
 namespace {
 
 // Calls average(i, h, same) for the points of [start, stop) whose window [i - h, i + h] ends within the range; `same`
@@ -58,18 +58,19 @@ double mean_phase(const double *in, int32_t i, int32_t h) {
       const double step = in[j] - in[j - 1];
       turns += step < -pi ? 1.0 : step > pi ? -1.0 : 0.0;
     }
-    sum += in[j] + turns * turn;
+    sum += in[j] + turns * two_pi;
   }
   const double mean = sum / points(h);
-  if (mean > pi) return mean - (std::trunc((mean - pi) / turn) + 1.0) * turn;
-  if (mean < -pi) return mean - (std::trunc((mean + pi) / turn) - 1.0) * turn;
+  if (mean > pi) return mean - (std::trunc((mean - pi) / two_pi) + 1.0) * two_pi;
+  if (mean < -pi) return mean - (std::trunc((mean + pi) / two_pi) - 1.0) * two_pi;
   return mean;
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::trace
 
 using namespace dsp;
+using namespace dsp::trace;
 
 int32_t vfpd_Smooth(const double *in, double *out, int32_t n, int32_t start, int32_t stop, int32_t width,
                     int32_t is_phase) {

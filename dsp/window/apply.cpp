@@ -5,14 +5,14 @@
 #include "dsp/window/cache.h"
 #include "dsp/window/cosine_sum.h"
 #include "dsp/window/generator.h"
-#include "dsp/window/product.h"
+#include "dsp/window/product_kernels.h"
 #include "dsp/window/shapes.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 int32_t apply(dsp_vec *v, const dsp_vec &window, bool swap) {
-  const window_kernels &kernels = DSP_KERNELS(window_table);
+  const product_kernel_set &kernels = product_kernels();
   const bool is_complex = v->is_complex != 0;
   const bool fused = swap && v->length % 2 == 0;
   if (fused)
@@ -42,9 +42,10 @@ int32_t apply_parametric(dsp_vec *v, int32_t flags, const Shape &shape) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::window
 
 using namespace dsp;
+using namespace dsp::window;
 
 int32_t dspi_window(dsp_vec *v, dsp_window_type type, int32_t flags) {
   return (flags & DSP_WND_ACTIVE) != 0 ? -1 : dspi_window2(v, type, flags, 0.0);

@@ -4,7 +4,7 @@
 #include "dsp/core/heap.h"
 #include "dsp/window/generator.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 struct slot {
@@ -73,4 +73,4 @@ std::int32_t free_window_cache() {
   return 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

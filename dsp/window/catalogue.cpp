@@ -1,6 +1,6 @@
 #include "dsp/window/catalogue.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 // Published coefficients, used to the digit. The raw ones of the flat-tops are as published; their amplitude sets have
@@ -84,4 +84,4 @@ cosine_sum catalogued_sum(dsp_window_type type, window_scale scale) {
   return {nullptr, 0};
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

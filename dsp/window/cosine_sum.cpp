@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "dsp/window/circle.h"
+#include "dsp/math/angle.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 // Adds c cos(2 pi k d / period). Every so many samples an exact point, turned on by a short exact table in the form
@@ -14,7 +14,7 @@ class harmonic {
   harmonic(double c, double k, double period, std::int32_t count) : c_(c), k_(k), period_(period) {
     while (stride_ * stride_ < count && stride_ < longest) stride_ *= 2;
     for (int r = 0; r < stride_ && r < count; ++r) {
-      const circle_point b = on_circle(k * r, period);
+      const root b = root_at(k * r, period);
       versine_[r] = b.cos > 0.5 ? b.sin * b.sin / (1.0 + b.cos) : 1.0 - b.cos;
       sine_[r] = b.sin;
     }
@@ -22,7 +22,7 @@ class harmonic {
 
   void add(double first, std::int32_t count, double *to) const {
     for (std::int32_t done = 0; done < count; done += stride_) {
-      const circle_point a = on_circle(k_ * (first + done), period_);
+      const root a = root_at(k_ * (first + done), period_);
       const double c = c_ * a.cos;
       const double s = c_ * a.sin;
       const int n = count - done < stride_ ? count - done : stride_;
@@ -70,4 +70,4 @@ double size_of_period(const cosine_sum &sum, window_scale scale, std::int64_t n)
   return scale == window_scale::amplitude ? mean_gain(sum, n) : std::sqrt(1.0 + aliased_power(sum, n));
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -5,7 +5,7 @@
 
 #include "dsp/window/flags.h"
 
-namespace dsp {
+namespace dsp::window {
 
 // c[0] + c[1] cos(x) + c[2] cos(2 x) + ... with `terms` coefficients.
 struct cosine_sum {
@@ -20,4 +20,4 @@ void evaluate(const cosine_sum &sum, double period, double first, std::int32_t c
 // samples do not tell cos(n x) from a constant. A sum in power scale has a root mean square of 1 in the long run.
 double size_of_period(const cosine_sum &sum, window_scale scale, std::int64_t n);
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -5,7 +5,7 @@
 
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::window {
 
 constexpr dsp_window_type window_tukey = 24;  // has no name
 
@@ -18,4 +18,4 @@ inline bool parametric_flags(std::int32_t flags) {
   return (flags & DSP_WND_SCALE_MASK) != DSP_WND_SCALE_MASK && (flags & DSP_WND_ACTIVE) == 0;
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -7,7 +7,7 @@
 #include "dsp/window/normalise.h"
 #include "dsp/window/shapes.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 void triangle(double *w, const window_layout &at, double peak) {
@@ -102,4 +102,4 @@ void generate_for_taps(double *w, std::int32_t n, dsp_window_type type) {
   fill_plain(w, tap_layout(n), type, window_scale::raw);
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -6,7 +6,7 @@
 #include "dsp/dsp.h"
 #include "dsp/window/flags.h"
 
-namespace dsp {
+namespace dsp::window {
 
 // Whether a type goes with flags and active length.
 bool available(dsp_window_type type, std::int32_t flags, double active);
@@ -20,4 +20,4 @@ double triangle_peak(window_scale scale, std::int32_t n);
 // The raw window of a type (no DSP_WND_ACTIVE) laid out for filter taps.
 void generate_for_taps(double *w, std::int32_t n, dsp_window_type type);
 
-}  // namespace dsp
+}  // namespace dsp::window

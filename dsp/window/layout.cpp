@@ -1,6 +1,6 @@
 #include "dsp/window/layout.h"
 
-namespace dsp {
+namespace dsp::window {
 
 void mirror(double *w, const window_layout &at) {
   const std::int32_t first = at.between ? 0 : 1;
@@ -9,4 +9,4 @@ void mirror(double *w, const window_layout &at) {
   for (std::int32_t j = 0; j < count; ++j) w[at.n / 2 - 1 - j] = right[j];
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -5,7 +5,7 @@
 
 #include "dsp/window/flags.h"
 
-namespace dsp {
+namespace dsp::window {
 
 struct window_layout {
   std::int32_t n;
@@ -37,4 +37,4 @@ void fill_symmetric(double *w, const window_layout &at, const Shape &shape) {
   mirror(w, at);
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

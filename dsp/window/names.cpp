@@ -1,7 +1,7 @@
 // Window types by name.
 #include "dsp/dsp.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 struct named_type {
@@ -43,9 +43,10 @@ const char *after(const char *text, const char *prefix) {
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::window
 
 using namespace dsp;
+using namespace dsp::window;
 
 int32_t dsp_window_from_str(const char *name, dsp_window_type *type) {
   if (name == nullptr || type == nullptr) return -1;

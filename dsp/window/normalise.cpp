@@ -1,6 +1,6 @@
 #include "dsp/window/normalise.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 double statistic(int32_t (*reduce)(const dsp_vec *, dsp_vec *), const double *w, std::int32_t n) {
@@ -24,4 +24,4 @@ void normalise(double *w, std::int32_t n, window_scale scale, double target) {
   for (std::int32_t i = 0; i < n; ++i) w[i] = w[i] * goal / size;
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

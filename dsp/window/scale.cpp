@@ -5,7 +5,7 @@
 #include "dsp/window/generator.h"
 #include "dsp/window/normalise.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 double sum_scale(dsp_window_type type, window_scale scale, int32_t n) {
@@ -40,9 +40,10 @@ int32_t noise_bandwidth(double *enbw, dsp_window_type type, int32_t flags, int32
 }
 
 }  // namespace
-}  // namespace dsp
+}  // namespace dsp::window
 
 using namespace dsp;
+using namespace dsp::window;
 
 int32_t dsp_window2_scale(double *scale, dsp_window_type type, int32_t kind, int32_t n, double param) {
   if (scale == nullptr) return -1;

@@ -2,13 +2,13 @@
 
 #include <cmath>
 
-#include "dsp/core/double_double.h"
 #include "dsp/dsp.h"
-#include "dsp/window/bessel_i0.h"
-#include "dsp/window/circle.h"
+#include "dsp/math/angle.h"
+#include "dsp/math/bessel_i0.h"
+#include "dsp/math/double_double.h"
 #include "dsp/window/normalise.h"
 
-namespace dsp {
+namespace dsp::window {
 namespace {
 
 // Evaluates value(d) at each distance, and normalises. A single sample is 1, or `peak` when raw.
@@ -114,4 +114,4 @@ void tukey(double *w, const window_layout &at, window_scale scale, double alpha)
   });
 }
 
-}  // namespace dsp
+}  // namespace dsp::window

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "dsp/core/isa.h"
+#include "dsp/simd/isa.h"
 
 namespace support {
 

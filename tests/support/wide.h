@@ -6,7 +6,7 @@
 #include <ostream>
 #include <type_traits>
 
-#include "dsp/core/double_double.h"
+#include "dsp/math/double_double.h"
 
 namespace support {
 

@@ -1,0 +1,21 @@
+// The functions of real samples that have loops of their own, compiled once per instruction set; below 1 unit in the
+// last place on each, the last bit may differ between them.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/simd/isa.h"
+
+namespace dsp::elementwise {
+
+struct function_kernel_set {
+  // e^(by x), 1e100 above the limit
+  void (*exponential)(double *x, std::int64_t n, double by, double limit);
+  // natural logarithm, and `factor` times the common one; x below the smallest normal double counts as that
+  void (*logarithm)(double *x, std::int64_t n);
+  void (*decibels)(double *x, std::int64_t n, double factor);
+};
+
+DSP_DECLARE_KERNELS(function)
+
+}  // namespace dsp::elementwise

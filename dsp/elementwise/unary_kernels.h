@@ -1,0 +1,42 @@
+// The element-wise loops that are arithmetic alone, compiled once per instruction set; the same bits on every
+// processor.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/operands.h"
+#include "dsp/dsp.h"
+#include "dsp/simd/isa.h"
+
+namespace dsp::elementwise {
+
+// n samples from `in`, which may be `out`; c is the constant of those that have one.
+using unary_loop = void (*)(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c);
+
+struct unary_kernel_set {
+  // the representation stays
+  unary_loop scale, offset, reciprocal, square;
+  // it becomes complex
+  unary_loop complex_scale, times_i;
+  // it becomes real
+  unary_loop magnitude, magnitude_squared;
+  // of complex samples alone; widen of real ones
+  unary_loop conjugate, real_part, imaginary_part, widen;
+
+  // real samples alone
+  void (*root)(double *out, const double *in, std::int64_t n);
+  // whether any was out of [lo, hi]
+  bool (*clamp)(double *x, std::int64_t n, double lo, double hi);
+  // x[i] - x[i - width], times 1e100 for dx 0, else over dx; n doubles
+  void (*difference)(double *x, std::int64_t n, std::int64_t width, double dx);
+  // x[i - 1] = i x[i]; n samples
+  void (*derivative)(double *x, std::int32_t n, bool is_complex);
+  // n samples in reverse order
+  void (*reverse)(double *x, std::int32_t n, bool is_complex);
+  // n doubles of x and of y change places
+  void (*exchange)(double *x, double *y, std::int64_t n);
+};
+
+DSP_DECLARE_KERNELS(unary)
+
+}  // namespace dsp::elementwise

@@ -1,0 +1,44 @@
+// The transform's kernels, one set for each instruction set, and the plan they follow. docs/fft.md explains both.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "dsp/simd/isa.h"
+
+namespace dsp::fft {
+
+// How a transform of 2^bits samples runs: passes of radix 4 and 8 from the whole record down to blocks of 2^tile_bits
+// samples, then one pass over tiles of 2^tile_bits times 2^tile_bits samples that does the rest and reverses the bits.
+// In between, `lanes` real and `lanes` imaginary parts lie in turn.
+struct fft_plan {
+  std::int8_t bits;
+  std::int8_t lanes;
+  std::int8_t tile_bits;
+  std::int8_t passes;
+  std::int8_t radix_bits[16];
+};
+
+// What a kernel reads beside the samples.
+struct fft_tables {
+  const double *roots;
+  const std::uint32_t *pairs;  // of tiles
+  const std::uint32_t *fixed;
+};
+
+struct fft_kernel_set {
+  int lanes;        // of the widest kernel
+  int root_values;  // doubles a root takes: cos, sin, or cos, -(cos + sin), sin - cos for three-multiplication products
+  void (*transform)(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse);
+  void (*small)(int bits, double *x, double scale, bool inverse);  // 2, 4 and 8 samples
+  // Between the transform of half the size on pairs of real samples and the half spectrum; m complex samples, m + 1
+  // after `split`. The octant is that of 2m.
+  void (*split)(double *x, std::ptrdiff_t m, const double *octant);
+  void (*join)(double *x, std::ptrdiff_t m, const double *octant);
+  // All of a real transform of 4, 8 or 16 samples.
+  void (*small_real)(int bits, double *x, double scale, bool inverse, const double *octant);
+};
+
+DSP_DECLARE_KERNELS(fft)
+
+}  // namespace dsp::fft

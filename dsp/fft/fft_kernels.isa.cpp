@@ -1,0 +1,411 @@
+// The transform on one instruction set. docs/fft.md draws the blocks.
+#include "dsp/fft/fft_kernels.h"
+
+#include "dsp/fft/bitrev_tables.h"
+#include "dsp/fft/butterfly.h"
+
+namespace dsp::fft {
+namespace DSP_ISA {
+namespace {
+
+#if defined(__AVX512F__)
+constexpr int widest = 8;
+#elif defined(__AVX__)
+constexpr int widest = 4;
+#elif defined(__SSE2__) || defined(__aarch64__)
+constexpr int widest = 2;
+#else
+constexpr int widest = 1;
+#endif
+
+// With fused products four multiplications cost no more than three and round less.
+#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
+constexpr int root_values = 2;
+#else
+constexpr int root_values = 3;
+#endif
+
+// Blocks of so many samples go through all their passes before the next is touched.
+constexpr std::ptrdiff_t cached_samples = 1024;
+
+constexpr int reversed_bits(int value, int size) {
+  int r = 0;
+  for (; size > 1; size /= 2, value /= 2) r = 2 * r + value % 2;
+  return r;
+}
+
+template <int W>
+DSP_INLINE points<W> exchanged(const points<W> &a) {
+  return {a.im, a.re};
+}
+
+// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
+template <int W, bool Exchange>
+DSP_INLINE points<W> exchanged_if(const points<W> &a) {
+  if constexpr (Exchange)
+    return exchanged<W>(a);
+  else
+    return a;
+}
+
+// a times cos - i sin.
+template <int W>
+DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
+  const lanes<W> cos = load<lanes<W>>(root);
+  if constexpr (root_values == 2) {
+    const lanes<W> sin = load<lanes<W>>(root + W);
+    return {a.re * cos + a.im * sin, a.im * cos - a.re * sin};
+  } else {
+    const lanes<W> common = (a.re + a.im) * cos;
+    return {common + a.im * load<lanes<W>>(root + 2 * W), common + a.re * load<lanes<W>>(root + W)};
+  }
+}
+
+// Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
+struct as_pairs {
+  template <int W>
+  static DSP_INLINE points<W> load(const double *p) {
+    return load_pairs_in_order<W>(p);
+  }
+};
+struct as_exchanged_pairs {
+  template <int W>
+  static DSP_INLINE points<W> load(const double *p) {
+    return exchanged<W>(load_pairs_in_order<W>(p));
+  }
+};
+struct as_split {
+  template <int W>
+  static DSP_INLINE points<W> load(const double *p) {
+    return load_split<W>(p);
+  }
+};
+
+// One pass of radix R over neighbouring blocks of n samples.
+template <int W, int R, class Source>
+void pass(double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *roots) {
+  const std::ptrdiff_t leg = 2 * (n / R);
+  for (std::ptrdiff_t block = 0; block < blocks; ++block, x += 2 * n) {
+    const double *root = roots;
+    for (double *at = x; at < x + leg; at += 2 * W) {
+      points<W> v[R];
+      for (int i = 0; i < R; ++i) v[i] = Source::template load<W>(at + i * leg);
+      butterfly<W>(v);
+      store_split<W>(at, v[0]);
+      for (int i = 1; i < R; ++i, root += root_values * W)
+        store_split<W>(at + reversed_bits(i, R) * leg, times_root<W>(v[i], root));
+    }
+  }
+}
+
+template <int W, class Source>
+void pass(int radix_bits, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *roots) {
+  if (radix_bits == 3)
+    pass<W, 8, Source>(x, n, blocks, roots);
+  else
+    pass<W, 4, Source>(x, n, blocks, roots);
+}
+
+// The passes from number `first` on, over neighbouring blocks of n samples.
+template <int W>
+void all_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks,
+                const double *roots) {
+  for (int i = first; i < plan.passes; ++i) {
+    pass<W, as_split>(plan.radix_bits[i], x, n, blocks, roots);
+    roots += root_values * (n - (n >> plan.radix_bits[i]));
+    n >>= plan.radix_bits[i];
+    blocks <<= plan.radix_bits[i];
+  }
+}
+
+// Depth first: a large block runs one pass, then its parts one after the other.
+template <int W>
+void later_passes(const fft_plan &plan, int first, double *x, std::ptrdiff_t n, std::ptrdiff_t blocks,
+                  const double *roots) {
+  if (first == plan.passes) return;
+  if (n <= cached_samples) {
+    const std::ptrdiff_t together = cached_samples / n < blocks ? cached_samples / n : blocks;
+    for (std::ptrdiff_t b = 0; b < blocks; b += together) all_passes<W>(plan, first, x + 2 * b * n, n, together, roots);
+    return;
+  }
+  const int radix_bits = plan.radix_bits[first];
+  const double *next = roots + root_values * (n - (n >> radix_bits));
+  for (std::ptrdiff_t b = 0; b < blocks; ++b, x += 2 * n) {
+    pass<W, as_split>(radix_bits, x, n, 1, roots);
+    later_passes<W>(plan, first + 1, x, n >> radix_bits, std::ptrdiff_t{1} << radix_bits, next);
+  }
+}
+
+// a times the k-th eighth root of unity, for odd k still to be scaled by half_sqrt2.
+template <int W>
+DSP_INLINE points<W> turned_by_eighths(const points<W> &a, int k) {
+  switch (k) {
+    case 0:
+      return a;
+    case 1:
+      return {a.re + a.im, a.im - a.re};
+    case 2:
+      return times_minus_i<W>(a);
+    default:
+      return {a.im - a.re, -a.re - a.im};
+  }
+}
+
+// T rows of T samples, row i at the i-th multiple of the stride. The passes left the last transforms, of T samples, in
+// its rows; they run here across rows, after a transposition of units of two neighbouring samples that is also the
+// reversal of the outer bits. The last level of all adds and subtracts the two samples of a unit, apart by then, as
+// pairs of real and imaginary part.
+template <int W, int T>
+struct tile {
+  static constexpr int side = W / 2;  // units in a register
+  points<W> unit[T / 2][T / side];    // of `side` neighbouring rows
+
+  DSP_INLINE void load(const double *x, std::ptrdiff_t stride) {
+    for (int group = 0; group < T / W; ++group) {
+      points<W> row[T];
+      for (int i = 0; i < T; ++i) row[i] = load_split<W>(x + reversed_bits(i, T) * stride + 2 * W * group);
+      take_rows(row, group);
+    }
+  }
+
+  // For a record that is no more than this tile: the one pass before, whose results stay in registers.
+  template <class Source>
+  DSP_INLINE void compute(const double *x, const double *roots) {
+    for (int group = 0; group < T / W; ++group) {
+      points<W> row[T];
+      for (int i = 0; i < T; ++i) row[i] = Source::template load<W>(x + 2 * (i * T + group * W));
+      butterfly<W>(row);
+      for (int i = 1; i < T; ++i, roots += root_values * W) row[i] = times_root<W>(row[i], roots);
+      take_rows(row, group);
+    }
+  }
+
+  // W samples of all T rows.
+  DSP_INLINE void take_rows(const points<W> (&row)[T], int group) {
+    for (int r = 0; r < T; r += side) {
+      lanes<W> re[side];
+      lanes<W> im[side];
+      for (int l = 0; l < side; ++l) re[l] = row[r + l].re, im[l] = row[r + l].im;
+      transpose_units<W>(re);
+      transpose_units<W>(im);
+      for (int l = 0; l < side; ++l) unit[group * side + l][r / side] = {re[l], im[l]};
+    }
+  }
+
+  template <bool Exchange>
+  DSP_INLINE void finish(double scale, double *x, std::ptrdiff_t stride) const {
+    for (int rows = 0; rows < T / side; ++rows, x += W) {
+      points<W> v[T / 2];
+      for (int i = 0; i < T / 2; ++i) v[i] = unit[i][rows];
+      butterfly<W>(v);
+      for (int i = 0; i < T / 2; ++i) {
+        const int eighths = 8 / T * i;
+        const points<W> even = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+        // GCOVR_EXCL_BR_START: tiles of 4 turn by quarters only
+        const points<W> odd = exchanged_if<W, Exchange>(turned_by_eighths<W>(v[i], eighths));
+        const lanes<W> first = first_lanes<W>(even.re, even.im);
+        const lanes<W> second = second_lanes<W>(odd.re, odd.im);
+        const double weight = eighths % 2 != 0 ? half_sqrt2 * scale : scale;
+        // GCOVR_EXCL_BR_STOP
+        store(x + i * stride, first + second * weight);
+        store(x + (i + T / 2) * stride, first - second * weight);
+      }
+    }
+  }
+};
+
+template <int W, int T, bool Exchange>
+void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double scale) {
+  const std::ptrdiff_t stride = 2 * (n / T);
+  const auto at = [x](std::uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * 2 * T; };
+  for (const std::uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
+    tile<W, T> t;
+    t.load(at(*i), stride);
+    t.template finish<Exchange>(scale, at(*i), stride);
+  }
+  for (const std::uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
+    tile<W, T> from_a;
+    tile<W, T> from_b;
+    from_a.load(at(pair[0]), stride);
+    from_b.load(at(pair[1]), stride);
+    from_a.template finish<Exchange>(scale, at(pair[1]), stride);
+    from_b.template finish<Exchange>(scale, at(pair[0]), stride);
+  }
+}
+
+template <int W, int T, bool Exchange, class Source>
+void only_tile(const double *roots, double *x, double scale) {
+  tile<W, T> t;
+  t.template compute<Source>(x, roots);
+  t.template finish<Exchange>(scale, x, 2 * T);
+}
+
+template <int W, int T>
+void transform(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
+  const std::ptrdiff_t n = std::ptrdiff_t{1} << plan.bits;
+  if (n == T * T)
+    return inverse ? only_tile<W, T, true, as_exchanged_pairs>(tables.roots, x, scale)
+                   : only_tile<W, T, false, as_pairs>(tables.roots, x, scale);
+  const int radix_bits = plan.radix_bits[0];
+  const double *next = tables.roots + root_values * (n - (n >> radix_bits));
+  if (inverse)
+    pass<W, as_exchanged_pairs>(radix_bits, x, n, 1, tables.roots);
+  else
+    pass<W, as_pairs>(radix_bits, x, n, 1, tables.roots);
+  later_passes<W>(plan, 1, x, n >> radix_bits, std::ptrdiff_t{1} << radix_bits, next);
+  if (inverse)
+    last_pass<W, T, true>(tables, x, n, scale);
+  else
+    last_pass<W, T, false>(tables, x, n, scale);
+}
+
+void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
+#if defined(__AVX512F__)
+  if (plan.lanes == 8) return transform<8, 8>(plan, tables, x, scale, inverse);
+#endif
+  transform<(widest < 4 ? 2 : 4), 4>(plan, tables, x, scale, inverse);
+}
+
+template <int N, bool Exchange>
+DSP_INLINE void small(double *x, double scale) {
+  points<1> v[N];
+  for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>({x[2 * i] * scale, x[2 * i + 1] * scale});
+  butterfly<1>(v);
+  for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<1, Exchange>(v[i]));
+}
+
+template <int N>
+void small(double *x, double scale, bool inverse) {
+  if (inverse)
+    small<N, true>(x, scale);
+  else
+    small<N, false>(x, scale);
+}
+
+void small_any(int bits, double *x, double scale, bool inverse) {
+  if (bits == 1)
+    small<2>(x, scale, inverse);
+  else if (bits == 2)
+    small<4>(x, scale, inverse);
+  else
+    small<8>(x, scale, inverse);
+}
+
+// With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
+// the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
+// out conjugated once more. The products join the sums one by one: a fused unit then rounds once less.
+struct split_kernel {
+  template <int W>
+  static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+    const points<W> even = {a.re + b.re, a.im - b.im};
+    const points<W> odd = {a.im + b.im, b.re - a.re};
+    a = {even.re + odd.im * sin + odd.re * cos, even.im - odd.re * sin + odd.im * cos};
+    b = {even.re - odd.im * sin - odd.re * cos, odd.im * cos - (even.im + odd.re * sin)};
+  }
+
+  // Bin m starts from sample 0 as well; it and bin 0 are real.
+  template <int W>
+  static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(b.re, first_lane<W>(a.re));
+    set_first_lane<W>(b.im, first_lane<W>(a.im));
+  }
+  template <int W>
+  static DSP_INLINE void after_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(a.im, 0.0);
+    set_first_lane<W>(b.im, 0.0);
+  }
+};
+
+struct join_kernel {
+  template <int W>
+  static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
+    const points<W> even = {a.re + b.re, a.im - b.im};
+    const points<W> odd = {a.re - b.re, a.im + b.im};
+    a = {even.re - odd.re * sin - odd.im * cos, even.im - odd.im * sin + odd.re * cos};
+    b = {even.re + odd.re * sin + odd.im * cos, odd.re * cos - (even.im + odd.im * sin)};
+  }
+
+  // Imaginary parts of the outer bins belong to no real signal.
+  template <int W>
+  static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
+    set_first_lane<W>(a.im, 0.0);
+    set_first_lane<W>(b.im, 0.0);
+  }
+  template <int W>
+  static DSP_INLINE void after_first(points<W> &, points<W> &) {}
+};
+
+// Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin. For k = 0
+// these are (0, m) and m/2 twice, which comes out right as well.
+template <int W, class Kernel, bool First>
+DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *octant) {
+  double *const low = x + 2 * k;
+  double *const high = x + 2 * (m - k - W + 1);
+  double *const middle_low = x + 2 * (m / 2 - k - W + 1);
+  double *const middle_high = x + 2 * (m / 2 + k);
+  const lanes<W> cos = in_lane_order<W>(load<lanes<W>>(octant + k));
+  const lanes<W> sin = in_lane_order<W>(load<lanes<W>>(octant + m / 4 + 1 + k));
+  points<W> a = load_pairs<W>(low);
+  points<W> b = load_pairs_reversed<W>(high);
+  points<W> c = load_pairs_reversed<W>(middle_low);
+  points<W> d = load_pairs<W>(middle_high);
+  if constexpr (First) Kernel::template before_first<W>(a, b);
+  Kernel::template apply<W>(a, b, cos, sin);
+  Kernel::template apply<W>(c, d, sin, cos);
+  if constexpr (First) Kernel::template after_first<W>(a, b);
+  store_pairs<W>(low, a);
+  store_pairs_reversed<W>(high, b);
+  store_pairs_reversed<W>(middle_low, c);
+  store_pairs<W>(middle_high, d);
+}
+
+template <int W, class Kernel>
+DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
+  // No wider than the transform, whose last stores a wider load would have to wait for.
+  if constexpr (W > 4)
+    if (m < W * W) return all_pairs<W / 2, Kernel>(x, m, octant);
+  mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
+  // GCOVR_EXCL_BR_START: each caller's size goes one way
+  for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
+  if (m < 4) return;
+  // GCOVR_EXCL_BR_STOP
+  points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
+  points<1> b = load_split<1>(x + m / 2 * 3);
+  Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
+  store_split<1>(x + m / 2, a);
+  store_split<1>(x + m / 2 * 3, b);
+}
+
+// From 16 samples on.
+void split(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, split_kernel>(x, m, octant); }
+
+void join(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, join_kernel>(x, m, octant); }
+
+// Both steps without a loop.
+template <int M>
+void small_real(double *x, double scale, bool inverse, const double *octant) {
+  if (inverse) {
+    all_pairs<1, join_kernel>(x, M, octant);
+    small<M, true>(x, scale);
+  } else {
+    small<M, false>(x, scale);
+    all_pairs<1, split_kernel>(x, M, octant);
+  }
+}
+
+void small_real_any(int bits, double *x, double scale, bool inverse, const double *octant) {
+  if (bits == 2)
+    small_real<2>(x, scale, inverse, octant);
+  else if (bits == 3)
+    small_real<4>(x, scale, inverse, octant);
+  else
+    small_real<8>(x, scale, inverse, octant);
+}
+
+}  // namespace
+
+extern const fft_kernel_set fft_set = {widest > 2 ? widest : 2, root_values, transform_any, small_any, split, join,
+                                       small_real_any};
+
+}  // namespace DSP_ISA
+}  // namespace dsp::fft

@@ -1,0 +1,33 @@
+// A sampled oscillator: cosine and sine of phase + w k for consecutive k. Each block of 256 starts from the C library's
+// values; within it eight neighbours turn together by 8 w.
+//
+// Turning by c cos(d) - s sin(d) loses digits where cos(d) is near 1, since what little it differs from 1 is rounded
+// away; c - (alpha c + beta s) with alpha = 2 sin^2(d/2) and beta = sin(d) does not. Towards half a turn alpha nears 2
+// and the plain form is the better one.
+#pragma once
+
+#include <cstdint>
+
+namespace dsp {
+
+class oscillator {
+ public:
+  static constexpr std::int32_t block = 256;
+
+  oscillator(double phase, double w);
+
+  // c[i], s[i] for k = first + i, i < count <= block; room for a whole block is written to.
+  void operator()(std::int32_t first, std::int32_t count, double *c, double *s) const;
+
+ private:
+  static constexpr int lanes = 8;
+
+  void turn(double *c, double *s) const;
+
+  double phase_, w_;
+  double lane_c_[lanes], lane_s_[lanes];
+  double cos_, sin_;  // of eight steps; when slow, alpha in place of the cosine
+  bool slow_;
+};
+
+}  // namespace dsp

@@ -1,0 +1,19 @@
+// Loops compiled once per instruction set; the same bits on every processor. Elements are pairs of doubles.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/simd/isa.h"
+
+namespace dsp::rf {
+
+// For matrices too large for the compiler to unroll, row after row.
+struct matrix_kernel_set {
+  // As field::eliminate and field::multiply.
+  void (*eliminate)(double *a, std::int64_t n, std::int64_t k);
+  void (*multiply)(const double *a, const double *b, double *out, std::int64_t m, std::int64_t k, std::int64_t p);
+};
+
+DSP_DECLARE_KERNELS(matrix)
+
+}  // namespace dsp::rf

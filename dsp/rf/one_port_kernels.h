@@ -1,0 +1,18 @@
+// The calibration of several points at once, once per instruction set; the same bits on every processor.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/simd/isa.h"
+
+namespace dsp::rf {
+
+struct one_port_kernel_set {
+  // Solves points of the calibration from the front and returns how many: up to one that needs care, or too few at the
+  // end. g and a hold the three standards' measured and actual coefficients; g becomes the error terms.
+  std::int64_t (*solve_points)(double *const *g, const double *const *a, std::int64_t count);
+};
+
+DSP_DECLARE_KERNELS(one_port)
+
+}  // namespace dsp::rf

@@ -1,0 +1,60 @@
+#include "dsp/stats/sum_kernels.h"
+
+#include "dsp/stats/blocked_sum.h"
+#include "dsp/stats/saturated_powers.h"
+
+namespace dsp::stats {
+namespace DSP_ISA {
+namespace {
+
+struct identity {
+  static constexpr int sums = 1;
+  void operator()(const widest &x, int, widest *term) const { term[0] = x; }
+};
+
+struct plain_square {
+  static constexpr int sums = 1;
+  void operator()(const widest &x, int, widest *term) const { term[0] = x * x; }
+};
+
+// The two parts of a complex sample share its 1e100.
+struct saturated_square {
+  static constexpr int sums = 1;
+  int parts;
+  void operator()(const widest &x, int, widest *term) const {
+    const auto here = beyond(x);
+    const auto there = parts == 2 ? beyond(swap_pairs(x)) : here;
+    term[0] = (here | there) ? alternating(overflow_bound, parts == 2 ? 0.0 : overflow_bound) : x * x;
+  }
+};
+
+template <class Powers>
+struct difference_and_square {
+  static constexpr int sums = 2;
+  widest reference;
+  void operator()(const widest &x, int, widest *term) const {
+    const powers p = Powers()(x - reference);
+    term[0] = p.d;
+    term[1] = p.square;
+  }
+};
+
+void values(const double *x, std::int64_t n, int parts, double *total) { blocked_sum(x, n, parts, identity(), total); }
+
+void squares(const double *x, std::int64_t n, int parts, double *total) {
+  blocked_sum<0>(x, n, parts, plain_square(), saturated_square{parts}, squares_within_bound, total);
+}
+
+void spread(const double *x, std::int64_t n, int parts, const double *reference, double *total) {
+  const widest about = alternating(reference[0], reference[parts - 1]);
+  const difference_and_square<plain_powers> fast = {about};
+  const difference_and_square<saturated_powers> exact = {about};
+  blocked_sum<1>(x, n, parts, fast, exact, squares_within_bound, total);
+}
+
+}  // namespace
+
+extern const sum_kernel_set sum_set = {values, squares, spread};
+
+}  // namespace DSP_ISA
+}  // namespace dsp::stats

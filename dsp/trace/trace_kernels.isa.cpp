@@ -1,0 +1,93 @@
+#include "dsp/trace/trace_kernels.h"
+
+#include "dsp/simd/vector.h"
+
+namespace dsp::trace {
+namespace DSP_ISA {
+namespace {
+
+// Elements before the next border of a cache line: wide stores across it cost double.
+template <class T>
+std::int64_t to_border(const T *x, std::int64_t n) {
+  const auto count = static_cast<std::int64_t>((64 - reinterpret_cast<std::uintptr_t>(x) % 64) % 64 / sizeof(T));
+  return count < n ? count : n;
+}
+
+template <class T>
+void scale(T factor, T *x, std::int64_t n) {
+  std::int64_t i = 0;
+  for (const std::int64_t head = to_border(x, n); i < head; ++i) x[i] *= factor;
+  for (; i < n; ++i) x[i] *= factor;
+}
+
+// By lanes, since the compiler would take in place for a dependence between the samples.
+void map(const double *in, std::int64_t n, double lo, double k, double *out, double out_lo) {
+  std::int64_t i = 0;
+  for (; i + lane_count <= n; i += lane_count) store(out + i, out_lo + k * (load<widest>(in + i) - lo));
+  for (; i < n; ++i) out[i] = out_lo + k * (in[i] - lo);
+}
+
+void map_to_int(const double *in, std::int64_t n, double lo, double k, std::int32_t *out, double out_lo) {
+  for (std::int64_t i = 0; i < n; ++i) {
+    double v = out_lo + k * (in[i] - lo);
+    v = v == v ? v : 0.0;
+    v = v > -2147483648.0 ? v : -2147483648.0;
+    v = v < 2147483647.0 ? v : 2147483647.0;
+    out[i] = static_cast<std::int32_t>(v);
+  }
+}
+
+// `better` compares lanes or numbers. NaN is never better.
+template <class Better>
+double best(const double *x, std::int64_t n, double than, Better better) {
+  constexpr int side = 4;
+  widest found[side];
+  for (widest &f : found) f = than - widest{};
+  std::int64_t i = 0;
+  for (; i + side * lane_count <= n; i += side * lane_count) {
+    for (int k = 0; k < side; ++k) {
+      const widest v = load<widest>(x + i + k * lane_count);
+      found[k] = better(v, found[k]) ? v : found[k];
+    }
+  }
+  double value = than;
+  for (const widest &f : found)
+    for (int l = 0; l < lane_count; ++l) value = better(f[l], value) ? f[l] : value;
+  for (; i < n; ++i) value = better(x[i], value) ? x[i] : value;
+  return value;
+}
+
+double largest(const double *x, std::int64_t n, double than) {
+  return best(x, n, than, [](auto a, auto b) { return a > b; });
+}
+
+double smallest(const double *x, std::int64_t n, double than) {
+  return best(x, n, than, [](auto a, auto b) { return a < b; });
+}
+
+void line(double *x, std::int32_t n, double first, double step) {
+  std::int32_t i = 0;
+  for (const std::int64_t head = to_border(x, n); i < head; ++i) x[i] = first + step * i;
+  for (; i < n; ++i) x[i] = first + step * i;
+}
+
+double power(const dsp_complex &z) { return z.re * z.re + z.im * z.im; }
+
+void magnitude(const dsp_complex *z, double *out, std::int64_t n) {
+  for (std::int64_t i = 0; i < n; ++i) out[i] = __builtin_sqrt(power(z[i]));
+}
+
+void standing_wave_ratio(const dsp_complex *z, double *out, std::int64_t n) {
+  for (std::int64_t i = 0; i < n; ++i) {
+    const double r = __builtin_sqrt(power(z[i]));
+    out[i] = r > 0.999998 ? 1000000.0 : (1.0 + r) / (1.0 - r);
+  }
+}
+
+}  // namespace
+
+extern const trace_kernel_set trace_set = {scale<double>, scale<float>, map,       map_to_int,         largest,
+                                           smallest,      line,         magnitude, standing_wave_ratio};
+
+}  // namespace DSP_ISA
+}  // namespace dsp::trace
