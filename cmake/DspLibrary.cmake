@@ -1,10 +1,24 @@
 # The library. Every dsp/<family>/*.cpp belongs to it; a file named *.isa.cpp holds kernels and is compiled once per
 # instruction set, into a namespace named by DSP_ISA (see dsp/simd/isa.h).
 
+include(GNUInstallDirs)
 file(GLOB dsp_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/dsp/*/*.cpp)
 set(dsp_kernels ${dsp_sources})
 list(FILTER dsp_kernels INCLUDE REGEX "\\.isa\\.cpp$")
 list(FILTER dsp_sources EXCLUDE REGEX "\\.isa\\.cpp$")
+
+# What distributions harden their libraries with; it costs no time that can be measured. The sanitizers check more, and
+# MinGW would need a library for it.
+if(DSP_HARDEN AND UNIX AND NOT APPLE AND NOT DSP_SANITIZE)
+  set(dsp_hardened_compile -fstack-protector-strong $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+                           $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  set(dsp_hardened_link -Wl,-z,relro -Wl,-z,now)
+endif()
+
+function(dsp_headers target)
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                                 $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+endfunction()
 
 function(dsp_object_library name)
   add_library(${name} OBJECT ${ARGN})
@@ -13,7 +27,7 @@ function(dsp_object_library name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE DSP_BUILDING $<$<IN_LIST:avx2,${dsp_isas}>:DSP_ISA_X86>)
   # Results must not depend on the processor, so no contraction by the compiler.
-  target_compile_options(${name} PRIVATE -ffp-contract=off -fno-math-errno -fno-trapping-math)
+  target_compile_options(${name} PRIVATE -ffp-contract=off -fno-math-errno -fno-trapping-math ${dsp_hardened_compile})
   target_link_libraries(${name} PRIVATE dsp_options)
 endfunction()
 
@@ -30,9 +44,15 @@ if(DSP_ISA_DISPATCH AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CM
   list(APPEND dsp_isas avx2 avx512)
 endif()
 # Loops that cost time are kernels; the rest is to be small, vectorised where that is cheap, and so is the baseline
-# where the processor will hardly ever have no better set.
-set(dsp_for_speed $<$<CONFIG:Release>:-O3>)
-set(dsp_for_size "$<$<CONFIG:Release>:-O2;-ftree-vectorize>" $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>)
+# where the processor will hardly ever have no better set. Every build type but Debug is optimised so, also the empty one
+# of a project that adds this tree; sanitizers keep the level of their build type.
+if(DSP_SANITIZE)
+  set(dsp_optimised $<CONFIG:Release>)
+else()
+  set(dsp_optimised $<NOT:$<CONFIG:Debug>>)
+endif()
+set(dsp_for_speed $<${dsp_optimised}:-O3>)
+set(dsp_for_size "$<${dsp_optimised}:-O2;-ftree-vectorize>" $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>)
 set(dsp_isa_flags_baseline ${dsp_for_speed})
 if("avx2" IN_LIST dsp_isas)
   set(dsp_isa_flags_baseline ${dsp_for_size})
@@ -51,25 +71,34 @@ foreach(isa IN LISTS dsp_isas)
     list(APPEND dsp_objects $<TARGET_OBJECTS:dsp_kernels_${isa}>)
   endif()
 endforeach()
-add_library(dsp SHARED ${dsp_objects})
-add_library(dsp::dsp ALIAS dsp)
-set_target_properties(dsp PROPERTIES VERSION ${DSP_RELEASE} SOVERSION ${DSP_ABI} LINKER_LANGUAGE CXX)
-target_include_directories(dsp INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include>)
-target_link_libraries(dsp PRIVATE $<BUILD_INTERFACE:dsp_options>)
-if(UNIX AND NOT APPLE)
-  # The version script also hides std:: template instances, which visibility flags do not; -Bsymbolic binds
-  # calls inside the library to its own routines even when a program defines an `invert` of its own.
-  target_link_options(dsp PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,-Bsymbolic
-                      -Wl,-z,defs)
-  if(DSP_SANITIZE)
-    set_target_properties(dsp PROPERTIES LINK_OPTIONS
-      "-Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map;-Wl,-Bsymbolic")
-  endif()
-  set_target_properties(dsp PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-endif()
 
-# The same objects as an archive: tests reach internals through it, and put a failing heap in place of heap.cpp.
-add_library(dsp_static STATIC EXCLUDE_FROM_ALL ${dsp_objects})
-set_target_properties(dsp_static PROPERTIES LINKER_LANGUAGE CXX)
-target_include_directories(dsp_static INTERFACE ${PROJECT_SOURCE_DIR})
+# The archive. Tests reach internals through it, and put a failing heap in place of heap.cpp. A C project that links it
+# needs the C++ runtime and the mathematics too.
+add_library(dsp_static STATIC ${dsp_objects})
+add_library(dsp::dsp_static ALIAS dsp_static)
+set_target_properties(dsp_static PROPERTIES OUTPUT_NAME dsp LINKER_LANGUAGE CXX)
+dsp_headers(dsp_static)
 target_compile_definitions(dsp_static INTERFACE DSP_STATIC)
+set(dsp_runtime ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+list(FILTER dsp_runtime INCLUDE REGEX "^(std)?c\\+\\+(abi)?$|^m$")
+list(REMOVE_DUPLICATES dsp_runtime)
+target_link_libraries(dsp_static INTERFACE ${dsp_runtime})
+
+if(DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS)
+  add_library(dsp INTERFACE)
+  target_link_libraries(dsp INTERFACE dsp_static)
+else()
+  add_library(dsp SHARED ${dsp_objects})
+  set_target_properties(dsp PROPERTIES VERSION ${DSP_RELEASE} SOVERSION ${DSP_ABI} LINKER_LANGUAGE CXX)
+  dsp_headers(dsp)
+  target_link_libraries(dsp PRIVATE $<BUILD_INTERFACE:dsp_options>)
+  if(UNIX AND NOT APPLE)
+    # The version script also hides std:: template instances, which visibility flags do not; -Bsymbolic binds
+    # calls inside the library to its own routines even when a program defines an `invert` of its own.
+    set(dsp_exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(dsp PRIVATE -Wl,--version-script=${dsp_exports} -Wl,-Bsymbolic ${dsp_hardened_link}
+                        $<$<NOT:$<BOOL:${DSP_SANITIZE}>>:-Wl,-z,defs>)
+    set_target_properties(dsp PROPERTIES LINK_DEPENDS ${dsp_exports})
+  endif()
+endif()
+add_library(dsp::dsp ALIAS dsp)

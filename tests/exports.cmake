@@ -1,4 +1,5 @@
-# The library exports what dsp.h declares with DSP_API: nothing more, nothing less, and nothing weak.
+# The library exports what dsp.h declares with DSP_API: nothing more, nothing less, and nothing weak; in ELF under the
+# version DSP_<ABI>.
 
 cmake_minimum_required(VERSION 3.18)
 
@@ -25,10 +26,11 @@ else()
   execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE listing
                   COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "[^\n]+" lines "${listing}")
+  list(FILTER lines EXCLUDE REGEX "^DSP_${ABI}[@ ].*A ")
   foreach(line IN LISTS lines)
-    string(REGEX MATCH "^([^ @]+)[^ ]* (.)" unused "${line}")
+    string(REGEX MATCH "^([^ @]+)@@DSP_${ABI} (.)" unused "${line}")
     if(NOT CMAKE_MATCH_2 STREQUAL "T")
-      message(FATAL_ERROR "${CMAKE_MATCH_1} is exported as '${CMAKE_MATCH_2}'")
+      message(FATAL_ERROR "not exported as a routine of DSP_${ABI}: ${line}")
     endif()
     list(APPEND exported ${CMAKE_MATCH_1})
   endforeach()

@@ -9,9 +9,12 @@ rm -rf "$3"
 mkdir -p "$3"
 cd "$3"
 
-check() { # check WAY: the two programs, built in ./WAY
-  for program in tone matrix; do
-    [ "$("$1/$program")" = "205 1.000000" ] || { echo "$1/$program does not work" >&2 && exit 1; }
+check() { # check WAY [PROGRAM...]: the programs, or those named, built in ./WAY
+  local way=$1 program programs=(tone matrix)
+  shift
+  [ $# -eq 0 ] || programs=("$@")
+  for program in "${programs[@]}"; do
+    [ "$("$way/$program")" = "205 1.000000" ] || { echo "$1/$program does not work" >&2 && exit 1; }
   done
 }
 compile() { # compile WAY FLAGS...: both programs
@@ -23,21 +26,53 @@ compile() { # compile WAY FLAGS...: both programs
   check "$way"
 }
 
+# with_package WAY PREFIX OPTIONS... : by find_package.
+with_package() {
+  cmake -S "$here" -B "$1" -DCMAKE_PREFIX_PATH="$2" "${@:3}" >/dev/null
+  cmake --build "$1" >/dev/null
+}
+# with_pkg_config WAY PREFIX
+with_pkg_config() {
+  PKG_CONFIG_PATH=$(dirname "$(find "$2" -name dsp.pc)")
+  export PKG_CONFIG_PATH
+  # shellcheck disable=SC2046
+  compile "$1" $(pkg-config --cflags --libs dsp) -Wl,-rpath,"$(pkg-config --variable=libdir dsp)"
+}
+
 # Moved after it was installed: nothing in it may name its place.
 cmake --install "$build" --prefix "$PWD/first" >/dev/null
 mv first prefix
 library=$(dirname "$(find "$PWD/prefix" -name libdsp.so)")
 
-cmake -S "$here" -B find_package -DCMAKE_PREFIX_PATH="$PWD/prefix" >/dev/null
-cmake --build find_package >/dev/null
+with_package find_package "$PWD/prefix"
 check find_package
-
-export PKG_CONFIG_PATH=$library/pkgconfig
-# shellcheck disable=SC2046
-compile pkg_config $(pkg-config --cflags --libs dsp) -Wl,-rpath,"$library"
-
+with_package archive "$PWD/prefix" -DDSP_ARCHIVE=ON
+check archive tone
+with_pkg_config pkg_config "$PWD/prefix"
 compile bare -I"$PWD/prefix/include" -L"$library" -Wl,-rpath,"$library" -ldsp
+mkdir -p private
+# shellcheck disable=SC2046
+"${CC:-cc}" "$here/tone.c" $(pkg-config --cflags dsp) "$library/libdsp.a" $(pkg-config --static --libs-only-l dsp | sed s/-ldsp//) \
+  -o private/tone
+check private tone
 
-cmake -S "$here" -B add_subdirectory -DDSP_TREE="$tree" -DDSP_ISA_DISPATCH=OFF -DCMAKE_BUILD_TYPE=Debug >/dev/null
+# As part of a project that names no build type: the kernels must be optimised all the same.
+cmake -S "$here" -B add_subdirectory -DDSP_TREE="$tree" -DDSP_ISA_DISPATCH=OFF \
+  -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
 cmake --build add_subdirectory -j "$(nproc)" >/dev/null
 check add_subdirectory
+grep dsp_kernels_ add_subdirectory/compile_commands.json | grep command | grep -qv -- -O3 && echo "kernels without -O3" >&2 && exit 1
+
+# An archive only, in folders of unusual names, one of them absolute; moved, used and taken away.
+cmake -S "$tree" -B odd -DBUILD_SHARED_LIBS=OFF -DDSP_TESTS=OFF -DDSP_EXAMPLES=OFF -DDSP_ISA_DISPATCH=OFF -DCMAKE_BUILD_TYPE=Debug \
+  -DCMAKE_INSTALL_PREFIX="$PWD/odd-prefix" -DCMAKE_INSTALL_LIBDIR="$PWD/odd-prefix/lib" \
+  -DCMAKE_INSTALL_INCLUDEDIR=include/dsp-2 >/dev/null
+cmake --build odd -j "$(nproc)" >/dev/null
+cmake --install odd >/dev/null
+mv odd-prefix moved
+with_package odd_package "$PWD/moved"
+check odd_package
+with_pkg_config odd_pkg_config "$PWD/moved"
+mv moved odd-prefix
+cmake --build odd --target uninstall >/dev/null
+[ -z "$(find odd-prefix -type f -o -name '*dsp*')" ] || { echo "uninstall leaves files" >&2 && exit 1; }
