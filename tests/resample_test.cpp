@@ -194,8 +194,11 @@ TEST(Rsmp, CornersAndRefusals) {
   EXPECT_EQ(made(record(complexes(10, {1, 0})), 1, 0, 0), -1);
   EXPECT_EQ(made(record(reals{3}), 1, 0, 0), 10);
   EXPECT_TRUE(same(out, in));
-  const record flat(reals{2, 0.5});
+  const record flat(reals{2, 0.5}), flat_and_long(reals{2e9, 0.5});
   record y, aliased(table);
+  y.length = 3;
+  ASSERT_EQ(dspd_rsmp(&in, &y, 1, &flat_and_long, 1.0, nullptr), 0);  // at once: a silent past takes no time
+  EXPECT_TRUE(near(y, reals{0, 0.5, 1.5}, 0.0));
   y.length = 50;
   ASSERT_EQ(dspd_rsmp(&in, &y, 1, &flat, 2.5, nullptr), 0);
   EXPECT_TRUE(near(y, reals{0, 2.5, 4.5, 7.5, 9.5}, 0.0));
@@ -329,6 +332,26 @@ TEST(Converter, DropsNothingWithoutAStateAndAllocatesNothingWithOne) {
       }
       EXPECT_EQ(heap_requests(), requests);
     }
+}
+
+// The k-th request fails, in a stream that turns complex: -1, and the stream begins anew.
+TEST(Converter, BeginsAnewWhenMemoryFails) {
+  const record real = random_signal(300, false, 8), in = random_signal(300, true, 9);
+  for (const double ratio : {2.7, 4.0})
+    for (const bool complex_before : {false, true})
+      for (long k = 1;; ++k) {
+        converter k_fails(ratio), fresh(ratio, 0, true);
+        record out, expected, scratch;
+        ASSERT_EQ(k_fails.run(complex_before ? &in : &real, &out, &scratch), 0);
+        dsp_free_internal();
+        heap_fail(k);
+        const int32_t status = k_fails.run(&in, &out, &scratch);
+        heap_fail(0);
+        if (status == 0) break;
+        ASSERT_EQ(k_fails.run(&in, &out, &scratch), 0);
+        ASSERT_EQ(fresh.run(&in, &expected), 0);
+        EXPECT_TRUE(same(out, expected)) << ratio << " " << k;
+      }
 }
 
 double decibels(double x) { return 20 * std::log10(std::max(x, 1e-300)); }

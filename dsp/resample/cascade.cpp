@@ -58,6 +58,18 @@ struct cascade {
       return -1;
     return drop(out, &state.delay2);
   }
+
+  int32_t run(const dsp_vec *in, dsp_vec *out) const {
+    const std::int32_t block = samples(*in);
+    if (dsph_rsmp_state_alloc(&coef, &state, in->is_complex) != 0) return -1;
+    const bool halves = coef.halvings > 0;
+    const bool fractional = coef.mode != 0 || coef.ratio != 1.0;
+    if (halves && halve(in, out) != 0) return -1;
+    if (fractional && convert_rest(halves ? out : in, out, block) != 0) return -1;
+    if (!halves && !fractional && dsp_copy(out, in) != 0) return -1;
+    out->length = std::min(out->length, block);
+    return 0;
+  }
 };
 
 }  // namespace
@@ -73,14 +85,7 @@ int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_
   if (scratch == nullptr || same_signal(scratch, in) || same_signal(scratch, out)) scratch = own_scratch.get();
   const bool carries_on = state != nullptr;
   if (!carries_on) state = own_state.get();
-  const std::int32_t block = samples(*in);
-  if (dsph_rsmp_state_alloc(coef, state, in->is_complex) != 0) return -1;
-
-  const cascade c = {*coef, *state, scratch, carries_on};
-  const bool fractional = coef->mode != 0 || coef->ratio != 1.0;
-  if (coef->halvings > 0 && c.halve(in, out) != 0) return -1;
-  if (fractional && c.convert_rest(coef->halvings > 0 ? out : in, out, block) != 0) return -1;
-  if (coef->halvings <= 0 && !fractional && dsp_copy(out, in) != 0) return -1;
-  out->length = std::min(out->length, block);
-  return 0;
+  if (cascade{*coef, *state, scratch, carries_on}.run(in, out) == 0) return 0;
+  dsph_rsmp_state_reset(coef, state);
+  return -1;
 }

@@ -60,6 +60,14 @@ int32_t allocate_stages(dsph_rsmp_state *s, std::int32_t stages) {
   return 0;
 }
 
+// Gives a signal of the state its representation and at least `length` samples. Without memory it is left empty, which
+// stands for silence.
+int32_t shape(dsp_vec *v, bool is_complex, std::int32_t length) {
+  if (represent(v, is_complex) == 0 && dspi_zpad(v, length) == 0) return 0;
+  v->length = 0;
+  return -1;
+}
+
 // Samples before the present one that a filter given by its half reaches.
 std::int32_t past_of(const dsp_vec &half, std::int32_t odd) {
   const std::int64_t past = 2 * std::int64_t{half.length} - (odd != 0 ? 1 : 0) - 1;
@@ -122,12 +130,18 @@ int32_t dsph_rsmp_state_destroy(dsph_rsmp_state *state) {
 
 int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state, uint32_t is_complex) {
   if (state->stages != coef->halvings && allocate_stages(state, coef->halvings) != 0) return -1;
-  if (for_each_signal(state, [is_complex](dsp_vec *v) { return represent(v, is_complex != 0); }) != 0) return -1;
+  const bool complex_stream = is_complex != 0;
   const std::int32_t halving_past = past_of(coef->halfband, coef->halfband_odd);
   for (std::int32_t i = 0; i < state->stages; ++i)
-    if (dspi_zpad(&state->stage_hist[i], halving_past) != 0 || dspi_zpad(&state->stage_phase[i], 1) != 0) return -1;
-  if (dspi_zpad(&state->pre_hist, past_of(coef->prefilter, coef->prefilter_odd)) != 0) return -1;
-  return dspi_zpad(&state->rsmp_state, kernel_taps(coef->kernel) + 2);
+    if (shape(&state->stage_hist[i], complex_stream, halving_past) != 0 ||
+        shape(&state->stage_phase[i], complex_stream, 1) != 0)
+      return -1;
+  const std::int32_t rsmp_length = kernel_taps(coef->kernel) + 2;
+  const bool shaped = shape(&state->pre_hist, complex_stream, past_of(coef->prefilter, coef->prefilter_odd)) == 0 &&
+                      shape(&state->rsmp_state, complex_stream, rsmp_length) == 0 &&
+                      shape(&state->post_hist, complex_stream, 0) == 0 &&
+                      shape(&state->post_phase, complex_stream, 0) == 0;
+  return shaped ? 0 : -1;
 }
 
 int32_t dsph_rsmp_state_reset(const dsph_rsmp_coef *coef, dsph_rsmp_state *state) {

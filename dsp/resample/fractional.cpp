@@ -55,17 +55,18 @@ int32_t prepare_rows(const kernel &k, kernel_rows *rows) {
   return 0;
 }
 
-// One channel of an output whose span may begin in the past, summed in the order of the kernels.
+// One channel of an output whose span may begin in the past, summed in the order of the kernels. A past that is not
+// held adds nothing, however many taps reach into it.
 double weigh_anywhere(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
                       const kernel_phase &at) {
   double lanes[5] = {};
-  for (std::int32_t i = 0; i < k.taps; ++i) {
+  const std::int64_t silent = x.past == nullptr ? std::clamp<std::int64_t>(-start, 0, k.taps) : 0;
+  for (auto i = static_cast<std::int32_t>(silent); i < k.taps; ++i) {
     const double *tap = k.points + at.point + std::int64_t{i} * k.phases;
     const double w = tap[0] + at.fraction * (tap[1] - tap[0]);
     const std::int64_t sample = start + i;
-    const double *from = sample >= 0 ? x.block + sample * x.width : x.past;
-    if (sample < 0 && from != nullptr) from += (k.taps + sample) * x.width;
-    lanes[i < k.taps / 4 * 4 ? i % 4 : 4] += w * (from != nullptr ? from[channel] : 0.0);
+    const double *from = sample >= 0 ? x.block + sample * x.width : x.past + (k.taps + sample) * x.width;
+    lanes[i < k.taps / 4 * 4 ? i % 4 : 4] += w * from[channel];
   }
   return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) + lanes[4];
 }
@@ -107,11 +108,11 @@ using namespace dsp::resample;
 
 int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec *table, double step, dsp_vec *state) {
   if (!(step >= 0.0 && std::isfinite(step))) return -1;
+  if (same_signal(state, out)) return -1;
   if (table->length < 2) return dsp_copy(out, in);
   kernel k;
   if (!k.read(*table)) return -1;
-  if (same_signal(out, table) || same_signal(state, table) || same_signal(state, in) || same_signal(state, out))
-    return -1;
+  if (same_signal(out, table) || same_signal(state, table) || same_signal(state, in)) return -1;
   const double dx = in->dx * step;
   if (dsp_output_prepare(in, &out, nullptr, &state, k.taps + 2, DSP_OUT_ALIAS | DSP_OUT_KEEP_LENGTH) != 0) return -1;
   const past_and_block x(*in, state, k.taps);
