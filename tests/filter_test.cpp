@@ -117,6 +117,23 @@ TEST(Fir, CachedSpectraFollowFilterRouteAndSize) {
         }
 }
 
+// Also through a transform, of the block that holds the sample and of the next one.
+TEST(Fir, AWildSampleKeepsToTheOutputsThatWeighIt) {
+  const record clean = random_signal(1000, false, 17), h = random_signal(100, false, 18);
+  const record expected = convolved(clean, h);
+  for (const double wild : {nan, inf, -1e100})
+    for (const int at : {0, 450, 499, 999}) {
+      record in(clean), state;
+      in.data[at] = wild;
+      const record out =
+          in_blocks(in, {500, 500}, false, [&](auto *block, auto *y) { return dspd_fir(block, y, &h, &state); });
+      for (int n = 0; n < 1000; ++n) {
+        const bool weighs_it = n >= at && n < at + 100;
+        EXPECT_EQ(weighs_it, !(std::fabs(out.data[n] - expected.data[n]) <= 1e-13)) << wild << " at " << at;
+      }
+    }
+}
+
 TEST(Fir, StatesOfOtherLengthsAndRepresentations) {
   const record in = random_signal(50, true, 14, 0.5), h = random_signal(10, false, 15), none;
   for (record state : {record(reals{1, 2, 3}), random_signal(20, true, 16)}) {
@@ -137,6 +154,10 @@ TEST(Fir, StatesOfOtherLengthsAndRepresentations) {
 TEST(Stream, RefusesRecordsThatMustNotBeShared) {
   record a = random_signal(30, false, 19), h = random_signal(5, false, 20), out(reals(4)), state;
   const record before(h), in(a);
+  const record none;
+  EXPECT_EQ(dspd_fir(&a, &out, &none, &out), -1);
+  EXPECT_EQ(dspd_sfir(&a, &out, &none, 0, 0, &out), -1);
+  EXPECT_EQ(dspd_rsmp(&a, &out, 0, &none, 1.0, &out), -1);
   const std::array<dsp_vec *, 2> shared[] = {{&out, &out}, {&out, &a}, {&out, &h}, {&h, &state}};
   for (const auto &[o, s] : shared) {
     EXPECT_EQ(dspd_fir(&a, o, &h, s), -1);

@@ -17,6 +17,18 @@ bool worth_transforming(const past_and_block &x, const dsp_vec &h) {
   return h.is_complex == 0 && h.length > longest_direct && x.block_length >= x.past_length;
 }
 
+// A transform spreads a NaN, an infinity or the rounding of a huge sample over its whole block; the sum keeps it to the
+// outputs that weigh it.
+bool is_tame(const double *x, std::int64_t count) {
+  constexpr double huge = 1e50;
+  return x == nullptr || fir_kernels().within(x, count, huge);
+}
+
+bool is_tame(const past_and_block &x, const dsp_vec &h) {
+  return is_tame(x.past, x.past_length * x.width) && is_tame(x.block, x.block_length * x.width) &&
+         is_tame(h.data, h.length);
+}
+
 // The power of two to transform. A short filter on a long block wraps round: repairing that is cheaper than doubling.
 std::int64_t transform_size(std::int64_t block, std::int64_t taps) {
   std::int64_t doublings = 0;
@@ -62,12 +74,13 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state) {
+  if (same_signal(state, out)) return -1;
   if (h->length <= 0) return dsp_copy(out, in);
-  if (same_signal(out, h) || same_signal(state, h) || same_signal(state, in) || same_signal(state, out)) return -1;
+  if (same_signal(out, h) || same_signal(state, h) || same_signal(state, in)) return -1;
   const std::int32_t past = h->length - 1;
   if (dsp_output_prepare(in, &out, h, &state, past, DSP_OUT_ALIAS) != 0) return -1;
   const past_and_block x(*in, state, past);
-  if (!worth_transforming(x, *h))
+  if (!worth_transforming(x, *h) || !is_tame(x, *h))
     filter_direct(x, *h, out->data);
   else if (filter_by_transform(x, *h, out) != 0)
     return -1;

@@ -37,6 +37,8 @@ struct fir_kernel_set {
   void (*folded_taps)(const fir_run &run, const folded_filter &filter);
   // folded_taps with every second output left out. `run.x` holds the even samples, `odd` the odd ones; no `anti`.
   void (*halved_taps)(const fir_run &run, const double *odd, const folded_filter &filter);
+  // Whether all of x[0 .. count - 1] are at most `bound` in magnitude; a NaN is not.
+  bool (*within)(const double *x, std::int64_t count, double bound);
 };
 
 DSP_DECLARE_KERNELS(fir)

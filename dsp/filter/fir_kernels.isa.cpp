@@ -126,10 +126,16 @@ void halved_taps(const fir_run &run, const double *odd, const folded_filter &f) 
   filter<double>(run, mirrored_taps<alternating, false>{f, {run.step, odd - run.x}}, f.pairs, false);
 }
 
+bool within(const double *x, std::int64_t count, double bound) {
+  std::int64_t beyond = 0;
+  for (std::int64_t i = 0; i < count; ++i) beyond += __builtin_fabs(x[i]) <= bound ? 0 : 1;
+  return beyond == 0;
+}
+
 }  // namespace
 
 namespace DSP_ISA {
-extern const fir_kernel_set fir_set = {real_taps, complex_taps, folded_taps, halved_taps};
+extern const fir_kernel_set fir_set = {real_taps, complex_taps, folded_taps, halved_taps, within};
 }
 
 }  // namespace dsp::filter

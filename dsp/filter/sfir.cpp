@@ -44,13 +44,14 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti, dsp_vec *state) {
+  if (same_signal(state, out)) return -1;
   if (half->length <= 0) return dsp_copy(out, in);
   if (same_signal(out, half) || same_signal(state, half)) return -1;
   if (!foldable(*half, odd != 0)) {
     const dsp_vec *full = expand(*half, odd != 0, anti != 0);
     return full != nullptr ? dspd_fir(in, out, full, state) : -1;
   }
-  if (same_signal(state, in) || same_signal(state, out)) return -1;
+  if (same_signal(state, in)) return -1;
   const folded_filter filter = fold(*half, odd != 0, anti != 0);
   const std::int32_t past = filter.length() - 1;
   if (dsp_output_prepare(in, &out, nullptr, &state, past, DSP_OUT_ALIAS) != 0) return -1;
