@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
-#include "dsp/core/operands.h"
-#include "dsp/core/output.h"
+#include "dsp/core/sharing.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
@@ -176,29 +176,31 @@ TEST(Output, KeepsNoMoreThanTheOperandsHold) {
 
 TEST(Output, ScratchStandsInForASharedBuffer) {
   record in(reals{1, 2, 3}, 0.5), out;
-  dsp_vec alias = view(in), *slot = &alias;
+  dsp_vec alias = view(in);
   const record filter(complexes{{1, 0}});
-  ASSERT_EQ(dsp::dsp_output_prepare(&in, &slot, &filter, nullptr, 0, dsp::DSP_OUT_ALIAS), 0);
-  EXPECT_NE(slot, &alias);
-  EXPECT_TRUE(slot->length == 3 && slot->is_complex == 1u && slot->dx == 0.5);
-  for (int i = 0; i < 6; ++i) slot->data[i] = i;
-  ASSERT_EQ(dsp::dsp_output_commit(slot), 0);
+  dsp::stream_block shared(&in, &alias, nullptr);
+  ASSERT_EQ(dsp::dsp_output_prepare(&shared, &filter, 0, dsp::DSP_OUT_ALIAS), 0);
+  dsp_vec *written = shared.out.get();
+  EXPECT_NE(written, &alias);
+  EXPECT_TRUE(written->length == 3 && written->is_complex == 1u && written->dx == 0.5);
+  for (int i = 0; i < 6; ++i) written->data[i] = i;
+  ASSERT_EQ(dsp::dsp_output_commit(shared), 0);
   EXPECT_EQ(doubles_of(alias), (reals{0, 1, 2, 3, 4, 5}));
   dsp_destroy(&alias);
 
   out.length = 9;
-  slot = &out;
-  ASSERT_EQ(dsp::dsp_output_prepare(&in, &slot, nullptr, nullptr, 0, dsp::DSP_OUT_ALIAS | dsp::DSP_OUT_KEEP_LENGTH), 0);
-  EXPECT_TRUE(slot == &out && out.length == 9 && out.is_complex == 0u);
-  ASSERT_EQ(dsp::dsp_output_commit(slot), 0);
+  dsp::stream_block apart(&in, &out, nullptr);
+  ASSERT_EQ(dsp::dsp_output_prepare(&apart, nullptr, 0, dsp::DSP_OUT_ALIAS | dsp::DSP_OUT_KEEP_LENGTH), 0);
+  EXPECT_TRUE(apart.out.get() == &out && out.length == 9 && out.is_complex == 0u);
+  ASSERT_EQ(dsp::dsp_output_commit(apart), 0);
 }
 
 TEST(Output, StatesTakeTheInputsShape) {
   const record real(reals{1}, 0.5), wide(complexes{1}, 0.25);
   record out, state(reals{7, 8});
-  dsp_vec *slot = &out, *own = &state;
   const auto shaped = [&](const record &in, int32_t length) -> const record & {
-    EXPECT_EQ(dsp::dsp_output_prepare(&in, &slot, nullptr, &own, length, 0), 0);
+    dsp::stream_block block(&in, &out, &state);
+    EXPECT_EQ(dsp::dsp_output_prepare(&block, nullptr, length, 0), 0);
     return state;
   };
   EXPECT_TRUE(same(shaped(real, 2), record(reals{7, 8}, 0.5)));
@@ -208,11 +210,11 @@ TEST(Output, StatesTakeTheInputsShape) {
 
   // One that is shared lasts until released.
   for (const double expected : {0.0, 42.0, 0.0}) {
-    dsp_vec *shared = nullptr;
-    ASSERT_EQ(dsp::dsp_output_prepare(&wide, &slot, nullptr, &shared, 3, dsp::DSP_OUT_SHARED_STATE), 0);
-    ASSERT_NE(shared, nullptr);
-    EXPECT_TRUE(same(*shared, record(complexes{expected, 0, 0}, 0.25)));
-    shared->data[0] = 42.0;
+    dsp::stream_block block(&wide, &out, nullptr);
+    ASSERT_EQ(dsp::dsp_output_prepare(&block, nullptr, 3, dsp::DSP_OUT_SHARED_STATE), 0);
+    ASSERT_NE(block.state, nullptr);
+    EXPECT_TRUE(same(*block.state, record(complexes{expected, 0, 0}, 0.25)));
+    block.state->data[0] = 42.0;
     for (int twice = 0; expected != 0.0 && twice < 2; ++twice) EXPECT_EQ(dsp_free_internal(), 0);
   }
   dsp_free_internal();

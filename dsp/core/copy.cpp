@@ -3,24 +3,9 @@
 #include <cstdint>
 
 #include "dsp/core/move_doubles.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-
-namespace dsp {
-namespace {
-
-// Whether src reads from dst's buffer, which appending may move away. Compared as integers: pointers into different
-// blocks have no order.
-bool views(const dsp_vec &src, const dsp_vec &dst) {
-  if (src.data == nullptr || dst.data == nullptr) return false;
-  const auto begin = reinterpret_cast<std::uintptr_t>(dst.data);
-  const auto held = static_cast<std::uint64_t>(std::max<std::int64_t>(dst.capacity, doubles(dst)));
-  const auto at = reinterpret_cast<std::uintptr_t>(src.data);
-  return at >= begin && at - begin < std::max<std::uint64_t>(held, 1) * sizeof(double);
-}
-
-}  // namespace
-}  // namespace dsp
 
 using namespace dsp;
 
@@ -46,7 +31,7 @@ int32_t dsp_copy_at_most(dsp_vec *dst, const dsp_vec *src, int32_t count) { retu
 int32_t dsp_append(dsp_vec *dst, const dsp_vec *src) {
   const int32_t old = samples(*dst);
   const int32_t added = samples(*src);
-  if (dst == src || views(*src, *dst) || added > INT32_MAX - old) return -1;
+  if (dst == src || lies_within(*src, *dst) || added > INT32_MAX - old) return -1;
   if (src->is_complex != 0 && dst->is_complex == 0 && dspi_rtoc(dst) != 0) return -1;
   dst->length = old + added;
   if (dsp_realloc(dst, old, dst->is_complex) != 0) return -1;

@@ -1,5 +1,5 @@
 // Two signals, sample by sample, into a third.
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
@@ -61,13 +61,10 @@ int32_t dspb_ritoc(const dsp_vec *re, const dsp_vec *im, dsp_vec *out) {
   if (re->is_complex != 0 || im->is_complex != 0 || n != samples(*im)) return -1;
   const operand a(*re, *out);
   const operand b(*im, *out);
-  // A borrowed buffer stays where it is, and may be shorter than its record says: nothing of it needs to move along.
-  const int32_t old_length = out->capacity > 0 ? out->length : 0;
-  const uint32_t was_complex = out->is_complex;
   out->dx = mean_spacing(re->dx, im->dx);
   out->is_complex = 1;
   out->length = n;
-  if (dsp_realloc(out, old_length, was_complex) != 0) return -1;
+  if (size_over(out, n, a, b) != 0) return -1;
   binary_kernels().pair(out->data, {a.data(*out), b.data(*out), false, false, n}, 0.0);
   return 0;
 }

@@ -1,7 +1,7 @@
 // The element-wise loops over two signals, compiled once per instruction set; the same bits on every processor.
 #pragma once
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/simd/isa.h"
 
 namespace dsp::elementwise {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/elementwise/unary_kernels.h"
 

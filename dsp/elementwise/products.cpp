@@ -1,9 +1,8 @@
 // Sums of products of two signals: the dot product and the product of polynomials.
 #include <type_traits>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/complex_product.h"
 #include "dsp/simd/traversal.h"
@@ -54,16 +53,11 @@ int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const std::int64_t n = samples(*b);
   const std::int64_t length = m > 0 && n > 0 ? m + n - 1 : 0;
   if (length > INT32_MAX) return -1;
-  temporary aside;
-  const bool shared = shares_buffer(*out, *a) || shares_buffer(*out, *b);
-  dsp_vec *result = shared ? aside.get() : out;
-  result->dx = a->dx;
-  result->is_complex = a->is_complex != 0 || b->is_complex != 0;
-  result->length = static_cast<int32_t>(length);
-  if (dsp_alloc(result) != 0) return -1;
-  dspi_zero(result);
+  output result(out, {a, b});
+  if (result.shape(static_cast<int32_t>(length), a->is_complex != 0 || b->is_complex != 0, a->dx) != 0) return -1;
+  dspi_zero(result.get());
   convolve(*a, *b, result->data);
-  return shared ? dsp_copy(out, result) : 0;
+  return result.commit();
 }
 
 int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
@@ -81,9 +75,7 @@ int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const operand right(*b, *out);
   out->length = 1;
   out->is_complex = is_complex;
-  const bool keep = left.is_shared() || right.is_shared();
-  const bool held_complex = left.keeps_complex() || right.keeps_complex();
-  if ((keep ? dsp_realloc(out, n, held_complex) : dsp_alloc(out)) != 0) return -1;
+  if (size_over(out, n, left, right) != 0) return -1;
   out->data[0] = total[0];
   if (is_complex) out->data[1] = total[1];
   return 0;

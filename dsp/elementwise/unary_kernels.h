@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/dsp.h"
 #include "dsp/simd/isa.h"
 

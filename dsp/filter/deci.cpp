@@ -1,6 +1,5 @@
 // Keeping every D-th sample of a stream.
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/decimation.h"
 
@@ -8,9 +7,10 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_deci(const dsp_vec *in, dsp_vec *out, int32_t factor, dsp_vec *state) {
-  if (same_signal(state, in) || same_signal(state, out)) return -1;
-  const dsp_vec source = *in;  // out may be in, and change
-  if (dsp_output_prepare(&source, &out, nullptr, &state, 1, 0) != 0) return -1;
+  if (shares_buffer(state, in) || shares_buffer(state, out)) return -1;
+  stream_block block(in, out, state);
+  if (dsp_output_prepare(&block, nullptr, 1, 0) != 0) return -1;
+  const dsp_vec &source = block.in;
   const decimation kept(source, factor, state);
   const std::int64_t d = std::max(factor, 1);
   if (source.is_complex != 0) {

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/filter/decimation.h"
 #include "dsp/filter/folded.h"
 
@@ -62,18 +61,19 @@ std::int32_t filter_and_halve(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch,
     return dspd_sfir(in, scratch, half, odd, 0, history) == 0 ? dspd_deci(scratch, out, 2, phase) : -1;
   const folded_filter filter = fold(*half, odd, false);
   const std::int32_t past = filter.length() - 1;
-  const dsp_vec source = *in;  // out may be in, and change
-  if (dsp_output_prepare(&source, &out, nullptr, &history, past, 0) != 0) return -1;
-  if (dsp_output_prepare(&source, &out, nullptr, &phase, 1, 0) != 0) return -1;
-  const past_and_block x(source, history, past);
-  const decimation kept(source, 2, phase);
+  stream_block block(in, out, history);
+  if (dsp_output_prepare(&block, nullptr, past, 0) != 0) return -1;
+  phase->dx = block.in.dx;
+  if (shape_state(phase, block.in.is_complex != 0, 1) != 0) return -1;
+  const past_and_block x(block.in, history, past);
+  const decimation kept(block.in, 2, phase);
   double newest[2 * folded_limit];  // read before outputs are written over it
   x.copy(x.block_length, past, newest);
   filter_halved(x, filter, kept, out->data);
   std::copy_n(newest, past * x.width, history->data);
   phase->data[0] = kept.next_phase;
   out->length = kept.count;
-  out->dx = source.dx * 2;
+  out->dx = block.in.dx * 2;
   return 0;
 }
 

@@ -2,9 +2,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/fir_direct.h"
 #include "dsp/filter/fir_spectrum.h"
@@ -74,16 +73,17 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state) {
-  if (same_signal(state, out)) return -1;
+  if (shares_buffer(state, out)) return -1;
   if (h->length <= 0) return dsp_copy(out, in);
-  if (same_signal(out, h) || same_signal(state, h) || same_signal(state, in)) return -1;
+  if (shares_buffer(out, h) || shares_buffer(state, h) || shares_buffer(state, in)) return -1;
   const std::int32_t past = h->length - 1;
-  if (dsp_output_prepare(in, &out, h, &state, past, DSP_OUT_ALIAS) != 0) return -1;
-  const past_and_block x(*in, state, past);
+  stream_block block(in, out, state);
+  if (dsp_output_prepare(&block, h, past, DSP_OUT_ALIAS) != 0) return -1;
+  const past_and_block x(block.in, state, past);
   if (!worth_transforming(x, *h) || !is_tame(x, *h))
-    filter_direct(x, *h, out->data);
-  else if (filter_by_transform(x, *h, out) != 0)
+    filter_direct(x, *h, block.out->data);
+  else if (filter_by_transform(x, *h, block.out.get()) != 0)
     return -1;
   x.remember(state);
-  return dsp_output_commit(out);
+  return dsp_output_commit(block);
 }

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "dsp/core/history.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/fir_kernels.h"
 

@@ -1,9 +1,8 @@
 // The fixed recursive lowpass: four times (0.25 + 0.5 z^-1 + 0.5 z^-2 + 0.25 z^-3) / (1 + 0.5 z^-2).
 #include <cstdint>
 
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/hwfilt_kernels.h"
 
@@ -11,15 +10,16 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_vec *state) {
-  if (reserved != nullptr || same_signal(state, in) || same_signal(state, out)) return -1;
+  if (reserved != nullptr || shares_buffer(state, in) || shares_buffer(state, out)) return -1;
   constexpr std::int32_t state_length = hwfilt_sections * hwfilt_section_values;
-  const dsp_vec source = *in;  // out may be in, and change
-  if (dsp_output_prepare(&source, &out, nullptr, &state, state_length, DSP_OUT_SHARED_STATE) != 0) return -1;
+  stream_block block(in, out, state);
+  if (dsp_output_prepare(&block, nullptr, state_length, DSP_OUT_SHARED_STATE) != 0) return -1;
+  const dsp_vec &source = block.in;
   if (samples(source) == 0) return 0;
   const std::int32_t width = source.is_complex != 0 ? 2 : 1;
   for (std::int32_t channel = 0; channel < width; ++channel)
-    hwfilt_kernels().run_channel(source.data + channel, out->data + channel, samples(source), state->data + channel,
-                                 width);
+    hwfilt_kernels().run_channel(source.data + channel, out->data + channel, samples(source),
+                                 block.state->data + channel, width);
   return 0;
 }
 

@@ -3,9 +3,8 @@
 #include <cstdint>
 
 #include "dsp/core/caches.h"
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/folded.h"
@@ -44,19 +43,20 @@ using namespace dsp;
 using namespace dsp::filter;
 
 int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti, dsp_vec *state) {
-  if (same_signal(state, out)) return -1;
+  if (shares_buffer(state, out)) return -1;
   if (half->length <= 0) return dsp_copy(out, in);
-  if (same_signal(out, half) || same_signal(state, half)) return -1;
+  if (shares_buffer(out, half) || shares_buffer(state, half)) return -1;
   if (!foldable(*half, odd != 0)) {
     const dsp_vec *full = expand(*half, odd != 0, anti != 0);
     return full != nullptr ? dspd_fir(in, out, full, state) : -1;
   }
-  if (same_signal(state, in)) return -1;
+  if (shares_buffer(state, in)) return -1;
   const folded_filter filter = fold(*half, odd != 0, anti != 0);
   const std::int32_t past = filter.length() - 1;
-  if (dsp_output_prepare(in, &out, nullptr, &state, past, DSP_OUT_ALIAS) != 0) return -1;
-  const past_and_block x(*in, state, past);
-  filter_folded(x, filter, out->data);
+  stream_block block(in, out, state);
+  if (dsp_output_prepare(&block, nullptr, past, DSP_OUT_ALIAS) != 0) return -1;
+  const past_and_block x(block.in, state, past);
+  filter_folded(x, filter, block.out->data);
   x.remember(state);
-  return dsp_output_commit(out);
+  return dsp_output_commit(block);
 }

@@ -1,7 +1,7 @@
 // A tabulated function at other abscissae: held, linear, parabolic or a cubic spline.
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
@@ -44,14 +44,8 @@ int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const 
   const std::int32_t n = samples(*x);
   if (x->is_complex != 0 || y->is_complex != 0 || xq->is_complex != 0 || n != samples(*y)) return -1;
   if (is_spline && (d2->is_complex != 0 || samples(*d2) != n)) return -1;
-  const bool shared = shares_buffer(*out, *x) || shares_buffer(*out, *y) || shares_buffer(*out, *xq) ||
-                      (is_spline && shares_buffer(*out, *d2));
-  temporary aside;
-  dsp_vec *result = shared ? aside.get() : out;
-  result->dx = xq->dx;
-  result->is_complex = 0;
-  result->length = samples(*xq);
-  if (dsp_alloc(result) != 0) return -1;
+  output result(out, {x, y, xq, is_spline ? d2 : nullptr});
+  if (result.shape(samples(*xq), false, xq->dx) != 0) return -1;
   const nodes f = {x->data, y->data, is_spline ? d2->data : nullptr, n};
   const queries q = {xq->data, result->data, result->length};
   int32_t status = 0;
@@ -59,8 +53,7 @@ int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const 
     without_interval(f, q, is_spline);
   else
     status = interp_kernels().interpolate(f, q, scheme_for(mode, n), (mode & DSP_INTERP_CLAMP) != 0);
-  if (shared && dsp_copy(out, result) != 0) return -1;
-  return status;
+  return result.commit() != 0 ? -1 : status;
 }
 
 int32_t dsp_cspline(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const dsp_vec *xq, dsp_vec *out) {

@@ -1,7 +1,7 @@
 // Twice the samples: two signals merged, or zeros put in between.
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/interp/interp_kernels.h"
@@ -43,12 +43,10 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const operand even(*a, *out);
   const operand odd(*b, *out);
   const bool is_complex = even.is_complex() || odd.is_complex();
-  const bool held_complex = even.keeps_complex() || odd.keeps_complex();
   out->dx = mean_spacing(a->dx, b->dx) * 0.5;
   out->length = 2 * n;
   out->is_complex = is_complex;
-  const bool keep = even.is_shared() || odd.is_shared();
-  if ((keep ? dsp_realloc(out, n, held_complex) : dsp_alloc(out)) != 0) return -1;
+  if (size_over(out, n, even, odd) != 0) return -1;
   const double *x = even.data(*out);
   const double *y = odd.data(*out);
   if (!is_complex)

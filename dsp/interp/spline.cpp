@@ -1,7 +1,7 @@
 // The second derivatives of a cubic spline through given nodes, with a choice of conditions at its ends.
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "dsp/core/history.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/filter/filter_and_halve.h"
@@ -82,7 +82,7 @@ int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_
                   dsph_rsmp_state *state) {
   temporary own_scratch;
   temporary_state own_state;
-  if (scratch == nullptr || same_signal(scratch, in) || same_signal(scratch, out)) scratch = own_scratch.get();
+  if (scratch == nullptr || shares_buffer(scratch, in) || shares_buffer(scratch, out)) scratch = own_scratch.get();
   const bool carries_on = state != nullptr;
   if (!carries_on) state = own_state.get();
   if (cascade{*coef, *state, scratch, carries_on}.run(in, out) == 0) return 0;

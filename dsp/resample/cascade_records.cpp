@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "dsp/core/heap.h"
-#include "dsp/core/represent.h"
+#include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_taps.h"
 
@@ -58,14 +58,6 @@ int32_t allocate_stages(dsph_rsmp_state *s, std::int32_t stages) {
   }
   s->stages = stages;
   return 0;
-}
-
-// Gives a signal of the state its representation and at least `length` samples. Without memory it is left empty, which
-// stands for silence.
-int32_t shape(dsp_vec *v, bool is_complex, std::int32_t length) {
-  if (represent(v, is_complex) == 0 && dspi_zpad(v, length) == 0) return 0;
-  v->length = 0;
-  return -1;
 }
 
 // Samples before the present one that a filter given by its half reaches.
@@ -133,14 +125,14 @@ int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state
   const bool complex_stream = is_complex != 0;
   const std::int32_t halving_past = past_of(coef->halfband, coef->halfband_odd);
   for (std::int32_t i = 0; i < state->stages; ++i)
-    if (shape(&state->stage_hist[i], complex_stream, halving_past) != 0 ||
-        shape(&state->stage_phase[i], complex_stream, 1) != 0)
+    if (shape_state(&state->stage_hist[i], complex_stream, halving_past) != 0 ||
+        shape_state(&state->stage_phase[i], complex_stream, 1) != 0)
       return -1;
   const std::int32_t rsmp_length = kernel_taps(coef->kernel) + 2;
-  const bool shaped = shape(&state->pre_hist, complex_stream, past_of(coef->prefilter, coef->prefilter_odd)) == 0 &&
-                      shape(&state->rsmp_state, complex_stream, rsmp_length) == 0 &&
-                      shape(&state->post_hist, complex_stream, 0) == 0 &&
-                      shape(&state->post_phase, complex_stream, 0) == 0;
+  const bool shaped =
+      shape_state(&state->pre_hist, complex_stream, past_of(coef->prefilter, coef->prefilter_odd)) == 0 &&
+      shape_state(&state->rsmp_state, complex_stream, rsmp_length) == 0 &&
+      shape_state(&state->post_hist, complex_stream, 0) == 0 && shape_state(&state->post_phase, complex_stream, 0) == 0;
   return shaped ? 0 : -1;
 }
 

@@ -6,9 +6,8 @@
 #include <cstring>
 
 #include "dsp/core/caches.h"
-#include "dsp/core/history.h"
-#include "dsp/core/output.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
@@ -108,14 +107,16 @@ using namespace dsp::resample;
 
 int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec *table, double step, dsp_vec *state) {
   if (!(step >= 0.0 && std::isfinite(step))) return -1;
-  if (same_signal(state, out)) return -1;
+  if (shares_buffer(state, out)) return -1;
   if (table->length < 2) return dsp_copy(out, in);
   kernel k;
   if (!k.read(*table)) return -1;
-  if (same_signal(out, table) || same_signal(state, table) || same_signal(state, in)) return -1;
+  if (shares_buffer(out, table) || shares_buffer(state, table) || shares_buffer(state, in)) return -1;
   const double dx = in->dx * step;
-  if (dsp_output_prepare(in, &out, nullptr, &state, k.taps + 2, DSP_OUT_ALIAS | DSP_OUT_KEEP_LENGTH) != 0) return -1;
-  const past_and_block x(*in, state, k.taps);
+  stream_block block(in, out, state);
+  if (dsp_output_prepare(&block, nullptr, k.taps + 2, DSP_OUT_ALIAS | DSP_OUT_KEEP_LENGTH) != 0) return -1;
+  dsp_vec *result = block.out.get();
+  const past_and_block x(block.in, state, k.taps);
   double *stored = state != nullptr ? state->data + std::int64_t{k.taps} * x.width : nullptr;
   position at = {0.0, -static_cast<double>(k.taps)};
   if (stored != nullptr) {
@@ -124,15 +125,15 @@ int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec
     if (!(at.offset >= -1.0 && std::isfinite(at.offset) && std::isfinite(at.start))) return -1;
   }
   std::int32_t made = 0;
-  if (convert(x, k, interp != 0, step, samples(*out), out->data, &at, &made) != 0) return -1;
-  out->length = made;
-  out->dx = dx;
+  if (convert(x, k, interp != 0, step, samples(*result), result->data, &at, &made) != 0) return -1;
+  result->length = made;
+  result->dx = dx;
   if (stored != nullptr) {
     x.remember(state);
     stored[0] = at.offset;
     stored[x.width] = at.start - static_cast<double>(x.block_length) + k.taps;
   }
-  return dsp_output_commit(out);
+  return dsp_output_commit(block);
 }
 
 int32_t dspd_rsmp2(const dsp_vec *in, dsp_vec *out, int32_t interp, int32_t kind, double step, dsp_vec *state) {

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <cstdint>
 
-#include "dsp/core/history.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_lists.h"
@@ -33,7 +33,7 @@ void fill_mirrored(dsp_vec *v, double taps, Value value) {
 
 template <class Fill>
 int32_t build(dsp_vec *v, const dsp_vec &c, Fill fill) {
-  if (same_signal(v, &c) || dsp_alloc(v) != 0) return -1;
+  if (shares_buffer(v, &c) || dsp_alloc(v) != 0) return -1;
   if (v->length <= 1 || c.length <= 1) return build_empty(v, c);
   if (v->length % 2 != 0 || c.is_complex != 0) return -1;
   const bool was_complex = v->is_complex != 0;

@@ -1,7 +1,7 @@
 // Correlation by transform: every lag at which the reference lies wholly inside the record.
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
@@ -40,14 +40,10 @@ int32_t dsph_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *
   if (ref == nullptr || in == nullptr || out == nullptr) return -1;
   if (m <= 0 || m > samples(*ref) || m > samples(*in)) return -1;
   temporary own_work;
-  temporary own_out;
-  const bool shared_work = work != nullptr && (work == out || shares_buffer(*work, *ref) || shares_buffer(*work, *in) ||
-                                               shares_buffer(*work, *out));
-  if (work == nullptr || shared_work) work = own_work.get();
-  const bool shared_out = shares_buffer(*out, *in) || shares_buffer(*out, *ref);
-  dsp_vec *result = shared_out ? own_out.get() : out;
-  if (correlate(ref, in, result, work, m, halve != 0) != 0) return -1;
-  return shared_out ? dsp_copy(out, result) : 0;
+  if (work == nullptr || shares_buffer(work, ref) || shares_buffer(work, in) || shares_buffer(work, out))
+    work = own_work.get();
+  const output result(out, {in, ref});
+  return correlate(ref, in, result.get(), work, m, halve != 0) == 0 ? result.commit() : -1;
 }
 
 int32_t dspb_corr(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, int32_t m, uint32_t halve) {

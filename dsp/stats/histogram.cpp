@@ -1,8 +1,6 @@
 #include <cmath>
 
-#include "dsp/core/history.h"
-#include "dsp/core/sizing.h"
-#include "dsp/core/temporary.h"
+#include "dsp/core/sharing.h"
 #include "dsp/dsp.h"
 #include "dsp/math/saturation.h"
 #include "dsp/stats/input.h"
@@ -38,18 +36,16 @@ void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
   }
 }
 
-int32_t histogram(const stats_input &x, dsp_vec *out, const bins &b, int32_t length) {
-  out->is_complex = 0;
-  out->length = length;
-  out->dx = b.width;
-  if (dsp_alloc(out) != 0) return -1;
-  dspi_zero(out);
+int32_t histogram(const stats_input &x, output *out, const bins &b, int32_t length) {
+  if (out->shape(length, false, b.width) != 0) return -1;
+  double *counts = (*out)->data;
+  dspi_zero(out->get());
   if (x.is_complex)
     count(
-        x.n, [&](std::int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, out->data);
+        x.n, [&](std::int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, counts);
   else
     count(
-        x.n, [&](std::int64_t i) { return x.data[i]; }, b, out->data);
+        x.n, [&](std::int64_t i) { return x.data[i]; }, b, counts);
   return 0;
 }
 
@@ -62,8 +58,6 @@ using namespace dsp::stats;
 int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bin_count) {
   const stats_input x(*in);
   const bins b = {start, bin_width, static_cast<double>(bin_count)};
-  if (!same_signal(in, out)) return histogram(x, out, b, bin_count);
-  temporary result;
-  if (histogram(x, result.get(), b, bin_count) != 0) return -1;
-  return dsp_copy(out, result.get());
+  output result(out, {in});
+  return histogram(x, &result, b, bin_count) == 0 ? result.commit() : -1;
 }

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "dsp/core/operands.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/stats/extremes_kernels.h"

@@ -1,4 +1,4 @@
-// The past of a stream: the M - 1 most recent samples, oldest first, that a filter of M taps still reaches.
+// What the streaming routines share: a block with its output and its state, and the past that the state holds.
 #pragma once
 
 #include <algorithm>
@@ -6,12 +6,42 @@
 #include <cstdint>
 
 #include "dsp/core/move_doubles.h"
+#include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 
 namespace dsp {
 
-// Where the samples of a block and of its past lie, and how wide they are. `past` may be null: silence.
+// Gives a state the representation of its stream and at least `length` samples, zeros behind those it holds. When
+// memory fails (-1) the state is left empty: the stream starts again from silence.
+int32_t shape_state(dsp_vec *state, bool is_complex, int32_t length);
+
+// A block on its way through a streaming routine: dsp_output_prepare() readies all three, the routine reads `in`,
+// writes `out`, and ends with dsp_output_commit().
+struct stream_block {
+  const dsp_vec in;  // the input as it was before the output, which may be the same record, was sized
+  output out;
+  dsp_vec *state;  // null: none is kept
+
+  stream_block(const dsp_vec *input, dsp_vec *result, dsp_vec *state_or_null)
+      : in(*input), out(result, {}), state(state_or_null) {}
+};
+
+enum : std::uint32_t {
+  DSP_OUT_ALIAS = 1,         // an output on the input's buffer is served through the scratch output
+  DSP_OUT_SHARED_STATE = 2,  // an absent state is replaced by the scratch state
+  DSP_OUT_KEEP_LENGTH = 4    // the output keeps its length instead of taking the input's
+};
+
+// Shapes the state (dx and representation of the input) and sizes the output (complex when the input or `second`, which
+// may be null, is). -1: no memory.
+int32_t dsp_output_prepare(stream_block *block, const dsp_vec *second, int32_t state_length, std::uint32_t flags);
+
+// Copies a result that was made in the scratch signal to the caller's output.
+int32_t dsp_output_commit(const stream_block &block);
+
+// The past of a stream, the M - 1 most recent samples, oldest first, that a filter of M taps still reaches, and the
+// block behind it. `past` may be null: silence.
 struct past_and_block {
   const double *past;
   std::int64_t past_length;  // samples
@@ -58,10 +88,5 @@ struct past_and_block {
     dsp_move_doubles(state->data + kept * width, block + (block_length - fresh) * width, bytes(fresh));
   }
 };
-
-// Two records that cannot be told apart: writing one would damage the other. `a` may be null.
-inline bool same_signal(const dsp_vec *a, const dsp_vec *b) {
-  return a != nullptr && (a == b || (a->data != nullptr && a->data == b->data));
-}
 
 }  // namespace dsp
