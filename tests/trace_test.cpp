@@ -119,9 +119,9 @@ double mean_of(const reals &x, int32_t i, int32_t h) {
 }
 
 TEST(Smooth, MeansOfWindowsThatShrinkAtTheEnds) {
-  const int32_t n = 60;
-  const reals x = random_reals(60, 5);
-  const complexes z = random_complexes(60, 8);
+  const int32_t n = 600;
+  const reals x = random_reals(600, 5);
+  const complexes z = random_complexes(600, 8);
   reals magnitudes, phases, turning, wrapped;
   for (const complex &v : z) {
     magnitudes.push_back(std::abs(v));
@@ -129,10 +129,11 @@ TEST(Smooth, MeansOfWindowsThatShrinkAtTheEnds) {
     turning.push_back(40 * std::sin(0.07 * static_cast<double>(turning.size())));
     wrapped.push_back(std::remainder(turning.back(), 2 * pi));
   }
-  for (const int32_t width : {3, 5, 21, 101})
-    for (const auto &[start, stop] : {std::pair{0, 60}, {0, 30}, {20, 41}, {7, 8}, {58, 60}, {0, 90}, {70, 90}}) {
-      reals means(60, 9.0), out = means, mean_phases = means, phases_out = means;
-      complexes polar(60, 9.0), polar_out = polar;
+  for (const int32_t width : {3, 5, 21, 401})
+    for (const auto &[start, stop] :
+         {std::pair{0, 600}, {0, 300}, {20, 41}, {7, 8}, {598, 600}, {0, 900}, {700, 900}}) {
+      reals means(600, 9.0), out = means, mean_phases = means, phases_out = means;
+      complexes polar(600, 9.0), polar_out = polar;
       int32_t count = 0;
       for (int32_t i = start; i < std::min(stop, n); ++i, ++count) {
         const int32_t h = std::min({width / 2, i, n - 1 - i});
@@ -165,6 +166,23 @@ TEST(Smooth, MeansOfWindowsThatShrinkAtTheEnds) {
     EXPECT_EQ(vfpd_Smooth(in.data(), out.data(), 3, 1, 3, 3, 1), 2);
     EXPECT_EQ(out[1], 2 * step / 3);
   }
+}
+
+TEST(Smooth, LeavesNothingOfASampleBehind) {
+  on_each_isa([] {
+    reals x(400, 1.0), out(400), expected;
+    const std::pair<std::size_t, double> specials[] = {{9, nan},    {20, 1e17}, {30, inf},  {35, -inf},
+                                                       {36, 1e308}, {51, inf},  {52, -inf}, {300, 1e300}};
+    for (const auto &[at, value] : specials) x[at] = value;
+    for (int32_t i = 0; i < 400; ++i) {
+      const int32_t h = std::min({2, i, 399 - i});
+      double sum = 0;
+      for (int32_t j = i - h; j <= i + h; ++j) sum += x[static_cast<std::size_t>(j)];
+      expected.push_back(sum / (2 * h + 1));
+    }
+    EXPECT_EQ(vfpd_Smooth(x.data(), out.data(), 400, 0, 400, 5, 0), 400);
+    EXPECT_TRUE(same(record(out), record(expected)));
+  });
 }
 
 TEST(Format, EachFormatOnEachInstructionSet) {

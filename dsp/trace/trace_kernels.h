@@ -8,6 +8,15 @@
 
 namespace dsp::trace {
 
+// A sum that numbers enter and leave. What rounding loses is summed as well, so that a number that has left leaves
+// nothing behind. No number is above 2^990, so that 2^31 of them do not overflow.
+struct compensated_sum {
+  double sum = 0.0;
+  double lost = 0.0;
+};
+
+constexpr std::int32_t slide_block = 64;
+
 struct trace_kernel_set {
   void (*scale)(double factor, double *x, std::int64_t n);
   void (*scale_single)(float factor, float *x, std::int64_t n);
@@ -18,6 +27,10 @@ struct trace_kernel_set {
   double (*largest)(const double *x, std::int64_t n, double than);
   double (*smallest)(const double *x, std::int64_t n, double than);
   void (*line)(double *x, std::int32_t n, double first, double step);  // x[i] = first + step i
+  // For each k in turn, enters[k] enters the sum, leaves[k] leaves it, and out[k] is the sum over `divisor`. False, and
+  // nothing is done, when a number is above 2^990, infinite or NaN. n is at most slide_block.
+  bool (*slide)(compensated_sum *s, const double *enters, const double *leaves, std::int32_t n, double divisor,
+                double *out);
   void (*magnitude)(const dsp_complex *z, double *out, std::int64_t n);
   void (*standing_wave_ratio)(const dsp_complex *z, double *out, std::int64_t n);
 };

@@ -71,6 +71,33 @@ void line(double *x, std::int32_t n, double first, double step) {
   for (; i < n; ++i) x[i] = first + step * i;
 }
 
+// What a + b loses to rounding, `sum` being the rounded sum (Knuth, TAOCP 2, 4.2.2).
+double lost_in(double a, double b, double sum) {
+  const double b_part = sum - a;
+  return (a - (sum - b_part)) + (b - b_part);
+}
+
+// Only two additions for each k wait for those of the k before.
+bool slide(compensated_sum *s, const double *enters, const double *leaves, std::int32_t n, double divisor,
+           double *out) {
+  double step[slide_block], lost[slide_block], sum[slide_block + 1];
+  std::int64_t ordinary = -1;
+  for (std::int32_t k = 0; k < n; ++k) ordinary &= __builtin_fabs(enters[k]) <= 0x1p990 ? -1 : 0;
+  if (ordinary == 0) return false;
+  for (std::int32_t k = 0; k < n; ++k) {
+    step[k] = enters[k] - leaves[k];
+    lost[k] = lost_in(enters[k], -leaves[k], step[k]);
+  }
+  sum[0] = s->sum;
+  for (std::int32_t k = 0; k < n; ++k) sum[k + 1] = sum[k] + step[k];
+  for (std::int32_t k = 0; k < n; ++k) lost[k] += lost_in(sum[k], step[k], sum[k + 1]);
+  for (std::int32_t k = 0; k < n; ++k) lost[k] = s->lost += lost[k];
+  for (std::int32_t k = 0; k < n; ++k) step[k] = (sum[k + 1] + lost[k]) / divisor;
+  for (std::int32_t k = 0; k < n; ++k) out[k] = step[k];
+  s->sum = sum[n];
+  return true;
+}
+
 double power(const dsp_complex &z) { return z.re * z.re + z.im * z.im; }
 
 void magnitude(const dsp_complex *z, double *out, std::int64_t n) {
@@ -86,8 +113,8 @@ void standing_wave_ratio(const dsp_complex *z, double *out, std::int64_t n) {
 
 }  // namespace
 
-extern const trace_kernel_set trace_set = {scale<double>, scale<float>, map,       map_to_int,         largest,
-                                           smallest,      line,         magnitude, standing_wave_ratio};
+extern const trace_kernel_set trace_set = {scale<double>, scale<float>, map,   map_to_int, largest,
+                                           smallest,      line,         slide, magnitude,  standing_wave_ratio};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::trace
