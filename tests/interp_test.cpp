@@ -40,6 +40,9 @@ TEST(Grid, SchemesAndEnds) {
       {DSP_INTERP_HOLD | clamped, {3}, {7}, {1, 5}, {7, 7}},
       {DSP_INTERP_SPLINE | clamped, {1}, {5}, {3, 0}, {17, 8}},  // of second derivative 6
       {DSP_INTERP_LINEAR, x2, {1, 2}, {}, {}},
+      // Nodes that do not rise: the last one ends every piece, whatever came before.
+      {DSP_INTERP_HOLD, {0, 5, 2}, {7, 8, 9}, {0.5, 3, 0.5}, {7, 9, 9}},
+      {DSP_INTERP_QUADRATIC | clamped, {0, 5, 7, 1}, {0, 25, 49, 6}, {0.5, 3, 0.5}, {0.25, 6, 6}},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(&c - cases);
@@ -103,6 +106,39 @@ TEST(Spline, SatisfiesItsEquations) {
         EXPECT_NEAR(static_cast<double>(off[left][0]), 0.0, 1e-12);
         EXPECT_NEAR(static_cast<double>(off[right][1]), 0.0, 1e-12);
       }
+}
+
+// A wide interval and four of 1/r: second derivatives over r^2, solved in fractions; and mirrored, a wide last
+// interval.
+TEST(Spline, KeepsItsDigitsOnUnevenNodes) {
+  const struct {
+    double r;
+    int32_t right;
+    reals expected;
+  } cases[] = {
+      {0x1p13,
+       0,
+       {-10.264267026784616, 5.130095372661443, 5.131974567290282, 1.3420063581774295, -4.5, -10.34200635817743}},
+      {0x1p13, 3, {-9.972973702610066, 4.984475377646873, 4.986301238130302, 2.0703196698319193, -7.26757991745798, 0}},
+      {0x1p53,
+       0,
+       {-10.263157894736842, 5.1315789473684195, 5.131578947368421, 1.3421052631578947, -4.5, -10.342105263157894}},
+      {0x1p53,
+       3,
+       {-9.971830985915494, 4.985915492957745, 4.985915492957747, 2.0704225352112675, -7.267605633802817, 0}},
+  };
+  for (const auto &c : cases) {
+    const record x(reals{-1, 0, 1 / c.r, 2 / c.r, 3 / c.r, 4 / c.r}), y(reals{1, 2, -1, 0.5, 3, 1});
+    record mirrored_x(x), mirrored_y(y), d2, mirrored;
+    ASSERT_EQ(dspi_rev(&mirrored_x) | dspi_neg(&mirrored_x) | dspi_rev(&mirrored_y), 0);
+    ASSERT_EQ(dspb_cspline_2d(&x, &y, &d2, 0, 0, 0, c.right), 0);
+    ASSERT_EQ(dspb_cspline_2d(&mirrored_x, &mirrored_y, &mirrored, 0, 0, c.right, 0), 0);
+    ASSERT_EQ(dspi_rev(&mirrored), 0);
+    for (record *m : {&d2, &mirrored}) {
+      ASSERT_EQ(dspi_scale(m, 1 / c.r) | dspi_scale(m, 1 / c.r), 0);
+      EXPECT_TRUE(near(*m, c.expected, 1e-14));
+    }
+  }
 }
 
 TEST(Spline, ReproducesACubic) {

@@ -114,6 +114,16 @@ struct middle {
   }
 };
 
+// For nodes that do not rise: the last one may come before the middle.
+struct middle_or_last {
+  middle half_way;
+  node last;
+  template <class V>
+  auto operator()(const V &t) const {
+    return half_way(t) | last(t);
+  }
+};
+
 // Fills out[i] and following with the piece, up to the first query past its end, whose index is returned. What is
 // written behind it in the same lanes is written again later.
 template <class Piece, class Past>
@@ -150,7 +160,8 @@ int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_e
     if (!reach(f, q.t[i], &j)) return -1;
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const bool ends = j < f.n - 1 || hold_end;  // GCOVR_EXCL_BR_LINE: some pieces always hold the end
-    i = ends ? fill(q, i, piece(j), node{f.x[j]}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
+    const double end = hold_end && last < f.x[j] ? last : f.x[j];
+    i = ends ? fill(q, i, piece(j), node{end}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
   }
   return 0;
 }
@@ -165,8 +176,11 @@ int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool h
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const parabola piece(f, m);
     if (piece.scale == 0.0) return -1;
-    if (m < f.n - 2)
-      i = fill(q, i, piece, middle{f.x[m], f.x[m + 1]});
+    const middle half_way = {f.x[m], f.x[m + 1]};
+    if (m < f.n - 2 && hold_end && last < half_way.x1)
+      i = fill(q, i, piece, middle_or_last{half_way, {last}});
+    else if (m < f.n - 2)
+      i = fill(q, i, piece, half_way);
     else
       i = hold_end ? fill(q, i, piece, node{last}) : fill(q, i, piece, nowhere());
   }

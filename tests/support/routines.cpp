@@ -375,8 +375,8 @@ const std::vector<routine> &routines() {
     {"dsp_interp", "iu i ir iu o", {4, 30}, 0x2af1c71c91c473d1, [](call &c) {
        return dsp_interp(c[0], c[1], c[2], c[3], c[4], one_of(interpolations, c));
      }, 10},
-    {"dsp_cspline", "iu i iu o", {1, 4, 30}, 0x723fc385e81f5a9e, [](call &c) { return dsp_cspline(c[0], c[1], nullptr, c[2], c[3]); }},
-    {"dspb_cspline_2d", "iu i o", {4, 30}, 0x13f9c654637dd85b, [](call &c) {
+    {"dsp_cspline", "iu i iu o", {1, 4, 30}, 0xfaf0c50627131dfb, [](call &c) { return dsp_cspline(c[0], c[1], nullptr, c[2], c[3]); }},
+    {"dspb_cspline_2d", "iu i o", {4, 30}, 0x99d0faa33e85f476, [](call &c) {
        return dspb_cspline_2d(c[0], c[1], c[2], 0.3, -0.2, c.variant % 4, c.variant / 4);
      }, 16},
     {"dspb_inter", "i* i* o", any, 0x73035aadf7b58e49, of(dspb_inter)},
@@ -411,7 +411,7 @@ const std::vector<routine> &routines() {
     {"vfpd_ExpandLog", "b", few, of_functions, [](call &c) {
        return vfpd_ExpandLog(c[0]->data, c[0]->length, 0.1, 7.3), 0;
      }},
-    {"vfpd_Smooth", "f b", {64}, 0x7f1217ef2d5c4bb4, [](call &c) {
+    {"vfpd_Smooth", "f b", {64}, 0x31edb36b87194243, [](call &c) {
        return gives_integer(c, vfpd_Smooth(c[0]->data, c[1]->data, 64, 5, 60, 7, c.variant));
      }, 2},
     {"vfpd_SmoothCpx", "fc bc", {64}, of_functions, [](call &c) {
