@@ -21,7 +21,10 @@ void *heap_allocate(std::size_t bytes) noexcept {
 }
 
 void *heap_resize(void *block, std::size_t old_bytes, std::size_t bytes) noexcept {
-  void *fresh = heap_allocate(bytes);                      // realloc() would lose the alignment
+  // realloc() may lose the alignment. It is restored when the block grows by half or more: restoring it at every step
+  // would copy the whole block at every step.
+  if (bytes - old_bytes < old_bytes / 2) return std::realloc(block, bytes);
+  void *fresh = heap_allocate(bytes);
   if (fresh == nullptr || block == nullptr) return fresh;  // GCOVR_EXCL_BR_LINE: tests have a heap that fails
   std::memcpy(fresh, block, old_bytes);
   heap_release(block);
