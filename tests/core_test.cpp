@@ -147,6 +147,12 @@ TEST(Compare, FirstDifferenceBeyondToleranceDecides) {
       EXPECT_EQ(sign > 0 ? dsp_cmp(&c.a, &c.b, c.tolerance, &result) : dsp_cmp(&c.b, &c.a, c.tolerance, &result), 0);
       EXPECT_EQ(result, sign * c.expected) << &c - cases;
     }
+  const record nothing[] = {reals{0}, complexes{0}};
+  for (const record &a : nothing)
+    for (const record &b : nothing) {  // a difference of 0 is above a negative tolerance
+      dsp_cmp(&a, &b, -1, &result);
+      EXPECT_EQ(result, 1);
+    }
   for (std::size_t at = 0; at < 200; ++at) {
     record a(reals(200, 0.0)), zeros(a);
     a.data[at] = 1.0;
@@ -169,6 +175,13 @@ TEST(Output, KeepsNoMoreThanTheOperandsHold) {
   dsp::operands ready;
   EXPECT_EQ(dsp::dspb_prepare_output(a, wide, &out, &ready), -1);
   EXPECT_EQ(kept_complex, 0u);
+  reals three = {1, 2, 3};  // held, but for the last two, in a record that says less
+  dsp_vec part = {1.0, three.data(), 3, 1, 0, 0};
+  const dsp_vec operand_on_it = {1.0, three.data(), 0, 3, 0, 0};
+  static int32_t kept_length;
+  dsp_lib_realloc([](dsp_vec *v, int32_t length, uint32_t) { kept_length = length, v->data = nullptr; }, nullptr);
+  EXPECT_EQ(dspb_ritoc(&operand_on_it, &operand_on_it, &part), -1);
+  EXPECT_EQ(kept_length, 3);
   dsp_lib_realloc(nullptr, nullptr);
   EXPECT_EQ(dsp::mean_spacing(1.5e308, 1.7e308), 1.6e308);
   EXPECT_EQ(dsp::mean_spacing(5e-324, 5e-324), 5e-324);

@@ -26,10 +26,11 @@ int32_t order_equal_widths(const double *a, const double *b, std::int64_t n, dou
   return 0;
 }
 
-int32_t order_mixed(const double *complex, const double *real, int32_t n, double tolerance) {
+// `side` is 1 for complex minus real, -1 for real minus complex.
+int32_t order_mixed(const double *complex, const double *real, int32_t n, double tolerance, double side) {
   for (int32_t i = 0; i < n; ++i, complex += 2)
     for (const double d : {complex[0] - real[i], complex[1]})
-      if (const int32_t sign = sign_beyond(d, tolerance); sign != 0) return sign;
+      if (const int32_t sign = sign_beyond(side * d, tolerance); sign != 0) return sign;
   return 0;
 }
 
@@ -45,8 +46,8 @@ int32_t dsp_cmp(const dsp_vec *a, const dsp_vec *b, double tolerance, int32_t *r
   if ((a->is_complex != 0) == (b->is_complex != 0))
     *result = order_equal_widths(a->data, b->data, doubles(*a), tolerance);
   else if (a->is_complex != 0)
-    *result = order_mixed(a->data, b->data, samples(*a), tolerance);
+    *result = order_mixed(a->data, b->data, samples(*a), tolerance, 1.0);
   else
-    *result = -order_mixed(b->data, a->data, samples(*a), tolerance);
+    *result = order_mixed(b->data, a->data, samples(*a), tolerance, -1.0);
   return 0;
 }
