@@ -28,15 +28,8 @@ int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double we
 
 bool replaces(std::int32_t period, std::int32_t count) { return period == 1 || (period > 0 && count % period == 1); }
 
-}  // namespace
-}  // namespace dsp::spectrum
-
-using namespace dsp;
-using namespace dsp::spectrum;
-
-int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
-                 double weight, double limit) {
-  if (in == nullptr || avg == nullptr) return -1;
+int32_t fold(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
+             double weight, double limit) {
   temporary own;
   if (work == nullptr || shares_buffer(*work, *in) || shares_buffer(*work, *avg)) work = own.get();
   if ((flags & DSP_AVG_POWER) != 0) {
@@ -62,4 +55,18 @@ int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, 
     default:
       return 0;
   }
+}
+
+}  // namespace
+}  // namespace dsp::spectrum
+
+using namespace dsp;
+using namespace dsp::spectrum;
+
+int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
+                 double weight, double limit) {
+  if (in == nullptr || avg == nullptr) return -1;
+  const int32_t status = fold(in, avg, work, flags, count, period, weight, limit);
+  if (avg->data == nullptr) avg->length = 0;  // the average is lost: the next call finds no samples to read
+  return status;
 }

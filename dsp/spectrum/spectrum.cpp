@@ -22,7 +22,7 @@ std::int32_t transform_length(std::int32_t n) {
   return n < largest_transform ? static_cast<std::int32_t>(power_of_two_from(n)) : largest_transform;
 }
 
-std::int32_t rounded(double x) { return static_cast<std::int32_t>(std::floor(x + 0.5)); }
+std::int32_t rounded(double x) { return static_cast<std::int32_t>(std::round(x)); }
 
 // Where the signal is real and of one side, a half spectrum holds everything.
 bool one_sided(const spectrum_flags &f, bool is_complex) { return !is_complex && !f.two_sided && !f.raw; }
