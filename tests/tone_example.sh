@@ -26,7 +26,7 @@ reads() {
 signal 60000 3e-5 >tone.txt
 "$tone" --rate 48000 tone.txt >report || fail "status of tone"
 reads frequency 997.3 0.0001
-reads level -6.0206 0.011
+reads level -6.0206 0.001
 reads "harmonic 2" -60 0.02
 reads "harmonic 3" -66.02 0.02
 reads "total distortion" -59.03 0.03
@@ -37,7 +37,7 @@ reads "signal to noise" 86.2 0.15
 reads SINAD 59.02 0.03
 reads "effective bits" 10.51 0.02
 "$tone" --rate 48000 --harmonics 2 --full-scale 0.5 tone.txt >report || fail "status of tone"
-reads level 0 0.011
+reads level 0 0.001
 reads "total distortion" -60 0.02
 
 # A second harmonic above half the rate shows where it folds to.
@@ -46,12 +46,45 @@ awk 'BEGIN { w = 2 * atan2(0, -1); for (i = 0; i < 9000; ++i) printf "%.15g\n", 
 "$tone" --rate 1 folded.txt >report || fail "status of tone"
 reads "harmonic 2" -60 0.02
 
+# Near 0 Hz and half the rate, 4800 samples of a tone with an offset, a harmonic of -30 dB and hum of -40 dB 24 bins
+# away; what has fewer than 3 periods is refused, and so is what noise or a neighbour pulls.
+low() {
+  awk -v f="$1" -v hum="$2" -v noise="$3" 'BEGIN {
+    w = 2 * atan2(0, -1) / 48000
+    for (i = 0; i < 4800; ++i)
+      printf "%.15g\n", 3 + 0.5 * (sin(w * f * i + 1) + 0.0316 * sin(2 * w * f * i) + 0.01 * cos(w * hum * i) + noise * rand())
+  }'
+}
+for f in 30 50.4 83 97.7; do low $f $((${f%.*} + 241)) 0 >low_$f; done
+for f in 23970 23941.3; do low $f $((${f%.*} - 240)) 0 >low_$f; done
+for f in 30 50.4 83 97.7 23970 23941.3; do
+  "$tone" --rate 48000 --json low_$f >report || fail "status of tone at $f Hz"
+  sed 's/[":,{}]/ /g' report | awk -v f=$f '{ exit !(($2 - f) ^ 2 < 1e-10 && ($6 + 6.0206) ^ 2 < 1e-8) }' ||
+    fail "tone at $f Hz: $(cat report)"
+done
+low 20 5000 0 >two_periods
+low 23980 5000 0 >two_below
+low 3000 3012 0 >neighbour
+low 3000 5000 0.5 >noisy
 program=$tone
-refuses "recording is needed"
+status=1
+refuses "fewer than 3 periods.* 7200 samples" --rate 48000 two_periods
+refuses "7200 samples, or a higher" --rate 48000 two_below
+refuses "change its level by" --rate 48000 neighbour
+refuses "change its level by" --rate 48000 noisy
+refuses "no tone stands out" --rate 48000 --from 9000 --to 10000 two_periods
 head -n 255 tone.txt >short.txt
 yes 0 | head -n 1000 >silence.txt
-refuses "fewer than 256" --rate 1 short.txt
+refuses "255 samples; it takes 256" --rate 1 short.txt
 refuses "no tone" --rate 1 silence.txt
+# Both channels of a sound, in opposite phase, cancel in their mean.
+awk '{ printf "%d\n%d\n", 30000 * $1, -30000 * $1 }' tone.txt | head -n 8000 >both.txt
+{ printf "RIFF$(le 4 16036)WAVEfmt $(le 4 16)$(le 2 1 2)$(le 4 48000 192000)$(le 2 4 16)data$(le 4 16000)"
+  printf "$(le 2 $(cat both.txt))"; } >opposite.wav
+refuses "no tone.*mean of channels 1 to 2; --channel" opposite.wav
+"$tone" -c 2 opposite.wav | grep -q "channel 2 of 2" || fail "channel 2 of opposite.wav"
+status=2
+refuses "recording is needed"
 refuses "channel 2" --rate 1 -c 2 tone.txt
 
 # The same tone as raw 16 bit samples: a line each, its bar over the right column, and the same frequency and level.

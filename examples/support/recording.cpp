@@ -25,4 +25,11 @@ int channel_of(const arguments &given) {
   return given.text("channel", "mix") == "mix" ? 0 : static_cast<int>(given.integer("channel", 1, 1, 1024));
 }
 
+std::string channel_read(const arguments &given, const sample_reader &recording) {
+  const std::string all = std::to_string(recording.channels());
+  if (recording.channels() < 2) return "";
+  if (const int channel = channel_of(given)) return "channel " + std::to_string(channel) + " of " + all;
+  return "the mean of channels 1 to " + all + "; --channel N takes one";
+}
+
 }  // namespace examples

@@ -13,14 +13,16 @@ work_in() {
   refused=$PWD.refused
 }
 
-# refuses WORD ARGUMENT...: $program ends with status 2 and one line on stderr that holds the word, and writes nothing.
+# refuses WORD ARGUMENT...: $program ends with $status (2 if nothing is said) and one line on stderr that holds the word,
+# and writes nothing.
+status=2
 refuses() {
-  local before after status
+  local before after ended
   before=$(ls)
   "$program" "${@:2}" >"$refused.out" 2>"$refused.err"
-  status=$?
+  ended=$?
   after=$(ls)
-  [ $status -eq 2 ] || fail "status $status of $*"
+  [ $ended -eq $status ] || fail "status $ended of $*"
   [ "$(wc -l <"$refused.err")" -eq 1 ] || fail "lines on stderr of $*: $(cat "$refused.err")"
   grep -q -i -e "$1" "$refused.err" || fail "message of $*: $(cat "$refused.err")"
   [ -s "$refused.out" ] && fail "output of $*: $(cat "$refused.out")"
