@@ -9,18 +9,34 @@
     plt.plot(s.axis(), dsp.db(dsp.mag(s)))
 
 Signals are arrays, lists or `Signal`s, arrays that know the spacing `dx` of their samples; results are `Signal`s. Real
-and complex go by the dtype. Nothing changes its arguments, but for `out`. The names are those of dsp.h without their
-prefixes, and the docstrings name the routine whose contract, in dsp.h, holds here, too. What it refuses raises `Error`.
-Constants go by name: windows, and flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are
-objects that are called block by block. `lib` has the routines as they are in C, for `Record`s and arrays.
+and complex go by the dtype. Arrays of several dimensions hold a record in each row, along `axis`, the last one unless
+said otherwise; two operands are broadcast. Nothing changes its arguments, but for `out`.
+
+The names are those of dsp.h without their prefixes, and the docstrings name the routine whose contract, in dsp.h, holds
+here, too. What a routine refuses raises `Error`, a ValueError that says why; MemoryError means what it says. Constants
+go by name: windows, and flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are objects that
+are called block by block, fork by `copy.copy` and can be pickled. `lib` has the routines as they are in C, for `Record`s
+and arrays.
+
+Threads may call everything, and take turns: the library serves one at a time, so that a call holds the interpreter's
+lock until it is done. A server that must answer meanwhile gives long records to processes (`concurrent.futures` has
+pools of them) or cuts them into blocks, which streams are for. A stream belongs to one thread at a time.
 """
 
+from ._arithmetic import *
 from ._c import Error, lib
-from ._elementwise import *
+from ._calculus import *
+from ._core import *
 from ._fft import *
 from ._filter import *
+from ._fit import *
+from ._function import *
+from ._generator import *
 from ._interp import *
 from ._names import *
+from ._order import *
+from ._pair import *
+from ._representation import *
 from ._resample import *
 from ._rf import *
 from ._signal import *

@@ -1,7 +1,8 @@
 """The shared library and its routines as C has them: `lib.dspi_db(record, 20.0)`.
 
 A routine raises `Error` where C returns its failure status, and `TypeError` for arguments that do not fit its types.
-Calls hold the interpreter's lock, so that threads take turns: the library serves one at a time.
+Calls hold the interpreter's lock, so that threads take turns: the library serves one at a time. Lengths that are passed
+beside an array are not checked against it: as in C, they are the caller's affair.
 """
 
 from __future__ import annotations
@@ -10,6 +11,7 @@ import ctypes
 import ctypes.util
 import operator
 import os
+import re
 from pathlib import Path
 from types import SimpleNamespace
 from typing import Any, Iterator
@@ -17,15 +19,15 @@ from typing import Any, Iterator
 import numpy as np
 
 
-class Error(Exception):
-    """A routine refused its arguments or ran out of memory; `routine` is its name in dsp.h."""
+class Error(ValueError):
+    """A routine refuses its arguments; the message says why, `routine` is its name in dsp.h."""
 
-    def __init__(self, routine: str) -> None:
-        super().__init__(f"{routine} failed: it does not take these arguments, or memory ran out")
+    def __init__(self, message: str, routine: str = "") -> None:
+        super().__init__(message)
         self.routine = routine
 
-    def __reduce__(self) -> tuple:
-        return Error, (self.routine,)
+    def __reduce__(self) -> tuple[Any, ...]:
+        return Error, (str(self), self.routine)
 
 
 class Vec(ctypes.Structure):
@@ -84,7 +86,7 @@ class _Integer:
     def from_param(self, value: Any) -> Any:
         number = operator.index(value)
         if not self.low <= number <= self.high:
-            raise OverflowError(f"{number} does not fit 32 bits")
+            raise OverflowError(f"{number} lies outside {self.low} to {self.high}")
         return self.kind(number)
 
 
@@ -128,6 +130,11 @@ TYPES: dict[str, Any] = {
     "r": ReallocHook,
     "R": ctypes.POINTER(ReallocHook),
 }
+EXPECTED = {
+    "v": "a Record", "i": "an integer", "u": "an integer", "d": "a number", "f": "a number", "s": "bytes",
+    "D": "a writable float64 array in one piece", "F": "a writable float32 array in one piece",
+    "I": "a writable int32 array in one piece", "z": "a writable complex128 array in one piece",
+}  # fmt: skip
 
 # The routines by their arguments; what stands before a colon is returned, an int32_t where there is no colon.
 SIGNATURES = {
@@ -230,6 +237,15 @@ def candidates() -> Iterator[str]:
     yield ctypes.util.find_library("dsp") or "libdsp.so.2"
 
 
+def _misfit(name: str, arguments: str, args: tuple[Any, ...], reason: Exception) -> TypeError:
+    """Which argument does not fit its type, and what the routine takes there."""
+    place = re.match(r"argument (\d+)", str(reason))
+    k = int(place.group(1)) - 1 if place else len(args)
+    if k >= min(len(args), len(arguments)) or arguments[k] not in EXPECTED:
+        return TypeError(f"{name}: {reason}")
+    return TypeError(f"{name} takes {EXPECTED[arguments[k]]} as argument {k + 1}, got {args[k]!r:.60}")
+
+
 def _routine(library: ctypes.PyDLL, name: str, result: str, arguments: str) -> Any:
     function = library[name]
     function.restype = RESULTS[result]
@@ -240,13 +256,22 @@ def _routine(library: ctypes.PyDLL, name: str, result: str, arguments: str) -> A
         try:
             status = function(*args)
         except ctypes.ArgumentError as reason:
-            raise TypeError(f"{name}: {reason}") from None
+            raise _misfit(name, arguments, args, reason) from None
         if status is not None and status == failure:
-            raise Error(name)
+            raise Error(f"{name} returned {failure}: it does not take these arguments, or memory ran out", name)
         return status
 
     call.__name__ = name
+    call.arguments = arguments  # type: ignore[attr-defined]
     return call
+
+
+def run(routine: Any, *args: Any) -> Any:
+    """Calls a routine whose conditions are met, so that it fails for lack of memory only."""
+    try:
+        return routine(*args)
+    except Error as error:
+        raise MemoryError(f"{routine.__name__}: memory ran out") from error
 
 
 def load(path: str) -> Any:

@@ -4,76 +4,385 @@ amplitude of its frequency; dx becomes 1/(dx n), and `y.axis()` the frequencies.
 
 from __future__ import annotations
 
-from typing import Optional
+from typing import Any, Optional
 
-from ._c import lib
-from ._signal import Samples, Signal, changed
+from ._c import Error, lib
+from ._call import changed, power_of_two, real_only
+from ._signal import Array, Samples, Signal
 
 __all__ = [
     "analytic", "bitrev", "dct", "dft", "fft", "hilbert", "idct", "idft", "ifft", "irdft", "irfft", "rdft", "rfft",
 ]  # fmt: skip
 
 
-def fft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Transform of a power-of-two length: n complex bins (dspi_fft)."""
-    return changed(lib.dspi_fft, x, False, dx=dx)
+def fft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Fourier transform of a power-of-two length (dspi_fft).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n complex bins.
+
+    Raises
+    ------
+    Error
+        If the length is no power of two.
+
+    Examples
+    --------
+    >>> dsp.fft([1.0, 1.0])
+    Signal([1.+0.j, 0.+0.j], dx=0.5)
+    """
+    return changed(lib.dspi_fft, x, False, axis=axis, dx=dx, needs=[power_of_two("dft")])
 
 
-def ifft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Undoes fft, complex (dspi_fft)."""
-    return changed(lib.dspi_fft, x, True, dx=dx)
+def ifft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Undoes `fft` (dspi_fft).
+
+    Parameters
+    ----------
+    x : array_like
+        A spectrum, as the forward transform gives it.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n complex samples.
+
+    Raises
+    ------
+    Error
+        If the length is no power of two.
+
+    Examples
+    --------
+    >>> dsp.ifft([1.0, 0.0])
+    Signal([1.+0.j, 1.+0.j], dx=0.5)
+    """
+    return changed(lib.dspi_fft, x, True, axis=axis, dx=dx, needs=[power_of_two("idft")])
 
 
-def rfft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Half spectrum, n/2 + 1 bins, of a real signal of a power-of-two length (dspi_rfft)."""
-    return changed(lib.dspi_rfft, x, dx=dx)
+def _half_spectrum(routine: Any, x: Array) -> None:
+    bins = x.shape[-1]
+    if bins < 1 or (bins > 1 and (bins - 1) & (bins - 2)):
+        raise Error(f"irfft takes 1 bin or a power of two plus 1, got {bins}; irdft takes any number", routine.__name__)
 
 
-def irfft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Undoes rfft (dspi_irfft)."""
-    return changed(lib.dspi_irfft, x, dx=dx)
+def rfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Half spectrum of a real signal of a power-of-two length (dspi_rfft).
+
+    Parameters
+    ----------
+    x : array_like
+        Real samples, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n/2 + 1 complex bins, from frequency 0 to Nyquist.
+
+    Raises
+    ------
+    Error
+        If `x` is complex, or its length no power of two.
+
+    Examples
+    --------
+    >>> dsp.rfft([1.0, 0.0, 1.0, 0.0], dx=0.25)
+    Signal([0.5+0.j, 0. +0.j, 0.5+0.j], dx=1)
+    """
+    return changed(lib.dspi_rfft, x, axis=axis, dx=dx, needs=[real_only, power_of_two("rdft")])
 
 
-def dft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Transform of any length: n complex bins (dspi_dft)."""
-    return changed(lib.dspi_dft, x, False, dx=dx)
+def irfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Undoes `rfft` (dspi_irfft).
+
+    Parameters
+    ----------
+    x : array_like
+        A spectrum, as the forward transform gives it.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        2 (n - 1) real samples of n bins.
+
+    Raises
+    ------
+    Error
+        If n - 1 is no power of two.
+
+    Examples
+    --------
+    >>> dsp.irfft([0.5, 0.0, 0.5])
+    Signal([1., 0., 1., 0.], dx=0.25)
+    """
+    return changed(lib.dspi_irfft, x, axis=axis, dx=dx, needs=[_half_spectrum])
 
 
-def idft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Undoes dft, complex (dspi_dft)."""
-    return changed(lib.dspi_dft, x, True, dx=dx)
+def dft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Fourier transform of any length (dspi_dft).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n complex bins.
+
+    Examples
+    --------
+    >>> dsp.mag(dsp.dft([3.0, 0.0, 0.0])).round(12)
+    array([1., 1., 1.])
+    """
+    return changed(lib.dspi_dft, x, False, axis=axis, dx=dx)
 
 
-def rdft(x: Samples, *, dx: Optional[float] = None) -> Signal:
-    """Half spectrum, n/2 + 1 bins, of a real signal of any length n (dspi_rdft)."""
-    return changed(lib.dspi_rdft, x, dx=dx)
+def idft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Undoes `dft` (dspi_dft).
+
+    Parameters
+    ----------
+    x : array_like
+        A spectrum, as the forward transform gives it.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n complex samples.
+
+    Examples
+    --------
+    >>> dsp.mag(dsp.idft([1.0, 0.0, 0.0])).round(12)
+    array([1., 1., 1.])
+    """
+    return changed(lib.dspi_dft, x, True, axis=axis, dx=dx)
 
 
-def irdft(x: Samples, odd: bool = False, *, dx: Optional[float] = None) -> Signal:
-    """Undoes rdft; `odd` where n was odd, which a half spectrum does not tell (dspi_irdft)."""
-    return changed(lib.dspi_irdft, x, odd, dx=dx)
+def rdft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Half spectrum of a real signal of any length (dspi_rdft).
+
+    Parameters
+    ----------
+    x : array_like
+        Real samples, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n/2 + 1 complex bins, rounded down.
+
+    Raises
+    ------
+    Error
+        If `x` is complex.
+
+    Examples
+    --------
+    >>> dsp.mag(dsp.rdft([3.0, 0.0, 0.0])).round(12)
+    array([1., 1.])
+    """
+    return changed(lib.dspi_rdft, x, axis=axis, dx=dx, needs=[real_only])
 
 
-def dct(x: Samples, *, normalised: bool = False, dx: Optional[float] = None) -> Signal:
-    """Cosine transform (type II) of a real signal of any length; dx becomes 1/(2 n dx) (dspi_dct)."""
-    return changed(lib.dspi_dct, x, normalised << 1, dx=dx)
+def irdft(x: Samples, odd: bool = False, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Undoes `rdft` (dspi_irdft).
+
+    Parameters
+    ----------
+    x : array_like
+        A spectrum, as the forward transform gives it.
+    odd : bool
+        The signal had an odd length, which a half spectrum does not tell.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        2 (n - 1) real samples of n bins, one more with `odd`.
+
+    Examples
+    --------
+    >>> dsp.irdft([1.0, 1.0], odd=True).round(12)
+    array([ 3., -0., -0.])
+    """
+    return changed(lib.dspi_irdft, x, odd, axis=axis, dx=dx)
 
 
-def idct(x: Samples, *, normalised: bool = False, dx: Optional[float] = None) -> Signal:
-    """Undoes dct (dspi_dct)."""
-    return changed(lib.dspi_dct, x, 1 | normalised << 1, dx=dx)
+def dct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Cosine transform of type II of a real signal of any length (dspi_dct).
+
+    Parameters
+    ----------
+    x : array_like
+        Real samples, of any number of dimensions.
+    normalised : bool
+        The orthonormal form but for a factor: y[0] over the root of 2, all times 2.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n coefficients; dx becomes 1/(2 n dx).
+
+    Raises
+    ------
+    Error
+        If `x` is complex.
+
+    Examples
+    --------
+    >>> dsp.dct([1.0, 1.0, 1.0]).round(12)
+    array([ 1.,  0., -0.])
+    """
+    return changed(lib.dspi_dct, x, normalised << 1, axis=axis, dx=dx, needs=[real_only])
 
 
-def hilbert(x: Samples) -> Signal:
-    """Hilbert transform: every frequency a quarter period later; any length, real for real x (dspi_hilbert)."""
-    return changed(lib.dspi_hilbert, x)
+def idct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[float] = None) -> Signal:
+    """Undoes `dct` (dspi_dct).
+
+    Parameters
+    ----------
+    x : array_like
+        Coefficients, as `dct` gives them.
+    normalised : bool
+        The orthonormal form but for a factor: y[0] over the root of 2, all times 2.
+    axis : int
+        The axis along which the samples lie.
+    dx : float, optional
+        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+
+    Returns
+    -------
+    Signal
+        n real samples.
+
+    Raises
+    ------
+    Error
+        If `x` is complex.
+
+    Examples
+    --------
+    >>> dsp.idct([1.0, 0.0, 0.0]).round(12)
+    array([1., 1., 1.])
+    """
+    return changed(lib.dspi_dct, x, 1 | normalised << 1, axis=axis, dx=dx, needs=[real_only])
 
 
-def analytic(x: Samples) -> Signal:
-    """x plus i times its Hilbert transform: mag is the envelope, phase the phase (dspi_analytic)."""
-    return changed(lib.dspi_analytic, x)
+def hilbert(x: Samples, *, axis: int = -1) -> Signal:
+    """Hilbert transform: every frequency a quarter period later (dspi_hilbert).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    Signal
+        The transform, real for real `x`; constant part and Nyquist frequency are removed.
+
+    Examples
+    --------
+    >>> dsp.hilbert([1.0, 0.0, -1.0, 0.0]).round(12)
+    array([ 0.,  1.,  0., -1.])
+    """
+    return changed(lib.dspi_hilbert, x, axis=axis)
 
 
-def bitrev(x: Samples, *, scale: bool = False) -> Signal:
-    """Samples in the order of their indices' bits reversed; over n with `scale` (dspi_bitrev, dspi_bitrev_scale)."""
-    return changed(lib.dspi_bitrev_scale if scale else lib.dspi_bitrev, x)
+def analytic(x: Samples, *, axis: int = -1) -> Signal:
+    """Analytic signal: x plus i times its Hilbert transform (dspi_analytic).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    Signal
+        Complex samples: `mag` is the envelope, `phase` the phase.
+
+    Examples
+    --------
+    >>> dsp.mag(dsp.analytic([1.0, 0.0, -1.0, 0.0])).round(12)
+    array([1., 1., 1., 1.])
+    """
+    return changed(lib.dspi_analytic, x, axis=axis)
+
+
+def bitrev(x: Samples, *, scale: bool = False, axis: int = -1) -> Signal:
+    """Samples in the order of their indices with the bits reversed (dspi_bitrev, dspi_bitrev_scale).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    scale : bool
+        Divides by the length.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    Signal
+        The samples; twice restores the order.
+
+    Raises
+    ------
+    Error
+        If the length is no power of two.
+
+    Examples
+    --------
+    >>> dsp.bitrev([0.0, 1.0, 2.0, 3.0])
+    Signal([0., 2., 1., 3.], dx=1)
+    """
+    return changed(lib.dspi_bitrev_scale if scale else lib.dspi_bitrev, x, axis=axis, needs=[power_of_two()])

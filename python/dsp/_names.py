@@ -4,9 +4,11 @@
 
 from __future__ import annotations
 
+import functools
+import operator
 import re
 from enum import IntEnum, IntFlag
-from typing import Type, Union
+from typing import Iterable, Type, Union
 
 __all__ = ["Avg", "Fir", "Fir2", "Format", "Interp", "Pad", "Peak", "Spectrum", "Spline", "Window", "Wnd"]
 
@@ -174,17 +176,31 @@ class Format(IntEnum):
     RETURN_LOSS = 4  # dB
 
 
+TUKEY = 24  # a window type without a name
+
 Choice = Union[int, str]
+Names = Union[Type[IntEnum], Type[IntFlag]]
 
 
-def choose(names: Type[IntEnum] | Type[IntFlag], choice: Choice) -> int:
+def listed(choices: Iterable[object]) -> str:
+    return ", ".join(str(choice).lower() for choice in choices)
+
+
+def choose(names: Names, choice: Choice) -> int:
     """The value of a constant, or of its name; of several flags, `|` or a comma between them."""
+    flags, members = issubclass(names, IntFlag), names.__members__
     if not isinstance(choice, str):
-        return choice
+        value, values = operator.index(choice), [int(member) for member in members.values()]
+        if names is Window and value == TUKEY:
+            return value
+        known = value & ~functools.reduce(operator.or_, values) == 0 if flags else value in values
+        if not known:
+            raise ValueError(f"{names.__name__} has no value {value}, but {listed(members)}")
+        return value
     text = choice.upper().replace("-", "_")
     value = 0
-    for name in re.findall(r"\w+", text) if issubclass(names, IntFlag) else [text]:
-        if name not in names.__members__:
-            raise ValueError(f"{names.__name__} has no {name}, but {', '.join(names.__members__)}")
-        value |= names.__members__[name]
+    for name in re.findall(r"\w+", text) if flags else [text]:
+        if name not in members:
+            raise ValueError(f"{names.__name__} has no {name.lower()!r}, but {listed(members)}")
+        value |= members[name]
     return value

@@ -7,58 +7,158 @@ from typing import Sequence
 import numpy as np
 import numpy.typing as npt
 
-from ._c import Error, lib
+from ._c import Error, lib, run
+from ._call import indices
+from ._signal import Array, numbers
 
 __all__ = ["OnePort", "invert", "matrix_mult"]
 
 
-def _copy(x: npt.ArrayLike) -> np.ndarray:
-    return np.array(x, np.complex128, order="C", ndmin=1)
+def _copy(x: npt.ArrayLike) -> Array:
+    return np.array(numbers(x), np.complex128, order="C", ndmin=1)
 
 
 class OnePort:
-    """The error terms of a reflectometer, from three standards: how they were measured and what they are, each an array
-    over frequency (Compute1PortTerms).
+    """The error terms of a reflectometer, from three standards (Compute1PortTerms).
 
-        calibration = dsp.OnePort([short_g, open_g, load_g], [short_a, open_a, load_a])
-        a = calibration.correct(g)
+    Parameters
+    ----------
+    measured : sequence of array_like
+        What was measured of the three standards, arrays over frequency.
+    actual : sequence of array_like
+        What the standards are, in the same order.
+
+    Attributes
+    ----------
+    directivity, source_match, reflection_tracking : ndarray
+        The error terms.
+
+    Raises
+    ------
+    Error
+        If there are not three standards.
+
+    Examples
+    --------
+    >>> calibration = dsp.OnePort([[-0.7], [0.9], [0.1]], [[-1.0], [1.0], [0.0]])
+    >>> calibration.directivity, calibration.correct([0.5])
+    (array([0.1+0.j]), array([0.5+0.j]))
     """
 
     def __init__(self, measured: Sequence[npt.ArrayLike], actual: Sequence[npt.ArrayLike]) -> None:
-        standards = [_copy(a) for a in np.broadcast_arrays(*measured, *actual)]
-        if len(measured) != 3 or len(actual) != 3 or standards[0].ndim != 1:
-            raise ValueError("a calibration takes three standards, each an array over frequency")
-        lib.Compute1PortTerms(*standards, 0, len(standards[0]))
+        if len(measured) != 3 or len(actual) != 3:
+            raise Error(f"a calibration takes three standards, got {len(measured)} and {len(actual)}")
+        standards = [_copy(a) for a in np.broadcast_arrays(*map(numbers, (*measured, *actual)))]
+        lib.Compute1PortTerms(*standards, 0, standards[0].size)
         self.directivity, self.source_match, self.reflection_tracking = standards[:3]
 
-    def correct(self, measured: npt.ArrayLike) -> np.ndarray:
-        """Reflection coefficients as they are, from those that were measured."""
-        through = np.asarray(measured) - self.directivity
-        return through / (self.reflection_tracking + self.source_match * through)
+    def correct(self, measured: npt.ArrayLike) -> Array:
+        """Reflection coefficients as they are.
 
-    def distort(self, actual: npt.ArrayLike) -> np.ndarray:
-        """What the reflectometer shows for reflection coefficients."""
-        a = np.asarray(actual)
-        return self.directivity + self.reflection_tracking * a / (1 - self.source_match * a)
+        Parameters
+        ----------
+        measured : array_like
+            Reflection coefficients as they were measured.
+
+        Returns
+        -------
+        ndarray
+            The corrected ones.
+        """
+        through = numbers(measured) - self.directivity
+        result: Array = through / (self.reflection_tracking + self.source_match * through)
+        return result
+
+    def distort(self, actual: npt.ArrayLike) -> Array:
+        """What the reflectometer shows.
+
+        Parameters
+        ----------
+        actual : array_like
+            Reflection coefficients as they are.
+
+        Returns
+        -------
+        ndarray
+            What would be measured.
+        """
+        a = numbers(actual)
+        result: Array = self.directivity + self.reflection_tracking * a / (1 - self.source_match * a)
+        return result
 
 
-def matrix_mult(a: npt.ArrayLike, b: npt.ArrayLike) -> np.ndarray:
-    """Product of complex matrices; a has no more columns than rows (MatrixMult)."""
+def matrix_mult(a: npt.ArrayLike, b: npt.ArrayLike) -> Array:
+    """Product of complex matrices (MatrixMult).
+
+    Parameters
+    ----------
+    a : array_like
+        The left matrix, or a stack of them in the last two axes.
+    b : array_like
+        The right one.
+
+    Returns
+    -------
+    ndarray
+        The product, of stacks of matrices for each pair.
+
+    Raises
+    ------
+    Error
+        If the shapes do not fit, or `a` has more columns than rows.
+
+    Examples
+    --------
+    >>> dsp.matrix_mult([[1, 2], [3, 4]], [[1], [1j]])
+    array([[1.+2.j],
+           [3.+4.j]])
+    """
     left, right = _copy(a), _copy(b)
-    if left.ndim != 2 or right.ndim != 2 or left.shape[1] != right.shape[0]:
-        raise ValueError(f"no product of {left.shape} and {right.shape}")
-    out = np.empty((left.shape[0], right.shape[1]), np.complex128)
-    lib.MatrixMult(left, right, out, *left.shape, right.shape[1])
+    if left.ndim < 2 or right.ndim < 2 or left.shape[-1] != right.shape[-2]:
+        raise Error(f"there is no product of {left.shape} and {right.shape}", "MatrixMult")
+    m, k = left.shape[-2:]
+    if k > m and right.shape[-1] > 0:
+        raise Error(f"matrix_mult takes no more columns than rows on the left, got {m} x {k}", "MatrixMult")
+    lead = np.broadcast_shapes(left.shape[:-2], right.shape[:-2])
+    out = np.zeros(lead + (m, right.shape[-1]), np.complex128)
+    for index in indices(lead if out.size else (0,)):
+        factors = (_copy(np.broadcast_to(side, lead + side.shape[-2:])[index]) for side in (left, right))
+        run(lib.MatrixMult, *factors, out[index], m, k, right.shape[-1])
     return out
 
 
-def invert(m: npt.ArrayLike) -> np.ndarray:
-    """Inverse of a square complex matrix; LinAlgError where it has none (invert)."""
+def invert(m: npt.ArrayLike) -> Array:
+    """Inverse of a square complex matrix (invert).
+
+    Parameters
+    ----------
+    m : array_like
+        The matrix, or a stack of them in the last two axes.
+
+    Returns
+    -------
+    ndarray
+        The inverse, of stacks of matrices for each.
+
+    Raises
+    ------
+    Error
+        If the matrix is not square.
+    LinAlgError
+        If it has no inverse: a pivot below 2.2e-12, so scale small ones up.
+
+    Examples
+    --------
+    >>> dsp.invert([[2, 0], [0, 4j]])
+    array([[0.5+0.j  , 0. +0.j  ],
+           [0. +0.j  , 0. -0.25j]])
+    """
     out = _copy(m)
-    if out.ndim != 2 or out.shape[0] != out.shape[1]:
-        raise ValueError(f"{out.shape} is no square")
-    try:
-        lib.invert(out, len(out))
-    except Error as error:
-        raise np.linalg.LinAlgError("singular matrix") from error
+    if out.ndim < 2 or out.shape[-1] != out.shape[-2]:
+        raise Error(f"a matrix to invert is square, got {out.shape}", "invert")
+    for index in indices(out.shape[:-2] if out.size else (0,)):
+        try:
+            lib.invert(out[index], out.shape[-1])
+        except Error as error:
+            raise np.linalg.LinAlgError("singular matrix: a pivot is below 2.2e-12") from error
     return out

@@ -3,56 +3,119 @@
 from __future__ import annotations
 
 import ctypes
-from typing import Any, Callable, Optional, Union
+from typing import TYPE_CHECKING, Any, Optional, Union, overload
 
 import numpy as np
 import numpy.typing as npt
 
-from ._c import INT32, Vec, lib
+from ._c import INT32, Vec, lib, run
 
-__all__ = ["Record", "Signal", "append", "cmp", "free_internal", "subvec", "version"]
+__all__ = ["Record", "Signal"]
+
+if TYPE_CHECKING:
+    Array = np.ndarray[Any, np.dtype[Any]]
+else:
+    Array = np.ndarray  # NumPy 1.20 and 1.21 know no type parameters at run time
 
 Samples = Union["Signal", npt.ArrayLike]
+Number = Any  # float or complex; an array with one for each row where the samples have more than one dimension
+Out = Optional[Array]
 FLOAT, COMPLEX = np.dtype(np.float64), np.dtype(np.complex128)
 
 
-def doubles(samples: Samples) -> np.ndarray:
-    """Samples as the library takes them, float64 or complex128 in one piece: their own memory where that is so."""
+def numbers(samples: Any, kind: str = "biufc") -> Array:
+    """An array of numbers of these kinds; refuses text, objects and masked samples."""
+    if isinstance(samples, np.ma.MaskedArray) and np.any(samples.mask):
+        raise ValueError("masked samples have no value: fill them, for instance x.filled(0.0)")
     array = np.asarray(samples)
-    if array.ndim != 1:
-        raise ValueError(f"a signal has one dimension, not {array.ndim}")
+    if array.dtype.kind not in kind:
+        raise TypeError(f"samples are {'' if 'c' in kind else 'real '}numbers, not {array.dtype}")
+    return array
+
+
+def doubles(samples: Samples) -> Array:
+    """Samples as the library takes them, float64 or complex128 in one piece: their own memory where that is so."""
+    array = numbers(samples)
+    if array.ndim == 0:
+        raise ValueError("a signal has one dimension or more: put a single sample into a list")
     if (array.dtype == FLOAT or array.dtype == COMPLEX) and array.flags.c_contiguous and array.flags.aligned:
         return array
-    if array.dtype.kind not in "biufc":
-        raise TypeError(f"{array.dtype} are no samples")
     return np.require(array, COMPLEX if array.dtype.kind == "c" else FLOAT, ["C", "A"])
 
 
-class Signal(np.ndarray):
-    """One-dimensional float64 or complex128 samples, `dx` apart: an ndarray in every other respect.
+def spacing(samples: Any, dx: Optional[float] = None) -> float:
+    """The spacing that is asked for, else that of a signal, else 1."""
+    return float(getattr(samples, "dx", 1.0) if dx is None else dx)
 
-    `Signal(samples, dx)` looks at the memory of `samples` where it can and copies where it must; without `dx` it keeps
-    that of a signal, and takes 1 for others. Slices keep `dx`, times their step.
+
+class Signal(Array):
+    """Samples that are `dx` apart: an ndarray of float64 or complex128 in every other respect.
+
+    Signals of several dimensions hold a record in each row; `dx` is the spacing along the axis that was worked on, the
+    last one unless a call said otherwise. Slices keep `dx`, times their step.
+
+    Parameters
+    ----------
+    samples : array_like
+        The samples. Their memory is looked at where that is possible, and copied where it must be.
+    dx : float, optional
+        Spacing of the samples; by default that of `samples` if it is a signal, else 1.
+
+    Raises
+    ------
+    TypeError
+        If `samples` are not numbers.
+    ValueError
+        If `samples` is a single number, or masked.
+
+    Examples
+    --------
+    >>> s = dsp.Signal([1.0, 2.0, 3.0, 4.0], dx=0.5)
+    >>> s[::2]
+    Signal([1., 3.], dx=1)
+    >>> (2 * s).axis()
+    array([0. , 0.5, 1. , 1.5])
     """
 
     dx: float
 
-    def __new__(cls, samples: Samples, dx: Optional[float] = None) -> "Signal":
+    def __new__(cls, samples: Samples, dx: Optional[float] = None) -> Signal:
         signal = doubles(samples).view(cls)
-        signal.dx = float(getattr(samples, "dx", 1.0) if dx is None else dx)
+        signal.dx = spacing(samples, dx)
         return signal
 
     def __array_finalize__(self, parent: Any) -> None:
         self.dx = getattr(parent, "dx", 1.0)
 
-    def __array_wrap__(self, array: np.ndarray, *context: Any) -> Any:
+    def __array_wrap__(self, array: Any, *context: Any) -> Any:
         return array[()] if array.ndim == 0 else super().__array_wrap__(array, *context)
+
+    if TYPE_CHECKING:
+
+        @overload
+        def __getitem__(self, index: slice) -> Signal:
+            ...
+
+        @overload
+        def __getitem__(self, index: Any) -> Any:
+            ...
 
     def __getitem__(self, index: Any) -> Any:
         part = super().__getitem__(index)
-        if isinstance(index, slice) and index.step is not None:
-            part.dx = self.dx * abs(index.step)
+        if isinstance(part, Signal):
+            part.dx = self._spacing_of(index if isinstance(index, tuple) else (index,))
         return part
+
+    def _spacing_of(self, index: tuple[Any, ...]) -> float:
+        """Spacing of what an index takes: that of this signal, times the step of a slice along the last axis; 1 where
+        the last axis is gone."""
+        taken = [part for part in index if part is not None and part is not Ellipsis]
+        open_ended = len(taken) == len(index) and len(taken) < self.ndim
+        if not taken or open_ended or index[-1] is Ellipsis:
+            return self.dx
+        if isinstance(taken[-1], slice):
+            return self.dx * float(abs(taken[-1].step or 1))
+        return 1.0 if isinstance(taken[-1], (int, np.integer)) else self.dx
 
     def __repr__(self) -> str:
         return f"{super().__repr__()[:-1]}, dx={self.dx:g})"
@@ -65,53 +128,153 @@ class Signal(np.ndarray):
         super().__setstate__(state[0])
         self.dx = state[1]
 
-    def axis(self, centred: bool = False) -> np.ndarray:
-        """Where the samples stand: 0, dx, 2 dx, ...; `centred` for spectra whose frequency 0 is in the middle."""
-        return (np.arange(len(self)) - (len(self) // 2 if centred else 0)) * self.dx
+    if TYPE_CHECKING:
+
+        def reshape(self, *shape: Any, **order: Any) -> Signal:
+            ...
+
+    def axis(self, centred: bool = False) -> npt.NDArray[np.float64]:
+        """Where the samples stand along the last axis: 0, dx, 2 dx, ...
+
+        Parameters
+        ----------
+        centred : bool
+            Position 0 is in the middle, as spectra of two sides have it.
+
+        Returns
+        -------
+        ndarray
+            One position for each sample of a row.
+
+        Examples
+        --------
+        >>> dsp.Signal([1, 2, 3, 4], dx=0.5).axis(centred=True)
+        array([-1. , -0.5,  0. ,  0.5])
+        """
+        n = self.shape[-1]
+        places: npt.NDArray[np.float64] = (np.arange(n) - (n // 2 if centred else 0)) * self.dx
+        return places
 
 
 class Record:
-    """A dsp_vec: an empty one for results, or one that borrows an array's memory. Releases what the library owns."""
+    """A dsp_vec, the signal as C has it: an empty one for results, or one that borrows the memory of an array.
+
+    `lib` takes records where dsp.h says `dsp_vec *`; most users never need one. A record releases what the library owns
+    of it. Copies, also pickled ones, have samples of their own.
+
+    Parameters
+    ----------
+    dx : float
+        Spacing of the samples.
+
+    Attributes
+    ----------
+    vec : ctypes.Structure
+        The C structure, with its fields `dx`, `length`, `is_complex`, ...
+
+    Examples
+    --------
+    >>> x = np.array([3.0, 4.0])
+    >>> record = dsp.Record.of(x)
+    >>> dsp.lib.dspi_square(record)
+    0
+    >>> record.signal()
+    Signal([ 9., 16.], dx=1)
+    """
+
+    vec: Any = None
+    samples: Any = None  # whose memory is borrowed
 
     def __init__(self, dx: float = 1.0) -> None:
         self.vec = Vec(dx)
         self._as_parameter_ = ctypes.byref(self.vec)
-        self.samples: Optional[np.ndarray] = None  # whose memory is borrowed
 
     @classmethod
-    def of(cls, samples: Samples, dx: Optional[float] = None) -> "Record":
-        """Lends `samples` to the library, converted where they are not doubles in one piece."""
-        record = cls(getattr(samples, "dx", 1.0) if dx is None else dx)
-        array = record.samples = doubles(samples)
+    def lent(cls, array: Array, dx: float = 1.0) -> Record:
+        """Lends a row of doubles, as `doubles` makes them, to a routine that only reads it."""
+        if array.ndim != 1:
+            raise ValueError(f"a record has one dimension, not {array.ndim}")
+        record = cls(dx)
+        record.samples = array
         record.vec.data = array.__array_interface__["data"][0]
         record.vec.length = INT32.from_param(len(array))
         record.vec.is_complex = array.dtype == COMPLEX
         return record
 
     @classmethod
-    def copy(cls, samples: Samples, dx: Optional[float] = None) -> "Record":
+    def of(cls, samples: Samples, dx: Optional[float] = None) -> Record:
+        """Lends samples of one dimension to the library, which may change them.
+
+        Samples that are read-only, or not doubles in one piece, are copied first, so that they stay as they are.
+        """
+        array = doubles(samples)
+        return cls.lent(array if array.flags.writeable else array.copy(), spacing(samples, dx))
+
+    @classmethod
+    def copy(cls, samples: Samples, dx: Optional[float] = None) -> Record:
+        """A record with a copy of the samples, in memory of the library's."""
+        return cls.copied(cls.lent(doubles(samples), spacing(samples, dx)))
+
+    @classmethod
+    def copied(cls, other: Any) -> Record:
+        """A copy of another record, or of the C structure of one."""
+        vec = getattr(other, "vec", other)
+        if not vec.data or vec.length <= 0:
+            return cls.sized(vec.length, vec.dx, bool(vec.is_complex))
         record = cls()
-        lib.dsp_copy(record, cls.of(samples, dx))
+        run(lib.dsp_copy, record, other)
         return record
 
     @classmethod
-    def sized(cls, length: int, dx: float = 1.0, is_complex: bool = False) -> "Record":
+    def sized(cls, length: int, dx: float = 1.0, is_complex: bool = False) -> Record:
         """What a generator fills: it takes length, spacing and representation from its output."""
-        record = cls(dx=dx)
+        record = cls(dx)
         record.vec.length, record.vec.is_complex = INT32.from_param(length), is_complex
         return record
 
     def __del__(self, destroy: Any = lib.dsp_destroy) -> None:
-        destroy(self)
+        if self.vec is not None:
+            destroy(self)
+
+    def __reduce__(self) -> Any:
+        vec = self.vec
+        samples = np.array(_Result.sharing(self).look()) if vec.data and vec.length > 0 else None
+        return _restored, (samples, vec.dx, vec.length, bool(vec.is_complex))
+
+    def __array__(self, dtype: Any = None, copy: Optional[bool] = None) -> Array:
+        return np.array(self.signal(), dtype)
+
+    def signal(self) -> Signal:
+        """The samples, in the memory where they are.
+
+        That memory then belongs to the arrays that look at it: the record still works on it, but leaves it behind when
+        the library resizes or destroys the record.
+        """
+        if self.vec.capacity > 0:
+            owner = _Result()
+            owner.vec.data, owner.vec.capacity, self.vec.capacity = self.vec.data, self.vec.capacity, 0
+            self.samples = owner
+        return _Result.sharing(self).look()
+
+
+class _Result(Record):
+    """A record that no one else holds, so that arrays may look at its memory for as long as they live."""
+
+    @classmethod
+    def sharing(cls, record: Record) -> _Result:
+        """What a record has now, without owning it."""
+        there, result = record.vec, cls(record.vec.dx)
+        result.vec.data, result.vec.length, result.vec.is_complex = there.data, there.length, there.is_complex
+        result.samples = record.samples
+        return result
 
     @property
-    def __array_interface__(self) -> dict:
+    def __array_interface__(self) -> dict[str, Any]:
         kind = COMPLEX if self.vec.is_complex else FLOAT
         return {"version": 3, "shape": (self.vec.length,), "typestr": kind.str, "data": (self.vec.data, False)}
 
-    def signal(self) -> Signal:
-        """The samples, in the memory where they are, which lives as long as they are looked at; copied where a few would
-        keep much of it."""
+    def look(self) -> Signal:
+        """The samples where they are; copied where a few would keep much memory."""
         if self.vec.length <= 0 or not self.vec.data:
             return Signal(np.empty(0, COMPLEX if self.vec.is_complex else FLOAT), self.vec.dx)
         samples = np.asarray(self)
@@ -127,68 +290,5 @@ class Record:
         return complex(*parts) if self.vec.is_complex else parts[0]
 
 
-def made(routine: Callable, *args: Any) -> Signal:
-    """What a routine writes into the record that stands as `...` among its arguments."""
-    record = Record()
-    routine(*(record if a is ... else a for a in args))
-    return record.signal()
-
-
-def pair(x: Samples, y: Samples) -> tuple[Record, Record]:
-    """Two operands; of a signal and an array, the array takes the signal's spacing."""
-    ours, theirs = getattr(x, "dx", None), getattr(y, "dx", None)
-    return Record.of(x, theirs if ours is None else ours), Record.of(y, ours if theirs is None else theirs)
-
-
-def changed(
-    routine: Callable, samples: Samples, *args: Any, dx: Optional[float] = None, out: Optional[np.ndarray] = None
-) -> Signal:
-    """What a routine that works in place makes of a copy of `samples`, or of `out` with the samples put there."""
-    if out is None:
-        record = Record.copy(samples, dx)
-        routine(record, *args)
-        return record.signal()
-    source, target = Signal(samples, dx), out if isinstance(out, Signal) else Signal(out)
-    if target.ctypes.data != out.ctypes.data or not out.flags.carray:
-        raise ValueError("out is no writable array of float64 or complex128 in one piece")
-    if target.dtype != source.dtype or target.shape != source.shape:
-        raise ValueError("out is not of the samples' length and kind, real or complex")
-    np.copyto(target, source)
-    target.dx = source.dx
-    record = Record.of(target)
-    routine(record, *args)
-    result = record.signal()
-    if target.dtype != result.dtype or target.shape != result.shape:
-        raise ValueError("the result does not fit out")
-    np.copyto(target, result)
-    target.dx = result.dx
-    return target
-
-
-def append(x: Samples, y: Samples) -> Signal:
-    """y behind x, whose dx is kept; complex when either is (dsp_append)."""
-    record = Record.copy(x)
-    lib.dsp_append(record, Record.of(y))
-    return record.signal()
-
-
-def subvec(x: Samples, start: int, count: int) -> Signal:
-    """The `count` samples of x from `start` on, both clamped to what is there (dspu_subvec)."""
-    return made(lib.dspu_subvec, Record.of(x), ..., start, count)
-
-
-def cmp(x: Samples, y: Samples, tolerance: float = 0.0) -> int:
-    """0 when dx and all samples agree within `tolerance`, else the sign of the first difference (dsp_cmp)."""
-    result = np.zeros(1, np.int32)
-    lib.dsp_cmp(*pair(x, y), tolerance, result)
-    return int(result[0])
-
-
-def free_internal() -> None:
-    """Releases the tables, windows and filter spectra that are kept for the next call (dsp_free_internal)."""
-    lib.dsp_free_internal()
-
-
-def version() -> tuple[int, int]:
-    """Release of the library that is loaded, (2, 5) or later (dsp_version)."""
-    return divmod(lib.dsp_version(), 100)
+def _restored(samples: Optional[Array], dx: float, length: int, is_complex: bool) -> Record:
+    return Record.sized(length, dx, is_complex) if samples is None else Record.copy(samples, dx)

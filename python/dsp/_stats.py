@@ -1,166 +1,369 @@
-"""Statistics, peaks and fits: of a signal, to Python's numbers."""
+"""Statistics: of a signal to one of Python's numbers, of more dimensions to an array with one for each row."""
 
 from __future__ import annotations
 
-from typing import Any, Callable, NamedTuple, Optional, Union
-
 from ._c import lib
-from ._names import Choice, Peak, choose
-from ._signal import Record, Samples, Signal, made
+from ._call import number, real_only
+from ._signal import Number, Samples
 
 __all__ = [
-    "Found", "Line", "Regression", "excess", "gmean", "hist", "hmean", "lin_regres", "lin_regres2", "magsq_sum", "max",
-    "mean", "median", "min", "peak", "peval", "pop_stddev", "pop_var", "rms", "samp_stddev", "samp_var", "skew", "sum",
+    "excess", "gmean", "hmean", "magsq_sum", "max", "mean", "median", "min", "pop_stddev", "pop_var", "rms",
+    "samp_stddev", "samp_var", "skew", "sum",
 ]  # fmt: skip
 
-Number = Union[float, complex]
+
+def sum(x: Samples, *, axis: int = -1) -> Number:
+    """Sum (dsps_sum).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The sum, right to about 2 units in the last place of the largest partial sum.
+
+    Examples
+    --------
+    >>> dsp.sum([1.0, 2.0, 3.0])
+    6.0
+    """
+    return number(lib.dsps_sum, x, ..., axis=axis)
 
 
-def _number(routine: Callable, x: Samples) -> Any:
-    result = Record()
-    routine(Record.of(x), result)
-    return result.first()
+def mean(x: Samples, *, axis: int = -1) -> Number:
+    """Arithmetic mean (dsps_mean).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The mean; 0 for no sample.
+
+    Examples
+    --------
+    >>> dsp.mean([1.0, 2.0, 3.0])
+    2.0
+    >>> dsp.mean([[1.0, 2.0], [3.0, 5.0]])
+    array([1.5, 4. ])
+    """
+    return number(lib.dsps_mean, x, ..., axis=axis)
 
 
-def sum(x: Samples) -> Number:
-    """Sum, right to about 2 units in the last place of the largest partial sum (dsps_sum)."""
-    return _number(lib.dsps_sum, x)
+def gmean(x: Samples, *, axis: int = -1) -> Number:
+    """Geometric mean (dsps_gmean).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The n-th root of the product; products leave the range of doubles easily.
+
+    Examples
+    --------
+    >>> dsp.gmean([1.0, 4.0])
+    2.0
+    """
+    return number(lib.dsps_gmean, x, ..., axis=axis)
 
 
-def mean(x: Samples) -> Number:
-    """Arithmetic mean (dsps_mean)."""
-    return _number(lib.dsps_mean, x)
+def hmean(x: Samples, *, axis: int = -1) -> Number:
+    """Harmonic mean (dsps_hmean).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        n over the sum of reciprocals.
+
+    Examples
+    --------
+    >>> dsp.hmean([1.0, 4.0, 4.0])
+    2.0
+    """
+    return number(lib.dsps_hmean, x, ..., axis=axis)
 
 
-def gmean(x: Samples) -> Number:
-    """Geometric mean (dsps_gmean)."""
-    return _number(lib.dsps_gmean, x)
+def median(x: Samples, *, axis: int = -1) -> Number:
+    """Median, of complex samples in the order of magnitudes (dsps_median).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The middle sample, or the mean of the middle two.
+
+    Examples
+    --------
+    >>> dsp.median([3.0, 1.0, 10.0])
+    3.0
+    """
+    return number(lib.dsps_median, x, ..., axis=axis)
 
 
-def hmean(x: Samples) -> Number:
-    """Harmonic mean (dsps_hmean)."""
-    return _number(lib.dsps_hmean, x)
+def max(x: Samples, *, axis: int = -1) -> Number:
+    """The greatest sample, by magnitude when complex (dsps_max).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The sample; NaN is never chosen.
+
+    Examples
+    --------
+    >>> dsp.max([1.0, 3.0, 2.0])
+    3.0
+    """
+    return number(lib.dsps_max, x, ..., axis=axis)
 
 
-def median(x: Samples) -> Number:
-    """Median, of complex samples in the order of magnitudes (dsps_median)."""
-    return _number(lib.dsps_median, x)
+def min(x: Samples, *, axis: int = -1) -> Number:
+    """The least sample, by magnitude when complex (dsps_min).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The sample; NaN is never chosen.
+
+    Examples
+    --------
+    >>> dsp.min([1.0, 3.0, 2.0])
+    1.0
+    """
+    return number(lib.dsps_min, x, ..., axis=axis)
 
 
-def max(x: Samples) -> Number:
-    """The greatest sample, by magnitude when complex (dsps_max)."""
-    return _number(lib.dsps_max, x)
+def magsq_sum(x: Samples, *, axis: int = -1) -> Number:
+    """Energy, the sum of |x|^2 (dsps_magsq_sum).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        A real number.
+
+    Examples
+    --------
+    >>> dsp.magsq_sum([3.0, 4j])
+    25.0
+    """
+    return number(lib.dsps_magsq_sum, x, ..., axis=axis)
 
 
-def min(x: Samples) -> Number:
-    """The least sample, by magnitude when complex (dsps_min)."""
-    return _number(lib.dsps_min, x)
+def rms(x: Samples, *, axis: int = -1) -> Number:
+    """Root of the mean of |x|^2 (dsps_rms).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        A real number.
+
+    Examples
+    --------
+    >>> dsp.rms([3.0, -3.0])
+    3.0
+    """
+    return number(lib.dsps_rms, x, ..., axis=axis)
 
 
-def magsq_sum(x: Samples) -> float:
-    """Energy, the sum of |x|^2 (dsps_magsq_sum)."""
-    return _number(lib.dsps_magsq_sum, x)
+def pop_var(x: Samples, *, axis: int = -1) -> Number:
+    """Variance of the samples as they are, over n (dsps_pop_var).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        A real number.
+
+    Examples
+    --------
+    >>> dsp.pop_var([1.0, 3.0])
+    1.0
+    """
+    return number(lib.dsps_pop_var, x, ..., axis=axis)
 
 
-def rms(x: Samples) -> float:
-    """Root of the mean of |x|^2 (dsps_rms)."""
-    return _number(lib.dsps_rms, x)
+def samp_var(x: Samples, *, axis: int = -1) -> Number:
+    """Variance of what the samples are drawn from, over n - 1 (dsps_samp_var).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        A real number.
+
+    Examples
+    --------
+    >>> dsp.samp_var([1.0, 3.0])
+    2.0
+    """
+    return number(lib.dsps_samp_var, x, ..., axis=axis)
 
 
-def pop_var(x: Samples) -> float:
-    """Variance of the samples as they are, over n (dsps_pop_var)."""
-    return _number(lib.dsps_pop_var, x)
+def pop_stddev(x: Samples, *, axis: int = -1) -> Number:
+    """Standard deviation of the samples as they are (dsps_pop_stddev).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The root of `pop_var`.
+
+    Examples
+    --------
+    >>> dsp.pop_stddev([1.0, 3.0])
+    1.0
+    """
+    return number(lib.dsps_pop_stddev, x, ..., axis=axis)
 
 
-def samp_var(x: Samples) -> float:
-    """Variance of what they are drawn from, over n - 1 (dsps_samp_var)."""
-    return _number(lib.dsps_samp_var, x)
+def samp_stddev(x: Samples, *, axis: int = -1) -> Number:
+    """Standard deviation of what the samples are drawn from (dsps_samp_stddev).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The root of `samp_var`.
+
+    Examples
+    --------
+    >>> dsp.samp_stddev([1.0, 5.0, 3.0])
+    2.0
+    """
+    return number(lib.dsps_samp_stddev, x, ..., axis=axis)
 
 
-def pop_stddev(x: Samples) -> float:
-    """Root of pop_var (dsps_pop_stddev)."""
-    return _number(lib.dsps_pop_stddev, x)
+def skew(x: Samples, *, axis: int = -1) -> Number:
+    """Skewness of a real signal (dsps_skew).
+
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
+
+    Returns
+    -------
+    float, or an array of one for each row
+        The third central moment over the 1.5th power of the second.
+
+    Raises
+    ------
+    Error
+        If `x` is complex.
+
+    Examples
+    --------
+    >>> dsp.skew([1.0, 2.0, 3.0])
+    0.0
+    """
+    return number(lib.dsps_skew, x, ..., axis=axis, needs=[real_only])
 
 
-def samp_stddev(x: Samples) -> float:
-    """Root of samp_var (dsps_samp_stddev)."""
-    return _number(lib.dsps_samp_stddev, x)
+def excess(x: Samples, *, axis: int = -1) -> Number:
+    """Excess kurtosis of a real signal (dsps_excess).
 
+    Parameters
+    ----------
+    x : array_like
+        Samples, real or complex, of any number of dimensions.
+    axis : int
+        The axis along which the samples lie.
 
-def skew(x: Samples) -> float:
-    """Skewness of real x (dsps_skew)."""
-    return _number(lib.dsps_skew, x)
+    Returns
+    -------
+    float, or an array of one for each row
+        The fourth central moment over the square of the second, less 3.
 
+    Raises
+    ------
+    Error
+        If `x` is complex.
 
-def excess(x: Samples) -> float:
-    """Excess kurtosis of real x (dsps_excess)."""
-    return _number(lib.dsps_excess, x)
-
-
-def hist(x: Samples, start: float, bin_width: float, bins: int) -> Signal:
-    """Counts of samples, or of magnitudes, in `bins` bins from `start` on; dx is bin_width (dsps_hist)."""
-    return made(lib.dsps_hist, Record.of(x), ..., start, bin_width, bins)
-
-
-class Found(NamedTuple):
-    """What peak finds: the value, the position in samples, and the place in units of dx."""
-
-    value: float
-    position: float
-    place: float
-
-
-def peak(x: Samples, how: Choice = Peak.PARABOLIC, *, index: Optional[int] = None, dx: Optional[float] = None) -> Found:
-    """The greatest sample, or with "min" the least, or the one at `index`, refined between samples by "parabolic",
-    "gauss", "gauss_corr" or "no_interp". The value of complex x is its squared magnitude (dsps_peak)."""
-    flags = choose(Peak, how) | (0 if index is None else Peak.AT_INDEX)
-    signal = Signal(x, dx)
-    value, position = made(lib.dsps_peak, Record.of(signal), ..., flags, index or 0).tolist()
-    return Found(value, position, position * signal.dx)
-
-
-def peval(c: Samples, x: float) -> float:
-    """c[0] + c[1] x + c[2] x^2 + ..., c real (dsps_peval)."""
-    return made(lib.dsps_peval, Record.of(c), ..., x).item()
-
-
-class Line(NamedTuple):
-    """A straight line."""
-
-    slope: float
-    intercept: float
-
-
-class Regression(NamedTuple):
-    """A straight-line fit of y on x and, after them, of x on y, and the statistics of both."""
-
-    slope: float
-    intercept: float
-    residual_var: float
-    slope_var: float
-    intercept_var: float
-    cov: float
-    corr: float
-    x_slope: float
-    x_intercept: float
-    x_residual_var: float
-    x_slope_var: float
-    x_intercept_var: float
-    x_cov: float
-    x_corr: float
-    mean_x: float
-    mean_y: float
-    var_x: float
-    var_y: float
-    cov_xy: float
-    r: float
-
-
-def lin_regres(x: Samples, *, dx: Optional[float] = None) -> Line:
-    """Straight line through real samples over their places, or through complex points (re, im) (dsps_lin_regres)."""
-    return Line(*made(lib.dsps_lin_regres, Record.of(x, dx), ...).tolist())
-
-
-def lin_regres2(x: Samples, *, dx: Optional[float] = None) -> Regression:
-    """The same fit with its statistics (dsps_lin_regres2)."""
-    return Regression(*made(lib.dsps_lin_regres2, Record.of(x, dx), ...).tolist())
+    Examples
+    --------
+    >>> dsp.excess([1.0, -1.0, 1.0, -1.0])
+    -2.0
+    """
+    return number(lib.dsps_excess, x, ..., axis=axis, needs=[real_only])

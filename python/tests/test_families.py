@@ -1,5 +1,8 @@
 """Streams, objects and what has no one-line counterpart: against NumPy, SciPy and closed forms."""
 
+import copy
+import pickle
+
 import numpy as np
 import pytest
 from scipy import signal
@@ -41,6 +44,47 @@ def test_a_stream_in_blocks_is_the_stream_at_once(make, samples):
     assert len(whole) > 100 and whole.dtype == (complex if np.iscomplexobj(whole) else float)
     first = make()
     np.testing.assert_allclose(np.concatenate([first(b) for b in blocks(samples)]), whole, **near)
+
+
+    waves = np.stack([samples, samples[::-1], 2 * samples]).reshape(3, 1, -1)
+    rows = make()
+    head = rows(waves[..., :333])
+    forks = copy.copy(rows), pickle.loads(pickle.dumps(rows)), rows
+    tails = [fork(np.moveaxis(waves[..., 333:], -1, 0), axis=0) for fork in forks]
+    for tail in tails:
+        together = np.concatenate([head, np.moveaxis(tail, 0, -1)], -1)
+        assert together.shape == (3, 1, len(whole))
+        np.testing.assert_allclose(together[0, 0], whole, **near)
+        np.testing.assert_allclose(together[2, 0], 2 * whole, **near)
+    with pytest.raises(dsp.Error, match="reset"):
+        rows(samples)
+
+
+def test_rows_are_as_each_by_itself():
+    a, b = rng.normal(size=(2, 3, 16, 2)) + 1j * rng.normal(size=(2, 3, 16, 2))
+    nodes, at = np.arange(16.0), np.linspace(0, 15, 31)[rng.permutation(31)]
+    for f, operands in (
+        (dsp.dft, [a]), (dsp.rdft, [a.real]), (dsp.magsq, [a]), (dsp.mean, [a]), (dsp.peak, [a.real]),
+        (dsp.lin_regres2, [b]), (dsp.mul, [a, b]), (dsp.add, [a, b[:, :5]]), (dsp.append, [a, b]), (dsp.cmp, [a, b]),
+        (dsp.corr, [b[:, :5], a]), (dsp.limit, [a, -0.5, 2]), (dsp.smooth, [a, 3]), (dsp.find_max, [a.real]),
+        (dsp.spectrum, [a]), (dsp.window, [a, "hann"]), (dsp.interp, [nodes, a.real, at]), (dsp.unwrap_phase, [a]),
+    ):  # fmt: skip
+        sliced = lambda k, m: [o[k, :, m] if np.ndim(o) > 1 else o for o in operands]
+        axis = {} if f in (dsp.mul, dsp.magsq) else dict(axis=1)
+        result = f(*operands, **axis)
+        for k, m in np.ndindex(3, 2):
+            one, ours = f(*sliced(k, m)), result if isinstance(result, tuple) else (result,)
+            for whole, expected in zip(ours, one if isinstance(one, tuple) else (one,)):
+                np.testing.assert_array_equal(whole[k, :, m] if np.ndim(expected) else whole[k, m], expected)
+    assert dsp.mul(np.ones((3, 1)), np.ones(4)).shape == (3, 4) == dsp.add(np.ones((3, 4)), 2.0).shape
+    assert dsp.rdft(np.ones((0, 9))).shape == (0, 5) and dsp.mean(np.ones((0, 3))).shape == (0,)
+    assert dsp.rdft(dsp.Signal(np.ones((2, 9)), 0.5)).dx == pytest.approx(1 / 4.5)
+    out = np.ones((2, 4))
+    assert dsp.rev(np.arange(8.0).reshape(2, 4), out=out).base is out and out[1, 0] == 7
+    average = dsp.Average("mean")
+    average(a)
+    np.testing.assert_allclose(copy.copy(average)(b), (a + b) / 2)
+    assert average.count == 1
 
 
 def test_filters_follow_their_state():
@@ -195,7 +239,8 @@ def test_statistics():
     )  # fmt: skip
     assert fit.x_slope * fit.slope == pytest.approx(fit.r**2)
     bump = 3 - (np.arange(9) - 4.3) ** 2
-    assert dsp.peak(bump, dx=0.5) == pytest.approx((3, 4.3, 2.15))
+    assert dsp.peak(bump, dx=0.5)[:3] == pytest.approx((3, 4.3, 2.15))
+    assert dsp.peak([1.0, 100.0], "gauss").clamped and not dsp.peak(bump).clamped
     assert dsp.peak(-bump, "parabolic, min").position == pytest.approx(4.3)
     assert dsp.peak(bump, "no_interp", index=2)[:2] == (bump[2], 2)
 
