@@ -3,9 +3,9 @@
 
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/by_sample.h"
 #include "dsp/elementwise/complex_product.h"
 #include "dsp/elementwise/unary_kernels.h"
+#include "dsp/simd/traversal.h"
 
 namespace dsp::elementwise {
 namespace {
@@ -26,8 +26,9 @@ int32_t dspi_differ(dsp_vec *v) {
 }
 
 int32_t dspi_integ(dsp_vec *v) {
+  const int32_t n = samples(*v);
   const double dx = v->dx;
-  by_sample(v, [dx](auto *x, int32_t n) {
+  with_samples(v->data, v->is_complex != 0, [n, dx](auto *x) {
     std::decay_t<decltype(*x)> sum{};
     for (int32_t i = 0; i < n; ++i) {
       accumulate(&sum, x[i]);

@@ -7,6 +7,7 @@
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
 #include "dsp/elementwise/function_kernels.h"
+#include "dsp/elementwise/in_place.h"
 #include "dsp/elementwise/polar.h"
 #include "dsp/math/saturation.h"
 #include "dsp/simd/traversal.h"
@@ -31,10 +32,11 @@ constexpr double largest_exponent = 230.25850929940458;  // its exponential is 1
 constexpr double ln_10 = 2.302585092994046;
 constexpr double ln_smallest_normal = -708.3964185322641;
 
+// For functions that complex signals are refused.
 template <class Function>
-int32_t real_only(dsp_vec *v, Function f) {
+int32_t of_reals(dsp_vec *v, Function f) {
   if (v->is_complex != 0) return -1;
-  for (int32_t i = 0; i < samples(*v); ++i) v->data[i] = f(v->data[i]);
+  walk<double>(v->data, samples(*v), f, v->data);
   return 0;
 }
 
@@ -55,10 +57,29 @@ dsp_complex log_of(dsp_complex z) {
   return {0.5 * std::log(p), std::atan2(saturate(z.im), saturate(z.re))};
 }
 
-template <class Function>
-int32_t each_complex(dsp_vec *v, Function f) {
-  walk<dsp_complex>(v->data, samples(*v), f, as<dsp_complex>(static_cast<const double *>(v->data)));
-  return 0;
+// Loops for in_place(), where `out` is `in`.
+template <dsp_complex (*function)(dsp_complex), class Real>
+void loop(double *out, const double *in, std::int64_t n, bool is_complex, Real real) {
+  if (is_complex)
+    walk<dsp_complex>(out, n, function, as<dsp_complex>(in));
+  else
+    real(out);
+}
+
+void exponentials(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+  loop<exp_of>(out, in, n, is_complex, [n](double *x) { function_kernels().exponential(x, n, 1.0, largest_exponent); });
+}
+
+// A real sample below -1e100 ends the conversion; dsp.h says so.
+void exponentials_of_ten(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+  loop<exp10_of>(out, in, n, is_complex, [n](double *x) {
+    const double *end = std::find_if(x, x + n, [](double sample) { return sample < -overflow_bound; });
+    function_kernels().exponential(x, end - x, ln_10, 100.0);
+  });
+}
+
+void logarithms(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+  loop<log_of>(out, in, n, is_complex, [n](double *x) { function_kernels().logarithm(x, n); });
 }
 
 }  // namespace
@@ -68,48 +89,34 @@ using namespace dsp;
 using namespace dsp::elementwise;
 
 int32_t dspi_asin(dsp_vec *v) {
-  return real_only(v, [](double x) { return std::fabs(x) > 1.0 ? 0.0 : std::asin(x); });
+  return of_reals(v, [](double x) { return std::fabs(x) > 1.0 ? 0.0 : std::asin(x); });
 }
 
 int32_t dspi_acos(dsp_vec *v) {
-  return real_only(v, [](double x) { return std::fabs(x) > 1.0 ? 0.0 : std::acos(x); });
+  return of_reals(v, [](double x) { return std::fabs(x) > 1.0 ? 0.0 : std::acos(x); });
 }
 
 int32_t dspi_sinh(dsp_vec *v) {
-  return real_only(
+  return of_reals(
       v, [](double x) { return std::fabs(x) > largest_exponent ? std::copysign(overflow_bound, x) : std::sinh(x); });
 }
 
 int32_t dspi_cosh(dsp_vec *v) {
-  return real_only(v, [](double x) { return std::fabs(x) > largest_exponent ? overflow_bound : std::cosh(x); });
+  return of_reals(v, [](double x) { return std::fabs(x) > largest_exponent ? overflow_bound : std::cosh(x); });
 }
 
 int32_t dspi_besy0(dsp_vec *v) {
-  return real_only(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y0(x); });
+  return of_reals(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y0(x); });
 }
 
 int32_t dspi_besy1(dsp_vec *v) {
-  return real_only(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y1(x); });
+  return of_reals(v, [](double x) { return x <= 0.0 ? 0.0 : bessel_y1(x); });
 }
 
-int32_t dspi_exp(dsp_vec *v) {
-  if (v->is_complex != 0) return each_complex(v, exp_of);
-  function_kernels().exponential(v->data, samples(*v), 1.0, largest_exponent);
-  return 0;
-}
+int32_t dspi_exp(dsp_vec *v) { return in_place(v, becomes::same, exponentials); }
 
-int32_t dspi_exp10(dsp_vec *v) {
-  if (v->is_complex != 0) return each_complex(v, exp10_of);
-  // A sample below -1e100 ends the conversion; dsp.h says so.
-  const double *end = std::find_if(v->data, v->data + samples(*v), [](double x) { return x < -overflow_bound; });
-  function_kernels().exponential(v->data, end - v->data, ln_10, 100.0);
-  return 0;
-}
+int32_t dspi_exp10(dsp_vec *v) { return in_place(v, becomes::same, exponentials_of_ten); }
 
-int32_t dspi_log(dsp_vec *v) {
-  if (v->is_complex != 0) return each_complex(v, log_of);
-  function_kernels().logarithm(v->data, samples(*v));
-  return 0;
-}
+int32_t dspi_log(dsp_vec *v) { return in_place(v, becomes::same, logarithms); }
 
 int32_t dspi_log10(dsp_vec *v) { return dspi_db(v, 1.0); }

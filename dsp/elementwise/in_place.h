@@ -6,8 +6,15 @@
 #include "dsp/core/sharing.h"
 #include "dsp/core/sizing.h"
 #include "dsp/elementwise/unary_kernels.h"
+#include "dsp/simd/traversal.h"
 
 namespace dsp::elementwise {
+
+// The loop of a kernel that is overloaded on real and complex samples.
+template <class Kernel>
+void loop_of(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+  each_sample(out, in, n, is_complex, Kernel());
+}
 
 // What becomes of the representation.
 enum class becomes { same, real, complex };

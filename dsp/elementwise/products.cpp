@@ -10,28 +10,13 @@
 namespace dsp::elementwise {
 namespace {
 
-// Calls f with the samples of both signals by their own types.
-template <class F>
-void with_samples(const dsp_vec &a, const dsp_vec &b, F f) {
-  const double *x = a.data;
-  const double *y = b.data;
-  if (a.is_complex != 0 && b.is_complex != 0)
-    f(as<dsp_complex>(x), as<dsp_complex>(y));
-  else if (a.is_complex != 0)
-    f(as<dsp_complex>(x), y);
-  else if (b.is_complex != 0)
-    f(x, as<dsp_complex>(y));
-  else
-    f(x, y);
-}
-
 template <class A, class B>
 using product_of = decltype(multiply(A(), B()));
 
 void convolve(const dsp_vec &a, const dsp_vec &b, double *out) {
   const std::int64_t m = samples(a);
   const std::int64_t n = samples(b);
-  with_samples(a, b, [=](const auto *x, const auto *y) {
+  with_samples(a.data, a.is_complex != 0, b.data, b.is_complex != 0, [=](const auto *x, const auto *y) {
     using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
     auto *to = as<sample>(out);
     for (std::int64_t i = 0; i < m; ++i) {
@@ -65,7 +50,7 @@ int32_t dspbs_dot(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   if (n != samples(*b)) return -1;
   const bool is_complex = a->is_complex != 0 || b->is_complex != 0;
   double total[2] = {0.0, 0.0};
-  with_samples(*a, *b, [n, &total](const auto *x, const auto *y) {
+  with_samples(a->data, a->is_complex != 0, b->data, b->is_complex != 0, [n, &total](const auto *x, const auto *y) {
     using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
     sample sum{};
     for (int32_t i = 0; i < n; ++i) accumulate(&sum, multiply(x[i], y[i]));

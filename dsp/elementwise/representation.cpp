@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "dsp/dsp.h"
-#include "dsp/elementwise/each_sample.h"
 #include "dsp/elementwise/function_kernels.h"
 #include "dsp/elementwise/in_place.h"
 #include "dsp/elementwise/magnitude.h"
@@ -58,9 +57,9 @@ int32_t dspi_rtoc(dsp_vec *v) { return v->is_complex != 0 ? 0 : in_place(v, beco
 int32_t dspi_conj(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, unary_kernels().conjugate); }
 int32_t dspi_mag(dsp_vec *v) { return in_place(v, becomes::real, unary_kernels().magnitude); }
 int32_t dspi_magsq(dsp_vec *v) { return in_place(v, becomes::real, unary_kernels().magnitude_squared); }
-int32_t dspi_phase(dsp_vec *v) { return in_place(v, becomes::real, each_sample<phase>); }
-int32_t dspi_rtop(dsp_vec *v) { return in_place(v, becomes::complex, each_sample<polar>); }
-int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, each_sample<cartesian>); }
+int32_t dspi_phase(dsp_vec *v) { return in_place(v, becomes::real, loop_of<phase>); }
+int32_t dspi_rtop(dsp_vec *v) { return in_place(v, becomes::complex, loop_of<polar>); }
+int32_t dspi_ptor(dsp_vec *v) { return v->is_complex == 0 ? 0 : in_place(v, becomes::same, loop_of<cartesian>); }
 int32_t dspi_db(dsp_vec *v, double factor) { return in_place(v, becomes::same, decibels, {factor, 0.0}); }
 int32_t dspu_mag(const dsp_vec *in, dsp_vec *out) { return into(in, out, becomes::real, unary_kernels().magnitude); }
 int32_t dspu_magsq(const dsp_vec *in, dsp_vec *out) {

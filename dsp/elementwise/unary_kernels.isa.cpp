@@ -1,7 +1,8 @@
 #include "dsp/elementwise/unary_kernels.h"
 
+#include <type_traits>
+
 #include "dsp/elementwise/complex_product.h"
-#include "dsp/elementwise/each_sample.h"
 #include "dsp/elementwise/magnitude.h"
 #include "dsp/simd/traversal.h"
 
@@ -74,7 +75,21 @@ struct magnitude_squared_of {
   double operator()(dsp_complex z) const { return magnitude_squared(z); }
 };
 
-// Both parts of complex samples alike.
+// A kernel holds the routine's constant if it has one.
+template <class Kernel>
+Kernel made(dsp_complex c) {
+  if constexpr (std::is_empty_v<Kernel>)
+    return Kernel{};
+  else
+    return Kernel{c};
+}
+
+template <class Kernel>
+void each(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c) {
+  each_sample(out, in, n, is_complex, made<Kernel>(c));
+}
+
+// Both components of complex samples alike.
 template <class Kernel>
 void each_double(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c) {
   walk<double>(out, is_complex ? 2 * n : n, made<Kernel>(c), in);
@@ -121,10 +136,7 @@ void derivative(Sample *x, std::int32_t n) {
 }
 
 void derivative_of(double *x, std::int32_t n, bool is_complex) {
-  if (is_complex)
-    derivative(as<dsp_complex>(x), n);
-  else
-    derivative(x, n);
+  with_samples(x, is_complex, [n](auto *sample) { derivative(sample, n); });
 }
 
 template <class Sample>
@@ -139,10 +151,7 @@ void reverse(Sample *x, std::int32_t n) {
 }
 
 void reverse_samples(double *x, std::int32_t n, bool is_complex) {
-  if (is_complex)
-    reverse(as<dsp_complex>(x), n);
-  else
-    reverse(x, n);
+  with_samples(x, is_complex, [n](auto *sample) { reverse(sample, n); });
 }
 
 void exchange(double *x, double *y, std::int64_t n) {
@@ -158,13 +167,13 @@ void exchange(double *x, double *y, std::int64_t n) {
 
 extern const unary_kernel_set unary_set = {
     each_double<scaled>,
-    each_sample<offset_by>,
-    each_sample<reciprocal_of>,
-    each_sample<squared>,
-    each_sample<times_constant>,
-    each_sample<turned_by_i>,
-    each_sample<magnitude_of>,
-    each_sample<magnitude_squared_of>,
+    each<offset_by>,
+    each<reciprocal_of>,
+    each<squared>,
+    each<times_constant>,
+    each<turned_by_i>,
+    each<magnitude_of>,
+    each<magnitude_squared_of>,
     only<dsp_complex, conjugated>,
     only<dsp_complex, real_part_of>,
     only<dsp_complex, imaginary_part_of>,

@@ -19,16 +19,6 @@ struct complex_pair {
 dsp_complex widened(double x) { return {x, 0.0}; }
 dsp_complex widened(dsp_complex z) { return z; }
 
-template <class A, class B>
-void interleave_complex(const A *a, const B *b, double *out, std::int32_t n) {
-  walk<complex_pair>(
-      out, n,
-      [](A x, B y) {
-        return complex_pair{widened(x), widened(y)};
-      },
-      a, b);
-}
-
 bool doubles_fit(std::int32_t n) { return n <= INT32_MAX / 2; }
 
 }  // namespace
@@ -51,12 +41,15 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const double *y = odd.data(*out);
   if (!is_complex)
     interp_kernels().interleave(x, y, out->data, n);
-  else if (!even.is_complex())
-    interleave_complex(x, as<dsp_complex>(y), out->data, n);
-  else if (!odd.is_complex())
-    interleave_complex(as<dsp_complex>(x), y, out->data, n);
   else
-    interleave_complex(as<dsp_complex>(x), as<dsp_complex>(y), out->data, n);
+    with_samples(x, even.is_complex(), y, odd.is_complex(), [out, n](auto *a_samples, auto *b_samples) {
+      walk<complex_pair>(
+          out->data, n,
+          [](auto first, auto second) {
+            return complex_pair{widened(first), widened(second)};
+          },
+          a_samples, b_samples);
+    });
   return 0;
 }
 

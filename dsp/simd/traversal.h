@@ -1,5 +1,5 @@
-// Walking one signal or two with the kernel as a function object. Everything here is
-// local to the file that includes it, so that kernel files (*.isa.cpp) get code of their own.
+// The walk over samples with the kernel as a function object. Everything here is local to the file that includes it, so
+// that kernel files (*.isa.cpp) get code of their own.
 #pragma once
 
 #include <cstdint>
@@ -27,6 +27,21 @@ static inline const Sample *as(const double *data) {
   return reinterpret_cast<const Sample *>(data);
 }
 
+// Calls f with a pointer to the samples by their own type, double or dsp_complex.
+template <class Double, class F>
+static inline void with_samples(Double *x, bool is_complex, F f) {
+  if (is_complex)
+    f(as<dsp_complex>(x));
+  else
+    f(x);
+}
+
+// The same for two signals at once.
+template <class F>
+static inline void with_samples(const double *x, bool x_complex, const double *y, bool y_complex, F f) {
+  with_samples(x, x_complex, [=](const auto *p) { with_samples(y, y_complex, [=](const auto *q) { f(p, q); }); });
+}
+
 // out[i] = kernel(in[i]...); the inputs may be `out` itself. An output wider than an input takes the upper half of the
 // samples first, then the upper half of the rest, and so on: what is written then lies beyond all that is still to be
 // read.
@@ -39,6 +54,16 @@ static inline void walk(double *out, std::int64_t n, Kernel kernel, const In *..
     DSP_INDEPENDENT
     for (std::int64_t i = begin; i < end; ++i) to[i] = kernel(in[i]...);
   }
+}
+
+// out[i] = kernel(in[i]) for a kernel overloaded on real and complex samples; what it returns is the representation of
+// the output.
+template <class Kernel>
+static inline void each_sample(double *out, const double *in, std::int64_t n, bool is_complex, const Kernel &kernel) {
+  if (is_complex)
+    walk<decltype(kernel(dsp_complex()))>(out, n, kernel, as<dsp_complex>(in));
+  else
+    walk<decltype(kernel(double()))>(out, n, kernel, in);
 }
 
 }  // namespace dsp

@@ -1,4 +1,4 @@
-// Geometric and harmonic mean.
+// Arithmetic, geometric and harmonic mean.
 #include <cmath>
 
 #include "dsp/dsp.h"
@@ -6,6 +6,7 @@
 #include "dsp/stats/input.h"
 #include "dsp/stats/result.h"
 #include "dsp/stats/saturated_powers.h"
+#include "dsp/stats/sum_kernels.h"
 
 namespace dsp::stats {
 namespace {
@@ -81,6 +82,14 @@ int32_t put_mean(const stats_input &x, dsp_vec *out, Real real, Complex complex)
 
 using namespace dsp;
 using namespace dsp::stats;
+
+int32_t dsps_mean(const dsp_vec *in, dsp_vec *out) {
+  const stats_input x(*in);
+  const double n = x.n > 0 ? static_cast<double>(x.n) : 1.0;
+  double total[2] = {};
+  sum_kernels().values(x.data, x.n, x.parts, total);
+  return put_sample(out, x.is_complex, total[0] / n, total[1] / n);
+}
 
 int32_t dsps_gmean(const dsp_vec *in, dsp_vec *out) {
   return put_mean(stats_input(*in), out, real_geometric_mean, complex_geometric_mean);

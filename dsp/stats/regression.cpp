@@ -5,7 +5,7 @@
 #include "dsp/dsp.h"
 #include "dsp/stats/blocked_sum.h"
 #include "dsp/stats/input.h"
-#include "dsp/stats/reference.h"
+#include "dsp/stats/provisional_mean.h"
 #include "dsp/stats/saturated_powers.h"
 
 namespace dsp::stats {
@@ -69,7 +69,7 @@ scatter scatter_about(double shift_x, double shift_y, std::int64_t points, const
 scatter scatter_of_trace(const stats_input &y, double dx) {
   const double step = dx == 0.0 ? 1.0 : dx;
   const double shift_x = step * static_cast<double>(y.n - 1) * 0.5;
-  const double shift_y = rough_mean(y, 0);
+  const double shift_y = provisional_mean(y, 0);
   const trace_points<plain_powers> fast = {step, shift_x, shift_y};
   const trace_points<saturated_powers> exact = {step, shift_x, shift_y};
   double sum[5];
@@ -78,7 +78,7 @@ scatter scatter_of_trace(const stats_input &y, double dx) {
 }
 
 scatter scatter_of_points(const stats_input &z) {
-  const double shift[2] = {rough_mean(z, 0), rough_mean(z, 1)};
+  const double shift[2] = {provisional_mean(z, 0), provisional_mean(z, 1)};
   const plane_points<plain_powers> fast = {alternating(shift[0], shift[1])};
   const plane_points<saturated_powers> exact = {alternating(shift[0], shift[1])};
   double sum[6];

@@ -1,4 +1,4 @@
-// Sum, mean and the sums of squares.
+// The sum, the sum of squares and the root mean square.
 #include <cmath>
 
 #include "dsp/dsp.h"
@@ -8,12 +8,6 @@
 
 namespace dsp::stats {
 namespace {
-
-int32_t put_sum(const stats_input &x, dsp_vec *out, double divisor) {
-  double total[2] = {};
-  sum_kernels().values(x.data, x.n, x.parts, total);
-  return put_sample(out, x.is_complex, total[0] / divisor, total[1] / divisor);
-}
 
 double sum_of_squares(const stats_input &x) {
   double total[2] = {};
@@ -27,11 +21,11 @@ double sum_of_squares(const stats_input &x) {
 using namespace dsp;
 using namespace dsp::stats;
 
-int32_t dsps_sum(const dsp_vec *in, dsp_vec *out) { return put_sum(stats_input(*in), out, 1.0); }
-
-int32_t dsps_mean(const dsp_vec *in, dsp_vec *out) {
+int32_t dsps_sum(const dsp_vec *in, dsp_vec *out) {
   const stats_input x(*in);
-  return put_sum(x, out, x.n > 0 ? static_cast<double>(x.n) : 1.0);
+  double total[2] = {};
+  sum_kernels().values(x.data, x.n, x.parts, total);
+  return put_sample(out, x.is_complex, total[0], total[1]);
 }
 
 int32_t dsps_magsq_sum(const dsp_vec *in, dsp_vec *out) { return put_number(out, sum_of_squares(stats_input(*in))); }

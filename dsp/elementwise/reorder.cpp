@@ -4,10 +4,10 @@
 
 #include "dsp/core/sizing.h"
 #include "dsp/dsp.h"
-#include "dsp/elementwise/by_sample.h"
 #include "dsp/elementwise/unary_kernels.h"
 #include "dsp/math/saturation.h"
 #include "dsp/math/sort.h"
+#include "dsp/simd/traversal.h"
 
 namespace dsp::elementwise {
 namespace {
@@ -25,7 +25,7 @@ int32_t rotate_left(dsp_vec *v, int32_t k) {
   if (n > 0 && k == v->length - k)
     unary_kernels().exchange(v->data, v->data + n / 2, n / 2);
   else
-    by_sample(v, [k](auto *x, int32_t count) { std::rotate(x, x + k, x + count); });
+    with_samples(v->data, v->is_complex != 0, [=](auto *x) { std::rotate(x, x + k, x + samples(*v)); });
   return 0;
 }
 
@@ -43,7 +43,9 @@ int32_t dspi_rev(dsp_vec *v) {
 int32_t dspi_shift(dsp_vec *v, int32_t k) { return dspu_subvec(v, v, k, v->length); }
 
 int32_t dspi_sort(dsp_vec *v) {
-  by_sample(v, [](auto *x, int32_t n) { sort(x, numbers_first(x, n), [](auto a, auto b) { return before(a, b); }); });
+  const int32_t n = samples(*v);
+  with_samples(v->data, v->is_complex != 0,
+               [n](auto *x) { sort(x, numbers_first(x, n), [](auto a, auto b) { return before(a, b); }); });
   return 0;
 }
 

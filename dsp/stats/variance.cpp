@@ -3,7 +3,7 @@
 
 #include "dsp/dsp.h"
 #include "dsp/stats/input.h"
-#include "dsp/stats/reference.h"
+#include "dsp/stats/provisional_mean.h"
 #include "dsp/stats/result.h"
 #include "dsp/stats/sum_kernels.h"
 
@@ -14,7 +14,7 @@ namespace {
 // negative and stays so.
 double population_variance(const stats_input &x) {
   if (x.n < 1) return 0.0;
-  const double about[2] = {rough_mean(x, 0), rough_mean(x, x.parts - 1)};
+  const double about[2] = {provisional_mean(x, 0), provisional_mean(x, x.parts - 1)};
   double total[4] = {};
   sum_kernels().spread(x.data, x.n, x.parts, about, total);
   const auto n = static_cast<double>(x.n);

@@ -4,7 +4,7 @@
 #include "dsp/dsp.h"
 #include "dsp/stats/blocked_sum.h"
 #include "dsp/stats/input.h"
-#include "dsp/stats/reference.h"
+#include "dsp/stats/provisional_mean.h"
 #include "dsp/stats/result.h"
 #include "dsp/stats/saturated_powers.h"
 
@@ -49,7 +49,7 @@ double clamped_mean(const stats_input &x) {
 
 double skewness(const stats_input &x) {
   if (x.n < 1) return 0.0;
-  const widest about = broadcast(rough_mean(x, 0));
+  const widest about = broadcast(provisional_mean(x, 0));
   double total[3];
   blocked_sum<1>(x.data, x.n, 1, third_order<plain_powers>{about}, third_order<saturated_powers>{about},
                  squares_within_bound, total);

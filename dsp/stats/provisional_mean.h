@@ -1,4 +1,4 @@
-// The value that sums of differences are taken about: near the mean, and cheap.
+// The value about which differences are summed: near the mean, and cheap.
 #pragma once
 
 #include "dsp/stats/input.h"
@@ -6,7 +6,7 @@
 namespace dsp::stats {
 
 // The mean of the first, middle and last sample, in one part of them. There must be one.
-inline double rough_mean(const stats_input &x, int part) {
+inline double provisional_mean(const stats_input &x, int part) {
   const auto at = [&](std::int64_t i) { return x.data[i * x.parts + part]; };
   return (at(0) + at(x.n / 2) + at(x.n - 1)) / 3.0;
 }
