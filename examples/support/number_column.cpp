@@ -1,94 +1,147 @@
 #include <cmath>
 #include <fstream>
 
-#include "examples/support/arguments.h"
 #include "examples/support/failure.h"
 #include "examples/support/input_file.h"
 #include "examples/support/sample_reader.h"
+#include "examples/support/table_layout.h"
+#include "examples/support/table_line.h"
 
 namespace examples {
 namespace {
 
-/** The fields of a line; a comma, a semicolon or a run of blanks separates two. */
-std::vector<std::string> fields_of(const std::string &line) {
-  std::vector<std::string> fields;
-  const std::string text = line.substr(0, line.find('#'));
-  const char *blanks = " \t\r";
-  std::size_t at = text.find_first_not_of(blanks);
-  while (at != std::string::npos) {
-    const std::size_t end = std::min(text.find_first_of(",; \t\r", at), text.size());
-    fields.push_back(text.substr(at, end - at));
-    at = text.find_first_not_of(blanks, end);
-    if (at != std::string::npos && (text[at] == ',' || text[at] == ';')) {
-      at = text.find_first_not_of(blanks, at + 1);
-      if (at == std::string::npos) fields.emplace_back();
-    }
+/** The lines of a text file, without comments and without a byte-order mark. */
+class text_lines {
+ public:
+  explicit text_lines(const std::string &path) : path_(path), file_(path, std::ios::binary) {}
+
+  bool next(std::string *line) {
+    if (!std::getline(file_, *line)) return false;
+    bytes_ += static_cast<int64_t>(line->size()) + 1;
+    if (line->find('\0') != std::string::npos) throw failure(path_ + " is not a text file in ASCII or UTF-8");
+    if (number_++ == 0 && line->compare(0, 3, "\xef\xbb\xbf") == 0) line->erase(0, 3);
+    *line = without_comment(*line);
+    return true;
   }
-  return fields;
+  int64_t number() const { return number_; }
+  int64_t bytes() const { return bytes_; }
+
+ private:
+  std::string path_;
+  std::ifstream file_;
+  int64_t number_ = 0, bytes_ = 0;
+};
+
+table_layout layout_of(const std::string &path) {
+  constexpr std::size_t enough = 400;
+  text_lines lines(path);
+  std::vector<std::string> head;
+  for (std::string line; head.size() < enough && lines.next(&line);) head.push_back(line);
+  return find_layout(path, head);
 }
+
+/** The rows of a table from its first data on; numbers of its columns, or a failure that names the line. */
+class table_rows {
+ public:
+  table_rows(const std::string &path, const table_layout &layout) : path_(path), layout_(layout), lines_(path) {
+    std::string line;
+    for (std::size_t i = 0; i < layout.first; ++i) lines_.next(&line);
+  }
+
+  bool next() {
+    for (std::string line; lines_.next(&line);) {
+      if (!split_line(line, layout_.separator, &fields_)) refuse("a quote that is not closed");
+      if (fields_.empty()) continue;
+      if (fields_.size() != layout_.columns.size())
+        refuse(std::to_string(fields_.size()) + " fields; the other lines have " +
+               std::to_string(layout_.columns.size()));
+      return true;
+    }
+    return false;
+  }
+
+  double number(std::size_t column) const {
+    double value = 0.0;
+    if (!parse_field(fields_[column], layout_.decimal, &value) || !std::isfinite(value))
+      refuse("'" + fields_[column].substr(0, 40) + "' is not a number");
+    return value;
+  }
+
+  [[noreturn]] void refuse(const std::string &what) const {
+    throw failure(path_ + ", line " + std::to_string(lines_.number()) + ": " + what);
+  }
+  int64_t bytes() const { return lines_.bytes(); }
+
+ private:
+  std::string path_;
+  const table_layout &layout_;
+  text_lines lines_;
+  std::vector<std::string> fields_;
+};
 
 class number_column : public sample_reader {
  public:
   number_column(const std::string &path, const std::string &column, double rate)
-      : path_(path), rate_(rate), size_(readable_size(path)), file_(path, std::ios::binary) {
-    std::vector<std::string> fields;
-    if (!next_line(&fields)) throw failure(path + " holds no numbers");
-    double number = 0.0;
-    if (parse_number(column, &number) && number >= 1.0 && number == std::floor(number) && number < 1e6) {
-      index_ = static_cast<std::size_t>(number) - 1;
-    } else {
-      while (index_ < fields.size() && fields[index_] != column) ++index_;
-      if (index_ == fields.size()) throw failure(path + " has no column '" + column + "'");
-    }
-    for (const std::string &field : fields) has_pending_ = has_pending_ || parse_number(field, &number);
-    if (has_pending_) pending_ = value(fields);
+      : path_(path), size_(readable_size(path)), layout_(layout_of(path)), rows_(path, layout_), rate_(rate) {
+    index_ = layout_.find(path, column);
+    if (!layout_.columns[index_].has_numbers) throw failure(path + ": column '" + column + "' holds no numbers");
+    scale_ = unit_scale(layout_.columns[index_].unit);
+    time_ = layout_.time();
+    const bool has_time = time_ < layout_.columns.size() && time_ != index_;
+    if (!has_time && rate == 0.0) throw failure(path + " holds numbers: their sample rate is needed, --rate HZ");
+    if (rate == 0.0) measure_spacing();
+    const std::string name = layout_.columns[index_].text;
+    what_ = "column " + (name.empty() ? std::to_string(index_ + 1) : name) +
+            (rate != 0.0 && has_time ? "; the sample rate is that of --rate, not of the time column" : "");
   }
 
   double rate() const override { return rate_; }
   int channels() const override { return 1; }
   int64_t frames() const override { return -1; }
-  double progress() const override { return static_cast<double>(bytes_) / static_cast<double>(size_); }
+  double progress() const override { return static_cast<double>(rows_.bytes()) / static_cast<double>(size_); }
+  std::string what() const override { return layout_.columns.size() > 1 ? what_ : ""; }
 
   int64_t read(double *samples, int64_t count) override {
     int64_t done = 0;
-    if (has_pending_ && count > 0) {
-      samples[done++] = pending_;
-      has_pending_ = false;
+    for (; done < count && rows_.next(); ++done, ++read_) {
+      samples[done] = scale_ * rows_.number(index_);
+      if (spacing_ > 0.0) check_time();
     }
-    for (std::vector<std::string> fields; done < count && next_line(&fields);) samples[done++] = value(fields);
     return done;
   }
 
  private:
-  /** The next line that holds anything; false at the end. */
-  bool next_line(std::vector<std::string> *fields) {
-    for (std::string line; std::getline(file_, line);) {
-      ++line_;
-      bytes_ += static_cast<int64_t>(line.size()) + 1;
-      if (line.find('\0') != std::string::npos) throw failure(path_ + " is not a text file");
-      *fields = fields_of(line);
-      if (!fields->empty()) return true;
+  /** The sample spacing, from the first and the last time. */
+  void measure_spacing() {
+    const std::string unit = layout_.columns[time_].unit;
+    if (!unit.empty() && !is_time(unit))
+      throw failure(path_ + ": the unit '" + unit + "' of the time is not known; give --rate HZ");
+    table_rows rows(path_, layout_);
+    int64_t count = 0;
+    double last = 0.0;
+    for (; rows.next(); ++count) {
+      last = rows.number(time_);
+      if (count == 0) start_ = last;
     }
-    return false;
+    spacing_ = count > 1 ? (last - start_) / static_cast<double>(count - 1) : 0.0;
+    rate_ = 1.0 / (spacing_ * unit_scale(unit));
+    if (!(spacing_ > 0.0) || !std::isfinite(rate_)) throw failure(path_ + ": its times do not rise; give --rate HZ");
   }
 
-  double value(const std::vector<std::string> &fields) const {
-    const std::string where = path_ + ", line " + std::to_string(line_) + ": ";
-    if (index_ >= fields.size()) throw failure(where + "no column " + std::to_string(index_ + 1));
-    double number = 0.0;
-    if (!parse_number(fields[index_], &number) || !std::isfinite(number))
-      throw failure(where + "'" + fields[index_].substr(0, 40) + "' is not a number");
-    return number;
+  void check_time() const {
+    const double off = rows_.number(time_) - start_ - spacing_ * static_cast<double>(read_);
+    if (std::abs(off) > 0.25 * spacing_)
+      rows_.refuse("the times are not evenly spaced, or written with too few digits; --rate HZ ignores them");
   }
 
-  std::string path_;
-  double rate_;
+  std::string path_, what_;
   int64_t size_;
-  std::ifstream file_;
-  std::size_t index_ = 0;
-  int64_t line_ = 0, bytes_ = 0;
-  bool has_pending_ = false;  // the first line, met while looking for a header
-  double pending_ = 0.0;
+  table_layout layout_;
+  table_rows rows_;
+  double rate_, scale_ = 1.0;
+  std::size_t index_ = 0, time_ = 0;
+  double start_ = 0.0, spacing_ = 0.0;  // in the time column's unit; spacing 0: it is not used
+  int64_t read_ = 0;
 };
 
 }  // namespace

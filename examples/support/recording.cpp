@@ -17,8 +17,7 @@ std::unique_ptr<sample_reader> open_recording(const arguments &given, const std:
   const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||
                     extension == ".txt" || extension == ".dat";
   if (!text) return open_sound(path);
-  if (!given.has("rate")) throw failure(path + " holds numbers: their sample rate is needed, --rate HZ");
-  return open_column(path, given.text("column", "1"), given.number("rate", 1.0, 1e-9, 1e15));
+  return open_column(path, given.text("column", ""), given.number("rate", 0.0, 1e-9, 1e15));
 }
 
 int channel_of(const arguments &given) {
@@ -27,7 +26,7 @@ int channel_of(const arguments &given) {
 
 std::string channel_read(const arguments &given, const sample_reader &recording) {
   const std::string all = std::to_string(recording.channels());
-  if (recording.channels() < 2) return "";
+  if (recording.channels() < 2) return recording.what();
   if (const int channel = channel_of(given)) return "channel " + std::to_string(channel) + " of " + all;
   return "the mean of channels 1 to " + all + "; --channel N takes one";
 }

@@ -17,7 +17,7 @@ std::unique_ptr<sample_reader> open_recording(const arguments &given, const std:
 /** The channel that --channel names, from 1; 0 for "mix", the mean of all, which is the default. */
 int channel_of(const arguments &given);
 
-/** What is read of a recording of several channels, in words; empty for a single one. */
+/** What is read of a recording of several channels or columns, in words; empty for a single one. */
 std::string channel_read(const arguments &given, const sample_reader &recording);
 
 }  // namespace examples

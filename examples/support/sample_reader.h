@@ -14,8 +14,9 @@ class sample_reader {
   virtual ~sample_reader() = default;
   virtual double rate() const = 0;  // frames a second
   virtual int channels() const = 0;
-  virtual int64_t frames() const = 0;   // -1: known at the end only
-  virtual double progress() const = 0;  // the share read so far, 0 ... 1
+  virtual int64_t frames() const = 0;              // -1: known at the end only
+  virtual double progress() const = 0;             // the share read so far, 0 ... 1
+  virtual std::string what() const { return ""; }  // which part of the file it is, where that needs saying
 
   /** Reads `count` frames, interleaved; fewer at the end only. */
   virtual int64_t read(double *frames, int64_t count) = 0;
@@ -25,8 +26,10 @@ class sample_reader {
  * header says is refused. */
 std::unique_ptr<sample_reader> open_sound(const std::string &path);
 
-/** A column of a text file: fields are separated by commas, semicolons or blanks, '#' begins a comment, a first line
- * without numbers is the header. `column` is a number from 1 or a name of the header. */
+/** A column of a text file, by number from 1 or by name; empty: the only one beside a time. Commas, semicolons, tabs or
+ * blanks separate fields, the same in the whole file; a decimal comma goes with semicolons and tabs. '#' begins a
+ * comment; lines before the data are a preamble, which may end in names and units. Values in mV, us and the like are
+ * scaled to V and s. `rate` 0: from the column of times. */
 std::unique_ptr<sample_reader> open_column(const std::string &path, const std::string &column, double rate);
 
 /** One channel of a recording, from 1; channel 0 is the mean of all. */
