@@ -68,6 +68,8 @@ foreach(isa IN LISTS dsp_isas)
     dsp_object_library(dsp_kernels_${isa} ${dsp_kernels})
     target_compile_options(dsp_kernels_${isa} PRIVATE ${dsp_isa_flags_${isa}})
     target_compile_definitions(dsp_kernels_${isa} PRIVATE DSP_ISA=${isa})
+    # Each kernel file is tuned by itself.
+    set_target_properties(dsp_kernels_${isa} PROPERTIES UNITY_BUILD OFF)
     list(APPEND dsp_objects $<TARGET_OBJECTS:dsp_kernels_${isa}>)
   endif()
 endforeach()

@@ -22,29 +22,29 @@ struct dct_state {
   int32_t length;          // 0: none
 };
 
-dct_state state;
+dct_state dct;
 
 int32_t size_work(int32_t length, bool is_complex) {
-  dsp_vec *work = state.work.obtain();
+  dsp_vec *work = dct.work.obtain();
   work->length = length;
   work->is_complex = is_complex;
   return dsp_alloc(work);
 }
 
 void release_rotations() {
-  heap_release(state.rotations);
-  state.rotations = nullptr;
-  state.length = 0;
+  heap_release(dct.rotations);
+  dct.rotations = nullptr;
+  dct.length = 0;
 }
 
 int32_t build_rotations(int32_t n) {
   const int32_t count = (n - 1) / 2;
-  if (state.length == n || count == 0) return 0;
+  if (dct.length == n || count == 0) return 0;
   release_rotations();
-  state.rotations = static_cast<dsp_complex *>(heap_allocate(static_cast<std::size_t>(count) * sizeof(dsp_complex)));
-  if (state.rotations == nullptr) return -1;
-  fill_roots(&state.rotations->re, &state.rotations->im, 2, 1, count, 4 * std::int64_t{n});
-  state.length = n;
+  dct.rotations = static_cast<dsp_complex *>(heap_allocate(static_cast<std::size_t>(count) * sizeof(dsp_complex)));
+  if (dct.rotations == nullptr) return -1;
+  fill_roots(&dct.rotations->re, &dct.rotations->im, 2, 1, count, 4 * std::int64_t{n});
+  dct.length = n;
   return 0;
 }
 
@@ -57,15 +57,15 @@ int32_t forward(dsp_vec *v, bool normalised) {
   const int32_t n = v->length;
   const dct_kernel_set &kernels = dct_kernels();
   if (size_work(n, false) != 0 || build_rotations(n) != 0) return -1;
-  state.work.signal.dx = v->dx;
-  kernels.sort(v->data, n, state.work.signal.data);
-  if (dspi_rdft(&state.work.signal) != 0) return -1;
-  const auto *bins = reinterpret_cast<const dsp_complex *>(state.work.signal.data);
+  dct.work.signal.dx = v->dx;
+  kernels.sort(v->data, n, dct.work.signal.data);
+  if (dspi_rdft(&dct.work.signal) != 0) return -1;
+  const auto *bins = reinterpret_cast<const dsp_complex *>(dct.work.signal.data);
   double *y = v->data;
   y[0] = bins[0].re;
-  kernels.rotate(bins, state.rotations, n, y);
+  kernels.rotate(bins, dct.rotations, n, y);
   if (n % 2 == 0) y[n / 2] = (bins[n / 2].re + bins[n / 2].im) * half_sqrt2;
-  v->dx = state.work.signal.dx * 0.5;
+  v->dx = dct.work.signal.dx * 0.5;
   if (normalised) scale(v, 2.0, half_sqrt2);
   return 0;
 }
@@ -75,15 +75,15 @@ int32_t backward(dsp_vec *v, bool normalised) {
   const dct_kernel_set &kernels = dct_kernels();
   if (normalised) scale(v, 0.5, sqrt2);
   if (size_work(n / 2 + 1, true) != 0 || build_rotations(n) != 0) return -1;
-  state.work.signal.dx = v->dx;
-  auto *bins = reinterpret_cast<dsp_complex *>(state.work.signal.data);
+  dct.work.signal.dx = v->dx;
+  auto *bins = reinterpret_cast<dsp_complex *>(dct.work.signal.data);
   const double *y = v->data;
   bins[0] = {y[0], 0.0};
-  kernels.rotate_back(y, state.rotations, n, bins);
+  kernels.rotate_back(y, dct.rotations, n, bins);
   if (n % 2 == 0) bins[n / 2] = {y[n / 2] * sqrt2, 0.0};
-  if (dspi_irdft(&state.work.signal, n % 2 != 0) != 0) return -1;
-  kernels.merge(state.work.signal.data, n, v->data);
-  v->dx = state.work.signal.dx * 0.5;
+  if (dspi_irdft(&dct.work.signal, n % 2 != 0) != 0) return -1;
+  kernels.merge(dct.work.signal.data, n, v->data);
+  v->dx = dct.work.signal.dx * 0.5;
   return 0;
 }
 
@@ -91,7 +91,7 @@ int32_t backward(dsp_vec *v, bool normalised) {
 
 std::int32_t free_dct_work() {
   release_rotations();
-  return state.work.release();
+  return dct.work.release();
 }
 
 }  // namespace dsp::fft

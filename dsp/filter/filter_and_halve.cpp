@@ -1,4 +1,4 @@
-#include "dsp/filter/filter_and_halve.h"
+#include "dsp/core/filter_and_halve.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -25,7 +25,7 @@ struct folded_filter {
   bool has_centre;     // one more tap between them
   bool anti;           // the second half is negated
 
-  std::int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
+  [[gnu::always_inline]] std::int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
 };
 
 struct fir_kernel_set {

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "dsp/core/filter_and_halve.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
-#include "dsp/filter/filter_and_halve.h"
 #include "dsp/resample/kernel_taps.h"
 
 namespace dsp::resample {

@@ -14,7 +14,7 @@ constexpr std::int32_t points_in_group = 8;
 constexpr std::int32_t rows_in_group = points_in_group + 1;
 
 // From row to row. Vectors of four that begin at a row do not straddle lines of the cache.
-constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 3) / 4 * 4; }
+static constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 3) / 4 * 4; }
 
 struct kernel_rows {
   const double *points;

@@ -65,7 +65,7 @@ grep dsp_kernels_ add_subdirectory/compile_commands.json | grep command | grep -
 
 # An archive only, in folders of unusual names, one of them absolute; moved, used and taken away.
 cmake -S "$tree" -B odd -DBUILD_SHARED_LIBS=OFF -DDSP_TESTS=OFF -DDSP_EXAMPLES=OFF -DDSP_ISA_DISPATCH=OFF -DCMAKE_BUILD_TYPE=Debug \
-  -DCMAKE_INSTALL_PREFIX="$PWD/odd-prefix" -DCMAKE_INSTALL_LIBDIR="$PWD/odd-prefix/lib" \
+  -DCMAKE_UNITY_BUILD=ON -DCMAKE_INSTALL_PREFIX="$PWD/odd-prefix" -DCMAKE_INSTALL_LIBDIR="$PWD/odd-prefix/lib" \
   -DCMAKE_INSTALL_INCLUDEDIR=include/dsp-2 >/dev/null
 cmake --build odd -j "$(nproc)" >/dev/null
 cmake --install odd >/dev/null

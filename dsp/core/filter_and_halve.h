@@ -1,4 +1,4 @@
-// The lowpass that keeps every second output, of which the sample-rate converter is made.
+// The lowpass that keeps every second output, of which the sample-rate converter is made. Defined by the filters.
 #pragma once
 
 #include <cstdint>
