@@ -12,17 +12,27 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
+#include "examples/support/json.h"
 #include "examples/support/output_file.h"
 #include "examples/support/progress.h"
 #include "examples/support/recording.h"
 #include "examples/support/sample_reader.h"
 #include "examples/support/signal.h"
+#include "examples/support/window_line.h"
 
+using examples::decimals_for;
 using examples::failure;
+using examples::fixed;
+using examples::frequency_axis;
+using examples::frequency_unit;
+using examples::json;
 using examples::require;
 using examples::signal;
+using examples::unit_for;
+using examples::window_line;
 
 namespace {
 
@@ -47,6 +57,7 @@ const std::vector<examples::option> options = {
     {0, "from", "HZ", "lowest frequency shown (default 0)"},
     {0, "to", "HZ", "highest frequency shown (default: half the sample rate)"},
     {'l', "log", nullptr, "logarithmic frequency axis"},
+    {0, "json", nullptr, "peaks and figures as one object of JSON, with all digits;\na picture only if -o is given"},
 };
 
 const char *const introduction =
@@ -68,14 +79,17 @@ const char *const notes =
     "Gauss80 (weak tones beside strong ones), Hamming, Blackman, Bartlett, Riemann, Uniform (transients, or\n"
     "periods that fit the block), and all other names of the library.\n"
     "\n"
-    "Peaks are local maxima that rise 6 dB above the valleys on both sides, refined between bins by a Gaussian of\n"
-    "the window's own width: within 0.01 bins with Gausstop, which is what it is for; poorly with the flat tops.\n"
+    "Peaks are local maxima that rise 6 dB above the valleys on both sides and above the side lobes of stronger ones,\n"
+    "refined between bins by the shape of the window's own line.\n"
     "\n"
     "  dsp-spectrum voice.wav                                   table, and voice.png\n"
     "  dsp-spectrum -o hum.svg --log --to 2000 -b 32768 voice.flac\n"
     "  dsp-spectrum --csv -w hann --rate 1e6 -k voltage scope.csv >spectrum.csv\n"
     "\n"
-    "Status 0, or 2 with a line on standard error that says what is wrong; no file is then written.\n";
+    "JSON holds frequency and level of the strongest peak, and all of them; frequencies in Hz, levels in dB.\n"
+    "\n"
+    "Status 0; 1 if no peak was found; 2 with a line on standard error that says what is refused: no file is then\n"
+    "written.\n";
 
 struct averaging {
   const char *name;
@@ -91,7 +105,7 @@ const averaging averagings[] = {
     {"last", DSP_AVG_REPLACE, "last block"},
 };
 
-enum class output_kind { picture, csv };
+enum class output_kind { picture, csv, none };
 
 struct settings {
   std::string recording, output;  // an empty output is standard output
@@ -116,7 +130,9 @@ const averaging *averaging_of(const std::string &name) {
 void choose_output(const examples::arguments &given, settings *s) {
   s->output = given.text("output", "");
   const bool csv = given.has("csv") || examples::extension_of(s->output) == ".csv";
-  s->kind = csv ? output_kind::csv : output_kind::picture;
+  s->kind = csv ? output_kind::csv : s->output.empty() && given.has("json") ? output_kind::none : output_kind::picture;
+  if (csv && s->output.empty() && given.has("json"))
+    throw failure("--csv and --json both want standard output; see --output");
   if (s->kind == output_kind::picture && s->output.empty())
     s->output = std::filesystem::path(s->recording).stem().string() + ".png";
 }
@@ -190,51 +206,9 @@ int32_t measure(examples::sample_reader &recording, const settings &s, signal *s
   return count;
 }
 
-/** The top of the window's line in a spectrum, of which `active` of `grid` samples are windowed: the power falls as
- * exp(-curvature x^2), x bins from the centre; beyond `half_width` bins it is below -40 dB. */
-struct main_lobe {
-  double curvature;
-  int32_t half_width;
-};
-
-main_lobe lobe_of(const settings &s) {
-  constexpr double pi = 3.14159265358979323846;
-  signal window(std::min(s.active, 2048));
-  const int32_t n = window.length;
-  for (int32_t i = 0; i < n; ++i) window[i] = 1.0;
-  require(dspi_window(&window, s.window, DSP_WND_RAW | DSP_WND_NO_SWAP), "make the window");
-  const double widening = static_cast<double>(s.grid) / s.active;
-  const auto power = [&](double bins) {
-    double sum = 0.0;
-    for (int32_t i = 0; i < n; ++i) sum += window[i] * std::cos(2.0 * pi * bins / widening * (i - n / 2) / n);
-    return sum * sum;
-  };
-  main_lobe lobe{};
-  while (power(++lobe.half_width) > 1e-4 * power(0.0)) continue;
-  // Fitted at one bin from the centre, unless the line has a zero there: between the centre and the half bin, where
-  // every symmetric line agrees, the Gaussian then is within a hundredth of a bin of the usual windows.
-  const double x = lobe.half_width > 1 ? 0.0 : 0.25;
-  lobe.curvature = std::max(std::log(power(x) / power(1.0 - x)) / (1.0 - 2.0 * x), 0.0);
-  return lobe;
-}
-
 struct peak {
   double bin, level;
 };
-
-/** The centre of the line around bin i, and its level there. */
-peak refine(const signal &spectrum, int32_t i, const main_lobe &lobe) {
-  if (lobe.curvature == 0.0) return {static_cast<double>(i), spectrum[i]};  // a flat top, spread over padded bins
-  // The Gaussian fit expects a power that falls as exp(-0.631 x^2): as many powers of the spectrum as make the
-  // window's line this wide.
-  const double exponent = 0.631127298315668 / lobe.curvature * std::log(10.0) / 10.0;
-  signal around(3), fit;
-  for (int32_t k = 0; k < 3; ++k) around[k] = std::exp(exponent * (spectrum[i + k - 1] - spectrum[i]));
-  if (dsps_peak(&around, &fit, DSP_PEAK_AT_INDEX | DSP_PEAK_GAUSS, 1) != 0 || !std::isfinite(fit[1]))
-    require(dsps_peak(&around, &fit, DSP_PEAK_AT_INDEX | DSP_PEAK_NO_INTERP, 1), "refine a peak");
-  const double offset = fit[1] - 1.0;
-  return {i + offset, spectrum[i] + 10.0 / std::log(10.0) * lobe.curvature * offset * offset};
-}
 
 /** Does it rise 6 dB above the valleys towards higher maxima, or towards the ends? */
 bool stands_out(const signal &spectrum, int32_t i) {
@@ -248,18 +222,32 @@ bool stands_out(const signal &spectrum, int32_t i) {
   return true;
 }
 
+/** Is it no more than a side lobe of one of these lines, or of several that add up? */
+bool is_side_lobe(const signal &spectrum, int32_t i, const std::vector<peak> &lines, const window_line &line) {
+  constexpr double margin = 4.0;
+  for (const peak &p : lines)
+    if (spectrum[i] < p.level + line.side_lobe(std::abs(i - p.bin)) + margin) return true;
+  return false;
+}
+
 /** The strongest peaks in the range shown, strongest first. The main lobe at frequency 0 holds an offset, no tone. */
 std::vector<peak> find_peaks(const signal &spectrum, const settings &s) {
-  const main_lobe lobe = lobe_of(s);
+  const window_line line(s.window, s.active, s.grid);
+  const int32_t last = spectrum.length - 1;
   std::vector<int32_t> maxima;
-  for (int32_t i = lobe.half_width; i < spectrum.length - 1; ++i)
-    if (spectrum[i] > spectrum[i - 1] && spectrum[i] >= spectrum[i + 1] && i * spectrum.dx >= s.from &&
-        i * spectrum.dx <= s.to)
-      maxima.push_back(i);
+  for (int32_t i = line.half_width(); i < last; ++i)
+    if (spectrum[i] > spectrum[i - 1] && spectrum[i] >= spectrum[i + 1] && stands_out(spectrum, i)) maxima.push_back(i);
   std::stable_sort(maxima.begin(), maxima.end(), [&](int32_t a, int32_t b) { return spectrum[a] > spectrum[b]; });
-  std::vector<peak> peaks;
-  for (std::size_t k = 0; k < maxima.size() && static_cast<int64_t>(peaks.size()) < s.peaks; ++k)
-    if (stands_out(spectrum, maxima[k])) peaks.push_back(refine(spectrum, maxima[k], lobe));
+  // Both ends of the spectrum, which were not doubled, are lines like the others in what they leak.
+  std::vector<peak> lines = {{0.0, spectrum[0] + 6.02}, {static_cast<double>(last), spectrum[last] + 6.02}}, peaks;
+  for (const int32_t i : maxima) {
+    if (static_cast<int64_t>(peaks.size()) == s.peaks) break;
+    if (is_side_lobe(spectrum, i, lines, line)) continue;
+    double offset = 0.0, rise = 0.0;
+    line.centre(spectrum, i, &offset, &rise);
+    lines.push_back({i + offset, spectrum[i] + rise});
+    if (i * spectrum.dx >= s.from && i * spectrum.dx <= s.to) peaks.push_back(lines.back());
+  }
   std::stable_sort(peaks.begin(), peaks.end(), [](const peak &a, const peak &b) { return a.level > b.level; });
   return peaks;
 }
@@ -288,6 +276,16 @@ void print_table(const std::vector<peak> &peaks, double dx) {
   std::printf("\n%16s  %10s\n", "frequency / Hz", "level / dB");
   for (const peak &p : peaks) std::printf("%16.*f  %10.2f\n", decimals, p.bin * dx, p.level);
   if (peaks.empty()) std::printf("%16s\n", "no peaks");
+}
+
+void print_json(const std::vector<peak> &peaks, double dx, const settings &s, int32_t count, double rate) {
+  std::vector<json> list;
+  for (const peak &p : peaks) list.push_back(json().add("frequency", p.bin * dx).add("level", p.level));
+  const peak first = peaks.empty() ? peak{std::nan(""), std::nan("")} : peaks[0];
+  json out;
+  out.add("frequency", first.bin * dx).add("level", first.level).add("peaks", list);
+  out.add("rate", rate).add("blocks", count).add("bin_width", dx).add("noise_bandwidth", noise_bandwidth(s, rate));
+  out.print();
 }
 
 void write_csv(const signal &spectrum, const settings &s, std::FILE *out) {
@@ -333,16 +331,32 @@ points outline_of(const signal &spectrum, const settings &s) {
   return line;
 }
 
-/** The peaks whose frequencies can be written beside them without covering each other, strongest first. */
-points labels_of(const std::vector<peak> &peaks, double dx, double height, const settings &s) {
-  points labels;
+struct label {
+  double frequency, level, peak;
+  std::string text;
+  double left, right;  // along the axis
+};
+
+/** Frequencies written above their peaks and above all of the trace that they span, strongest first; those that would
+ * leave the picture or cover another one are left out. */
+std::vector<label> labels_of(const std::vector<peak> &peaks, const points &line, double dx, double bottom, double top,
+                             const settings &s) {
+  const frequency_unit unit = unit_for(s.to);
+  const double height = 0.035 * (top - bottom), width = 0.0072;  // of a line of text, and of a letter
+  std::vector<label> labels;
   for (const peak &p : peaks) {
-    const double x = along_axis(s, p.bin * dx);
-    bool is_free = x > 0.0 && x < 0.98 && labels.level.size() < 8;
-    for (std::size_t k = 0; k < labels.level.size() && is_free; ++k)
-      is_free = std::abs(along_axis(s, labels.frequency[k]) - x) > 0.07 ||
-                std::abs(labels.level[k] - p.level) > 0.05 * height;
-    if (is_free) labels.add(p.bin * dx, p.level);
+    const double f = p.bin * dx, told = std::max(dx / 10.0, (s.logarithmic ? 2.0 * f : s.to - s.from) / 1000.0);
+    label l = {f, p.level, p.level, fixed(f / unit.hertz, decimals_for(told / unit.hertz)), 0.0, 0.0};
+    const double x = along_axis(s, l.frequency), half = width * static_cast<double>(l.text.size() + 1) / 2.0;
+    l.left = x - half;
+    l.right = x + half;
+    for (std::size_t k = 0; k < line.level.size(); ++k)
+      if (std::abs(along_axis(s, line.frequency[k]) - x) < half) l.level = std::max(l.level, line.level[k]);
+    bool is_free = labels.size() < 8 && l.left > 0.0 && l.right < 1.0 && l.level < top - 1.6 * height;
+    for (const label &other : labels)
+      is_free =
+          is_free && (l.left > other.right || l.right < other.left || std::abs(l.level - other.level) > 1.5 * height);
+    if (is_free) labels.push_back(l);
   }
   return labels;
 }
@@ -353,32 +367,33 @@ void draw(const signal &spectrum, const std::vector<peak> &peaks, const settings
   const auto [lowest, highest] = std::minmax_element(line.level.begin(), line.level.end());
   const double top = 10.0 * std::ceil((*highest + 8.0) / 10.0);
   const double bottom = std::clamp(10.0 * std::floor(*lowest / 10.0), top - 150.0, top - 40.0);
-  points dots;
+  points dots, leaders;
   for (const peak &p : peaks) dots.add(p.bin * spectrum.dx, p.level);
-  const points labels = labels_of(peaks, spectrum.dx, top - bottom, s);
 
   examples::gnuplot plot;
   plot.table("spectrum", {line.frequency, line.level});
   plot.table("peaks", {dots.frequency, dots.level});
-  plot.table("labels", {labels.frequency, labels.level});
+  for (const label &l : labels_of(peaks, line, spectrum.dx, bottom, top, s)) {
+    plot.command("set label '" + l.text + "' at first " + text("%.12g", l.frequency) + "," + text("%.6g", l.level) +
+                 " center offset 0,0.7 front textcolor rgb '#a04000'");
+    if (l.level - l.peak < 0.01 * (top - bottom)) continue;
+    for (const double level : {l.peak, l.level, std::nan("")}) leaders.add(l.frequency, level);
+  }
+  plot.table("leaders", {leaders.frequency, leaders.level});
   const std::string name = std::filesystem::path(s.recording).filename().string();
   plot.command("set title " + examples::gnuplot::quoted(name + "\n" + subtitle) + " noenhanced");
-  plot.command("set xlabel 'frequency / Hz'; set ylabel 'level / dB relative to full scale'");
-  plot.command("set xrange [" + text("%.9g", s.from) + ":" + text("%.9g", s.to) + "]");
+  plot.command(frequency_axis(s.from, s.to, s.logarithmic));
+  plot.command("set ylabel 'level / dB relative to full scale'; set key off");
   plot.command("set yrange [" + text("%.0f", bottom) + ":" + text("%.0f", top) + "]");
-  plot.command("set format x '%.0s %c'; set key off");
-  if (s.logarithmic) plot.command("set logscale x; set mxtics 10; set grid xtics mxtics ytics");
   std::string drawing = "plot $spectrum with lines linetype 1";
   if (!peaks.empty()) drawing += ", $peaks with points pointtype 7 pointsize 0.7 linecolor rgb '#d06010'";
-  if (!labels.level.empty())
-    drawing += ", $labels using 1:2:(sprintf('%.4g', $1)) with labels offset 0,0.8 textcolor rgb '#a04000'";
+  if (!leaders.level.empty()) drawing += ", $leaders with lines linewidth 0.7 linecolor rgb '#d06010'";
   plot.command(drawing);
   plot.draw(picture);
 }
 
 int spectrum_of(const examples::arguments &given) {
   settings s = settings_from(given);
-  const bool to_stdout = s.output.empty();
   if (s.kind == output_kind::picture) examples::require_gnuplot(s.output);
   const auto recording = examples::open_recording(given, s.recording);
   const double rate = recording->rate();
@@ -387,22 +402,25 @@ int spectrum_of(const examples::arguments &given) {
   std::error_code error;
   if (std::filesystem::equivalent(s.recording, s.output, error))
     throw failure(s.output + " would replace the recording");
-  if (!to_stdout) file = std::make_unique<examples::output_file>(s.output);
+  if (!s.output.empty()) file = std::make_unique<examples::output_file>(s.output);
 
   signal spectrum;
   const int32_t count = measure(*recording, s, &spectrum);
   const std::vector<peak> peaks = find_peaks(spectrum, s);
-  const std::string how = method(s, count, rate);
-  if (s.kind == output_kind::csv)
-    write_csv(spectrum, s, to_stdout ? stdout : file->stream());
-  else
-    draw(spectrum, peaks, s, how, *file);
-  if (to_stdout) return 0;
-  file->commit();
-  std::printf("%s: %s\n", s.recording.c_str(), how.c_str());
-  print_table(peaks, spectrum.dx);
-  std::printf("\nwritten to %s\n", s.output.c_str());
-  return 0;
+  const std::string how = method(s, count, rate), read = examples::channel_read(given, *recording);
+  if (s.kind == output_kind::csv) write_csv(spectrum, s, file ? file->stream() : stdout);
+  if (s.kind == output_kind::picture) draw(spectrum, peaks, s, how, *file);
+  if (s.kind == output_kind::csv && !file) return 0;
+  if (file) file->commit();
+  if (given.has("json")) {
+    print_json(peaks, spectrum.dx, s, count, rate);
+  } else {
+    std::printf("%s: %s\n", s.recording.c_str(), how.c_str());
+    if (!read.empty()) std::printf("read: %s\n", read.c_str());
+    print_table(peaks, spectrum.dx);
+    std::printf("\nwritten to %s\n", s.output.c_str());
+  }
+  return peaks.empty() && s.peaks > 0 ? 1 : 0;
 }
 
 }  // namespace
