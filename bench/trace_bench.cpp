@@ -165,13 +165,13 @@ const work works[] = {
      plain_smooth_phase},
     {"smooth_complex_21", [](traces &t) { vfpd_SmoothCpx(t.z.data(), t.z_out.data(), t.n, 0, t.n, 21); },
      plain_smooth_complex},
-    {"format_db", [](traces &t) { vfpd_FormatBuffer(0, t.z.data(), t.out.data(), 0, t.n); },
+    {"format_db", [](traces &t) { vfpd_FormatBuffer(DSP_FORMAT_LEVEL, t.z.data(), t.out.data(), 0, t.n); },
      [](traces &t) { plain_format(t, [](const dsp_complex &z) { return 10.0 * std::log10(power(z)); }); }},
-    {"format_magnitude", [](traces &t) { vfpd_FormatBuffer(1, t.z.data(), t.out.data(), 0, t.n); },
+    {"format_magnitude", [](traces &t) { vfpd_FormatBuffer(DSP_FORMAT_MAGNITUDE, t.z.data(), t.out.data(), 0, t.n); },
      [](traces &t) { plain_format(t, [](const dsp_complex &z) { return std::sqrt(power(z)); }); }},
-    {"format_phase", [](traces &t) { vfpd_FormatBuffer(2, t.z.data(), t.out.data(), 0, t.n); },
+    {"format_phase", [](traces &t) { vfpd_FormatBuffer(DSP_FORMAT_PHASE, t.z.data(), t.out.data(), 0, t.n); },
      [](traces &t) { plain_format(t, [](const dsp_complex &z) { return std::atan2(z.im, z.re) * 180.0 / pi; }); }},
-    {"format_swr", [](traces &t) { vfpd_FormatBuffer(3, t.z.data(), t.out.data(), 0, t.n); },
+    {"format_swr", [](traces &t) { vfpd_FormatBuffer(DSP_FORMAT_SWR, t.z.data(), t.out.data(), 0, t.n); },
      [](traces &t) {
        plain_format(t, [](const dsp_complex &z) {
          const double r = std::sqrt(power(z));

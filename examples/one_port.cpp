@@ -146,8 +146,6 @@ reflection corrected(const reflection &device, const error_terms &e) {
   return r;
 }
 
-enum : uint32_t { decibels = 0, phase_in_degrees = 2, standing_wave_ratio = 3, return_loss = 4 };
-
 std::vector<double> formatted(uint32_t format, const std::vector<dsp_complex> &s) {
   std::vector<double> out(s.size());
   vfpd_FormatBuffer(format, s.data(), out.data(), 0, static_cast<int32_t>(s.size()));
@@ -166,14 +164,15 @@ struct figure {
 };
 
 std::vector<figure> figures_of_terms(const error_terms &e) {
-  return {{"directivity", "directivity", largest(formatted(decibels, e.directivity)), "%8.2f dB at worst"},
-          {"source match", "source_match", largest(formatted(decibels, e.source_match)), "%8.2f dB at worst"},
-          {"reflection loss", "reflection_loss", largest(formatted(return_loss, e.tracking)), "%8.2f dB at most"}};
+  return {{"directivity", "directivity", largest(formatted(DSP_FORMAT_LEVEL, e.directivity)), "%8.2f dB at worst"},
+          {"source match", "source_match", largest(formatted(DSP_FORMAT_LEVEL, e.source_match)), "%8.2f dB at worst"},
+          {"reflection loss", "reflection_loss", largest(formatted(DSP_FORMAT_RETURN_LOSS, e.tracking)),
+           "%8.2f dB at most"}};
 }
 
 // The level as its minimum is looked for: smoothed or not.
 std::vector<double> searched_level(const reflection &device, int32_t smooth) {
-  const std::vector<double> level = formatted(decibels, device.s);
+  const std::vector<double> level = formatted(DSP_FORMAT_LEVEL, device.s);
   if (smooth == 0) return level;
   std::vector<double> smoothed(level.size());
   const int32_t n = device.points();
@@ -183,9 +182,9 @@ std::vector<double> searched_level(const reflection &device, int32_t smooth) {
 }
 
 std::vector<figure> figures_of_device(const reflection &device, std::size_t at, double delay) {
-  return {{"  return loss", "return_loss", formatted(return_loss, device.s)[at], "%8.2f dB"},
-          {"  standing-wave ratio", "standing_wave_ratio", formatted(standing_wave_ratio, device.s)[at], "%8.3f"},
-          {"  phase", "phase", formatted(phase_in_degrees, device.s)[at], "%8.1f degrees"},
+  return {{"  return loss", "return_loss", formatted(DSP_FORMAT_RETURN_LOSS, device.s)[at], "%8.2f dB"},
+          {"  standing-wave ratio", "standing_wave_ratio", formatted(DSP_FORMAT_SWR, device.s)[at], "%8.3f"},
+          {"  phase", "phase", formatted(DSP_FORMAT_PHASE, device.s)[at], "%8.1f degrees"},
           {"delay", "delay", delay * 1e12, "%8.4g ps there and back"}};
 }
 
@@ -201,7 +200,8 @@ double delay_of(const reflection &device) {
 figure deviation_of(const reflection &device, const reflection &truth) {
   std::vector<dsp_complex> d = device.s;
   for (std::size_t i = 0; i < d.size(); ++i) d[i] = {d[i].re - truth.s[i].re, d[i].im - truth.s[i].im};
-  return {"deviation", "deviation", largest(formatted(decibels, d)), "%8.2f dB at worst, from the antenna simulated"};
+  return {"deviation", "deviation", largest(formatted(DSP_FORMAT_LEVEL, d)),
+          "%8.2f dB at worst, from the antenna simulated"};
 }
 
 void tell(const std::vector<figure> &figures) {
@@ -253,7 +253,7 @@ void draw(output_file &file, const reflection &measured, const reflection &devic
   std::vector<double> frequency = device.frequency;
   vfpdbMul1(1.0 / unit, frequency.data(), device.points());
   gnuplot g(1280, 600);
-  g.table("level", {frequency, formatted(decibels, measured.s), formatted(decibels, device.s), level});
+  g.table("level", {frequency, formatted(DSP_FORMAT_LEVEL, measured.s), formatted(DSP_FORMAT_LEVEL, device.s), level});
   g.table("least", {{frequency[least]}, {level[least]}, {device.s[least].re}, {device.s[least].im}});
   g.table("reflection", {parts(measured, &dsp_complex::re), parts(measured, &dsp_complex::im),
                          parts(device, &dsp_complex::re), parts(device, &dsp_complex::im)});

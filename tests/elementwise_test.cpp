@@ -180,11 +180,11 @@ TEST(InPlace, KnownValues) {
       {dspi_unwrap, reals{1, nan, 1 + turn, inf, 2}, reals{1, nan, 1, nan, 2}},
       {with(dspi_unwrap_wnd, 1), reals{1, 1 + turn}, reals{1, 1}},
       {with(dspi_unwrap_wnd, 0), reals{4, 8, 1}, reals{4 - turn, 8 - turn, 1}},
-      {with(dspi_edge, 3, 1), record(reals{0, 2, 0}, 3.0), reals{1.5, 4.5}},
-      {with(dspi_edge, 1, 1), reals{1, 2, 0, 1}, reals{0}},
+      {with(dspi_edge, DSP_EDGE_RISING | DSP_EDGE_FALLING, 1), record(reals{0, 2, 0}, 3.0), reals{1.5, 4.5}},
+      {with(dspi_edge, +DSP_EDGE_RISING, 1), reals{1, 2, 0, 1}, reals{0}},
       {with(dspi_edge, -2, 1), reals{1, 2, 1, 0, 1}, reals{2}},
       {with(dspi_edge, 4, 1), reals{0, 2, 0}, reals{}},
-      {with(dspi_edge, 3, 1), reals{nan, 2, nan, 0}, reals{}},
+      {with(dspi_edge, DSP_EDGE_RISING | DSP_EDGE_FALLING, 1), reals{nan, 2, nan, 0}, reals{}},
       {with(dspc_line, 2, 1), sized(4, false, 0.5), record(reals{1, 2, 3, 4}, 0.5)},
       {with(dspc_line, -1, 3), sized(2, true), complexes{3, 2}},
       {with(dspc_line, 1, 0), sized(9, false, 0.1),
@@ -516,7 +516,8 @@ TEST(Generators, RotateAsExactlyAsTheirSeeds) {
              zadded = sized(n, true);
       added.length = n;
       ASSERT_EQ(dspc_cexp(&z, freq, 0.3) | dspc_cos(&c, freq, 0.3) | dspc_cos(&cc, freq, 0.3) | dspi_zero(&zadded) |
-                    dspi_addcos(&added, 1, freq, 2.0, 0.3) | dspi_addcos(&zadded, 1, freq, 1.0, 0.3) |
+                    dspi_addcos(&added, DSP_ADDCOS_EXPONENTIAL, freq, 2.0, 0.3) |
+                    dspi_addcos(&zadded, DSP_ADDCOS_EXPONENTIAL, freq, 1.0, 0.3) |
                     dspi_addcos(&zadded, 2, freq, 1.0, 0.3),
                 0);
       // What w k loses in its rounding is the seeds', not the rotation's.

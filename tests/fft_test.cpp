@@ -87,9 +87,9 @@ int32_t undft(dsp_vec *v) { return dspi_dft(v, -5); }
 int32_t irdft_odd(dsp_vec *v) { return dspi_irdft(v, 1); }
 int32_t irdft_even(dsp_vec *v) { return dspi_irdft(v, 0); }
 int32_t dct(dsp_vec *v) { return dspi_dct(v, 0); }
-int32_t undct(dsp_vec *v) { return dspi_dct(v, 1); }
-int32_t dct_normalised(dsp_vec *v) { return dspi_dct(v, 2); }
-int32_t undct_normalised(dsp_vec *v) { return dspi_dct(v, 3); }
+int32_t undct(dsp_vec *v) { return dspi_dct(v, DSP_DCT_INVERSE); }
+int32_t dct_normalised(dsp_vec *v) { return dspi_dct(v, DSP_DCT_NORMALISED); }
+int32_t undct_normalised(dsp_vec *v) { return dspi_dct(v, DSP_DCT_INVERSE | DSP_DCT_NORMALISED); }
 
 std::vector<std::size_t> lengths(std::size_t longest) {
   std::vector<std::size_t> n;

@@ -11,7 +11,8 @@ namespace dsp::elementwise {
 namespace {
 
 bool crosses(double a, double b, int32_t mode, double level) {
-  return ((mode & 1) != 0 && a <= level && level < b) || ((mode & 2) != 0 && b < level && level <= a);
+  return ((mode & DSP_EDGE_RISING) != 0 && a <= level && level < b) ||
+         ((mode & DSP_EDGE_FALLING) != 0 && b < level && level <= a);
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ int32_t dspc_cexp(dsp_vec *v, double freq, double phase) {
 int32_t dspi_addcos(dsp_vec *v, int32_t flags, double freq, double amp, double phase) {
   if (v->is_complex == 0)
     modulate<double>(v, freq, phase, [amp](double x, double c, double) { return x + amp * c; });
-  else if ((flags & 1) != 0)
+  else if ((flags & DSP_ADDCOS_EXPONENTIAL) != 0)
     modulate<dsp_complex>(v, freq, phase, [amp](dsp_complex z, double c, double s) {
       return dsp_complex{z.re + amp * c, z.im + amp * s};
     });

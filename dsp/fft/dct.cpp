@@ -12,8 +12,6 @@
 namespace dsp::fft {
 namespace {
 
-enum : std::int32_t { dct_inverse = 1, dct_normalised = 2 };
-
 constexpr double sqrt2 = 1.4142135623730951;
 
 struct dct_state {
@@ -105,6 +103,6 @@ int32_t dspi_dct(dsp_vec *v, int32_t flags) {
     v->dx = v->dx != 0.0 ? 0.5 / v->dx : overflow_bound;
     return 0;
   }
-  const bool normalised = (flags & dct_normalised) != 0;
-  return (flags & dct_inverse) != 0 ? backward(v, normalised) : forward(v, normalised);
+  const bool normalised = (flags & DSP_DCT_NORMALISED) != 0;
+  return (flags & DSP_DCT_INVERSE) != 0 ? backward(v, normalised) : forward(v, normalised);
 }

@@ -9,8 +9,6 @@
 namespace dsp::trace {
 namespace {
 
-enum : uint32_t { decibels, linear, degrees, standing_wave_ratio, return_loss };
-
 // 180/pi to 13 digits: the instrument has always shown its phases with this factor.
 constexpr double degrees_per_radian = 57.29577951307855;
 
@@ -44,15 +42,15 @@ void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int3
   in += start;
   out += start;
   switch (format) {
-    case decibels:
+    case DSP_FORMAT_LEVEL:
       return level(in, out, n, 10.0);
-    case linear:
+    case DSP_FORMAT_MAGNITUDE:
       return trace_kernels().magnitude(in, out, n);
-    case degrees:
+    case DSP_FORMAT_PHASE:
       return each(in, out, n, [](const dsp_complex &z) { return phase(z) * degrees_per_radian; });
-    case standing_wave_ratio:
+    case DSP_FORMAT_SWR:
       return trace_kernels().standing_wave_ratio(in, out, n);
-    case return_loss:
+    case DSP_FORMAT_RETURN_LOSS:
       return level(in, out, n, -10.0);
     default:
       return;

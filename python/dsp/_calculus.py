@@ -6,6 +6,7 @@ from typing import Any, Optional
 
 from ._c import Error, lib
 from ._call import changed, real_only
+from ._names import Edge
 from ._signal import Out, Samples, Signal
 
 __all__ = ["differ", "edge", "integ", "pdiffer", "unwrap"]
@@ -179,4 +180,4 @@ def edge(
     >>> dsp.edge([0.0, 1.0, 0.0], 0.5, falling=True, dx=0.1)
     Signal([0.05, 0.15], dx=1)
     """
-    return changed(lib.dspi_edge, x, rising | falling << 1, level, axis=axis, dx=dx, needs=[real_only])
+    return changed(lib.dspi_edge, x, rising * Edge.RISING | falling * Edge.FALLING, level, axis=axis, dx=dx, needs=[real_only])

@@ -8,6 +8,7 @@ from typing import Any, Optional
 
 from ._c import Error, lib
 from ._call import changed, power_of_two, real_only
+from ._names import Dct
 from ._signal import Array, Samples, Signal
 
 __all__ = [
@@ -277,7 +278,7 @@ def dct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[fl
     >>> dsp.dct([1.0, 1.0, 1.0]).round(12)
     array([ 1.,  0., -0.])
     """
-    return changed(lib.dspi_dct, x, normalised << 1, axis=axis, dx=dx, needs=[real_only])
+    return changed(lib.dspi_dct, x, normalised * Dct.NORMALISED, axis=axis, dx=dx, needs=[real_only])
 
 
 def idct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[float] = None) -> Signal:
@@ -309,7 +310,7 @@ def idct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[f
     >>> dsp.idct([1.0, 0.0, 0.0]).round(12)
     array([1., 1., 1.])
     """
-    return changed(lib.dspi_dct, x, 1 | normalised << 1, axis=axis, dx=dx, needs=[real_only])
+    return changed(lib.dspi_dct, x, Dct.INVERSE | normalised * Dct.NORMALISED, axis=axis, dx=dx, needs=[real_only])
 
 
 def hilbert(x: Samples, *, axis: int = -1) -> Signal:

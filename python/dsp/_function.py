@@ -8,6 +8,7 @@ from typing import Optional
 
 from ._c import lib
 from ._call import changed, real_only
+from ._names import Addcos
 from ._signal import Out, Samples, Signal
 
 __all__ = [
@@ -344,4 +345,4 @@ def addcos(
     >>> dsp.addcos([1.0, 1.0, 1.0], freq=0.5)
     Signal([2., 0., 2.], dx=1)
     """
-    return changed(lib.dspi_addcos, x, both, freq, amp, phase, axis=axis, dx=dx, out=out)
+    return changed(lib.dspi_addcos, x, both * Addcos.EXPONENTIAL, freq, amp, phase, axis=axis, dx=dx, out=out)

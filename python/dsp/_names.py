@@ -10,7 +10,9 @@ import re
 from enum import IntEnum, IntFlag
 from typing import Iterable, Type, Union
 
-__all__ = ["Avg", "Fir", "Fir2", "Format", "Interp", "Pad", "Peak", "Spectrum", "Spline", "Window", "Wnd"]
+__all__ = [
+    "Addcos", "Avg", "Dct", "Edge", "Fir", "Fir2", "Format", "Interp", "Pad", "Peak", "Spectrum", "Spline", "Window", "Wnd",
+]  # fmt: skip
 
 
 class Window(IntEnum):
@@ -123,6 +125,26 @@ class Peak(IntFlag):
     MIN = 0x2000
 
 
+class Dct(IntFlag):
+    """Flags of dct and idct (DSP_DCT_...)."""
+
+    INVERSE = 1
+    NORMALISED = 2
+
+
+class Edge(IntFlag):
+    """Crossings that edge finds (DSP_EDGE_...)."""
+
+    RISING = 1
+    FALLING = 2
+
+
+class Addcos(IntFlag):
+    """Flag of addcos (DSP_ADDCOS_...)."""
+
+    EXPONENTIAL = 1
+
+
 class Fir(IntEnum):
     """Kernels of fir (DSP_FIR_...)."""
 
@@ -167,7 +189,7 @@ class Spline(IntEnum):
 
 
 class Format(IntEnum):
-    """Display formats of a reflection trace; the header has them as numbers."""
+    """Display formats of a reflection trace (DSP_FORMAT_...)."""
 
     LEVEL = 0  # dB
     MAGNITUDE = 1
