@@ -134,7 +134,7 @@ void choose_output(const examples::arguments &given, settings *s) {
   if (csv && s->output.empty() && given.has("json"))
     throw failure("--csv and --json both want standard output; see --output");
   if (s->kind == output_kind::picture && s->output.empty())
-    s->output = std::filesystem::path(s->recording).stem().string() + ".png";
+    s->output = s->recording == "-" ? "spectrum.png" : std::filesystem::path(s->recording).stem().string() + ".png";
 }
 
 int32_t power_of_two_from(int32_t n) {

@@ -11,8 +11,10 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
+#include "examples/support/json.h"
 #include "examples/support/output_file.h"
 #include "examples/support/progress.h"
 #include "examples/support/sample_reader.h"
@@ -31,27 +33,42 @@ const std::vector<examples::option> options = {
     {'t', "taps", "N", "its length (default 255); longer is steeper"},
     {'w', "window", "NAME", "window on its taps (default Kaiser80; uniform: none)"},
     {'r', "rate", "HZ", "sample rate of the output, at most the input's"},
+    {'g', "gain", "DB", "what the output is amplified by (default 0)"},
+    {0, "encoding", "E",
+     "of the output: s16, s24, s32, f32 or f64 (default: the\ninput's, or what comes closest); floating point never "
+     "clips"},
     {'p', "plot", "FILE", "the spectra of the first channel before and after as a\npicture, .png or .svg"},
     {'b', "block", "N", "samples processed at a time (default 16384)"},
+    {0, "json", nullptr, "the figures of the output as one object of JSON"},
 };
 
 const char *const introduction =
     "usage: dsp-stream [OPTION]... INPUT OUTPUT\n"
     "\n"
-    "Filters a sound file, lowers its sample rate, or both, in that order; all channels alike. The output has the\n"
-    "input's format, and its samples lie where they were in time.\n"
+    "Filters a sound file, lowers its sample rate, or both, in that order; all channels alike. The end of the "
+    "output's\n"
+    "name tells its format, and its samples lie where they were in time. - is standard input, or a WAV file on "
+    "standard\n"
+    "output.\n"
     "\n";
 
 const char *const notes =
     "\n"
     "  dsp-stream -r 16000 voice.wav voice16k.wav\n"
+    "  dsp-stream -r 8000 --encoding f32 - - <voice.wav | dsp-tone -\n"
     "  dsp-stream -f bandpass -e 300,3400 -t 501 voice.wav phone.wav\n"
     "  dsp-stream -f lowpass -e 4000 -r 11025 -p both.png music.flac small.flac\n"
     "\n"
     "The half amplitude points of a band filter lie at its edges; a gaussian has half power at its cut-off.\n"
     "Conversion keeps frequencies up to 0.39 of the new rate within 0.06 dB.\n"
     "\n"
-    "Status 0, or 2 with a line on standard error that says what is wrong; no file is then written.\n";
+    "Samples beyond full scale are clipped by integer encodings; standard error then tells how many, and by how much.\n"
+    "\n"
+    "JSON holds rate, frames and channels of the output, its largest sample (level, in dB of full scale), and how "
+    "many\n"
+    "were clipped.\n"
+    "\n"
+    "Status 0, or 2 with a line on standard error that says what is refused; no file is then written.\n";
 
 struct filter_kind {
   const char *name;
@@ -230,14 +247,15 @@ void put_channel(const signal &block, int channels, int c, std::vector<double> *
 
 std::string name_of(const std::string &path) { return std::filesystem::path(path).filename().string(); }
 
-void draw(const std::string &path, const std::string &title, spectrum_meter *before, spectrum_meter *after) {
+void draw(const std::string &path, const std::string &title, double highest, spectrum_meter *before,
+          spectrum_meter *after) {
   examples::output_file picture(path);
   examples::gnuplot plot;
   plot.table("before", before->table());
   plot.table("after", after->table());
   plot.command("set title " + examples::gnuplot::quoted(title) + " noenhanced");
-  plot.command("set xlabel 'frequency / Hz'; set ylabel 'level / dB relative to full scale'");
-  plot.command("set format x '%.0s %c'; set yrange [-160:*]");
+  plot.command(examples::frequency_axis(0.0, highest, false));
+  plot.command("set ylabel 'level / dB relative to full scale'; set yrange [-160:*]");
   plot.command(
       "plot $before with lines linetype 1 linecolor rgb '#b0b0b0' title 'before', $after with lines linetype 1 title "
       "'after'");
@@ -247,7 +265,7 @@ void draw(const std::string &path, const std::string &title, spectrum_meter *bef
 
 struct job {
   std::string input, output, picture;
-  double ratio;
+  double ratio, gain;
   int64_t block;
 };
 
@@ -255,6 +273,7 @@ struct job {
 int64_t process(examples::sample_reader &recording, const job &j, const signal &taps, examples::sound_writer &sound,
                 spectrum_meter *before, spectrum_meter *after) {
   const int channels = recording.channels();
+  const double gain = std::pow(10.0, j.gain / 20.0);
   std::vector<std::unique_ptr<channel>> stream;
   for (int c = 0; c < channels; ++c) stream.push_back(std::make_unique<channel>(taps, j.ratio));
   examples::progress progress("processing " + j.input);
@@ -273,6 +292,7 @@ int64_t process(examples::sample_reader &recording, const job &j, const signal &
       take_channel(in, got == 0 ? j.block : got, channels, c, &block);
       if (c == 0 && got > 0 && before) before->add(block);
       stream[static_cast<std::size_t>(c)]->process(&block);
+      require(dspi_scale(&block, gain), "amplify a block");
       if (got == 0) block.length = static_cast<int32_t>(std::min<int64_t>(block.length, wanted - written));
       if (c == 0 && after) after->add(block);
       put_channel(block, channels, c, &out);
@@ -283,14 +303,44 @@ int64_t process(examples::sample_reader &recording, const job &j, const signal &
   }
 }
 
+/** What there is to say of a written stream: to standard error where samples were clipped, and a line of report. */
+void tell(const job &j, const examples::arguments &given, const examples::sound_writer &sound, int64_t frames,
+          double rate, int channels) {
+  const double level = 20.0 * std::log10(sound.largest());
+  if (sound.clipped() > 0)
+    std::fprintf(
+        stderr,
+        "dsp-stream: %lld samples were clipped, the largest %.2f dB beyond full scale; --gain %.2f or --encoding "
+        "f32 keeps them\n",
+        static_cast<long long>(sound.clipped()), level, j.gain - std::ceil(100.0 * level) / 100.0);
+  if (j.output == "-") return;
+  if (!given.has("json")) {
+    std::printf("%s: %lld frames at %.0f Hz\n", j.output.c_str(), static_cast<long long>(frames), rate);
+    return;
+  }
+  examples::json out;
+  out.add("rate", rate).add("frames", static_cast<double>(frames)).add("channels", channels);
+  out.add("level", level).add("clipped", static_cast<double>(sound.clipped())).print();
+}
+
 int stream_of(const examples::arguments &given) {
   if (given.words().size() != 2) throw failure("an input and an output are needed; --help tells more");
-  job j = {given.words()[0], given.words()[1], given.text("plot", ""), 1.0, given.integer("block", 16384, 1, 1 << 24)};
+  job j = {given.words()[0],
+           given.words()[1],
+           given.text("plot", ""),
+           1.0,
+           given.number("gain", 0.0, -300.0, 300.0),
+           given.integer("block", 16384, 1, 1 << 24)};
+  std::error_code error;
+  if (std::filesystem::equivalent(j.input, j.output, error)) throw failure(j.output + " is the input itself");
+  if (j.output == "-" && given.has("json")) throw failure("--json: standard output is taken by the sound");
   if (!j.picture.empty()) {
     examples::require_gnuplot(j.picture);
     const examples::output_file writable(j.picture);
   }
-  const auto recording = examples::open_sound(j.input);
+  examples::sound_encoding encoding = 0;
+  const auto recording = examples::open_sound(j.input, &encoding);
+  if (given.has("encoding")) encoding = examples::encoding_named(given.text("encoding", ""));
   const double rate = recording->rate();
   const double new_rate = static_cast<double>(given.integer("rate", std::lround(rate), 1, std::lround(rate)));
   j.ratio = rate / new_rate;
@@ -302,11 +352,12 @@ int stream_of(const examples::arguments &given) {
     before = std::make_unique<spectrum_meter>(rate);
     after = std::make_unique<spectrum_meter>(new_rate);
   }
-  examples::sound_writer sound(j.output, j.input, new_rate, recording->channels());
+  const int channels = recording->channels();
+  examples::sound_writer sound(j.output, encoding, given.has("encoding"), new_rate, channels);
   const int64_t frames = process(*recording, j, taps, sound, before.get(), after.get());
-  if (before) draw(j.picture, name_of(j.input) + " and " + name_of(j.output), before.get(), after.get());
+  if (before) draw(j.picture, name_of(j.input) + " and " + name_of(j.output), rate / 2.0, before.get(), after.get());
   sound.commit();
-  std::printf("%s: %lld frames at %.0f Hz\n", j.output.c_str(), static_cast<long long>(frames), new_rate);
+  tell(j, given, sound, frames, new_rate, channels);
   return 0;
 }
 

@@ -53,6 +53,18 @@ cmp -s a.wav b.wav || fail "blocks differ"
 crossing=$(od -An -v -t d2 -w2 -j 44 a.wav | awk '$1 > 0 && !n { n = NR } END { print n }')
 [ "$crossing" -ge 1600 ] && [ "$crossing" -le 1602 ] || fail "the step is at $crossing"
 
+# The name tells the format; pipes give the bytes that files give; what is beyond full scale is counted.
+"$stream" in.wav lossy.ogg >report && "$stream" lossy.ogg back.wav >report || fail "formats"
+[ "$(head -c 4 lossy.ogg)$(head -c 4 back.wav)" = OggSRIFF ] || fail "kinds of lossy.ogg and back.wav"
+reads -12 back.wav 1 1000
+"$stream" -r 16000 in.wav piped.wav >report && "$stream" -r 16000 - - <in.wav | cmp -s - piped.wav || fail "pipes"
+"$stream" --gain 12.0412 in.wav loud.wav >report 2>clipped || fail "a loud output"
+grep -q "clipped, the largest [56]\.[0-9]* dB beyond.*--gain 6\.0" clipped || fail "clipped: $(cat clipped)"
+"$stream" --gain 12.0412 --encoding f32 --json in.wav loud.wav >report 2>clipped || fail "a loud output in floats"
+grep -q '"frames": 24000, .*"level": [56]\..*"clipped": 0}' report && [ ! -s clipped ] || fail "floats: $(cat report clipped)"
+reads 0 loud.wav 1 1000; reads 6 loud.wav 2 3000
+ln in.wav same.wav
+
 if command -v gnuplot >/dev/null; then
   "$stream" -f highpass -e 5000 -p both.svg in.wav high.wav >report || fail drawing
   grep -q "<svg" both.svg || fail "picture"
@@ -80,6 +92,12 @@ refuses "takes one edge" -f lowpass -e 200,300 in.wav x.wav
 refuses "odd number" -f highpass -e 200 -t 100 in.wav x.wav
 refuses "hanning" -f lowpass -e 200 -w hanning in.wav x.wav
 refuses "not within" -b 0 in.wav x.wav
+refuses "is the input itself" in.wav same.wav
+refuses "tells no format" in.wav x.mp4
+refuses "cannot hold this encoding" --encoding f32 in.wav x.flac
+refuses "none of s16" --encoding u8 in.wav x.wav
+refuses "no sound file" - x.wav <report
+refuses "taken by the sound" --json in.wav -
 
 [ $failures -eq 0 ] && echo "all as expected"
 exit $((failures > 0))

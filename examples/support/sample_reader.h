@@ -22,9 +22,9 @@ class sample_reader {
   virtual int64_t read(double *frames, int64_t count) = 0;
 };
 
-/** Any sound file that libsndfile knows; integer samples come scaled to full scale 1. A file that is shorter than its
- * header says is refused. */
-std::unique_ptr<sample_reader> open_sound(const std::string &path);
+/** Any sound file that libsndfile knows, "-" on standard input; integer samples come scaled to full scale 1. A file
+ * that is shorter than its header says is refused. *encoding, if not null: how its samples are encoded. */
+std::unique_ptr<sample_reader> open_sound(const std::string &path, int *encoding = nullptr);
 
 /** A column of a text file, by number from 1 or by name; empty: the only one beside a time. Commas, semicolons, tabs or
  * blanks separate fields, the same in the whole file; a decimal comma goes with semicolons and tabs. '#' begins a

@@ -7,7 +7,7 @@
 #include "examples/support/failure.h"
 #include "examples/support/input_file.h"
 #include "examples/support/sample_reader.h"
-#include "examples/support/sound_writer.h"
+#include "examples/support/spool.h"
 
 namespace examples {
 namespace {
@@ -35,16 +35,24 @@ bool is_truncated(SNDFILE *file) {
 class sound_reader : public sample_reader {
  public:
   explicit sound_reader(const std::string &path) : path_(path) {
-    readable_size(path);
-    file_.reset(sf_open(path.c_str(), SFM_READ, &info_));
-    if (!file_) throw failure(path + " is no sound file that can be read: " + sf_strerror(nullptr));
-    if (info_.frames == SF_COUNT_MAX || is_truncated(file_.get())) throw failure(path + " is truncated");
-    if (info_.frames < 1) throw failure(path + " holds no samples");
+    if (path == "-") {
+      path_ = "standard input";
+      spool_.reset(new_spool());
+      fill_spool(stdin, spool_.get());
+      file_.reset(sf_open_fd(descriptor_of(spool_.get()), SFM_READ, &info_, SF_FALSE));
+    } else {
+      readable_size(path);
+      file_.reset(sf_open(path.c_str(), SFM_READ, &info_));
+    }
+    if (!file_) throw failure(path_ + " is no sound file that can be read: " + sf_strerror(nullptr));
+    if (info_.frames == SF_COUNT_MAX || is_truncated(file_.get())) throw failure(path_ + " is truncated");
+    if (info_.frames < 1) throw failure(path_ + " holds no samples");
   }
 
   double rate() const override { return info_.samplerate; }
   int channels() const override { return info_.channels; }
   int64_t frames() const override { return info_.frames; }
+  int encoding() const { return info_.format & SF_FORMAT_SUBMASK; }
   double progress() const override { return static_cast<double>(done_) / static_cast<double>(info_.frames); }
 
   int64_t read(double *frames, int64_t count) override {
@@ -60,45 +68,21 @@ class sound_reader : public sample_reader {
  private:
   struct closer {
     void operator()(SNDFILE *file) const { sf_close(file); }
+    void operator()(std::FILE *file) const { std::fclose(file); }
   };
   std::string path_;
   SF_INFO info_{};
+  std::unique_ptr<std::FILE, closer> spool_;  // of standard input
   std::unique_ptr<SNDFILE, closer> file_;
   int64_t done_ = 0;
 };
 
 }  // namespace
 
-std::unique_ptr<sample_reader> open_sound(const std::string &path) { return std::make_unique<sound_reader>(path); }
-
-sound_writer::sound_writer(const std::string &path, const std::string &like, double rate, int channels)
-    : output_(path) {
-  SF_INFO source{};
-  if (SNDFILE *file = sf_open(like.c_str(), SFM_READ, &source)) sf_close(file);
-  SF_INFO info{};
-  info.samplerate = static_cast<int>(std::lround(rate));
-  info.channels = channels;
-  info.format = source.format;
-  if (!sf_format_check(&info)) info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-  file_ = sf_open(output_.temporary().c_str(), SFM_WRITE, &info);
-  if (!file_) throw failure("cannot write " + path + ": " + sf_strerror(nullptr));
-  sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);
-}
-
-sound_writer::~sound_writer() {
-  if (file_) sf_close(file_);
-}
-
-void sound_writer::write(const double *frames, int64_t count) {
-  if (sf_writef_double(file_, frames, count) != count)
-    throw failure("cannot write " + output_.path() + ": " + sf_strerror(file_));
-}
-
-void sound_writer::commit() {
-  const int status = sf_close(file_);
-  file_ = nullptr;
-  if (status != 0) throw failure("cannot write " + output_.path() + ": " + sf_error_number(status));
-  output_.commit();
+std::unique_ptr<sample_reader> open_sound(const std::string &path, int *encoding) {
+  auto reader = std::make_unique<sound_reader>(path);
+  if (encoding) *encoding = reader->encoding();
+  return reader;
 }
 
 }  // namespace examples

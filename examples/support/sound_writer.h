@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <memory>
 #include <string>
 
 #include "examples/support/output_file.h"
@@ -9,12 +11,18 @@ struct sf_private_tag;
 
 namespace examples {
 
-/** A sound file that appears under its name only when commit() is reached. */
+/** How the samples of a sound file are encoded, as libsndfile counts; 0: not known. */
+using sound_encoding = int;
+
+/** s16, s24, s32, f32 or f64; all else is a failure. */
+sound_encoding encoding_named(const std::string &name);
+
+/** A sound file that appears under its name only when commit() is reached. The name's end tells the format; "-" is a
+ * WAV file on standard output. */
 class sound_writer {
  public:
-  /** Of the same format as the sound file `like`, where this format can take the rate and the channels; otherwise 16
-   * bit WAV. */
-  sound_writer(const std::string &path, const std::string &like, double rate, int channels);
+  /** Encoded as asked for, or as the format can that comes closest to it. */
+  sound_writer(const std::string &path, sound_encoding encoding, bool exactly, double rate, int channels);
   ~sound_writer();
   sound_writer(const sound_writer &) = delete;
   sound_writer &operator=(const sound_writer &) = delete;
@@ -23,9 +31,21 @@ class sound_writer {
   void write(const double *frames, int64_t count);
   void commit();
 
+  /** Samples that were beyond full scale, and the largest magnitude of all. */
+  int64_t clipped() const { return clipped_; }
+  double largest() const { return largest_; }
+
  private:
-  output_file output_;
+  [[noreturn]] void fail(const char *reason) const;
+
+  std::string path_;
+  std::unique_ptr<output_file> output_;
+  std::FILE *spool_ = nullptr;  // of standard output, since a header is written last
   sf_private_tag *file_ = nullptr;
+  int channels_;
+  bool clips_ = false;
+  int64_t clipped_ = 0;
+  double largest_ = 0.0;
 };
 
 }  // namespace examples
