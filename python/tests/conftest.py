@@ -6,7 +6,8 @@ import pytest
 
 os.environ["MPLBACKEND"] = "Agg"
 tree = Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(tree / "python"))
+if "DSP_INSTALLED" not in os.environ:  # else the package of this Python is tested
+    sys.path.insert(0, str(tree / "python"))
 
 
 @pytest.fixture(scope="session")
