@@ -31,9 +31,9 @@ function(dsp_object_library name)
   target_link_libraries(${name} PRIVATE dsp_options)
 endfunction()
 
-# The transform's kernels alone may fuse products with sums: they promise their results to rounding only.
+# These kernels may fuse products with sums: they promise their results to rounding only.
 set(dsp_fused_kernels ${dsp_kernels})
-list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/fft/")
+list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/(fft/|filter/fir_)")
 set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
 # Written in vectors where they pay; making more of them costs its short transforms twice their time.
 set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize

@@ -11,45 +11,24 @@
 namespace dsp::filter {
 namespace {
 
-// Outputs made at a time. More than the past of any folded filter, so that outputs written over the block's front
-// never reach the samples that the next ones need.
-constexpr std::int64_t tile = 64;
-static_assert(tile >= folded_limit);
+// Outputs are written over the block's front, never over samples that the next ones need.
+static_assert(halved_limit >= folded_limit);
 
-constexpr std::int64_t span_limit = 2 * tile + folded_limit;  // samples that a tile of outputs needs
-
-void part_even_from_odd(const double *samples, std::int64_t pairs, std::int32_t width, double *even, double *odd) {
-  if (width == 1) {
-    for (std::int64_t i = 0; i < pairs; ++i) {
-      even[i] = samples[2 * i];
-      odd[i] = samples[2 * i + 1];
-    }
-    return;
-  }
-  for (std::int64_t i = 0; i < 2 * pairs; i += 2) {
-    even[i] = samples[2 * i];
-    even[i + 1] = samples[2 * i + 1];
-    odd[i] = samples[2 * i + 2];
-    odd[i + 1] = samples[2 * i + 3];
-  }
-}
+constexpr std::int64_t span_limit = 2 * halved_limit + folded_limit;  // samples that a tile of outputs needs
 
 // Output m is that of the block's sample first + 2 m.
 void filter_halved(const past_and_block &x, const folded_filter &h, const decimation &kept, double *y) {
   double joined[2 * span_limit];
-  double parted[2 * span_limit];
-  for (std::int64_t m = 0; m < kept.count; m += tile) {
-    const std::int64_t outputs = std::min(tile, kept.count - m);
-    const std::int64_t pairs = outputs + h.length() / 2;
+  for (std::int64_t m = 0; m < kept.count; m += halved_limit) {
+    const std::int64_t outputs = std::min<std::int64_t>(halved_limit, kept.count - m);
+    const std::int64_t needed = 2 * (outputs + h.length() / 2);
     const std::int64_t first = kept.first + 2 * m;
-    const double *span = x.contiguous(first, 2 * pairs);
+    const double *span = x.contiguous(first, needed);
     if (span == nullptr) {
-      x.copy(first, 2 * pairs, joined);
+      x.copy(first, needed, joined);
       span = joined;
     }
-    double *odd = parted + pairs * x.width;
-    part_even_from_odd(span, pairs, x.width, parted, odd);
-    fir_kernels().halved_taps({y + m * x.width, parted, outputs * x.width, x.width}, odd, h);
+    fir_kernels().halved_taps({y + m * x.width, span, outputs * x.width, x.width}, h);
   }
 }
 

@@ -1,6 +1,7 @@
 // The inner loops of FIR filtering, one set per instruction set. Each output has an accumulator of its own and adds its
-// taps in one order, from the oldest sample to the newest, so that results do not depend on the instruction set, on the
-// place in a block or on how a record is cut into blocks.
+// taps in one order, so that results do not depend on the place in a block or on how a record is cut into blocks. That
+// order is from the oldest sample to the newest without fused products, the same on every processor; with them it
+// depends on the width of the vectors.
 #pragma once
 
 #include <cstdint>
@@ -27,16 +28,23 @@ struct folded_filter {
 
   [[gnu::always_inline]] std::int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
 };
+constexpr std::int32_t folded_limit = 60;  // taps
+
+constexpr std::int64_t halved_limit = 128;  // outputs of one call of halved_taps
 
 struct fir_kernel_set {
+  // Products in the time that a transform takes per sample and doubling.
+  double products_per_doubling;
   // y[j] = (continued ? y[j] : 0) + sum of h[-i stride] x[j + i step], i = 0 .. taps - 1.
   void (*real_taps)(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued);
   // The same for complex samples and complex taps: h points at the last of the taps' real parts.
   void (*complex_taps)(const fir_run &run, const double *h, std::int64_t taps, bool continued);
-  // Mirrored samples are added, or subtracted, before the product.
+  // The filter is its own mirror image, of at most `folded_limit` taps.
   void (*folded_taps)(const fir_run &run, const folded_filter &filter);
-  // folded_taps with every second output left out. `run.x` holds the even samples, `odd` the odd ones; no `anti`.
-  void (*halved_taps)(const fir_run &run, const double *odd, const folded_filter &filter);
+  // folded_taps with every second output left out: output m is made from the sample 2 m of run.x on. No `anti`.
+  void (*halved_taps)(const fir_run &run, const folded_filter &filter);
+  // y[k] = (continued ? y[k] : 0) + x[k] h[k] for complex numbers.
+  void (*multiply)(double *y, const double *x, const double *h, std::int64_t count, bool continued);
   // Whether all of x[0 .. count - 1] are at most `bound` in magnitude; a NaN is not.
   bool (*within)(const double *x, std::int64_t count, double bound);
 };

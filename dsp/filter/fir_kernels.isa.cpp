@@ -5,137 +5,316 @@
 namespace dsp::filter {
 namespace {
 
-// Samples are read at every address. Wider vectors would nearly all straddle two cache lines, and lose.
-constexpr int span_lanes = lane_count < 4 ? lane_count : 4;
-using span = lanes<span_lanes>;
+// With fused products, `depth` taps that lie a vector apart are applied at once: vector v of the samples, loaded once,
+// serves vector v - q of the outputs by tap q. Else the taps follow each other, as on every processor without them.
+constexpr int depth = has_fused_products && has_vector_registers ? 4 : 1;
 
-// Vectors of outputs side by side: enough to hide the adder's latency, as many as find registers.
-constexpr int wide = has_vector_registers ? 8 : 4;
+// Vectors of outputs side by side: enough to hide the latency of a sum, as many as find registers.
+constexpr int wide = !has_vector_registers ? 4 : lane_count == 8 ? 16 : 8;
+constexpr int medium = wide < 8 ? wide : 8;
 
-// Taps, oldest sample first. add() adds tap i to the accumulators of U vectors of outputs.
-struct plain_taps {
+// Taps, from that of the oldest sample on.
+struct tap_run {
+  const double *x;
   const double *h;
-  std::int32_t stride;
-  std::int32_t step;
-
-  template <class V, int U>
-  void add(carried<V> *acc, const double *x, std::int64_t i) const {
-    const double tap = h[-i * stride];
-    const double *at = x + i * step;
-    for (int u = 0; u < U; ++u) acc[u] += tap * load<V>(at + u * width_of<V>);
-  }
-  template <class V, int U>
-  void finish(carried<V> *, const double *) const {}
+  std::int32_t step;    // doubles from sample to sample
+  std::int32_t stride;  // doubles from tap to tap, backwards
+  std::int64_t count;
 };
 
-struct turning_taps {
-  const double *h;
+struct real_tap {
+  double weight;
 
-  template <class V, int U>
-  void add(carried<V> *acc, const double *x, std::int64_t i) const {
-    const double re = h[-2 * i];
-    V im = h[-2 * i + 1] - V{};
-    for (int k = 0; k < width_of<V>; k += 2) im[k] = -im[k];
-    const double *at = x + 2 * i;
-    for (int u = 0; u < U; ++u) {
-      const V z = load<V>(at + u * width_of<V>);
-      acc[u] += re * z + im * swap_pairs(z);
+  template <class V>
+  DSP_INLINE void add(carried<V> &sum, const V &z) const {
+    sum += weight * z;
+  }
+};
+
+template <class Tap>
+DSP_INLINE Tap load_tap(const double *h) {
+  return {*h};
+}
+
+struct complex_tap {
+  double re;
+  double im;
+
+  template <class V>
+  DSP_INLINE void add(carried<V> &sum, const V &z) const {
+    V turned = im - V{};
+    for (int k = 0; k < width_of<V>; k += 2) turned[k] = -turned[k];
+    if constexpr (has_fused_products) {
+      sum += re * z;
+      sum += turned * swap_pairs(z);
+    } else {
+      sum += re * z + turned * swap_pairs(z);
     }
   }
-  template <class V, int U>
-  void finish(carried<V> *, const double *) const {}
 };
 
-// `Samples` says where sample i of the span of output 0 lies.
+template <>
+DSP_INLINE complex_tap load_tap(const double *h) {
+  return {h[0], h[1]};
+}
+
+// Q taps that lie `group` taps apart, then those next to each of them, `rows` times.
+template <class V, int U, int Q, class Tap>
+DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, const double *h, std::int64_t group,
+                         std::int64_t rows) {
+  for (std::int64_t row = 0; row < rows; ++row, x += run.step, h -= run.stride) {
+    Tap tap[Q];
+#pragma GCC unroll 4
+    for (int q = 0; q < Q; ++q) tap[q] = load_tap<Tap>(h - q * group * run.stride);
+#pragma GCC unroll 32
+    for (int v = 0; v < U + Q - 1; ++v) {
+      const V z = load_once<V>(x + v * lane_count);
+#pragma GCC unroll 4
+      for (int q = 0; q < Q; ++q)
+        if (v >= q && v - q < U) tap[q].template add<V>(sum[v - q], z);
+    }
+  }
+}
+
+template <class V, int U, class Tap>
+DSP_INLINE void add_some_rows(int q, carried<V> *sum, const tap_run &run, const double *x, const double *h,
+                              std::int64_t group, std::int64_t rows) {
+  if (q == 1) add_rows<V, U, 1, Tap>(sum, run, x, h, group, rows);
+  if (q == 2) add_rows<V, U, 2, Tap>(sum, run, x, h, group, rows);
+  if (q == 3) add_rows<V, U, 3, Tap>(sum, run, x, h, group, rows);
+  if (q == 4) add_rows<V, U, 4, Tap>(sum, run, x, h, group, rows);
+}
+
+template <class V, int U, class Tap>
+DSP_INLINE void add_taps(carried<V> *sum, const tap_run &run, std::int64_t j) {
+  const double *x = run.x + j;
+  const double *h = run.h;
+  if constexpr (depth == 1) {
+    add_rows<V, U, 1, Tap>(sum, run, x, h, 1, run.count);
+  } else {
+    const std::int64_t group = run.step == 1 ? lane_count : lane_count / 2;  // taps from vector to vector
+    const std::int64_t whole = depth * group;
+    std::int64_t left = run.count;
+    for (; left >= whole; left -= whole, x += depth * lane_count, h -= whole * run.stride)
+      add_rows<V, U, depth, Tap>(sum, run, x, h, group, group);
+    const auto full = static_cast<int>(run.step == 1 ? left / lane_count : left / (lane_count / 2));
+    const std::int64_t longer = left - full * group;  // rows of one tap more
+    if (longer > 0) add_some_rows<V, U, Tap>(full + 1, sum, run, x, h, group, longer);
+    add_some_rows<V, U, Tap>(full, sum, run, x + longer * run.step, h - longer * run.stride, group, group - longer);
+  }
+}
+
+template <class Tap>
+struct plain_taps {
+  tap_run run;
+
+  template <class V, int U>
+  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
+    add_taps<V, U, Tap>(sum, run, j);
+  }
+};
+
+struct split_taps {
+  tap_run even;
+  tap_run odd;
+
+  template <class V, int U>
+  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
+    add_taps<V, U, real_tap>(sum, even, j);
+    add_taps<V, U, real_tap>(sum, odd, j);
+  }
+};
+
+// Mirrored samples are added, or subtracted, before the product. `Samples` says where sample i of the span of output 0
+// lies.
 template <class Samples, bool Anti>
 struct mirrored_taps {
   folded_filter filter;
   Samples samples;
 
   template <class V, int U>
-  void add(carried<V> *acc, const double *x, std::int64_t i) const {
-    const double tap = filter.half[i];
-    const double *newer = samples.at(x, filter.length() - 1 - i);
-    const double *older = samples.at(x, i);
-    for (int u = 0; u < U; ++u) {
-      const V a = load<V>(newer + u * width_of<V>);
-      const V b = load<V>(older + u * width_of<V>);
-      acc[u] += tap * (Anti ? a - b : a + b);
+  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
+    for (std::int64_t i = 0; i < filter.pairs; ++i) {
+      const double tap = filter.half[i];
+      const double *newer = samples.at(filter.length() - 1 - i) + j;
+      const double *older = samples.at(i) + j;
+      for (int u = 0; u < U; ++u) {
+        const V a = load<V>(newer + u * width_of<V>);
+        const V b = load<V>(older + u * width_of<V>);
+        sum[u] += tap * (Anti ? a - b : a + b);
+      }
     }
-  }
-  template <class V, int U>
-  void finish(carried<V> *acc, const double *x) const {
     if (!filter.has_centre) return;
-    const double *at = samples.at(x, filter.pairs);
-    for (int u = 0; u < U; ++u) acc[u] += filter.half[filter.pairs] * load<V>(at + u * width_of<V>);
+    const double *at = samples.at(filter.pairs) + j;
+    for (int u = 0; u < U; ++u) sum[u] += filter.half[filter.pairs] * load<V>(at + u * width_of<V>);
   }
 };
 
 struct contiguous {
+  const double *x;
   std::int32_t step;
-  const double *at(const double *x, std::int64_t i) const { return x + i * step; }
+  const double *at(std::int64_t i) const { return x + i * step; }
 };
 
 struct alternating {
+  const double *even;
+  const double *odd;
   std::int32_t step;
-  std::int64_t even_to_odd;
-  const double *at(const double *x, std::int64_t i) const { return x + (i & 1) * even_to_odd + (i >> 1) * step; }
+  const double *at(std::int64_t i) const { return ((i & 1) != 0 ? odd : even) + (i >> 1) * step; }
 };
 
 template <class V, int U, class Taps>
-inline void tile(double *y, const double *x, const Taps &taps, std::int64_t count, bool continued) {
-  carried<V> acc[U];
-  for (int u = 0; u < U; ++u) acc[u] = continued ? load<V>(y + u * width_of<V>) : V{};
-  for (std::int64_t i = 0; i < count; ++i) taps.template add<V, U>(acc, x, i);
-  taps.template finish<V, U>(acc, x);
-  for (int u = 0; u < U; ++u) store(y + u * width_of<V>, acc[u]);
+inline void tile(double *y, const Taps &taps, std::int64_t j, bool continued) {
+  carried<V> sum[U];
+#pragma GCC unroll 16
+  for (int u = 0; u < U; ++u) sum[u] = continued ? load<V>(y + j + u * width_of<V>) : V{};
+  taps.template add<V, U>(sum, j);
+#pragma GCC unroll 16
+  for (int u = 0; u < U; ++u) store(y + j + u * width_of<V>, sum[u]);
 }
 
-// Wide tiles, then single vectors, then what is left in the narrowest lane type that holds a sample. The last vector
-// may begin among outputs that are done: it makes them again.
+// Tiles of vectors, then single vectors, then what is left in the narrowest lane type that holds a sample. The last
+// tile and the last vector may begin among outputs that are done: they make them again.
 template <class Narrow, class Taps>
-void filter(const fir_run &run, const Taps &taps, std::int64_t count, bool continued) {
-  constexpr std::int64_t broad = wide * span_lanes;
+void filter(double *y, std::int64_t count, const Taps &taps, bool continued) {
+  constexpr std::int64_t broad = wide * lane_count;
+  constexpr std::int64_t narrower = medium * lane_count;
   std::int64_t j = 0;
-  for (; j + broad <= run.count; j += broad) tile<span, wide>(run.y + j, run.x + j, taps, count, continued);
-  for (; j + span_lanes <= run.count; j += span_lanes) tile<span, 1>(run.y + j, run.x + j, taps, count, continued);
-  if (j < run.count && run.count >= span_lanes && !continued) {
-    j = run.count - span_lanes;
-    tile<span, 1>(run.y + j, run.x + j, taps, count, continued);
-    return;
-  }
-  for (; j < run.count; j += width_of<Narrow>) tile<Narrow, 1>(run.y + j, run.x + j, taps, count, continued);
+  for (; j + broad <= count; j += broad) tile<widest, wide>(y, taps, j, continued);
+  if constexpr (medium < wide)
+    for (; j + narrower <= count; j += narrower) tile<widest, medium>(y, taps, j, continued);
+  if (has_vector_registers && count - j > 2 * lane_count && count >= narrower && !continued)
+    return tile<widest, medium>(y, taps, count - narrower, false);
+  for (; j + lane_count <= count; j += lane_count) tile<widest, 1>(y, taps, j, continued);
+  if (j < count && count >= lane_count && !continued) return tile<widest, 1>(y, taps, count - lane_count, false);
+  for (; j < count; j += width_of<Narrow>) tile<Narrow, 1>(y, taps, j, continued);
 }
 
 void real_taps(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued) {
-  filter<double>(run, plain_taps{h, stride, run.step}, taps, continued);
+  filter<double>(run.y, run.count, plain_taps<real_tap>{{run.x, h, run.step, stride, taps}}, continued);
 }
 
 void complex_taps(const fir_run &run, const double *h, std::int64_t taps, bool continued) {
-  filter<lanes<2>>(run, turning_taps{h}, taps, continued);
+  filter<lanes<2>>(run.y, run.count, plain_taps<complex_tap>{{run.x, h, 2, 2, taps}}, continued);
 }
 
+// All taps of a folded filter: with fused products, two of them take no longer than a sum and a product.
+struct unfolded {
+  double taps[folded_limit];
+
+  explicit unfolded(const folded_filter &f) {
+    for (std::int32_t i = 0; i < f.length(); ++i)
+      taps[i] = i < f.length() - f.pairs ? f.half[i]
+                : f.anti                 ? -f.half[f.length() - 1 - i]
+                                         : f.half[f.length() - 1 - i];
+  }
+};
+
+template <bool Fused>
 void folded_taps(const fir_run &run, const folded_filter &f) {
-  if (f.anti)
-    filter<double>(run, mirrored_taps<contiguous, true>{f, {run.step}}, f.pairs, false);
+  if constexpr (Fused) {
+    const unfolded all(f);
+    real_taps(run, all.taps + f.length() - 1, 1, f.length(), false);
+  } else if (f.anti) {
+    filter<double>(run.y, run.count, mirrored_taps<contiguous, true>{f, {run.x, run.step}}, false);
+  } else {
+    filter<double>(run.y, run.count, mirrored_taps<contiguous, false>{f, {run.x, run.step}}, false);
+  }
+}
+
+// Samples of Step doubles to the even and the odd ones.
+template <int Step, int W>
+DSP_INLINE void split_vector(const double *x, double *even, double *odd) {
+  const lanes<W> a = load<lanes<W>>(x);
+  const lanes<W> b = load<lanes<W>>(x + W);
+  if constexpr (Step == 1) {
+    const points<W> parted = load_pairs_in_order<W>(x);
+    store(even, parted.re);
+    store(odd, parted.im);
+  } else if constexpr (W == 8) {
+    store<lanes<W>>(even, __builtin_shufflevector(a, b, 0, 1, 4, 5, 8, 9, 12, 13));
+    store<lanes<W>>(odd, __builtin_shufflevector(a, b, 2, 3, 6, 7, 10, 11, 14, 15));
+  } else if constexpr (W == 4) {
+    store<lanes<W>>(even, __builtin_shufflevector(a, b, 0, 1, 4, 5));
+    store<lanes<W>>(odd, __builtin_shufflevector(a, b, 2, 3, 6, 7));
+  } else {
+    store(even, a);
+    store(odd, b);
+  }
+}
+
+template <int Step>
+void split(const double *x, std::int64_t count, double *even, double *odd) {
+  std::int64_t i = 0;
+  if constexpr (has_vector_registers)
+    for (; i + lane_count <= count; i += lane_count) split_vector<Step, lane_count>(x + 2 * i, even + i, odd + i);
+  for (; i < count; i += Step)
+    for (int part = 0; part < Step; ++part) {
+      even[i + part] = x[2 * i + part];
+      odd[i + part] = x[2 * i + Step + part];
+    }
+}
+
+template <bool Fused>
+void halved_taps(const fir_run &run, const folded_filter &f) {
+  constexpr std::int64_t room = 2 * (halved_limit + folded_limit / 2);
+  alignas(64) double even[room];
+  alignas(64) double odd[room];
+  const std::int64_t pairs = run.count + f.length() / 2 * run.step;
+  if (run.step == 1)
+    split<1>(run.x, pairs, even, odd);
   else
-    filter<double>(run, mirrored_taps<contiguous, false>{f, {run.step}}, f.pairs, false);
+    split<2>(run.x, pairs, even, odd);
+  if constexpr (Fused) {
+    const unfolded all(f);
+    const double *newest = all.taps + f.length() - 1;
+    const std::int64_t evens = (f.length() + 1) / 2;
+    filter<double>(run.y, run.count,
+                   split_taps{{even, newest, run.step, 2, evens}, {odd, newest - 1, run.step, 2, f.length() - evens}},
+                   false);
+  } else {
+    filter<double>(run.y, run.count, mirrored_taps<alternating, false>{f, {even, odd, run.step}}, false);
+  }
 }
 
-void halved_taps(const fir_run &run, const double *odd, const folded_filter &f) {
-  filter<double>(run, mirrored_taps<alternating, false>{f, {run.step, odd - run.x}}, f.pairs, false);
+template <class V>
+DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, bool continued) {
+  const V z = load<V>(x);
+  const V g = load<V>(h);
+  const V re = first_lanes<width_of<V>>(g, g);
+  V im = second_lanes<width_of<V>>(g, g);
+  for (int k = 0; k < width_of<V>; k += 2) im[k] = -im[k];
+  V sum = continued ? load<V>(y) : V{};
+  sum += re * z;
+  sum += im * swap_pairs(z);
+  store(y, sum);
 }
 
+void multiply(double *y, const double *x, const double *h, std::int64_t count, bool continued) {
+  std::int64_t i = 0;
+  for (; i + lane_count <= 2 * count; i += lane_count) multiply_vector<widest>(y + i, x + i, h + i, continued);
+  for (; i < 2 * count; i += 2) multiply_vector<lanes<2>>(y + i, x + i, h + i, continued);
+}
+
+// Magnitudes compare as the integers of their bits do, NaN and infinity being the largest.
 bool within(const double *x, std::int64_t count, double bound) {
-  std::int64_t beyond = 0;
-  for (std::int64_t i = 0; i < count; ++i) beyond += __builtin_fabs(x[i]) <= bound ? 0 : 1;
-  return beyond == 0;
+  constexpr std::int64_t magnitude = INT64_MAX;
+  std::int64_t most = 0;
+  __builtin_memcpy(&most, &bound, sizeof most);
+  std::int64_t margins = 0;  // negative as soon as one is
+  for (std::int64_t i = 0; i < count; ++i) {
+    std::int64_t bits = 0;
+    __builtin_memcpy(&bits, x + i, sizeof bits);
+    margins |= most - (bits & magnitude);
+  }
+  return margins >= 0;
 }
 
 }  // namespace
 
 namespace DSP_ISA {
-extern const fir_kernel_set fir_set = {real_taps, complex_taps, folded_taps, halved_taps, within};
+extern const fir_kernel_set fir_set = {lane_count / 2.0,         real_taps, complex_taps, folded_taps<(depth > 1)>,
+                                       halved_taps<(depth > 1)>, multiply,  within};
 }
 
 }  // namespace dsp::filter

@@ -1,32 +1,34 @@
 #include "dsp/filter/fir_spectrum.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
-#include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
+#include "dsp/core/temporary.h"
 #include "dsp/core/work_signal.h"
+#include "dsp/filter/fir_direct.h"
 
 namespace dsp::filter {
 namespace {
 
-struct route_spectrum {
+struct route_spectra {
   work_signal work;
   bool current;  // made from the present filter copy
-  std::int32_t size;
+  partition parts;
 };
 
 // One filter copy serves the spectra of both kinds of blocks.
 work_signal filter_copy;
 bool filter_held = false;
-route_spectrum spectra[2];
+route_spectra spectra[2];
 
 bool same_bits(const dsp_vec &a, const dsp_vec &b) {
   return a.length == b.length && a.dx == b.dx &&
          std::memcmp(a.data, b.data, static_cast<std::size_t>(doubles(a)) * sizeof(double)) == 0;
 }
 
-// Whether h is the filter held, up to a few units in the last place of its first tap. Filters that get here are finite.
+// Whether h is the filter held, up to a few units in the last place of its first tap. All filters held are tame.
 bool held(const dsp_vec &h) {
   if (!filter_held) return false;
   if (same_bits(h, filter_copy.signal)) return true;
@@ -42,33 +44,63 @@ int32_t hold(const dsp_vec &h) {
   return 0;
 }
 
-int32_t transform(const dsp_vec &h, std::int32_t size, bool complex_block, dsp_vec *spectrum) {
-  if (dsp_copy(spectrum, &h) != 0 || dspi_zpad(spectrum, size) != 0) return -1;
-  dspi_scale(spectrum, size);  // both forward transforms divide by it, one too many
-  return complex_block ? dspi_fft(spectrum, 0) : dspi_rfft(spectrum);
+bool same_parts(const partition &a, const partition &b) {
+  return a.size == b.size && a.taps == b.taps && a.parts == b.parts;
+}
+
+int32_t transform_part(const dsp_vec &h, std::int64_t first, const partition &p, bool complex_block, double *to) {
+  temporary part;
+  const std::int64_t taps = std::min<std::int64_t>(p.taps, h.length - first);
+  part->length = p.size;
+  part->is_complex = 1;  // also for real blocks: their transform grows to this
+  if (dsp_alloc(part.get()) != 0) return -1;
+  part->is_complex = complex_block;
+  const std::int32_t step = complex_block ? 2 : 1;
+  std::fill_n(part->data, std::int64_t{p.size} * step, 0.0);
+  for (std::int64_t k = 0; k < taps; ++k) part->data[k * step] = h.data[first + k];
+  dspi_scale(part.get(), p.size);  // both forward transforms divide by it, one too many
+  if ((complex_block ? dspi_fft(part.get(), 0) : dspi_rfft(part.get())) != 0) return -1;
+  std::copy_n(part->data, 2 * p.bins(complex_block), to);
+  return 0;
+}
+
+int32_t transform(const dsp_vec &h, const partition &p, bool complex_block, dsp_vec *to) {
+  const std::int64_t bins = p.bins(complex_block);
+  to->length = static_cast<std::int32_t>(p.parts * bins);
+  to->is_complex = 1;
+  if (dsp_alloc(to) != 0) return -1;
+  for (std::int64_t i = 0; i < p.parts; ++i)
+    if (transform_part(h, i * p.taps, p, complex_block, to->data + 2 * i * bins) != 0) return -1;
+  return 0;
 }
 
 }  // namespace
 
-const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_block) {
-  if (!held(h) && hold(h) != 0) return nullptr;
-  route_spectrum &route = spectra[complex_block ? 1 : 0];
-  if (route.current && route.size == size) return &route.work.signal;
-  route.current = false;
-  dsp_vec *spectrum = route.work.obtain();
-  if (transform(h, size, complex_block, spectrum) != 0) return nullptr;
-  route.current = true;
-  route.size = size;
-  return spectrum;
+int32_t fir_spectra(const dsp_vec &h, const partition &p, bool complex_block, const double **found) {
+  *found = nullptr;
+  if (!held(h)) {
+    if (!is_tame(h.data, h.length)) return 0;
+    if (hold(h) != 0) return -1;
+  }
+  route_spectra &route = spectra[complex_block ? 1 : 0];
+  dsp_vec *made = route.work.obtain();
+  if (!route.current || !same_parts(route.parts, p)) {
+    route.current = false;
+    if (transform(h, p, complex_block, made) != 0) return -1;
+    route.current = true;
+    route.parts = p;
+  }
+  *found = made->data;
+  return 0;
 }
 
-int32_t free_fir_work() {
+void free_fir_spectra() {
   filter_held = false;
-  for (route_spectrum &route : spectra) {
+  for (route_spectra &route : spectra) {
     route.current = false;
     route.work.release();
   }
-  return filter_copy.release();
+  filter_copy.release();
 }
 
 }  // namespace dsp::filter

@@ -1,4 +1,4 @@
-// The spectrum of the last filter that was transformed, kept for as long as the same taps come back.
+// The spectra of the last filter that was transformed, kept for as long as the same taps come back.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,20 @@
 
 namespace dsp::filter {
 
-// The spectrum of h for circular convolution of `size` samples, scaled such that inverse(forward(x) * spectrum) is the
-// convolution; for real or for complex blocks. Null: no memory.
-const dsp_vec *fir_spectrum(const dsp_vec &h, std::int32_t size, bool complex_block);
+// A filter cut into parts, each for circular convolutions of `size` samples.
+struct partition {
+  std::int32_t size;
+  std::int32_t taps;  // of each part but the last
+  std::int32_t parts;
+
+  // Complex numbers in the spectrum of a part.
+  std::int64_t bins(bool complex_block) const { return complex_block ? size : size / 2 + 1; }
+};
+
+// The parts' spectra one after the other, scaled such that inverse(forward(x) * spectrum) is the convolution; for real
+// or for complex blocks. None for a filter that is not tame. -1: no memory.
+int32_t fir_spectra(const dsp_vec &h, const partition &p, bool complex_block, const double **found);
+
+void free_fir_spectra();
 
 }  // namespace dsp::filter

@@ -20,6 +20,7 @@ constexpr int lane_count = 2;
 template <int W>
 struct lanes_type {
   typedef double type __attribute__((vector_size(W * sizeof(double))));
+  typedef double at_any_double __attribute__((vector_size(W * sizeof(double)), aligned(sizeof(double)), may_alias));
 };
 template <>
 struct lanes_type<1> {
@@ -33,6 +34,13 @@ using widest = lanes<lane_count>;
 
 template <class V>
 constexpr int width_of = static_cast<int>(sizeof(V) / sizeof(double));
+
+// Whether the compiler fuses a product and a sum where it may.
+#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
+constexpr bool has_fused_products = true;
+#else
+constexpr bool has_fused_products = false;
+#endif
 
 // A vector that a loop carries from one pass to the next. Without vector registers GCC keeps a vector in memory but an
 // array of its elements in registers.
@@ -77,6 +85,15 @@ DSP_INLINE V load(const double *p) {
   else
     for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) v[i] = p[i];
   return v;
+}
+
+// The same for a vector of many uses: GCC would repeat a plain load as an operand of each.
+template <class V>
+DSP_INLINE V load_once(const double *p) {
+  if constexpr (has_vector_registers && sizeof(V) > sizeof *p)
+    return *reinterpret_cast<const volatile typename lanes_type<width_of<V>>::at_any_double *>(p);
+  else
+    return load<V>(p);
 }
 
 template <class V>
