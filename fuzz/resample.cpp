@@ -31,8 +31,12 @@ std::int32_t stream(play *p) {
 }
 
 constexpr row rows[] = {
-    FUZZ_ROW(dspc_rsmp, creates),     FUZZ_ROW(dspc_rsmp_cos, creates), FUZZ_ROW(dspc_rsmp_pcos, creates),
-    FUZZ_ROW(dspd_rsmp, fourth_null), FUZZ_ROW(dspd_rsmp2, third_null), {"dsph_rsmp", stream, third_null},
+    FUZZ_ROW(dspc_rsmp, creates),
+    FUZZ_ROW(dspc_rsmp_cos, creates),
+    FUZZ_ROW(dspc_rsmp_pcos, creates),
+    FUZZ_ROW(dspd_rsmp, fourth_null | rounds),
+    FUZZ_ROW(dspd_rsmp2, third_null | rounds),
+    {"dsph_rsmp", stream, third_null | rounds},
 };
 
 }  // namespace
