@@ -23,8 +23,8 @@ function close_group() {
   open = 0
 }
 
-# The introduction to the whole becomes the front page, its conventions a list.
-FNR == 1 && /^\/\* dsp - / { sub(/^\/\* dsp - /, "/** @mainpage "); front = 1 }
+# The introduction to the whole becomes a page, its conventions a list.
+FNR == 1 && /^\/\* dsp - / { print "/** @page conventions Conventions"; front = 1; next }
 front && /^ \*\// { front = 0 }
 front && /^ \* [A-Z][a-z]+  +[^ ]/ { sub(/^ \* [A-Z][a-z]+/, " * - **" $2 "**"); print; next }
 front { sub(/^ \*    +/, " *   "); print; next }
@@ -36,6 +36,7 @@ front { sub(/^ \*    +/, " *   "); print; next }
   family = title
   sub(/.*\(/, "", family)
   sub(/\).*/, "", family)
+  sub(/ *\(.*/, "", title)  # the sidebar is narrow
   name = title
   gsub(/[^A-Za-z]+/, "_", name)
   print "/** @defgroup " name " " title
