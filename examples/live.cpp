@@ -22,7 +22,9 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/axis.h"
 #include "examples/support/failure.h"
+#include "examples/support/json.h"
 #include "examples/support/signal.h"
 
 using examples::failure;
@@ -42,6 +44,7 @@ const std::vector<examples::option> options = {
     {'d', "depth", "DB", "range of levels shown (default 120)"},
     {'w', "width", "N", "columns of the plot (default 72)"},
     {'l', "lines", "N", "lines of the plot (default 16)"},
+    {0, "json", nullptr, "no plot: the strongest line at the end as one object of JSON"},
 };
 
 const char *const introduction =
@@ -58,7 +61,10 @@ const char *const notes =
     "  arecord -q -t raw -f S16_LE -r 48000 | dsp-live\n"
     "  sox voice.wav -t f64 - | dsp-live -f f64 -r 44100 --depth 90\n"
     "\n"
-    "Status 0 at the end of the samples, or 2 with a line on standard error that says what is wrong.\n";
+    "JSON holds its frequency in Hz and its level, the sample rate and the number of blocks.\n"
+    "\n"
+    "Status 0 at the end of the samples; 1 if there was no line; 2 with a line on standard error that says what is\n"
+    "refused.\n";
 
 /** Samples of one type on standard input. */
 class raw_input {
@@ -116,36 +122,70 @@ std::vector<int> heights_of(const signal &levels, const screen &s) {
   return heights;
 }
 
+/** Round levels, each beside the line of the plot that it falls on; empty elsewhere. */
+std::vector<std::string> level_labels(const screen &s) {
+  std::vector<std::string> labels(static_cast<std::size_t>(s.lines));
+  for (const double level : examples::round_numbers(s.top - s.depth, s.top, std::clamp(s.lines / 3, 1, 10))) {
+    const auto line = std::lround((s.top - level) / s.depth * s.lines);
+    if (line < s.lines) labels[static_cast<std::size_t>(line)] = examples::fixed(level, s.depth < 5.0 ? 1 : 0);
+  }
+  return labels;
+}
+
+/** The frequency axis: a line with marks, and round numbers centred below them, the last with its unit. */
+std::string axis(double highest, int32_t width) {
+  const examples::frequency_unit unit = examples::unit_for(highest);
+  const std::vector<double> numbers = examples::round_numbers(0.0, highest, std::max(width / 12, 2));
+  const int decimals = examples::decimals_for((numbers[1] - numbers[0]) / unit.hertz);
+  std::string marks, labels(static_cast<std::size_t>(width) + 24, ' ');
+  std::vector<bool> is_mark(static_cast<std::size_t>(width) + 1, false);
+  for (const double number : numbers) {
+    const auto column = static_cast<std::size_t>(std::lround(number / highest * width));
+    is_mark[column] = true;
+    std::string label = examples::fixed(number / unit.hertz, decimals);
+    const std::size_t half = label.size() / 2;
+    if (number == numbers.back()) label += std::string(" ") + unit.name;
+    labels.replace(8 + column - std::min(half, column), label.size(), label);
+  }
+  for (const bool mark : is_mark) marks += mark ? "┴" : "─";
+  return "       " + marks + "\n" + labels.substr(1, labels.find_last_not_of(' ')) + "\n";
+}
+
 std::string plot(const signal &levels, const screen &s) {
   static const char *const eighths[] = {" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
   const std::vector<int> heights = heights_of(levels, s);
+  const std::vector<std::string> labels = level_labels(s);
   std::string text;
-  char label[32];
   for (int32_t line = s.lines - 1; line >= 0; --line) {
-    std::snprintf(label, sizeof label, "%6.0f |", s.top - s.depth * (s.lines - 1 - line) / s.lines);
-    text += label;
+    const std::string &label = labels[static_cast<std::size_t>(s.lines - 1 - line)];
+    text += std::string(6 - std::min(label.size(), std::size_t{6}), ' ') + label + " │";
     for (const int height : heights) text += eighths[std::clamp(height - 8 * line, 0, 8)];
     text += "\n";
   }
-  const std::string from = "0 Hz";
-  std::snprintf(label, sizeof label, "%.0f Hz", levels.dx * (levels.length - 1));
-  const auto gap = std::max<std::ptrdiff_t>(s.width - static_cast<std::ptrdiff_t>(from.size() + std::strlen(label)), 1);
-  return text + std::string(8, ' ') + from + std::string(static_cast<std::size_t>(gap), ' ') + label + "\n";
+  return text + axis(levels.dx * (levels.length - 1), s.width);
 }
 
+/** A line in the spectrum; NaN: there is none. */
+struct line {
+  double frequency, level;
+};
+
 /** The strongest line, between the bins; the main lobe at frequency 0 holds an offset. */
-std::string peak_of(const signal &power, double rate) {
+line strongest(const signal &power) {
   constexpr int32_t half_lobe = 5;
   constexpr double curvature = 0.631127298315668;  // of the logarithm of this window's line, a Gaussian
   signal lines, peak;
   require(dspu_subvec(&power, &lines, half_lobe, power.length), "cut the spectrum");
-  if (dsps_peak(&lines, &peak, DSP_PEAK_GAUSS, 0) != 0 || !(peak[0] > 0.0)) return "no line stands out\n";
+  if (dsps_peak(&lines, &peak, DSP_PEAK_GAUSS, 0) != 0 || !(peak[0] > 0.0)) return {std::nan(""), std::nan("")};
   const auto bin = static_cast<int32_t>(std::lround(peak[1]));
   const double offset = peak[1] - bin;
-  const double level = 10.0 * std::log10(lines[bin] * std::exp(curvature * offset * offset));
+  return {(peak[1] + half_lobe) * power.dx, 10.0 * std::log10(lines[bin] * std::exp(curvature * offset * offset))};
+}
+
+std::string told(const line &l, double rate) {
+  if (std::isnan(l.frequency)) return "no line stands out\n";
   char text[80];
-  std::snprintf(text, sizeof text, "strongest: %.2f Hz, %.2f dB; sample rate %.0f Hz\n",
-                (peak[1] + half_lobe) * power.dx, level, rate);
+  std::snprintf(text, sizeof text, "strongest: %.2f Hz, %.2f dB; sample rate %.0f Hz\n", l.frequency, l.level, rate);
   return text;
 }
 
@@ -153,7 +193,7 @@ std::string frame(const signal &power, const screen &s, double rate) {
   signal levels;
   require(dsp_copy(&levels, &power), "copy the spectrum");
   require(dspi_db(&levels, 10.0), "convert the spectrum to dB");
-  return plot(levels, s) + peak_of(power, rate);
+  return plot(levels, s) + told(strongest(power), rate);
 }
 
 int live(const examples::arguments &given) {
@@ -168,7 +208,7 @@ int live(const examples::arguments &given) {
   raw_input input(given.text("format", "s16"), static_cast<int>(given.integer("channels", 1, 1, 256)));
 
   using clock = std::chrono::steady_clock;
-  const bool on_terminal = isatty(fileno(stdout)) != 0;
+  const bool on_terminal = isatty(fileno(stdout)) != 0 && !given.has("json");
   auto next = clock::now();
   signal block(n), bins, power, work;
   block.dx = 1.0 / rate;
@@ -185,8 +225,17 @@ int live(const examples::arguments &given) {
     std::fflush(stdout);
   }
   if (count == 0) throw failure("there are fewer samples than a block of " + std::to_string(n));
-  std::printf("%s%s", on_terminal ? "\x1b[H\x1b[J" : "", frame(power, s, rate).c_str());
-  return 0;
+  const line found = strongest(power);
+  if (given.has("json"))
+    examples::json()
+        .add("frequency", found.frequency)
+        .add("level", found.level)
+        .add("rate", rate)
+        .add("blocks", count)
+        .print();
+  else
+    std::printf("%s%s", on_terminal ? "\x1b[H\x1b[J" : "", frame(power, s, rate).c_str());
+  return std::isnan(found.frequency) ? 1 : 0;
 }
 
 }  // namespace

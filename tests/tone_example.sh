@@ -90,9 +90,11 @@ refuses "channel 2" --rate 1 -c 2 tone.txt
 # The same tone as raw 16 bit samples: a line each, its bar over the right column, and the same frequency and level.
 awk '{ printf "%d\n", $1 * 32768 }' tone.txt | { mapfile -t samples && printf "$(le 2 "${samples[@]}")"; } >tone.raw
 "$live" --lines 10 --width 48 --depth 100 <tone.raw >report || fail "status of live"
-[ "$(wc -l <report)" -eq 12 ] || fail "lines of live: $(cat report)"
+[ "$(wc -l <report)" -eq 13 ] || fail "lines of live: $(cat report)"
 grep -q "strongest: 997\.3[0-2] Hz, -6\.0[0-4] dB" report || fail "live reads $(tail -n 1 report)"
-[ "$(sed -n 2p report)" = "   -10 | ██$(printf '%45s' '')" ] || fail "live draws $(sed -n 2p report)"
+[ "$(sed -n 2p report)" = "       │ ██$(printf '%45s' '')" ] || fail "live draws $(sed -n 2p report)"
+[ "$(sed -n 12p report)" = "       0         5        10        15        20 kHz" ] || fail "axis: $(sed -n 12p report)"
+"$live" --json <tone.raw | grep -q '{"frequency": 997\.3.*, "level": -6\.0[0-4].*, "rate": 48000, ' || fail "JSON of live"
 program=$live
 refuses "fewer samples" <tone.txt --block 1048576
 refuses "power of two" --block 1000 <tone.raw
