@@ -9,11 +9,13 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
 #include "examples/support/json.h"
 #include "examples/support/output_file.h"
 #include "examples/support/simulated_reflectometer.h"
+#include "examples/support/smith_chart.h"
 #include "examples/support/touchstone.h"
 
 namespace {
@@ -220,27 +222,6 @@ json as_json(const reflection &device, double frequency, const std::vector<figur
   return out;
 }
 
-// Circles of constant resistance and arcs of constant reactance, with gaps in between.
-void add_smith_chart(gnuplot &g) {
-  std::vector<double> x, y;
-  const auto end_curve = [&] { x.push_back(NAN), y.push_back(NAN); };
-  const auto add = [&](double resistance, double reactance) {  // z in units of the reference
-    const double d = (resistance + 1.0) * (resistance + 1.0) + reactance * reactance;
-    x.push_back((resistance * resistance + reactance * reactance - 1.0) / d);
-    y.push_back(2.0 * reactance / d);
-  };
-  constexpr int steps = 90;
-  for (const double resistance : {0.0, 0.2, 0.5, 1.0, 2.0, 5.0}) {
-    for (int i = -steps; i <= steps; ++i) add(resistance, (resistance + 1.0) * std::tan(0.4999 * pi * i / steps));
-    end_curve();
-  }
-  for (const double reactance : {-5.0, -2.0, -1.0, -0.5, -0.2, 0.0, 0.2, 0.5, 1.0, 2.0, 5.0}) {
-    for (int i = 0; i <= steps; ++i) add(std::tan(0.4999 * pi * i / steps), reactance);
-    end_curve();
-  }
-  g.table("chart", {x, y});
-}
-
 std::vector<double> parts(const reflection &r, double dsp_complex::*part) {
   std::vector<double> x;
   for (const dsp_complex &z : r.s) x.push_back(z.*part);
@@ -249,18 +230,18 @@ std::vector<double> parts(const reflection &r, double dsp_complex::*part) {
 
 void draw(output_file &file, const reflection &measured, const reflection &device, const std::vector<double> &level,
           std::size_t least) {
-  const double unit = device.frequency.back() >= 1e9 ? 1e9 : 1e6;
+  const frequency_unit unit =
+      device.frequency.back() >= 1e9 ? frequency_unit{1e9, "GHz"} : unit_for(device.frequency.back());
   std::vector<double> frequency = device.frequency;
-  vfpdbMul1(1.0 / unit, frequency.data(), device.points());
+  vfpdbMul1(1.0 / unit.hertz, frequency.data(), device.points());
   gnuplot g(1280, 600);
   g.table("level", {frequency, formatted(DSP_FORMAT_LEVEL, measured.s), formatted(DSP_FORMAT_LEVEL, device.s), level});
   g.table("least", {{frequency[least]}, {level[least]}, {device.s[least].re}, {device.s[least].im}});
   g.table("reflection", {parts(measured, &dsp_complex::re), parts(measured, &dsp_complex::im),
                          parts(device, &dsp_complex::re), parts(device, &dsp_complex::im)});
-  add_smith_chart(g);
   g.command("set multiplot");
   g.command("set size 0.58, 1");
-  g.command("set xlabel " + gnuplot::quoted(unit == 1e9 ? "frequency / GHz" : "frequency / MHz"));
+  g.command("set xlabel " + gnuplot::quoted(std::string("frequency / ") + unit.name));
   g.command("set ylabel 'reflection / dB'");
   g.command("set autoscale xfix");
   g.command("set offsets 0, 0, graph 0.12, graph 0.05");
@@ -273,15 +254,25 @@ void draw(output_file &file, const reflection &measured, const reflection &devic
   g.command("set origin 0.58, 0");
   g.command("set size 0.42, 1");
   g.command("unset border; unset tics; unset grid; unset xlabel; unset ylabel; unset key; unset offsets");
-  g.command("set size ratio -1");
-  g.command("set xrange [-1.08:1.08]; set yrange [-1.08:1.08]");
-  char reference[80];
-  std::snprintf(reference, sizeof reference, "set label 1 'Smith chart, %.4g ohms' at 0, -1.14 center",
-                device.resistance);
-  g.command(reference);
+  const double extent = smith_extent(measured, device), edge = extent < 1.0 ? extent : 1.1;
+  add_smith_chart(g, extent);
+  add_frequency_marks(g, device, unit.hertz);
+  char frame[200];
+  std::snprintf(
+      frame, sizeof frame,
+      "set size ratio -1; set lmargin 0; set rmargin 0; set tmargin 1; set bmargin 2; set xrange [%g:%g]; set "
+      "yrange [%g:%g]",
+      -edge, edge, -edge, edge);
+  g.command(frame);
+  std::snprintf(frame, sizeof frame,
+                "set label 'in units of %.4g ohms, frequencies in %s' at 0, %g center offset 0,-0.8", device.resistance,
+                unit.name, -edge);
+  g.command(frame);
   g.command(
-      "plot $chart using 1:2 with lines linewidth 0.6 linecolor rgb '#b8b8b8', "
-      "$reflection using 1:2 with lines linetype 2, $reflection using 3:4 with lines linetype 1 linewidth 2, "
+      "plot $chart using 1:2 with lines linewidth 0.6 linecolor rgb '#c0c0c0', "
+      "$reflection using 1:2 with lines linetype 2 linewidth 0.6 linecolor rgb '#f0c0a0', "
+      "$reflection using 3:4 with lines linetype 1 linewidth 2, "
+      "$marks using 1:2 with points pointtype 7 pointsize 0.6 linecolor rgb '#003060', "
       "$least using 3:4 with points pointtype 7 pointsize 1 linecolor rgb '#c02020'");
   g.command("unset multiplot");
   g.draw(file);
