@@ -10,17 +10,17 @@
 namespace dsp::elementwise {
 namespace {
 
-// Replaces each sample by kernel(sample, cosine, sine) of a sinusoid of `freq` cycles per unit of the signal's spacing.
-template <class Sample, class Kernel>
-void modulate(dsp_vec *v, double freq, double phase, Kernel kernel) {
-  const oscillator angle(phase, two_pi * v->dx * freq);
+// Calls f(at, count, c, s) for run after run of samples: cosines and sines of a sinusoid of `freq` cycles per unit of
+// dx.
+template <class F>
+void by_runs(const dsp_vec &v, double freq, double phase, F f) {
+  const oscillator angle(phase, two_pi * v.dx * freq);
   double c[oscillator::block], s[oscillator::block];
-  const std::int32_t n = samples(*v);
-  for (std::int32_t done = 0; done < n; done += oscillator::block) {
-    const std::int32_t count = std::min(n - done, oscillator::block);
-    angle(done, count, c, s);
-    Sample *x = as<Sample>(v->data) + done;
-    walk<Sample>(reinterpret_cast<double *>(x), count, kernel, x, c, s);
+  const int32_t n = samples(v);
+  for (int32_t at = 0; at < n; at += oscillator::block) {
+    const int32_t count = std::min(n - at, oscillator::block);
+    angle(at, count, c, s);
+    f(at, count, c, s);
   }
 }
 
@@ -47,7 +47,9 @@ int32_t dspc_line(dsp_vec *v, double slope, double offset) {
 int32_t dspc_cos(dsp_vec *v, double freq, double phase) {
   const bool was_complex = v->is_complex != 0;
   if (dsp_alloc(v) != 0) return -1;
-  modulate<double>(v, freq, phase, [](double, double c, double) { return c; });
+  double *x = v->data;
+  by_runs(*v, freq, phase,
+          [x](int32_t at, int32_t count, const double *c, const double *) { std::copy_n(c, count, x + at); });
   if (!was_complex) return 0;
   v->is_complex = 0;
   return dspi_rtoc(v);
@@ -56,20 +58,21 @@ int32_t dspc_cos(dsp_vec *v, double freq, double phase) {
 int32_t dspc_cexp(dsp_vec *v, double freq, double phase) {
   if (v->is_complex == 0) return dspc_cos(v, freq, phase);
   if (dsp_alloc(v) != 0) return -1;
-  modulate<dsp_complex>(v, freq, phase, [](dsp_complex, double c, double s) { return dsp_complex{c, s}; });
+  auto *z = as<dsp_complex>(v->data);
+  by_runs(*v, freq, phase, [z](int32_t at, int32_t count, const double *c, const double *s) {
+    for (int32_t i = 0; i < count; ++i) z[at + i] = {c[i], s[i]};
+  });
   return 0;
 }
 
 int32_t dspi_addcos(dsp_vec *v, int32_t flags, double freq, double amp, double phase) {
-  if (v->is_complex == 0)
-    modulate<double>(v, freq, phase, [amp](double x, double c, double) { return x + amp * c; });
-  else if ((flags & DSP_ADDCOS_EXPONENTIAL) != 0)
-    modulate<dsp_complex>(v, freq, phase, [amp](dsp_complex z, double c, double s) {
-      return dsp_complex{z.re + amp * c, z.im + amp * s};
-    });
-  else
-    modulate<dsp_complex>(v, freq, phase, [amp](dsp_complex z, double c, double) {
-      return dsp_complex{z.re + amp * c, z.im};
-    });
+  const bool is_complex = v->is_complex != 0, with_sine = (flags & DSP_ADDCOS_EXPONENTIAL) != 0;
+  double *x = v->data;
+  auto *z = as<dsp_complex>(x);
+  by_runs(*v, freq, phase, [=](int32_t at, int32_t count, const double *c, const double *s) {
+    for (int32_t i = 0; !is_complex && i < count; ++i) x[at + i] += amp * c[i];
+    for (int32_t i = 0; is_complex && i < count; ++i) z[at + i].re += amp * c[i];
+    for (int32_t i = 0; is_complex && with_sine && i < count; ++i) z[at + i].im += amp * s[i];
+  });
   return 0;
 }
