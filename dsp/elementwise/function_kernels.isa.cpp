@@ -28,9 +28,10 @@ constexpr double rounder = 0x1.8p52;
 // 2^k for the k in the low bits of rounder + k.
 inline double power_of_two(double rounded) { return number((bits(rounded) + 1023) << 52); }
 
-// x = k ln 2 + r with |r| <= 0.347; e^r is 1 + r + r^2 p(r), p a Chebyshev fit that leaves e^r right to 2e-17. 1 + r is
-// carried with what its sum loses, so that the last sum is what rounds: below 1 unit in the last place. The terms are
-// summed in pairs, here and below: one after another they would leave the processor waiting.
+// x = k ln 2 + r with |r| <= ln(2)/2; e^r is 1 + r + r^2 p(r) to 2e-17, p a Chebyshev fit from scripts/function_fits,
+// its first coefficient rounded to 0.5. 1 + r is carried with its rounding error, so that only the last sum rounds: the
+// result errs by less than 1 ulp. Terms are summed in pairs, here and below: a single chain of sums would wait for each
+// addition to finish.
 struct split_power {
   double rounded, fraction;  // rounder + k, e^r
 };
@@ -70,7 +71,8 @@ inline double vanishing_exponential(double x) {
 }
 
 // x = 2^k (1 + f) with 1 + f in [sqrt(1/2), sqrt(2)), and ln(1 + f) = f - f^2/2 + rest: with s = f/(2 + f) the rest is
-// s (f^2/2 + R(s^2)), where R(s^2) = 2 artanh(s)/s - 2, a Chebyshev fit that is right to 1e-17. x is normal.
+// s (f^2/2 + R(s^2)), where R(s^2) = 2 artanh(s)/s - 2 to 1e-17, a Chebyshev fit from scripts/function_fits. x is
+// normal.
 struct reduced {
   double k, f, half_square, rest;
 };
@@ -84,8 +86,8 @@ inline reduced reduce(double x) {
   const double z = s * s;
   const double z2 = z * z;
   const double p0 = fused(z, 0x1.99999999952d7p-2, 0x1.5555555555558p-1);
-  const double p2 = fused(z, 0x1.c71c62e3f11dbp-3, 0x1.2492492df281ap-2);
-  const double p4 = fused(z2, 0x1.2b5900de7bb8bp-3, fused(z, 0x1.39fe51a7bdbbcp-3, 0x1.7462b51cb68f1p-3));
+  const double p2 = fused(z, 0x1.c71c62e3f11e6p-3, 0x1.2492492df281ap-2);
+  const double p4 = fused(z2, 0x1.2b5900de53b32p-3, fused(z, 0x1.39fe51a7c18f9p-3, 0x1.7462b51cb66b1p-3));
   const double p = fused(z2, fused(z2, p4, p2), p0);
   const double half_square = 0.5 * f * f;
   return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * fused(z, p, half_square)};
