@@ -3,7 +3,7 @@
 #include "dsp/dsp.h"
 
 int32_t dsp_free_internal(void) {
-  // Users of a cache before what they stand on; a failure stops the release where it is.
+  // A cache is released before the caches it was built from. Stops at the first failure.
   using releaser = std::int32_t (*)();
   constexpr releaser order[] = {
       dsp::filter::free_fir_work,    dsp::filter::free_sfir_work,    dsp::fft::free_bitrev_tables,

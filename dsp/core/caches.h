@@ -1,5 +1,5 @@
-// The process-wide caches. Each family defines the releasers of its own, next to the code that fills them; a releaser
-// leaves its cache as it was at load time, so that the next use builds it again, and returns 0 or -1.
+// The process-wide caches. Each family defines its releasers next to the code that fills the cache. A releaser empties
+// its cache, so that the next use builds it again, and returns 0 or -1.
 #pragma once
 
 #include <cstdint>

@@ -10,7 +10,7 @@ namespace {
 
 int32_t sign_beyond(double d, double tolerance) { return d > tolerance ? 1 : d < -tolerance ? -1 : 0; }
 
-// Walks whole blocks without looking back, which vectorises, and looks closer only where one differs.
+// Compares whole blocks without an early exit, which vectorises, and searches only a block that holds a difference.
 int32_t order_equal_widths(const double *a, const double *b, std::int64_t n, double tolerance) {
   constexpr std::int64_t block = 64;
   for (std::int64_t begin = 0; begin < n; begin += block) {

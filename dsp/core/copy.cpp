@@ -14,7 +14,7 @@ int32_t dspu_subvec(const dsp_vec *src, dsp_vec *dst, int32_t start, int32_t cou
   const int32_t first = std::clamp(start, 0, length);
   const int32_t n = std::clamp(count, 0, length - first);
   const bool is_complex = src->is_complex != 0;
-  const double *from = src->data;  // before sizing: dst may be src, and lose a borrowed buffer
+  const double *from = src->data;  // read before dst, which may be src, is sized and loses a borrowed buffer
   dst->dx = src->dx;
   dst->is_complex = is_complex;
   dst->length = n;

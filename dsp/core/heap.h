@@ -5,12 +5,12 @@
 
 namespace dsp {
 
-// Null when memory runs out. `bytes` is not 0. Larger blocks start on a 64-byte border where the platform's free() can
-// release such blocks: transforms run up to twice as fast on them.
+// Allocates; null when memory runs out. `bytes` is not 0. Larger blocks are aligned to 64 bytes where the platform's
+// free() accepts aligned blocks: transforms run up to twice as fast on them.
 void *heap_allocate(std::size_t bytes) noexcept;
 
-// A block of `bytes`, more than before, that begins with what `block` held, which is released; null, and `block`
-// untouched, when memory runs out. A null `block` is a fresh allocation.
+// Grows a block and keeps its contents; null, and `block` untouched, when memory runs out. Allocates when `block` is
+// null.
 void *heap_resize(void *block, std::size_t old_bytes, std::size_t bytes) noexcept;
 
 void heap_release(void *block) noexcept;

@@ -6,7 +6,7 @@
 
 namespace dsp {
 
-// Copies the whole doubles in `bytes` and returns `to`; nothing when either pointer is null.
+// Copies bytes / sizeof(double) doubles and returns `to`. Does nothing when either pointer is null.
 inline double *dsp_move_doubles(double *to, const double *from, std::size_t bytes) {
   if (to != nullptr && from != nullptr && to != from) std::memmove(to, from, bytes / sizeof(double) * sizeof(double));
   return to;

@@ -31,7 +31,7 @@ void release(dsp_vec *v) {
     heap_release(v->data);
 }
 
-// After a hook or the heap has had its turn.
+// Sets the capacity after a hook or the heap has allocated.
 int32_t sized(dsp_vec *v, std::int64_t need) {
   v->capacity = v->data != nullptr ? static_cast<int32_t>(need) : 0;
   return v->data != nullptr ? 0 : -1;
@@ -87,7 +87,7 @@ int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
   if (owned == 0) v->data = nullptr;
   if (realloc_hook != nullptr)
     realloc_hook(v, old_length, old_is_complex);
-  else  // a block that cannot be resized is given up, not released: dsp.h says so
+  else  // when this fails, dsp.h says that the old block is abandoned
     v->data = static_cast<double *>(heap_resize(v->data, bytes(owned), bytes(need)));
   if (sized(v, need) != 0) return -1;
   if (borrowed != nullptr) {

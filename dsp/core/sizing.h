@@ -1,4 +1,4 @@
-// Sizes of signals, counted in 64 bits. A negative length is an empty signal, a negative capacity none.
+// Sizes of signals, counted in 64 bits. Negative lengths and capacities count as 0.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ constexpr std::int64_t doubles_of(std::int32_t length, bool is_complex) {
 
 inline std::int64_t doubles(const dsp_vec &v) { return doubles_of(v.length, v.is_complex != 0); }
 
-// Whether a buffer of so many doubles can be counted by `capacity` and addressed.
+// Whether `capacity` can hold this count of doubles and a pointer can address them.
 constexpr bool countable(std::int64_t n) {
   constexpr std::uint64_t most = SIZE_MAX / sizeof(double);
   return n <= INT32_MAX && static_cast<std::uint64_t>(n) <= most;  // GCOVR_EXCL_BR_LINE: the latter in 64 bits

@@ -59,7 +59,7 @@ struct past_and_block {
   // Taps of the filter that output n applies.
   std::int64_t taps_from(std::int64_t) const { return past_length + 1; }
 
-  // Copies `count` samples from number `first` on, the oldest of the past being number 0; silence where there are none.
+  // Copies `count` samples from index `first` on; index 0 is the oldest sample of the past. Zeros where there are none.
   void copy(std::int64_t first, std::int64_t count, double *to) const {
     const std::int64_t end = first + count;
     const std::int64_t in_past = std::clamp<std::int64_t>(past_length - first, 0, count);
@@ -72,13 +72,13 @@ struct past_and_block {
     std::fill_n(to, (count - in_past - std::max<std::int64_t>(in_block, 0)) * width, 0.0);
   }
 
-  // Those samples where they lie, or null when they do not all lie in the block.
+  // The same samples in place, without a copy; null when some of them lie outside the block.
   const double *contiguous(std::int64_t first, std::int64_t count) const {
     const bool inside = first >= past_length && first - past_length + count <= block_length;
     return inside ? block + (first - past_length) * width : nullptr;
   }
 
-  // Makes the newest samples the past of the next block.
+  // Stores the newest samples in the state, as the past of the next block.
   void remember(dsp_vec *state) const {
     if (state == nullptr) return;
     const std::int64_t fresh = std::min(block_length, past_length);

@@ -1,5 +1,5 @@
-// A signal of the library's own that lives from its first use to the release of the caches. Static storage, plain data:
-// empty at load time.
+// A signal that the library keeps from its first use until the caches are released. Plain data in static storage, empty
+// at load time.
 #pragma once
 
 #include "dsp/dsp.h"

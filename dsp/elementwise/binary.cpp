@@ -15,7 +15,7 @@ int32_t combine(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop lo
   return 0;
 }
 
-// The one routine pair that takes operands of different lengths: zeros stand for what the shorter lacks.
+// Addition and subtraction alone accept operands of different lengths: the shorter is extended with zeros.
 int32_t combine_padded(const dsp_vec *a, const dsp_vec *b, dsp_vec *out, binary_loop loop, double w) {
   if (samples(*a) == samples(*b)) return combine(a, b, out, loop, w);
   const bool a_shorter = samples(*a) < samples(*b);

@@ -6,7 +6,7 @@
 
 namespace dsp::elementwise {
 
-// The output is complex when an operand is; w is the weight of the blend. conjugate_product wants a complex b, pair
+// The output is complex when an operand is; w is the weight of the blend. conjugate_product needs a complex b, pair
 // real operands.
 using binary_loop = void (*)(double *out, const operands &in, double w);
 

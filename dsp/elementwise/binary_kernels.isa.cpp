@@ -35,7 +35,7 @@ struct conjugate_product_of {
 
 // A divisor whose squared magnitude vanishes counts as zero; zero over zero is zero.
 struct quotient_of {
-  // Zeros of either sign are asked for all at once, by their bits.
+  // Tests all parts for zeros of either sign at once, by their bits.
   static std::uint64_t bits(double x) { return __builtin_bit_cast(std::uint64_t, x); }
   static bool zero(std::uint64_t x) { return x << 1 == 0; }
   static dsp_complex chosen(bool divides, double re, double im, bool all_zero) {
@@ -84,7 +84,7 @@ struct pair_of {
   dsp_complex operator()(double a, double b) const { return {a, b}; }
 };
 
-// Choosing the kernel's overload for the operands' representations.
+// Chooses the kernel's overload for the operands' representations.
 template <class Kernel>
 void with_complex_second(double *out, const operands &in, const Kernel &kernel) {
   if (in.a_complex)
@@ -125,7 +125,7 @@ void better(double *out, const operands &in, double sign) {
         out, in.length, [](double a, double b) { return a < b ? a : b; }, in.a, in.b);
 }
 
-// For kernels that treat both parts of complex pairs alike.
+// For kernels that treat both components alike.
 template <class Kernel>
 void each_double_pair(double *out, const operands &in, double w) {
   const Kernel kernel{w};

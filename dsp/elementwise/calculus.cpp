@@ -50,7 +50,7 @@ int32_t dspi_edge(dsp_vec *v, int32_t mode, double level) {
   if (v->is_complex != 0) return -1;
   const int32_t n = samples(*v);
   int32_t found = 0;
-  for (int32_t i = 1; i < n; ++i) {  // crossings found are fewer than samples seen
+  for (int32_t i = 1; i < n; ++i) {  // writes behind what it has read: there are fewer crossings than samples
     const double a = v->data[i - 1], b = v->data[i];
     if (crosses(a, b, mode, level)) v->data[found++] = v->dx * ((i - 1) + (level - a) / (b - a));
   }

@@ -1,13 +1,13 @@
-// The product and the sum of two samples of either representation, without recovery of infinities. Local to the file
-// that includes it: kernel files do.
+// Product and sum of two samples of either representation. Infinities behind a NaN are not recovered. Local to the file
+// that includes it, since kernel files do.
 #pragma once
 
 #include "dsp/dsp.h"
 
 namespace dsp::elementwise {
 
-// For a difference of products beside a sum of products: GCC 12 fuses the two into one instruction of AVX2 or AVX-512,
-// whatever it is told about contraction; two sums it leaves alone. The result is the same.
+// Negation, for a difference of products written as a sum. GCC 12 fuses a difference beside a sum into one AVX
+// instruction in spite of -ffp-contract=off; it leaves two sums alone. The result is the same.
 static inline double minus(double x) { return -x; }
 
 static inline double multiply(double a, double b) { return a * b; }

@@ -1,5 +1,5 @@
-// The functions of real samples that have loops of their own, compiled once per instruction set; below 1 unit in the
-// last place on each, the last bit may differ between them.
+// Functions of real samples with loops of their own, compiled once per instruction set. Each is right to 1 ulp; the
+// last bit may differ between instruction sets.
 #pragma once
 
 #include <cstdint>

@@ -7,7 +7,7 @@ namespace dsp::elementwise {
 namespace DSP_ISA {
 namespace {
 
-// a b + c, rounded once where the processor can do that: a quarter faster.
+// a b + c with one rounding (FMA) where the processor has it: 25 % faster.
 inline double fused(double a, double b, double c) {
 #if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
   return __builtin_fma(a, b, c);
@@ -61,7 +61,7 @@ inline double exponential(double x) {
   return y.fraction * power_of_two(y.rounded);
 }
 
-// For x up to 700. Subnormal results round once more.
+// For x up to 700. A subnormal result rounds twice.
 inline double vanishing_exponential(double x) {
   const split_power y = split(x < -800.0 ? -800.0 : x);
   const double k = y.rounded - rounder;
@@ -93,12 +93,12 @@ inline reduced reduce(double x) {
   return {number(exponent | bits(0x1p52)) - (0x1p52 + 1023.0), f, half_square, s * fused(z, p, half_square)};
 }
 
-// Infinity and NaN are their own logarithms.
+// Infinity and NaN are returned unchanged.
 inline double settled(double x, double floor, double value) {
   return x < smallest_normal ? floor : x <= 0x1.fffffffffffffp1023 ? value : x;
 }
 
-// Below 1 unit in the last place.
+// The error is below 1 ulp.
 inline double natural(double x) {
   const reduced y = reduce(x);
   return fused(y.k, ln2_high, y.f - (y.half_square - fused(y.k, ln2_low, y.rest)));
@@ -120,7 +120,8 @@ inline double common(double x) {
   return sum + (lost + fused(y.k, log10_2_low, fused(low + high, log10_e_low, low * log10_e_high)));
 }
 
-// By blocks, which are short enough to be read twice from the cache: few have results that are not normal.
+// Block by block: a block stays in the L1 cache, so testing it first for results that are not normal, which are rare,
+// costs little.
 void exponentials(double *x, std::int64_t n, double by, double limit) {
   constexpr std::int64_t block = 1024;
   const double least = -708.0 / by;

@@ -1,4 +1,4 @@
-// Elementary functions of samples. Outside a function's domain a fixed value stands in.
+// Elementary functions of samples. A fixed value replaces the result outside a function's domain.
 #include <math.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 #include "dsp/math/saturation.h"
 #include "dsp/simd/traversal.h"
 
-#if defined(_WIN32)  // where the headers hide them from strict C++
+#if defined(_WIN32)  // strict C++ hides them in the headers
 extern "C" __declspec(dllimport) double _y0(double);
 extern "C" __declspec(dllimport) double _y1(double);
 #endif
@@ -44,7 +44,7 @@ dsp_complex exp_of(dsp_complex z) {
   return from_polar(z.re > largest_exponent ? overflow_bound : std::exp(z.re), z.im);
 }
 
-// The magnitude -1e100 for exponents below -1e100 is a promise, odd as it is.
+// Exponents below -1e100 give the magnitude -1e100: odd, but promised in dsp.h.
 dsp_complex exp10_of(dsp_complex z) {
   const double m = z.re > 100.0 ? overflow_bound : z.re < -overflow_bound ? -overflow_bound : std::exp(z.re * ln_10);
   return from_polar(m, z.im * ln_10);

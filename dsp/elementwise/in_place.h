@@ -16,7 +16,7 @@ void loop_of(double *out, const double *in, std::int64_t n, bool is_complex, dsp
   each_sample(out, in, n, is_complex, Kernel());
 }
 
-// What becomes of the representation.
+// The representation of the result.
 enum class becomes { same, real, complex };
 
 constexpr bool complex_after(becomes result, bool before) {
@@ -31,7 +31,7 @@ inline int32_t in_place(dsp_vec *v, becomes result, unary_loop loop, dsp_complex
   return 0;
 }
 
-// The same into another signal, for loops that make no sample wider.
+// The same into another signal, for loops that keep or narrow the representation.
 inline int32_t into(const dsp_vec *in, dsp_vec *out, becomes result, unary_loop loop) {
   operands ready;
   if (dspb_prepare_output(*in, *in, complex_after(result, in->is_complex != 0), out, &ready) != 0) return -1;

@@ -1,4 +1,4 @@
-// Magnitudes, plain and squared. Local to the file that includes it: kernel files do.
+// Magnitudes and squared magnitudes. Local to the file that includes it, since kernel files do.
 #pragma once
 
 #include "dsp/dsp.h"
@@ -8,8 +8,8 @@ namespace dsp::elementwise {
 
 static inline double magnitude(double x) { return __builtin_fabs(x); }
 
-// As hypot: an infinite part outweighs a NaN, and the squares neither overflow nor vanish. Powers of two bring them
-// into range, so the error is that of sqrt(x x + y y): at most one unit in the last place.
+// As hypot: infinity wins over NaN, and the squares neither overflow nor underflow. Scaling by powers of two is exact,
+// so the error is that of sqrt(x x + y y): at most 1 ulp.
 static inline double magnitude(dsp_complex z) {
   constexpr double infinite = __builtin_huge_val();
   const double x = magnitude(z.re);
@@ -23,7 +23,7 @@ static inline double magnitude(dsp_complex z) {
   return x == infinite || y == infinite ? infinite : r;
 }
 
-// With what stands for it when a part is beyond the bound.
+// Saturates to 1e100 when a component exceeds the bound.
 static inline double magnitude_squared(double x) { return saturated_square(x, overflow_bound); }
 static inline double magnitude_squared(dsp_complex z) {
   return overflows(z.re) || overflows(z.im) ? overflow_bound : z.re * z.re + z.im * z.im;

@@ -57,7 +57,7 @@ bool scale_factor(int32_t mode, int32_t from, int32_t to, double *factor) {
   }
 }
 
-// Overlapping ranges are safe: it starts at the end that the move leaves behind.
+// Overlapping ranges are safe: the loop runs in the direction of the move.
 void move_scaled(double *to, const double *from, std::int64_t n, double factor) {
   if (factor == 1.0) {
     if (n > 0) dsp_move_doubles(to, from, static_cast<std::size_t>(n) * sizeof(double));

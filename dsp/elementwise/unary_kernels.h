@@ -10,22 +10,22 @@
 
 namespace dsp::elementwise {
 
-// n samples from `in`, which may be `out`; c is the constant of those that have one.
+// n samples from `in`, which may be `out`; c is the routine's constant, if it has one.
 using unary_loop = void (*)(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c);
 
 struct unary_kernel_set {
-  // the representation stays
+  // keep the representation
   unary_loop scale, offset, reciprocal, square;
-  // it becomes complex
+  // result is complex
   unary_loop complex_scale, times_i;
-  // it becomes real
+  // result is real
   unary_loop magnitude, magnitude_squared;
-  // of complex samples alone; widen of real ones
+  // complex samples only; `widen` real ones only
   unary_loop conjugate, real_part, imaginary_part, widen;
 
-  // real samples alone
+  // real samples only
   void (*root)(double *out, const double *in, std::int64_t n);
-  // whether any was out of [lo, hi]
+  // true when a sample was outside [lo, hi]
   bool (*clamp)(double *x, std::int64_t n, double lo, double hi);
   // x[i] - x[i - width], times 1e100 for dx 0, else over dx; n doubles
   void (*difference)(double *x, std::int64_t n, std::int64_t width, double dx);
@@ -33,7 +33,7 @@ struct unary_kernel_set {
   void (*derivative)(double *x, std::int32_t n, bool is_complex);
   // n samples in reverse order
   void (*reverse)(double *x, std::int32_t n, bool is_complex);
-  // n doubles of x and of y change places
+  // swaps n doubles of x and y
   void (*exchange)(double *x, double *y, std::int64_t n);
 };
 

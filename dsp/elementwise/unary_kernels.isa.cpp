@@ -52,7 +52,7 @@ struct times_constant {
   dsp_complex operator()(dsp_complex z) const { return multiply(c, z); }
 };
 
-struct turned_by_i {
+struct times_i_of {
   dsp_complex operator()(double x) const { return {0.0, x}; }
   dsp_complex operator()(dsp_complex z) const { return {-z.im, z.re}; }
 };
@@ -114,7 +114,7 @@ bool clamp(double *x, std::int64_t n, double lo, double hi) {
   return out != 0;
 }
 
-// From the back: each sample is replaced once nothing needs it any more.
+// From the last sample to the first, so that each is read before it is replaced.
 template <class Finish>
 void difference(double *x, std::int64_t n, std::int64_t width, Finish finish) {
   DSP_INDEPENDENT
@@ -171,7 +171,7 @@ extern const unary_kernel_set unary_set = {
     each<reciprocal_of>,
     each<squared>,
     each<times_constant>,
-    each<turned_by_i>,
+    each<times_i_of>,
     each<magnitude_of>,
     each<magnitude_squared_of>,
     only<dsp_complex, conjugated>,

@@ -1,4 +1,4 @@
-// Phases continued across the turns that the arc tangent hides.
+// Phases without the jumps of a whole turn that the arc tangent leaves.
 #include <cmath>
 
 #include "dsp/core/sizing.h"
@@ -12,9 +12,10 @@ constexpr double turn = 2.0 * pi;
 constexpr double turn_high = 0x1.921fb54p+2;  // 27 bits, so that its product with a count of turns is exact
 constexpr double turn_low = turn - turn_high;
 
-// Brings samples to within half a turn of a reference. The remainder that fmod would give is exact, and so is
-// d - m turn with the high part first, for few enough turns. How many they are is guessed from the step between
-// neighbouring samples, which waits for no result; that the guess was right shows in the remainder.
+// Moves samples by whole turns to within half a turn of a reference. The remainder of fmod() is exact, and so is d - m
+// turn with the high part of a turn first, while m is small. m is predicted from the step between neighbouring samples,
+// which depends on no earlier result; the remainder shows whether the prediction was right, and fmod() is called when
+// not.
 class unwrapper {
  public:
   double operator()(double x, double reference) {
@@ -33,7 +34,7 @@ class unwrapper {
  private:
   static constexpr double most_turns = 0x1p25;
 
-  // Of turns in a step, as a whole number; what a large step gives is no good guess.
+  // The whole turns in a step. Large steps give a poor prediction.
   static double nearest(double step) {
     constexpr double rounder = 0x1.8p52;
     return (step * (1.0 / turn) + rounder) - rounder;
@@ -50,7 +51,7 @@ class unwrapper {
   double turns_ = 0.0;  // between the last sample and its reference
 };
 
-// The outputs in a sliding window that are numbers.
+// Sum and count of the finite outputs in a sliding window.
 struct window_sum {
   double sum = 0.0;
   int32_t count = 0;
@@ -79,7 +80,8 @@ int32_t dspi_unwrap(dsp_vec *v) {
   const int32_t n = samples(*v);
   double *x = v->data;
   for (int32_t i = 0; i < n; ++i)
-    for (; i < n; ++i) {  // as far as there are numbers: a condition inside would be waited for
+    for (; i < n;
+         ++i) {  // the inner loop runs until a sample is not finite: a test on every sample would delay the next
       x[i] = unwrapped(x[i], previous);
       if (!std::isfinite(x[i])) break;
       previous = x[i];

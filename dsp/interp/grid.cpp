@@ -10,7 +10,7 @@
 namespace dsp::interp {
 namespace {
 
-// Fewer than two nodes: nothing, a constant, or the spline's lone parabola.
+// Fewer than two nodes: 0, a constant, or a spline's single parabola.
 void without_interval(const nodes &f, const queries &q, bool is_spline) {
   const double curvature = f.n == 1 && is_spline ? f.d2[0] * 0.5 : 0.0;
   for (std::int32_t i = 0; i < q.n; ++i) {
@@ -21,7 +21,7 @@ void without_interval(const nodes &f, const queries &q, bool is_spline) {
 
 constexpr std::int32_t scheme_mask = 7;
 
-// Schemes with both low bits set need three nodes.
+// Parabolas and splines, which have both low bits set, need three nodes.
 std::int32_t scheme_for(std::int32_t mode, std::int32_t n) {
   const std::int32_t scheme = mode & scheme_mask;
   return (scheme & DSP_INTERP_QUADRATIC) == DSP_INTERP_QUADRATIC && n < 3 ? DSP_INTERP_LINEAR : scheme;

@@ -16,7 +16,7 @@ struct nodes {
   std::int32_t n;
 };
 
-// Abscissae, and room for the values, which does not overlap anything else.
+// Abscissae, and the output, which overlaps no input.
 struct queries {
   const double *t;
   double *out;
@@ -24,9 +24,9 @@ struct queries {
 };
 
 struct interp_kernel_set {
-  // Two nodes at least, three for parabolas. -1: an interval met has no width.
+  // Needs two nodes, three for parabolas. -1: a query met an interval of zero width.
   int32_t (*interpolate)(const nodes &f, const queries &q, std::int32_t scheme, bool clamp);
-  // Real samples in turn, from the back: `out` may be `a` or `b`.
+  // Interleaves real samples, written from the back: `out` may be `a` or `b`.
   void (*interleave)(const double *a, const double *b, double *out, std::int64_t n);
 };
 

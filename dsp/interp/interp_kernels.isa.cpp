@@ -6,7 +6,7 @@ namespace dsp::interp {
 namespace DSP_ISA {
 namespace {
 
-// Whether any lane of a comparison holds.
+// True when a comparison holds in any lane.
 template <class Mask>
 bool any(const Mask &m) {
   if constexpr (sizeof m == 8 * 8) {
@@ -36,7 +36,7 @@ void store_in_turn(double *to, const V &x, const V &y) {
   }
 }
 
-// The pieces a function is made of. Each takes an abscissa, or lanes of them.
+// The pieces of an interpolating function. Each takes one abscissa or a vector of them.
 
 struct constant {
   double value;
@@ -89,7 +89,7 @@ struct parabola {
   }
 };
 
-// Where a piece ends: at the first query that is past it. NaN is past nothing.
+// A piece ends at the first query beyond it. Comparisons with NaN are false, so NaN stays in the piece.
 
 struct nowhere {
   template <class V>
@@ -114,7 +114,7 @@ struct middle {
   }
 };
 
-// For nodes that do not rise: the last one may come before the middle.
+// For nodes that do not rise: the last node may be less than one in the middle.
 struct middle_or_last {
   middle half_way;
   node last;
@@ -124,8 +124,8 @@ struct middle_or_last {
   }
 };
 
-// Fills out[i] and following with the piece, up to the first query past its end, whose index is returned. What is
-// written behind it in the same lanes is written again later.
+// Writes values from out[i] on up to the first query beyond the piece, and returns its index. The last vector may write
+// past it; those values are written again.
 template <class Piece, class Past>
 std::int32_t fill(const queries &q, std::int32_t i, const Piece &piece, const Past &past) {
   for (; i <= q.n - lane_count; i += lane_count) {
@@ -142,7 +142,8 @@ int32_t hold_last(const nodes &f, const queries &q, std::int32_t i) {
   return 0;
 }
 
-// Moves the bracket [j - 1, j] right until it holds t or is the last one; false when an interval met has no width.
+// Moves the bracket [j - 1, j] right until it holds t or is the last one; false when it meets an interval of zero
+// width.
 bool reach(const nodes &f, double t, std::int32_t *j) {
   while (f.x[*j] - f.x[*j - 1] != 0.0) {
     if (!(t >= f.x[*j]) || *j == f.n - 1) return true;
@@ -151,7 +152,7 @@ bool reach(const nodes &f, double t, std::int32_t *j) {
   return false;
 }
 
-// piece(j) makes the piece of bracket j.
+// piece(j) returns the piece of bracket j.
 template <class MakePiece>
 int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_end, std::int32_t j,
                    const MakePiece &piece) {

@@ -19,7 +19,7 @@ bool increases(const double *x, std::int32_t n) {
   return true;
 }
 
-// Not a knot at either end of four nodes leaves one cubic through all of them: twice its leading divided differences.
+// With not-a-knot at both ends of four nodes the spline is one cubic: twice its leading divided differences.
 void single_cubic(const double *x, const double *y, double *m) {
   double f[4] = {y[0], y[1], y[2], y[3]};
   for (int order = 1; order < 4; ++order)
@@ -29,15 +29,15 @@ void single_cubic(const double *x, const double *y, double *m) {
   for (int i = 0; i < 4; ++i) m[i] = result[i];
 }
 
-// One row of the system, about the end it belongs to: near * (end's value) + far * (its neighbour's) = right.
+// The row of an end node: near * (second derivative at the end) + far * (that of its neighbour) = right.
 struct end_row {
   double near;
   double far;
   double right;
 };
 
-// `slope` and `width` are those of the end interval, `value` the given derivative as seen from inside: for the right
-// end both slopes come with the sign turned.
+// `slope` and `width` are those of the end interval, `value` the given derivative, both seen from inside: at the right
+// end their signs are reversed.
 end_row end_condition(std::int32_t condition, double value, double slope, double width) {
   if (condition == DSP_SPLINE_CLAMPED) return {2.0, 1.0, 6.0 / width * (slope - value)};
   return {1.0, 0.0, condition == DSP_SPLINE_NATURAL ? 0.0 : value};

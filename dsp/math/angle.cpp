@@ -16,7 +16,7 @@ exact_rotation operator*(const exact_rotation &a, const exact_rotation &b) {
   return {a.cos * b.cos - a.sin * b.sin, a.sin * b.cos + a.cos * b.sin};
 }
 
-// By the power series; |angle| <= pi/4, where its 28th term is below 2^-106.
+// By the power series; |angle| <= pi/4, where the 28th term is below 2^-106.
 exact_rotation rotation_by(double_double angle) {
   exact_rotation sum = {{1.0, 0.0}, {0.0, 0.0}};
   double_double term = {1.0, 0.0};

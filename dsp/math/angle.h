@@ -24,8 +24,9 @@ void fill_octant(double *cosines, double *sines, std::int64_t n);
 // cos and sin of 2 pi k/n for 0 <= k < n from such an octant.
 root root_from_octant(const double *cosines, const double *sines, std::int64_t n, std::int64_t k);
 
-// At part/period of a turn, part >= 0. The part is folded into the first octant before it meets pi, each step exact, so
-// that the result is right to the last bit or nearly however many turns were made. A period without bound is no turn.
+// At part/period of a turn, part >= 0. The part is reduced to the first octant before it is multiplied by pi; each step
+// of the reduction is exact, so the result is right to about an ulp for any number of turns. An infinite period gives
+// the angle 0.
 inline root root_at(double part, double period) {
   double t = std::fmod(part, period);
   const bool below = t > period / 2;

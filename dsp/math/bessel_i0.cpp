@@ -16,7 +16,7 @@ struct power_series {
   static constexpr int terms = 35;
   double c[terms];
   constexpr power_series() : c() {
-    double factorial = 1.0;  // exact as long as its square counts
+    double factorial = 1.0;  // exact while its square matters
     for (int k = 0; k < terms; ++k) {
       if (k > 0) factorial *= k;
       c[k] = 1.0 / factorial / factorial;
@@ -49,8 +49,8 @@ double asymptotic(double y, double rest) {
 }  // namespace
 
 void bessel_i0(const double *y, const double *rest, double *value) {
-  // By pairs of terms: half the steps of Horner's rule, half the rounding. What the square of y loses counts as half as
-  // much of y.
+  // Two terms at a time: half the steps of Horner's rule and half the rounding. The rounding error of the square of y
+  // is passed on as a correction of y.
   double square[bessel_batch];
   double lost[bessel_batch];
   for (int i = 0; i < bessel_batch; ++i) {
@@ -64,7 +64,7 @@ void bessel_i0(const double *y, const double *rest, double *value) {
   for (int i = 0; i < bessel_batch; ++i) {
     if (y[i] > largest_for_series)
       value[i] = asymptotic(y[i], rest[i]);
-    else  // the derivative, I1(x)/(x/2), to a percent or so: enough for a correction of an ulp
+    else  // first-order correction; I1(x)/(x/2) to about 1 % is enough for an ulp
       value[i] += value[i] * ((rest[i] + lost[i]) * 2 / (0.5 + std::sqrt(4 * y[i] + 2.25)));
   }
 }

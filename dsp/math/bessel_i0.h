@@ -3,8 +3,8 @@
 
 namespace dsp {
 
-// value[i] = I0 at (x/2)^2 = y[i] + rest[i], where |rest| is an ulp of y or less: the square, unlike x, is what a
-// window knows to more digits than a double holds, and near the top every digit of it counts.
+// value[i] = I0 at (x/2)^2 = y[i] + rest[i], where |rest| is at most an ulp of y. Windows know (x/2)^2, unlike x, to
+// more digits than a double holds, and for large x the value depends on all of them.
 constexpr int bessel_batch = 16;
 void bessel_i0(const double *y, const double *rest, double *value);
 

@@ -1,5 +1,5 @@
-// Numbers of twice the precision of a double, as the sum of a double and what it lacks. Right only when compiled
-// without contraction. (Dekker 1971; Knuth, TAOCP 2, 4.2.2.)
+// Numbers of twice the precision of a double: the unevaluated sum of two doubles. Right only when compiled without
+// contraction. (Dekker 1971; Knuth, TAOCP 2, 4.2.2.)
 #pragma once
 
 namespace dsp {
@@ -8,7 +8,7 @@ struct double_double {
   double hi;
   double lo;
 
-  // a + b without error; in the first form for |a| >= |b|.
+  // a + b without error; ordered_sum needs |a| >= |b|.
   static double_double ordered_sum(double a, double b) {
     const double rounded = a + b;
     return {rounded, b - (rounded - a)};
@@ -20,9 +20,9 @@ struct double_double {
     return {rounded, (a - (rounded - b_part)) + (b - b_part)};
   }
 
-  // a b without error, short of overflow.
+  // a b without error, unless it overflows.
   static double_double product(double a, double b) {
-    constexpr double split = 134217729.0;  // 2^27 + 1 cuts a double into halves whose products are exact
+    constexpr double split = 134217729.0;  // 2^27 + 1 splits a double into halves whose products are exact
     const double a_high = split * a - (split * a - a);
     const double b_high = split * b - (split * b - b);
     const double a_low = a - a_high;

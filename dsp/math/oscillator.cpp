@@ -4,7 +4,7 @@
 
 namespace dsp {
 
-// 2 w, 4 w and 8 w are exact, which other multiples need not be: those are put together from them.
+// 2 w, 4 w and 8 w are exact; other multiples may round, so their rotations are products of these.
 oscillator::oscillator(double phase, double w) : phase_(phase), w_(w), lane_c_{1.0}, lane_s_{0.0} {
   double half_sine = 0.0;
   for (int p = 1; p < lanes; p *= 2) {

@@ -1,9 +1,9 @@
 // A sampled oscillator: cosine and sine of phase + w k for consecutive k. Each block of 256 starts from the C library's
-// values; within it eight neighbours turn together by 8 w.
+// values; within it eight neighbours are rotated together by 8 w.
 //
-// Turning by c cos(d) - s sin(d) loses digits where cos(d) is near 1, since what little it differs from 1 is rounded
-// away; c - (alpha c + beta s) with alpha = 2 sin^2(d/2) and beta = sin(d) does not. Towards half a turn alpha nears 2
-// and the plain form is the better one.
+// The rotation c cos(d) - s sin(d) loses digits where cos(d) is near 1, since 1 - cos(d) is rounded away. The form
+// c - (alpha c + beta s) with alpha = 2 sin^2(d/2) and beta = sin(d) keeps them. Near half a turn alpha approaches 2,
+// and the plain form is the more accurate one.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class oscillator {
 
   oscillator(double phase, double w);
 
-  // c[i], s[i] for k = first + i, i < count <= block; room for a whole block is written to.
+  // c[i], s[i] for k = first + i, i < count <= block. Writes up to a whole block, whatever `count` is.
   void operator()(std::int32_t first, std::int32_t count, double *c, double *s) const;
 
  private:
@@ -26,7 +26,7 @@ class oscillator {
 
   double phase_, w_;
   double lane_c_[lanes], lane_s_[lanes];
-  double cos_, sin_;  // of eight steps; when slow, alpha in place of the cosine
+  double cos_, sin_;  // of an angle of eight steps; when slow_, alpha instead of the cosine
   bool slow_;
 };
 

@@ -1,5 +1,5 @@
-// The bound that stands for infinity, and the comparisons that go with it. NaN is within bounds everywhere: it runs
-// through the formulas. Local to the file that includes it: kernel files (*.isa.cpp) do.
+// The bound that replaces infinity, and its comparisons. NaN counts as within bounds and propagates. Local to the file
+// that includes it, since kernel files (*.isa.cpp) do.
 #pragma once
 
 namespace dsp {
@@ -14,8 +14,8 @@ static inline double saturate(double x) {
   return x > overflow_bound ? overflow_bound : x < -overflow_bound ? -overflow_bound : x;
 }
 
-// The square of a component, and what stands for the square of one beyond the bound: the squares tell as well, since
-// that of the bound is 1e200 and that of the next number above is more.
+// The square of a component; `beyond` for a component beyond the bound. Comparing squares is enough: the bound's square
+// rounds to 1e200, and that of the next double to more.
 static inline double saturated_square(double x, double beyond = overflow_square) {
   const double square = x * x;
   return square > overflow_square ? beyond : square;

@@ -1,5 +1,5 @@
-// Sorting and selecting without branches that depend on the data: a processor that guesses half of them wrong spends
-// most of its time on that. `before` is a strict weak order on the samples given.
+// Sorting and selecting without branches that depend on the data, since the processor would mispredict half of them.
+// `before` is a strict weak order.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace dsp {
 
-// Moves the samples that belong in front, of one or more, there and counts them. The first one waits aside, so that
-// each of the others finds a place free.
+// Moves the samples that belong in front to the front and returns their count; n >= 1. The first sample is held back,
+// so that every other one moves into a free place.
 template <class Sample, class Belongs>
 std::int64_t split(Sample *x, std::int64_t n, Belongs belongs) {
   const Sample first = x[0];
@@ -33,7 +33,8 @@ Sample median(const Sample &a, const Sample &b, const Sample &c, Before before) 
   return std::max(std::min(a, b, before), std::min(std::max(a, b, before), c, before), before);
 }
 
-// The samples still to be sorted, and how many more partitions that may take before another method is called for.
+// The samples still to be sorted. `patience` counts the partitions left before heap sort takes over, which bounds the
+// worst case.
 template <class Sample>
 struct unsorted {
   Sample *x;
@@ -60,8 +61,8 @@ struct unsorted {
     return median(middle(n / 10, n / 10), middle(n / 10, n / 10 * 4), middle(n / 10, n / 10 * 7), before);
   }
 
-  // Moves the samples before a pivot to the front and counts them. If there are none, those that equal the pivot are
-  // where they belong: they are dropped.
+  // Moves the samples before a pivot to the front and returns their count. When there are none, those that equal the
+  // pivot are in their final place and are dropped.
   template <class Before>
   std::int64_t partition(Before before) {
     const Sample p = pivot(before);
@@ -107,7 +108,7 @@ void sort(Sample *x, std::int64_t n, Before before) {
   quicksort(unsorted<Sample>(x, n), before);
 }
 
-// Brings the sample there that sorting would bring to x[k], none behind it before it.
+// Selects the k-th smallest sample in place, as std::nth_element does.
 template <class Sample, class Before>
 void select(Sample *x, std::int64_t n, std::int64_t k, Before before) {
   Sample *const wanted = x + k;
@@ -124,7 +125,7 @@ void select(Sample *x, std::int64_t n, std::int64_t k, Before before) {
   rest.insert_each(before);
 }
 
-// NaN has no place in an order: it is set aside, behind the numbers.
+// NaN has no order: it is moved behind the numbers.
 inline bool is_nan(double x) { return std::isnan(x); }
 inline bool is_nan(dsp_complex z) { return std::isnan(z.re) || std::isnan(z.im); }
 
@@ -134,7 +135,7 @@ inline bool any_nan(const double *x, std::int64_t n) {
   return found != 0;
 }
 
-// Counts the numbers of n samples, having moved them to the front.
+// Moves the samples without NaN to the front and returns their count.
 template <class Sample>
 std::int64_t numbers_first(Sample *x, std::int64_t n) {
   constexpr int parts = sizeof(Sample) / sizeof(double);  // NOLINT(bugprone-sizeof-expression): 1 or 2

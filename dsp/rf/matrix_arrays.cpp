@@ -26,7 +26,7 @@ int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out,
   if (m < 0 || k < 0 || p < 0) return -1;
   const std::int64_t written = std::int64_t{m} * p;
   if (std::int64_t{k} * k > std::int64_t{m} * k || written > INT32_MAX) return -1;
-  if (k == 0) {  // sums of nothing; there may be nothing at a and b, either
+  if (k == 0) {  // empty sums; a and b may be null
     std::fill_n(out, written, dsp_complex{0.0, 0.0});
     return static_cast<int32_t>(written);
   }

@@ -7,7 +7,7 @@
 
 namespace dsp::rf {
 
-// For matrices too large for the compiler to unroll, row after row.
+// For matrices that are too large to unroll, row by row.
 struct matrix_kernel_set {
   // As field::eliminate and field::multiply.
   void (*eliminate)(double *a, std::int64_t n, std::int64_t k);

@@ -22,7 +22,7 @@ struct factor {
   V times(const V &z, const V &swapped) const { return re * z + im * swapped; }
 };
 
-// V is lanes, or the pair that is left over.
+// V is `widest`, or lanes<2> for the last element.
 template <class V>
 void subtract_multiple(double *row, const double *pivot, const factor<V> &f) {
   const V z = load<V>(pivot);
@@ -45,7 +45,7 @@ void eliminate(double *a, std::int64_t n, std::int64_t k) {
   }
 }
 
-// R rows of a times C neighbouring vectors of columns of b, each sum from the first term on.
+// R rows of a times C neighbouring vectors of columns of b. Each sum starts with its first term.
 template <class V, int R, int C>
 void multiply_tile(const double *a, const double *b, double *out, std::int64_t k, std::int64_t p) {
   constexpr int size = sizeof(V) / sizeof(double);

@@ -19,7 +19,7 @@ void solve_point(complex_matrix *m, dsp_complex *const *g, const dsp_complex *co
     row[1] = 1.0;
     row[2] = -actual[r] * measured[r];
   }
-  m->inv();  // whatever it leaves of a singular point is used; there is nobody to tell
+  m->inv();  // a singular point is not reported: its result is whatever the elimination leaves
   complex_value unknown[3];
   field::multiply(m->data(), measured, unknown, 3, 3, 1);
   g[0][i] = unknown[1];

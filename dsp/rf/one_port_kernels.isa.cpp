@@ -1,5 +1,5 @@
-// The calibration of as many neighbouring points at once as a vector has lanes: the same steps, and so the same bits,
-// as the matrix's inverse and product take.
+// The calibration of one point per lane, with the same steps, and so the same bits, as the matrix's inverse and
+// product.
 #pragma GCC diagnostic ignored "-Wpsabi"  // vectors are passed between functions of this file only
 
 #include "dsp/rf/one_port_kernels.h"
@@ -17,7 +17,7 @@ bool everywhere(const choice &c) {
   return all != 0;
 }
 
-// A complex number for each point.
+// One complex number per point.
 struct numbers {
   widest re, im;
 };
@@ -29,8 +29,8 @@ numbers operator-(const numbers &x, const numbers &y) { return {x.re - y.re, x.i
 numbers operator*(const numbers &x, const numbers &y) { return {x.re * y.re - x.im * y.im, x.re * y.im + x.im * y.re}; }
 widest sum_of_squares(const numbers &z) { return z.re * z.re + z.im * z.im; }
 
-// The elements of even and of odd number of two vectors in turn: real and imaginary parts of points, whose order does
-// not matter as long as packing and unpacking agree.
+// The even and the odd elements of two vectors: real and imaginary components of points. The order of the points does
+// not matter, since packing and unpacking agree.
 template <class V>
 struct halves {
   V even, odd;
@@ -65,13 +65,13 @@ void trade(const choice &c, numbers *x, numbers *y) {
   *y = {c ? was.re : y->re, c ? was.im : y->im};
 }
 
-// Pivots whose squares are within these bounds are neither near the one that counts as 0 nor near overflow.
+// Squared pivots within these bounds are far from underflow, which counts as 0, and from overflow.
 constexpr double least_square = 1e-22;
 constexpr double largest_square = 1e200;
 
 struct inverse {
   numbers a[3][3];
-  choice traded[3][3];  // rows k and r > k
+  choice traded[3][3];  // whether rows k and r > k were exchanged
   choice safe;
 
   template <int K>
@@ -110,7 +110,7 @@ struct inverse {
       for (int i = 0; i < 3; ++i) trade(traded[K][r], &a[i][K], &a[i][r]);
   }
 
-  // Whether the result is worth anything.
+  // False when a point has an extreme pivot and needs the general way.
   bool compute() {
     safe = widest{} == 0.0;
     reduce<0>();

@@ -1,7 +1,6 @@
-// Instruction sets. A file named *.isa.cpp is compiled once for each, with DSP_ISA naming the namespace its kernels
-// live in; its topic keeps one set of kernels for each and takes that of this processor. Such a file includes no
-// standard header that defines inline functions: the linker would keep one copy of them, perhaps not the one every
-// processor can run.
+// Instruction sets. A file named *.isa.cpp is compiled once for each, into the namespace that DSP_ISA names. It
+// includes no standard header that defines inline functions: the linker keeps one copy of such a function, and that
+// copy might use instructions the processor does not have.
 #pragma once
 
 #include <cstdint>

@@ -6,8 +6,8 @@
 
 #include "dsp/dsp.h"
 
-// An output that is an input exactly depends on no sample but its own; the compiler's overlap check would send that
-// case to a scalar loop.
+// Tells the compiler that samples do not depend on each other: they do not when the output is exactly an input, but its
+// overlap check would choose a scalar loop.
 #if defined(__clang__)
 #pragma clang diagnostic ignored "-Wpass-failed"  // not every kernel can be vectorised
 #define DSP_INDEPENDENT _Pragma("clang loop vectorize(assume_safety)")
@@ -42,9 +42,9 @@ static inline void with_samples(const double *x, bool x_complex, const double *y
   with_samples(x, x_complex, [=](const auto *p) { with_samples(y, y_complex, [=](const auto *q) { f(p, q); }); });
 }
 
-// out[i] = kernel(in[i]...); the inputs may be `out` itself. An output wider than an input takes the upper half of the
-// samples first, then the upper half of the rest, and so on: what is written then lies beyond all that is still to be
-// read.
+// out[i] = kernel(in[i]...); the inputs may be `out` itself. An output wider than an input is written from the back:
+// first the upper half, then the upper half of the rest, and so on. Each half lies behind all samples still to be read,
+// so the loops vectorise.
 template <class Out, class Kernel, class... In>
 static inline void walk(double *out, std::int64_t n, Kernel kernel, const In *...in) {
   Out *const to = as<Out>(out);

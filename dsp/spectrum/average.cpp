@@ -17,9 +17,9 @@ double derived_weight(std::int32_t flags, std::int32_t count, double limit) {
 
 using in_place = int32_t (*)(dsp_vec *);
 
-// The mean of f(x), taken back: f and its inverse are reciprocal and reciprocal, or logarithm and exponential.
+// The mean of f(x), mapped back by the inverse of f: reciprocal and reciprocal, or logarithm and exponential.
 int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double weight, in_place map, in_place back) {
-  if (samples(*in) != samples(*avg)) return -1;  // before the average is mapped
+  if (samples(*in) != samples(*avg)) return -1;  // checked before the average is mapped
   if (in != work && dsp_copy(work, in) != 0) return -1;
   map(work);
   map(avg);

@@ -1,4 +1,4 @@
-// The flags word that the spectrum routines share, taken apart once.
+// The flags shared by the spectrum routines, decoded once.
 #pragma once
 
 #include <cstdint>
@@ -11,12 +11,12 @@ struct spectrum_flags {
   bool inverse;
   bool two_sided;       // no factor for the missing side, complex transform
   bool sum;             // scaled as a sum over the full record, not as a mean
-  bool unwindowed;      // the data come windowed (forward)
+  bool unwindowed;      // the data are windowed already (forward)
   bool centred;         // the record is centred: halves swapped around the transform
   bool from_two_sided;  // the spectrum given is centred and complex (inverse)
   bool odd;             // the record had odd length (inverse, any length)
-  bool raw;             // nothing but the transform
-  bool swaps;           // the halves change places in the time domain
+  bool raw;             // the transform only
+  bool swaps;           // halves are swapped in the time domain
 
   spectrum_flags(std::int32_t word, dsp_window_type window)
       : inverse((word & DSP_SPECTRUM_INVERSE) != 0),

@@ -1,4 +1,4 @@
-// Windowed, padded and scaled spectra of a record, and the way back.
+// Windowed, padded and scaled spectra of a record, and their inverses.
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -11,12 +11,7 @@
 namespace dsp::spectrum {
 namespace {
 
-// Padding modes of dspi_zpad2 and dspi_unzpad.
-enum : std::int32_t { pad_scaled = 0x000, pad_plain = 0x002, pad_split_scaled = 0x300, pad_split_plain = 0x302 };
-
 constexpr std::int32_t largest_transform = 1 << 30;
-constexpr std::int32_t active_length = 8;  // window flag: the parameter is the active length
-constexpr std::int32_t swap_uniform = 16;  // window flag: swap the halves of the uniform window too
 
 std::int32_t transform_length(std::int32_t n) {
   return n < largest_transform ? static_cast<std::int32_t>(power_of_two_from(n)) : largest_transform;
@@ -24,19 +19,19 @@ std::int32_t transform_length(std::int32_t n) {
 
 std::int32_t rounded(double x) { return static_cast<std::int32_t>(std::round(x)); }
 
-// Where the signal is real and of one side, a half spectrum holds everything.
+// For real one-sided data, half of the spectrum is enough.
 bool one_sided(const spectrum_flags &f, bool is_complex) { return !is_complex && !f.two_sided && !f.raw; }
 
 int32_t window_or_swap(dsp_vec *v, dsp_window_type window, const spectrum_flags &f, bool by_active_length) {
   if (f.unwindowed) return f.swaps ? dspi_swap_halves2(v) : 0;
-  const std::int32_t swap = f.centred || f.sum ? swap_uniform : 0;
-  // Types without an active-length form take the record's own length, which is the active one.
+  const std::int32_t swap = f.centred || f.sum ? DSP_WND_SWAP_UNIFORM : 0;
+  // Windows without an active length take the record's own length, which is the active one.
   const bool has_active_form = window != DSP_WINDOW_TRIANGULAR && window < DSP_WINDOW_KAISER70;
   if (!by_active_length || !has_active_form) return dspi_window(v, window, swap);
-  return samples(*v) > 0 ? dspi_window2(v, window, active_length | swap, v->length) : 0;
+  return samples(*v) > 0 ? dspi_window2(v, window, DSP_WND_ACTIVE | swap, v->length) : 0;
 }
 
-// The factor that makes up for the side left out, or the sum's.
+// The factor for the omitted side, or for a sum instead of a mean.
 void scale_forward(dsp_vec *v, const spectrum_flags &f, double length) {
   if (f.sum)
     dspi_scale(v, length);
@@ -57,11 +52,11 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   const std::int32_t m = transform_length(n < 1 ? length : n);
   const std::int32_t active = rounded(std::fmin(fraction * m, length));
   if (dspu_subvec(in, out, 0, active) != 0) return -1;
-  std::int32_t mode = pad_plain;
+  std::int32_t mode = DSP_PAD_UNSCALED;
   if (!f.raw) {
     if (window_or_swap(out, window, f, true) != 0) return -1;
     scale_forward(out, f, m);
-    mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
+    mode = f.sum ? (DSP_PAD_SPLIT | DSP_PAD_UNSCALED) : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
   }
   if (dspi_zpad2(out, m, mode) != 0) return -1;
   if (half) return dspi_rfft(out);
@@ -69,12 +64,12 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   return f.raw ? 0 : dspi_swap_halves(out);
 }
 
-// A record of m samples from a spectrum of both sides, 0 in the middle, or from its upper half.
+// A record of m samples from a two-sided spectrum with 0 in the middle, or from its upper half.
 int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
   if (dsp_copy(out, in) != 0) return -1;
   dspi_swap_halves2(out);
-  if (dspi_zpad2(out, m, pad_split_plain) != 0) return -1;
-  dspi_unzpad(out, m, pad_split_plain);
+  if (dspi_zpad2(out, m, (DSP_PAD_SPLIT | DSP_PAD_UNSCALED)) != 0) return -1;
+  dspi_unzpad(out, m, (DSP_PAD_SPLIT | DSP_PAD_UNSCALED));
   return dspi_fft(out, 1);
 }
 
@@ -95,7 +90,7 @@ int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
     return dspi_fft(out, 1);
   }
   if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
-  const std::int32_t mode = f.sum ? pad_split_plain : f.swaps ? pad_split_scaled : pad_scaled;
+  const std::int32_t mode = f.sum ? (DSP_PAD_SPLIT | DSP_PAD_UNSCALED) : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
   dspi_unzpad(out, rounded(fraction * m), mode);
   return finish_inverse(out, f);
 }
@@ -147,7 +142,7 @@ int32_t cf_dsph_fft(const double *in_data, double *out_data, int32_t length, uin
                     dsp_window_type window, int32_t flags) {
   dsp_vec in;
   dsp_init(&in);
-  in.data = const_cast<double *>(in_data);  // read only: the transform runs in the output
+  in.data = const_cast<double *>(in_data);  // only read: the transform runs in the output
   in.length = length;
   in.is_complex = is_complex;
   temporary out;

@@ -1,14 +1,14 @@
-// Long sums in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 32 lanes, one double
-// in 32 each, eight additions at a time, and the lanes are added pairwise at the end; the total of the blocks carries
-// what its rounding takes. The order is the same on every processor; additions need not wait for one another; and a
-// mean is right to about 2 units in the last place whatever the length. Several sums come out of one traversal.
-// Everything is local to the file that includes it, as in simd/vector.h.
+// Sums of many terms in blocks of 2048 samples, whose partial sums start at 0. Inside a block a sum runs in 32 lanes,
+// each taking every 32nd double, in runs of eight additions; the lanes are added pairwise at the end. The total of the
+// blocks is compensated (Knuth's two-sum). So the order is the same on every processor, additions do not wait for one
+// another, and a mean is right to about 2 ulp at any length. Several sums come out of one pass. Everything is local to
+// the file that includes it, as in simd/vector.h.
 //
-// A kernel turns the doubles x, the `at`-th and following of their block, into the terms of its sums:
+// A kernel turns the doubles x, which begin at index `at` of their block, into the terms of its sums:
 //
 //     struct kernel {
 //       static constexpr int sums = 2;
-//       void operator()(const lanes &x, int at, lanes *term) const;
+//       void operator()(const widest &x, int at, widest *term) const;
 //     };
 #pragma once
 
@@ -23,8 +23,8 @@ constexpr int sum_lanes = 32;
 constexpr int sum_round = 8 * sum_lanes;
 constexpr int sum_block = 2048;  // samples
 
-// Adds whole rows to the lanes from `first` on that fill `Groups` registers. A block stays in the nearest cache, so
-// that lanes which find no register wait for another walk.
+// Adds whole rows to the `Groups` vectors of lanes from `first` on. Lanes that do not fit into registers are summed in
+// another pass over the block, which stays in the L1 cache.
 template <int Groups, class Kernel>
 void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, double (*lane)[sum_lanes]) {
   const int rows_end = n - n % sum_lanes;
@@ -46,7 +46,7 @@ void sum_some_lanes(const double *x, int n, int first, const Kernel &kernel, dou
     for (int g = 0; g < Groups; ++g) store(lane[k] + first + g * lane_count, total[k][g]);
 }
 
-// The last row of a signal, which lacks some of its 32 doubles.
+// The last row of a signal, which may have fewer than 32 doubles.
 template <class Kernel>
 void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kernel, double (*lane)[sum_lanes]) {
   for (int at = begin; at < end; at += lane_count) {
@@ -59,7 +59,7 @@ void sum_incomplete_row(const double *x, int begin, int end, const Kernel &kerne
   }
 }
 
-// As many registers as the sums of a kernel can be given.
+// The vectors of lanes that fit into registers at once.
 constexpr int groups_at_once(int sums) {
   const int registers = lane_count == 2 ? 4 : 8;
   int groups = sum_lanes / lane_count;
@@ -67,7 +67,7 @@ constexpr int groups_at_once(int sums) {
   return groups;
 }
 
-// The sums of the even and of the odd elements.
+// Adds the even elements and the odd elements.
 template <class V>
 inline lanes<2> fold(const V &v) {
   if constexpr (sizeof v == 2 * sizeof(double))
@@ -87,7 +87,8 @@ inline lanes<2> fold_lanes(const double *lane) {
   return fold(sum[0]);
 }
 
-// The sums over the even and over the odd of n doubles. Not inlined, so that it has the registers for itself.
+// The sums of the even and of the odd elements of n doubles. Not inlined: inside its caller it would run out of
+// registers.
 template <int Groups, class Kernel>
 __attribute__((noinline)) void sum_one_block(const double *x, int n, const Kernel &kernel, lanes<2> *pair) {
   double lane[Kernel::sums][sum_lanes];
@@ -97,7 +98,7 @@ __attribute__((noinline)) void sum_one_block(const double *x, int n, const Kerne
   for (int k = 0; k < Kernel::sums; ++k) pair[k] = fold_lanes(lane[k]);
 }
 
-// Sums of few numbers that keep what rounding takes (Knuth's two-sum).
+// Compensated sums (Knuth's two-sum).
 struct running_totals {
   lanes<2> value;
   lanes<2> rest = {};
@@ -108,11 +109,13 @@ struct running_totals {
     rest += (value - (sum - added)) + (x - added);
     value = sum;
   }
-  lanes<2> result() const { return rest == rest ? value + rest : value; }  // no rest beside infinity
+  lanes<2> result() const {
+    return rest == rest ? value + rest : value;
+  }  // the compensation is NaN beside an infinite sum
 };
 
-// block(x, n, pair) gives the sums over the even and over the odd of a block's n doubles. total[k * parts + part]
-// becomes the k-th sum; parts is 2 for complex samples, whose parts are summed apart, else 1.
+// block(x, n, pair) sums the even and the odd elements of a block's n doubles. total[k * parts + part] becomes the k-th
+// sum; parts is 2 for complex samples, whose components are summed separately, else 1.
 template <int Sums, class Block>
 void add_blocks(const double *x, std::int64_t samples, int parts, const Block &block, double *total) {
   running_totals sum[Sums] = {};
@@ -142,8 +145,8 @@ void blocked_sum(const double *x, std::int64_t samples, int parts, const Kernel 
   add_blocks<Kernel::sums>(x, samples, parts, block, total);
 }
 
-// The same for a kernel with a costly treatment of rare values: `fast` does without it, and a block whose sums numbered
-// `Guard`, of terms that are not negative, are not within `limit` is done again with `exact`.
+// The same for a kernel that treats rare values in a costly way: `fast` omits that. A block whose sum number `Guard`,
+// of non-negative terms, exceeds `limit` is summed again with `exact`.
 template <int Guard, class Fast, class Exact>
 void blocked_sum(const double *x, std::int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
                  double *total) {

@@ -8,7 +8,7 @@
 namespace dsp::stats {
 namespace {
 
-// The sample found, or what stands for one when nothing beat the start of the search.
+// Writes the sample at index `at`, or (re, im) when the search found none.
 int32_t put_extreme(const stats_input &x, dsp_vec *out, std::int64_t at, double re, double im) {
   if (x.n < 1) return put_sample(out, x.is_complex, 0.0, 0.0);
   if (at < 0) return put_sample(out, x.is_complex, re, im);

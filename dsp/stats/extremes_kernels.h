@@ -7,8 +7,9 @@
 
 namespace dsp::stats {
 
-// Samples are compared by key: a real one's value, a complex one's squared magnitude or, when a part is beyond +-1e100,
-// 1e100. The first sample with the greatest (least) key, -1 when no key is above -1e100 (below 1e100). NaN is no key.
+// Returns the first sample with the greatest (least) key: the value of a real sample, the squared magnitude of a
+// complex one, or 1e100 when one of its components is beyond +-1e100. -1 when no key is above -1e100 (below 1e100). NaN
+// never wins.
 struct extremes_kernel_set {
   std::int64_t (*greatest)(const double *x, std::int64_t n, int parts);
   std::int64_t (*least)(const double *x, std::int64_t n, int parts);

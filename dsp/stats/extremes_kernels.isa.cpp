@@ -16,7 +16,7 @@ struct value_key {
   widest operator()(const widest &x) const { return x; }
 };
 
-// The same in both places of a pair.
+// The same value in both elements of a pair.
 struct plain_magnitude_key {
   widest operator()(const widest &z) const {
     const widest square = z * z;
@@ -38,7 +38,7 @@ auto better(const V &a, const V &b) {
   return Least ? a < b : a > b;
 }
 
-// The best keys so far and the places of their doubles; in lanes, or one of all.
+// The best keys so far and the indices of their doubles, as vectors or as one number.
 template <class V>
 struct best_of {
   V key;
@@ -51,7 +51,7 @@ struct best_of {
   }
 };
 
-// The earlier one of two equal ones.
+// Of two equal keys the earlier wins.
 template <bool Least, class V>
 void merge(best_of<V> &into, const best_of<V> &other) {
   into.replace(better<Least>(other.key, into.key) | ((other.key == into.key) & (other.place < into.place)), other);
@@ -64,8 +64,8 @@ best_of<double> best_lane(const best_of<widest> &b) {
   return first;
 }
 
-// Calls take(key, row, group) along n doubles, each row of so many groups of lanes; NaN for the doubles that the last
-// row lacks.
+// Calls take(key, row, group) along n doubles, a row being a fixed number of vectors. Missing doubles of the last row
+// are NaN.
 template <class Key, class Take>
 void each_key(const double *x, int n, const Take &take) {
   constexpr int row = groups * lane_count;
@@ -79,7 +79,7 @@ void each_key(const double *x, int n, const Take &take) {
 template <bool Least>
 constexpr double start = Least ? overflow_bound : -overflow_bound;
 
-// The first double with the best key of a block, nowhere if none beats the start.
+// The first double with the best key of a block; `nowhere` if none beats the start.
 template <class Key, bool Least>
 best_of<double> best_in_block(const double *x, int n) {
   best_of<widest> best[groups];
@@ -92,7 +92,7 @@ best_of<double> best_in_block(const double *x, int n) {
   return best_lane<Least>(best[0]);
 }
 
-// The same of any number of doubles: by blocks, of which only the first with the best key is searched for its place.
+// The same for any number of doubles: finds the best key of each block, then searches the first block that has it.
 template <class Key, bool Least>
 best_of<double> first_best(const double *x, std::int64_t n) {
   if (n <= block_doubles) return best_in_block<Key, Least>(x, static_cast<int>(n));
@@ -116,8 +116,8 @@ best_of<double> first_best(const double *x, std::int64_t n) {
   return first;
 }
 
-// Complex samples are searched by plain keys, unless the best is so great that a part may be beyond the bound. (No
-// least key is: it would not beat the start.)
+// Searches complex samples by plain keys first, and again with saturation when the best is so great that a component
+// may be beyond the bound. (A least key never is: it would not beat the start.)
 template <bool Least>
 std::int64_t find(const double *x, std::int64_t n, int parts) {
   best_of<double> first =

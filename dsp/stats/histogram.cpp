@@ -8,7 +8,8 @@
 namespace dsp::stats {
 namespace {
 
-constexpr double upper_edge = 1.0 + 10.0 * 0x1p-52;  // values this little beyond the last bin belong to it
+constexpr double upper_edge =
+    1.0 + 10.0 * 0x1p-52;  // relative margin: values this close beyond the last bin belong to it
 
 struct bins {
   double start;
@@ -20,7 +21,7 @@ double magnitude(double re, double im) {
   return overflows(re) || overflows(im) ? overflow_bound : std::sqrt(re * re + im * im);
 }
 
-// value(i) is what is counted of sample i.
+// value(i) is the number counted for sample i.
 template <class Value>
 void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
   for (std::int64_t i = 0; i < n; ++i) {

@@ -1,4 +1,4 @@
-// What a statistic reads of its input, taken before the output is touched.
+// The input of a statistic, read before the output, which may be the same record, is written.
 #pragma once
 
 #include <cstdint>

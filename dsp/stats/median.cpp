@@ -9,7 +9,7 @@
 namespace dsp::stats {
 namespace {
 
-// In four strands, which need not wait for one another.
+// Four independent maxima, so that comparisons do not wait for one another.
 double greatest(const double *x, std::int64_t n) {
   const auto greater = [](double a, double b) { return a > b ? a : b; };
   double best[4] = {x[0], x[0], x[0], x[0]};
@@ -20,7 +20,7 @@ double greatest(const double *x, std::int64_t n) {
   return greater(greater(best[0], best[1]), greater(best[2], best[3]));
 }
 
-// The middle two of n >= 1 real samples, sorted no further than that takes. NaN comes last, as in dspi_sort.
+// The middle two of n >= 1 real samples, by selection instead of a full sort. NaN comes last, as in dspi_sort.
 void select_middle(double *x, std::int64_t n, double *lower, double *upper) {
   const std::int64_t numbers = numbers_first(x, n);
   const std::int64_t middle = n / 2;

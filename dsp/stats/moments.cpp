@@ -63,7 +63,7 @@ double skewness(const stats_input &x) {
   return m3 != 0.0 ? overflow_bound : 0.0;
 }
 
-// About the true mean: fourth powers do not forgive a guess.
+// About the true mean: with fourth powers a provisional mean would cost digits.
 double excess_kurtosis(const stats_input &x) {
   if (x.n < 1) return -3.0;
   const widest about = broadcast(clamped_mean(x));

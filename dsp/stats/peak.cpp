@@ -16,7 +16,7 @@ struct peak {
   std::int32_t status;
 };
 
-// The samples a search looks at: real ones as they are, complex ones by squared magnitude.
+// The values searched: real samples, or the squared magnitudes of complex ones.
 class trace {
  public:
   explicit trace(const dsp_vec &v) : data_(v.data), length_(samples(v)), is_complex_(v.is_complex != 0) {}
@@ -56,8 +56,8 @@ peak parabolic(const trace &y, std::int32_t i) {
   return {y[i] + slope * slope / (-4 * curvature), i + slope / (-2 * curvature), 0};
 }
 
-// A Gaussian of fixed width through the larger neighbour pair. `sharpness` is the logarithm it loses one sample from
-// its centre; the logarithm of the pair's ratio tells how far the centre lies from their middle.
+// A Gaussian of fixed width through the maximum and its larger neighbour. `sharpness` is the drop of the logarithm one
+// sample from the centre; the logarithm of the ratio of the two samples gives the centre's distance from their middle.
 peak gaussian(const trace &y, std::int32_t i, bool corrected) {
   constexpr double sharpness = 0.315563649157834;
   constexpr double ratio_per_sample = 1.262254596631336;
@@ -104,7 +104,7 @@ int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index)
       case DSP_PEAK_GAUSS_CORR:
         found = gaussian(y, i, true);
         break;
-      default:  // a signal given as its own result stays whole
+      default:  // an output on the input's buffer stays unchanged
         if (!shares_buffer(*in, *out)) size_result(out);
         return -1;
     }

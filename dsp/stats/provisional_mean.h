@@ -5,7 +5,7 @@
 
 namespace dsp::stats {
 
-// The mean of the first, middle and last sample, in one part of them. There must be one.
+// The mean of the first, middle and last sample, for one component. n >= 1.
 inline double provisional_mean(const stats_input &x, int part) {
   const auto at = [&](std::int64_t i) { return x.data[i * x.parts + part]; };
   return (at(0) + at(x.n / 2) + at(x.n - 1)) / 3.0;

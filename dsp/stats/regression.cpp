@@ -18,7 +18,8 @@ struct scatter {
   double var_x, var_y, cov;
 };
 
-// Sums over a trace: y against its place. Places start again in every block, as the users of the twenty values expect.
+// Sums over a trace: y against its index in its block of 2048. The index restarts in every block: promised, odd as it
+// is, and the twenty values of dsps_lin_regres2 stand on it.
 template <class Powers>
 struct trace_points {
   static constexpr int sums = 5;
@@ -37,7 +38,7 @@ struct trace_points {
   }
 };
 
-// Sums over points in the plane: each is for x and for y, that of the product twice.
+// Sums over points in the plane: pairs for x and for y. The sum of products appears twice.
 template <class Powers>
 struct plane_points {
   static constexpr int sums = 3;
@@ -135,7 +136,7 @@ void summarise(const scatter &s, double *summary) {
 void summarise(const dsp_vec &in, double *summary) {
   const stats_input points(in);
   for (int i = 0; i < summary_length; ++i) summary[i] = 0.0;
-  if (points.n == 1) {  // nothing to fit: the point itself
+  if (points.n == 1) {  // one point: the line passes through it
     summary[1] = summary[15] = points.data[points.parts - 1];
     summary[8] = summary[14] = points.is_complex ? points.data[0] : 0.0;
   } else if (points.n > 1) {

@@ -1,4 +1,4 @@
-// Where a statistic puts its value: a signal of one sample, whose dx stays. Called after the last input sample has been
+// The result of a statistic: a signal of one sample that keeps its dx. Written after the last input sample has been
 // read, since the output may be the input.
 #pragma once
 

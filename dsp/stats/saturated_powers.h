@@ -1,5 +1,5 @@
-// Terms of sums that saturate: a value beyond +-1e100 counts as +-1e100, its powers as fixed numbers. Everything is
-// local to the file that includes it, as in simd/vector.h.
+// Powers that saturate: a value beyond +-1e100 counts as +-1e100, and its powers as fixed numbers. Local to the file
+// that includes it, as simd/vector.h is.
 #pragma once
 
 #include "dsp/math/saturation.h"
@@ -8,7 +8,7 @@
 namespace dsp::stats {
 namespace {
 
-// A sum of squares this small has no value beyond +-1e100 in it.
+// A smaller sum of squares contains no value beyond +-1e100.
 constexpr double squares_within_bound = 0.5 * overflow_square;
 
 inline auto beyond(const widest &x) { return (x > overflow_bound) | (x < -overflow_bound); }

@@ -1,4 +1,4 @@
-// The sums that most statistics stand on, compiled once per instruction set; the same bits on every processor.
+// The sums behind most statistics, compiled once per instruction set; the same bits on every processor.
 #pragma once
 
 #include <cstdint>

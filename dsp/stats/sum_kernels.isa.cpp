@@ -17,7 +17,7 @@ struct plain_square {
   void operator()(const widest &x, int, widest *term) const { term[0] = x * x; }
 };
 
-// The two parts of a complex sample share its 1e100.
+// A complex sample with a component beyond the bound counts as one 1e100.
 struct saturated_square {
   static constexpr int sums = 1;
   int parts;

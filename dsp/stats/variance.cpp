@@ -10,8 +10,8 @@
 namespace dsp::stats {
 namespace {
 
-// One pass about a guess at the mean, so that little is lost in the final subtraction; a residue of rounding may be
-// negative and stays so.
+// One pass about a provisional mean, so that the final subtraction loses few digits. Rounding may leave a small
+// negative result, which is returned as it is.
 double population_variance(const stats_input &x) {
   if (x.n < 1) return 0.0;
   const double about[2] = {provisional_mean(x, 0), provisional_mean(x, x.parts - 1)};

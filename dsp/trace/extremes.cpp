@@ -1,4 +1,4 @@
-// The first place of the largest or smallest value of a range, with or without a band left out.
+// The index of the first largest or smallest value of a range, with or without an excluded band.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -24,7 +24,7 @@ struct candidate {
   std::int64_t at;
 };
 
-// Looks for better values in blocks, and for the place of the best one in its block alone.
+// Compares block by block, and searches only the best block for the index.
 template <class Extreme>
 void search(const double *x, std::int64_t begin, std::int64_t end, candidate *best) {
   constexpr std::int64_t block = 512;
@@ -64,7 +64,7 @@ int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop) {
 
 int32_t vfpd_FindMin(const double *arr, int32_t start, int32_t stop) {
   if (std::int64_t{start} + 1 >= stop) return start;
-  candidate best = {std::numeric_limits<double>::max(), start};  // the first element itself is no candidate
+  candidate best = {std::numeric_limits<double>::max(), start};  // the first element itself is never chosen
   search<smallest>(arr, std::int64_t{start} + 1, stop, &best);
   return static_cast<int32_t>(best.at);
 }

@@ -1,4 +1,4 @@
-// Measurement points as they are displayed, and phase without jumps.
+// Measurement points in display formats, and phase without jumps.
 #include <cmath>
 #include <cstdint>
 
@@ -9,7 +9,7 @@
 namespace dsp::trace {
 namespace {
 
-// 180/pi to 13 digits: the instrument has always shown its phases with this factor.
+// 180/pi to 13 digits: displayed phases have always used this factor.
 constexpr double degrees_per_radian = 57.29577951307855;
 
 double phase(const dsp_complex &z) { return std::atan2(z.im, z.re); }
@@ -23,7 +23,7 @@ void level(const dsp_complex *in, double *out, std::int64_t n, double factor) {
   each(in, out, n, [factor](const dsp_complex &z) { return factor * std::log10(z.re * z.re + z.im * z.im); });
 }
 
-// The turns that the points already unwrapped have gone through. A count that is none starts again at 0.
+// The turns accumulated by the points unwrapped so far; 0 when that count is not finite.
 double turns_before(int32_t start, const double *unwrapped) {
   if (start <= 1) return 0.0;
   const double turns = std::trunc((unwrapped[start - 1] - unwrapped[0]) / two_pi);

@@ -1,5 +1,5 @@
-// The modes of the floating-point unit, as the bits of the VFP's status and control register: 24 flushes subnormal
-// numbers to zero, 25 gives the default NaN, 22 and 23 select the rounding.
+// The modes of the floating-point unit, as bits of the VFP's FPSCR: bit 24 flushes subnormal numbers to zero, bit 25
+// selects the default NaN, bits 22 and 23 the rounding.
 #include <cstdint>
 
 #include "dsp/dsp.h"
@@ -14,8 +14,8 @@ namespace {
 constexpr uint32_t flush_to_zero = 1u << 24;
 constexpr uint32_t default_nan = 1u << 25;
 
-// Below, for each unit: read_modes(), and write_modes(value, changing), which leaves alone what the host set behind our
-// back in the unit unless those bits are among the changing ones.
+// For each unit: read_modes(), and write_modes(value, changing), which writes the bits in `changing` and keeps all
+// others as the host has set them.
 
 #if defined(__arm__) && defined(__VFP_FP__) && !defined(__SOFTFP__)
 
@@ -39,7 +39,7 @@ void write_modes(uint32_t value, uint32_t) { __asm__ volatile("msr fpcr, %0" : :
 
 #elif defined(__SSE2_MATH__) || defined(_M_X64)
 
-// MXCSR has the same modes at other places; its rounding modes 1 and 2 are ours exchanged.
+// MXCSR has the same modes at other bits, and its rounding modes 1 and 2 are exchanged.
 constexpr uint32_t mxcsr_flush = 0x8000 | 0x0040;  // results and operands
 constexpr uint32_t swap_bits(uint32_t two) { return (two & 1) << 1 | two >> 1; }
 
@@ -51,7 +51,7 @@ uint32_t to_mxcsr(uint32_t modes) {
   return ((modes & flush_to_zero) != 0 ? mxcsr_flush : 0) | swap_bits(modes >> 22 & 3) << 13;
 }
 
-// A thread inherits its unit's modes, so its word starts from them.
+// A thread inherits the unit's modes, so its stored word starts from them.
 thread_local uint32_t word = from_mxcsr(_mm_getcsr());
 
 uint32_t read_modes() { return word; }
@@ -62,7 +62,7 @@ void write_modes(uint32_t value, uint32_t changing) {
   _mm_setcsr((_mm_getcsr() & ~mask) | (to_mxcsr(value) & mask));
 }
 
-#else  // nothing to switch: a word that remembers
+#else  // no such modes: a variable stores the word
 
 uint32_t word = 0;
 

@@ -23,7 +23,7 @@ struct trace_kernel_set {
   // out[i] = out_lo + k (in[i] - lo), which may lie in place; as integers truncated and saturated, NaN as 0.
   void (*map)(const double *in, std::int64_t n, double lo, double k, double *out, double out_lo);
   void (*map_to_int)(const double *in, std::int64_t n, double lo, double k, std::int32_t *out, double out_lo);
-  // The largest of `than` and the values above it; the smallest of `than` and the values below it.
+  // The largest value above `than`, or `than`; the smallest value below `than`, or `than`.
   double (*largest)(const double *x, std::int64_t n, double than);
   double (*smallest)(const double *x, std::int64_t n, double than);
   void (*line)(double *x, std::int32_t n, double first, double step);  // x[i] = first + step i

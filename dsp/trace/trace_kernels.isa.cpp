@@ -6,7 +6,7 @@ namespace dsp::trace {
 namespace DSP_ISA {
 namespace {
 
-// Elements before the next border of a cache line: wide stores across it cost double.
+// Elements up to the next cache line: wide stores that cross lines cost twice as much.
 template <class T>
 std::int64_t to_border(const T *x, std::int64_t n) {
   const auto count = static_cast<std::int64_t>((64 - reinterpret_cast<std::uintptr_t>(x) % 64) % 64 / sizeof(T));
@@ -20,7 +20,7 @@ void scale(T factor, T *x, std::int64_t n) {
   for (; i < n; ++i) x[i] *= factor;
 }
 
-// By lanes, since the compiler would take in place for a dependence between the samples.
+// Written with vectors: the compiler would take working in place for a dependence between samples.
 void map(const double *in, std::int64_t n, double lo, double k, double *out, double out_lo) {
   std::int64_t i = 0;
   for (; i + lane_count <= n; i += lane_count) store(out + i, out_lo + k * (load<widest>(in + i) - lo));
@@ -37,7 +37,7 @@ void map_to_int(const double *in, std::int64_t n, double lo, double k, std::int3
   }
 }
 
-// `better` compares lanes or numbers. NaN is never better.
+// `better` compares vectors or numbers. NaN is never better.
 template <class Better>
 double best(const double *x, std::int64_t n, double than, Better better) {
   constexpr int side = 4;

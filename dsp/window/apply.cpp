@@ -1,4 +1,4 @@
-// Putting windows on signals.
+// Multiplying signals by windows.
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"

@@ -9,7 +9,7 @@ namespace {
 
 struct slot {
   dsp_vec window;
-  dsp_window_type type;  // no_type: not to be found
+  dsp_window_type type;  // no_type: empty
   std::int32_t flags;
   double active;
 };
@@ -20,7 +20,7 @@ constexpr std::int32_t telling_flags = DSP_WND_SCALE_MASK | DSP_WND_SYMMETRIC | 
 
 slot *slots = nullptr;
 std::int32_t used = 0;
-std::int32_t oldest = 0;  // the next to be replaced, once all are used
+std::int32_t oldest = 0;  // the next entry to replace, once all are used
 
 slot *find(std::int32_t n, dsp_window_type type, std::int32_t flags, double active) {
   for (slot *s = slots; s != slots + used; ++s)

@@ -3,9 +3,9 @@
 namespace dsp::window {
 namespace {
 
-// Published coefficients, used to the digit. The raw ones of the flat-tops are as published; their amplitude sets have
-// a first term that is not quite 1 and is what a flat-top's mean is meant to be. Hann to Blackman-Harris sum up to 1.
-// The power sets are the raw ones over sqrt(a0^2 + sum a_k^2 / 2).
+// Published coefficients, digit by digit. The raw flat-tops are as published; the first term of their amplitude sets is
+// not exactly 1, and is the mean a flat-top is meant to have. Hann to Blackman-Harris sum to 1. The power sets are the
+// raw ones over sqrt(a0^2 + sum a_k^2 / 2).
 struct sets {
   dsp_window_type type;
   std::int32_t terms;

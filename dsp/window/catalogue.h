@@ -7,8 +7,8 @@
 
 namespace dsp::window {
 
-// The sum of a type in one of its normalisations; no terms for a type that is no cosine sum. In amplitude scale the
-// mean is 1 (that of the flat-tops their first coefficient), in power scale the mean square, raw sums reach 1.
+// The cosine sum of a type in one of its normalisations; no terms for a type that is not a cosine sum. Amplitude scale
+// has the mean 1 (flat-tops: their first coefficient), power scale the mean square 1, raw sums the maximum 1.
 cosine_sum catalogued_sum(dsp_window_type type, window_scale scale);
 
 }  // namespace dsp::window

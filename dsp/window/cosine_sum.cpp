@@ -7,8 +7,8 @@
 namespace dsp::window {
 namespace {
 
-// Adds c cos(2 pi k d / period). Every so many samples an exact point, turned on by a short exact table in the form
-// cos(a + b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses next to nothing.
+// Adds c cos(2 pi k d / period). Angles at fixed steps are exact; between them a short exact table rotates by cos(a +
+// b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses almost no digits.
 class harmonic {
  public:
   harmonic(double c, double k, double period, std::int32_t count) : c_(c), k_(k), period_(period) {
@@ -65,8 +65,9 @@ void evaluate(const cosine_sum &sum, double period, double first, std::int32_t c
     harmonic(sum.c[k], static_cast<double>(k), period, count).add(first, count, to);
 }
 
-double size_of_period(const cosine_sum &sum, window_scale scale, std::int64_t n) {
-  if (scale == window_scale::raw || n >= 2 * sum.terms - 1) return 1.0;  // so many tell every product from a constant
+double coherent_gain(const cosine_sum &sum, window_scale scale, std::int64_t n) {
+  if (scale == window_scale::raw || n >= 2 * sum.terms - 1)
+    return 1.0;  // no product of two terms aliases to a constant
   return scale == window_scale::amplitude ? mean_gain(sum, n) : std::sqrt(1.0 + aliased_power(sum, n));
 }
 

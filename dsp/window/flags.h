@@ -7,7 +7,7 @@
 
 namespace dsp::window {
 
-constexpr dsp_window_type window_tukey = 24;  // has no name
+constexpr dsp_window_type window_tukey = 24;  // not a public type
 
 enum class window_scale : std::int32_t { amplitude = DSP_WND_AMPLITUDE, power = DSP_WND_POWER, raw = DSP_WND_RAW };
 

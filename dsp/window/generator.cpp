@@ -27,13 +27,13 @@ void uniform_part(double *w, std::int32_t n, window_scale scale, double active) 
 void cosine_window(double *w, const window_layout &at, const cosine_sum &sum, window_scale scale) {
   fill_symmetric(w, at,
                  [&](double first, std::int32_t count, double *to) { evaluate(sum, at.span, first, count, to); });
-  const double size = size_of_period(sum, scale, at.n);
-  if (size == 1.0) return;
-  for (std::int32_t i = 0; i < at.n; ++i) w[i] /= size;
+  const double gain = coherent_gain(sum, scale, at.n);
+  if (gain == 1.0) return;
+  for (std::int32_t i = 0; i < at.n; ++i) w[i] /= gain;
 }
 
-// A sum over the inner `active` samples, zeros outside; or, where these are more than n, the inner part of a longer
-// one.
+// A cosine sum over the inner `active` samples with zeros outside; where `active` exceeds n, the inner n samples of the
+// longer window.
 void active_part(double *w, std::int32_t n, const cosine_sum &sum, window_scale scale, double active) {
   const std::int32_t most = (n - 1) / 2;
   const std::int32_t each_side = active / 2 < most ? static_cast<std::int32_t>(active / 2) : most;
@@ -43,7 +43,7 @@ void active_part(double *w, std::int32_t n, const cosine_sum &sum, window_scale 
   std::fill(w, centre - each_side, 0.0);
   for (std::int32_t j = 1; j <= each_side; ++j) *(centre - j) = centre[j];
   if (active < n) {
-    if (std::fmod(active, 2.0) == 0.0) centre[each_side] = 0.0;  // one period: its two ends are one
+    if (std::fmod(active, 2.0) == 0.0) centre[each_side] = 0.0;  // the two ends are one sample of the period
   } else if (n % 2 == 0) {
     evaluate(sum, active, n / 2, 1, w);
   }

@@ -8,13 +8,13 @@
 
 namespace dsp::window {
 
-// Whether a type goes with flags and active length.
+// Whether the flags and an active length are allowed for a type.
 bool available(dsp_window_type type, std::int32_t flags, double active);
 
-// Writes such a window of n >= 1 samples; `active` counts with DSP_WND_ACTIVE.
+// Writes a window of n >= 1 samples; `active` is read with DSP_WND_ACTIVE only.
 void generate(double *w, std::int32_t n, dsp_window_type type, std::int32_t flags, double active);
 
-// What the triangle of n samples reaches at its centre.
+// The centre value of a triangle of n samples.
 double triangle_peak(window_scale scale, std::int32_t n);
 
 // The raw window of a type (no DSP_WND_ACTIVE) laid out for filter taps.

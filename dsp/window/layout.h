@@ -20,7 +20,7 @@ inline window_layout layout_of(std::int32_t n, std::int32_t flags) {
   return {n, static_cast<double>(symmetric ? n - 1 : n), symmetric && n % 2 == 0};
 }
 
-// For filter taps: symmetric, but as wide as the periodic form, since taps of weight 0 at the ends would be wasted.
+// For filter taps: symmetric, but as wide as the periodic form, which has no taps of weight 0 at its ends.
 inline window_layout tap_layout(std::int32_t n) { return {n, static_cast<double>(n), n % 2 == 0}; }
 
 // Samples in the right half, from the centre on.

@@ -9,7 +9,7 @@ struct named_type {
   dsp_window_type type;
 };
 
-// A type's first name is its usual one. Each may be preceded by DSP_WINDOW_.
+// The first name of each type is the one dsp_window_name returns. Every name may carry the prefix DSP_WINDOW_.
 constexpr named_type names[] = {
     {"uniform", 0},    {"rectangular", 0},
     {"none", 0},       {"p000", 0},
@@ -35,7 +35,7 @@ constexpr named_type names[] = {
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-// What follows `prefix` in `text`, upper and lower case alike; null if it does not start so.
+// The text after `prefix`, without regard to case; null if `text` does not begin with it.
 const char *after(const char *text, const char *prefix) {
   for (; *prefix != 0; ++text, ++prefix)
     if (lower(*text) != *prefix) return nullptr;
@@ -62,7 +62,7 @@ int32_t dsp_window_from_str(const char *name, dsp_window_type *type) {
   return -1;
 }
 
-// Callers rely on it to refuse every type.
+// Callers rely on the refusal of every type.
 int32_t dsp_window_to_str(dsp_window_type, char *buffer, int32_t size) {
   if (buffer != nullptr && size > 0) buffer[0] = 0;
   return -1;

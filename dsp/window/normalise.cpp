@@ -6,7 +6,7 @@ namespace {
 double statistic(int32_t (*reduce)(const dsp_vec *, dsp_vec *), const double *w, std::int32_t n) {
   double value = 0.0;
   const dsp_vec in = {1.0, const_cast<double *>(w), 0, n, 0, 0};
-  dsp_vec out = {1.0, &value, 1, 1, 0, 0};  // large enough, so nothing is allocated and nothing can fail
+  dsp_vec out = {1.0, &value, 1, 1, 0, 0};  // has room for the result, so nothing is allocated and nothing can fail
   reduce(&in, &out);
   return value;
 }

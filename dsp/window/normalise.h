@@ -10,7 +10,8 @@ namespace dsp::window {
 double mean(const double *w, std::int32_t n);
 double rms(const double *w, std::int32_t n);
 
-// Amplitude scale: mean `target`; power scale: mean square 1; raw, or nothing to scale: as it is.
+// Scales to the mean `target` (amplitude scale) or the mean square 1 (power scale). Raw windows, and those whose mean
+// is 0, stay as they are.
 void normalise(double *w, std::int32_t n, window_scale scale, double target = 1.0);
 
 }  // namespace dsp::window

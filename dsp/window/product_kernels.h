@@ -1,4 +1,5 @@
-// A window put on a signal, in one pass also when the halves change places. Compiled once per instruction set.
+// Multiplies a signal by a window, and swaps its halves in the same pass where asked. Compiled once per instruction
+// set.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +8,7 @@
 
 namespace dsp::window {
 
-// v: n samples, w: n weights. The swapped ones take an even n.
+// v: n samples, w: n weights. The swapping ones need an even n.
 struct product_kernel_set {
   void (*real)(double *v, const double *w, std::int32_t n);
   void (*complex)(double *v, const double *w, std::int32_t n);

@@ -10,10 +10,10 @@ namespace {
 
 double sum_scale(dsp_window_type type, window_scale scale, int32_t n) {
   const cosine_sum sum = catalogued_sum(type, scale);
-  return sum.c[0] / catalogued_sum(type, window_scale::raw).c[0] / size_of_period(sum, scale, n);
+  return sum.c[0] / catalogued_sum(type, window_scale::raw).c[0] / coherent_gain(sum, scale, n);
 }
 
-// From the window itself.
+// Measured on the window itself.
 int32_t measured_scale(double *result, dsp_window_type type, window_scale scale, int32_t flags, int32_t n,
                        double active) {
   if (!available(type, flags | DSP_WND_RAW, active)) return -1;

@@ -24,8 +24,8 @@ void fill(double *w, const window_layout &at, window_scale scale, double peak, c
   normalise(w, at.n, scale);
 }
 
-// I0(beta sqrt(1 - (2d/span)^2)), whose argument is carried to more than double precision: I0 magnifies its relative
-// error by the argument itself.
+// I0(beta sqrt(1 - (2d/span)^2)). Its argument is carried in more than double precision, since I0 multiplies the
+// argument's relative error by the argument.
 class kaiser_shape {
  public:
   kaiser_shape(double beta, double span)
@@ -64,7 +64,7 @@ class kaiser_shape {
 }  // namespace
 
 void kaiser(double *w, const window_layout &at, window_scale scale, double beta) {
-  // Beyond these the values, or their squares, overflow.
+  // The values, or their squares, overflow beyond these.
   const double limit = scale == window_scale::power ? 230.25850929940458 : 460.51701859880916;
   if (std::fabs(beta) > limit) beta = limit;
   if (at.n == 1) {
@@ -110,7 +110,7 @@ void tukey(double *w, const window_layout &at, window_scale scale, double alpha)
     const double from_edge = half - d;
     if (from_edge >= tapered / 2) return 1.0;
     const double s = std::sin(pi * (from_edge / tapered));
-    return s * s;  // 1/2 + 1/2 cos, without its cancellation at the edge
+    return s * s;  // the same as 1/2 + 1/2 cos, without cancellation at the edge
   });
 }
 
