@@ -56,7 +56,7 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
   if (!f.raw) {
     if (window_or_swap(out, window, f, true) != 0) return -1;
     scale_forward(out, f, m);
-    mode = f.sum ? (DSP_PAD_SPLIT | DSP_PAD_UNSCALED) : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
+    mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
   }
   if (dspi_zpad2(out, m, mode) != 0) return -1;
   if (half) return dspi_rfft(out);
@@ -68,8 +68,8 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
 int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
   if (dsp_copy(out, in) != 0) return -1;
   dspi_swap_halves2(out);
-  if (dspi_zpad2(out, m, (DSP_PAD_SPLIT | DSP_PAD_UNSCALED)) != 0) return -1;
-  dspi_unzpad(out, m, (DSP_PAD_SPLIT | DSP_PAD_UNSCALED));
+  if (dspi_zpad2(out, m, DSP_PAD_SPLIT | DSP_PAD_UNSCALED) != 0) return -1;
+  dspi_unzpad(out, m, DSP_PAD_SPLIT | DSP_PAD_UNSCALED);
   return dspi_fft(out, 1);
 }
 
@@ -90,7 +90,7 @@ int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
     return dspi_fft(out, 1);
   }
   if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
-  const std::int32_t mode = f.sum ? (DSP_PAD_SPLIT | DSP_PAD_UNSCALED) : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
+  const std::int32_t mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
   dspi_unzpad(out, rounded(fraction * m), mode);
   return finish_inverse(out, f);
 }
