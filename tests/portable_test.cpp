@@ -10,6 +10,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/each_isa.h"
 #include "tests/support/scene.h"
@@ -48,20 +50,27 @@ void check_record(const dsp_vec &v, int32_t status) {
   }
 }
 
-std::uint64_t results_of(const routine &r) {
+// Calls step(place, hash so far) after each call and signal, so that two runs can be compared step by step.
+template <class Step>
+std::uint64_t results_of(const routine &r, const Step &step) {
   hash h;
+  int call = 0;
   for (const bool hostile : {false, true})
     each_case(r, INT32_MAX, hostile,
               [&](const std::vector<part> &signals, const std::vector<record> &contents, int variant) {
                 scene s(contents, separate(signals));
                 const int32_t status = s.run(r, variant);
                 EXPECT_TRUE(status == 0 || status == -1) << status;
+                const std::string place = "call " + std::to_string(call++) + ", variant " + std::to_string(variant);
                 h.add(static_cast<std::uint64_t>(status != 0));
+                step(place + ", status", h.value());
                 for (std::size_t i = 0; i < signals.size(); ++i) {
                   check_record(s[i], status);
                   if (status == 0 && signals[i].role != 'w') h.add(s[i]);
+                  step(place + ", signal " + std::to_string(i), h.value());
                 }
                 for (const double x : s.numbers()) h.add(x);
+                step(place + ", numbers", h.value());
               });
   return h.value();
 }
@@ -115,12 +124,36 @@ bool is_fused(const routine &r) {
   return (baseline_fuses || dsp::active_isa() != dsp::isa::baseline) && routines.count(r.name) > 0;
 }
 
+// Where this instruction set departs from the baseline; where the baseline itself departs from the table, only a run on
+// the other platform can tell: both write their steps to a file, and `diff` finds the first.
+std::string first_difference(const routine &r) {
+  const dsp::isa here = dsp::active_isa();
+  std::vector<std::pair<std::string, std::uint64_t>> steps;
+  dsp::force_isa(dsp::isa::baseline);
+  const std::uint64_t baseline =
+      results_of(r, [&](const std::string &place, std::uint64_t value) { steps.emplace_back(place, value); });
+  dsp::force_isa(here);
+  if (baseline != r.result) {
+    std::ofstream file(std::string(r.name) + ".steps");
+    for (const auto &[place, value] : steps) file << place << ": " << std::hex << value << std::dec << '\n';
+    return ", on the baseline too: compare " + std::string(r.name) + ".steps with that of another platform";
+  }
+  std::string first;
+  std::size_t at = 0;
+  results_of(r, [&](const std::string &place, std::uint64_t value) {
+    if (first.empty() && value != steps[at].second) first = ", from the baseline first at " + place;
+    ++at;
+  });
+  return first;
+}
+
 TEST(Results, AreTheSameEverywhere) {
   on_each_isa([] {
     for (const routine &r : routines()) {
-      const std::uint64_t result = results_of(r);
+      const std::uint64_t result = results_of(r, [](const std::string &, std::uint64_t) {});
       if (r.result == of_functions || r.result == of_transforms || is_fused(r)) continue;
-      EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << std::hex << " gives 0x" << result;
+      EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << std::hex << " gives 0x" << result
+                                  << first_difference(r);
     }
   });
   dsp_free_internal();
