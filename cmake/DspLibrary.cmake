@@ -36,8 +36,11 @@ set(dsp_fused_kernels ${dsp_kernels})
 list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/(fft/|filter/fir_)")
 set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
 # Written in vectors where they pay; making more of them costs its short transforms twice their time.
-set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize
-                                                                              -fno-tree-slp-vectorize)
+set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp ${PROJECT_SOURCE_DIR}/dsp/fft/mixed_kernels.isa.cpp
+  APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize -fno-tree-slp-vectorize)
+# A loop for each kind of result would repeat the butterfly in it.
+set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/mixed_kernels.isa.cpp APPEND PROPERTY
+             COMPILE_OPTIONS $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops>)
 
 set(dsp_isas baseline)
 if(DSP_ISA_DISPATCH AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)

@@ -1,138 +1,130 @@
 #include "dsp/fft/chirp.h"
 
 #include <cmath>
+#include <cstring>
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
+#include "dsp/fft/chirp_kernels.h"
+#include "dsp/fft/circle.h"
+#include "dsp/fft/mixed.h"
+#include "dsp/fft/real_transform.h"
+#include "dsp/fft/recent.h"
 #include "dsp/fft/transform.h"
-#include "dsp/math/angle.h"
-#include "dsp/math/double_double.h"
+#include "dsp/fft/work_memory.h"
 
 namespace dsp::fft {
 namespace {
 
-struct chirp_state {
-  bool initialised;
-  bool inverse;
-  int32_t length;  // 0: nothing valid
-  dsp_vec chirp;   // w[n] of the direction served last
-  dsp_vec filter;  // spectrum of conj w
+struct chirp_tables {
+  std::int32_t grid;
+  double *chirp;   // w[k] = exp(-i pi k^2/n)
+  double *filter;  // spectrum of conj w
 };
 
-chirp_state state;
+recent<chirp_tables> chirps;
+work_memory chirp_work;
 
-dsp_complex *samples_of(const dsp_vec &v) { return reinterpret_cast<dsp_complex *>(v.data); }
-
-void initialise() {
-  if (state.initialised) return;
-  dsp_init(&state.chirp);
-  dsp_init(&state.filter);
-  state.chirp.is_complex = state.filter.is_complex = 1;
-  state.length = 0;
-  state.initialised = true;
+std::int32_t grid_transform(double *x, std::int32_t m, bool inverse, double scale) {
+  return is_power_of_two(m) ? transform(x, log2_of(m), inverse, scale) : mixed_transform(x, m, inverse, scale);
 }
 
-// cos and sin of 2 pi r/n, 0 <= r < n. The angle is folded into an eighth of the circle while it is an integer, and
-// rounded once.
-root root_of(std::int64_t r, std::int64_t n) {
-  const std::int64_t eighths = 8 * r / n;  // which eighth of the circle
-  const std::int64_t quarter = (eighths + 1) / 2;
-  const auto rest = static_cast<double>(4 * r - quarter * n);  // of the nearest quarter, in fourths of a step
-  const double angle = (exact_two_pi * double_double{rest, 0.0} / (4.0 * static_cast<double>(n))).hi;
-  const root folded = {std::cos(angle), std::sin(angle)};
-  switch (quarter % 4) {
-    case 0:
-      return folded;
-    case 1:
-      return {-folded.sin, folded.cos};
-    case 2:
-      return {-folded.cos, -folded.sin};
-    default:
-      return {folded.sin, -folded.cos};
+struct grid {
+  std::int64_t length;
+  double cost;  // of a transform
+};
+
+// Lengths that transform fast: powers of two times a few odd numbers.
+grid cheapest_grid(std::int64_t least) {
+  grid best = {INT64_MAX, HUGE_VAL};
+  static constexpr std::int64_t odd_factors[] = {1, 3, 5, 7, 9, 15, 21, 25, 27, 35, 45, 49, 63, 75, 81, 105, 125, 135};
+  for (const std::int64_t odd : odd_factors) {
+    std::int64_t length = odd * power_of_two_from((least + odd - 1) / odd);
+    const int levels = log2_of(length);
+    // A power of two needs no work area; the first pass of the others has the radix of the lanes.
+    const double cost = static_cast<double>(length) *
+                        (odd == 1   ? 0.85
+                         : odd < 15 ? 1.0
+                         : odd < 50 ? 1.05
+                                    : 1.1) *
+                        (levels + 2);
+    if (cost < best.cost && (odd == 1 || length / odd >= 64)) best = {length, cost};
   }
+  return best;
 }
 
-// w[k] = exp(-i pi k^2/n), the square carried modulo 2n.
-int32_t build_chirp(int32_t n) {
-  state.chirp.length = n;
-  if (dsp_alloc(&state.chirp) != 0) return -1;
-  dsp_complex *w = samples_of(state.chirp);
+grid grid_of(std::int32_t n) { return cheapest_grid(2 * std::int64_t{n} - 2); }
+
+// The square is carried modulo 2n.
+void fill_chirp(const circle &roots, std::int32_t n, double *w) {
   const std::int64_t period = 2 * std::int64_t{n};
   std::int64_t square = 0;
   for (std::int64_t k = 0; k < n; ++k) {
-    const root r = root_of(square, period);
-    w[k] = {r.cos, -r.sin};
-    square = (square + 2 * k + 1) % period;
-  }
-  return 0;
-}
-
-int32_t build_filter(int32_t n, int32_t m) {
-  state.filter.length = m;
-  if (dsp_alloc(&state.filter) != 0) return -1;
-  dspi_zero(&state.filter);
-  const dsp_complex *w = samples_of(state.chirp);
-  dsp_complex *h = samples_of(state.filter);
-  h[0] = {1.0, 0.0};
-  for (int32_t k = 1; k < n; ++k) h[k] = h[m - k] = {w[k].re, -w[k].im};
-  return transform(state.filter.data, log2_of(m), true, 1.0);
-}
-
-// The filter of the other direction is the conjugate, whose spectrum is the conjugate in reverse order. Built
-// for the forward direction always and without its 1/n, so that a result does not depend on what was served before.
-void turn_round(int32_t n, int32_t m) {
-  dsp_complex *w = samples_of(state.chirp);
-  dsp_complex *h = samples_of(state.filter);
-  for (int32_t k = 0; k < n; ++k) w[k].im = -w[k].im;
-  const auto turned = [](dsp_complex z) { return dsp_complex{z.re, -z.im}; };
-  h[0] = turned(h[0]);
-  for (int32_t low = 1, high = m - 1; low <= high; ++low, --high) {
-    const dsp_complex from_low = turned(h[low]);
-    h[low] = turned(h[high]);
-    h[high] = from_low;
+    const root r = roots[square];
+    w[2 * k] = r.cos;
+    w[2 * k + 1] = -r.sin;
+    square += 2 * k + 1;
+    while (square >= period) square -= period;
   }
 }
 
-int32_t prepare(int32_t n, int32_t m, bool inverse) {
-  initialise();
-  if (state.length != n) {
-    state.length = 0;
-    state.inverse = false;
-    if (build_chirp(n) != 0 || build_filter(n, m) != 0) return -1;
-    state.length = n;
+// Where m is 2n - 2, the last sample and its mirror are one.
+std::int32_t fill_filter(const double *w, std::int32_t n, std::int32_t m, double *h) {
+  std::memset(h, 0, static_cast<std::size_t>(m) * 2 * sizeof(double));
+  for (std::ptrdiff_t k = 0; k < n; ++k) {
+    const std::ptrdiff_t mirror = k == 0 ? 0 : m - k;
+    h[2 * k] = h[2 * mirror] = w[2 * k];
+    h[2 * k + 1] = h[2 * mirror + 1] = -w[2 * k + 1];
   }
-  if (state.inverse != inverse) turn_round(n, m);
-  state.inverse = inverse;
-  return 0;
+  return grid_transform(h, m, false, 1.0);
+}
+
+const chirp_tables *add_chirp(std::int32_t n) {
+  const std::int64_t length = grid_of(n).length;
+  if (length > INT32_MAX) return nullptr;
+  const auto m = static_cast<std::int32_t>(length);
+  circle roots(2 * n);
+  if (!roots.build()) return nullptr;
+  void *block;
+  chirp_tables *tables = chirps.add(n, (static_cast<std::uint64_t>(n) + m + 8) * 2 * sizeof(double), &block);
+  if (tables == nullptr) return nullptr;
+  auto *filter = static_cast<double *>(block);
+  *tables = {m, filter + 2 * static_cast<std::ptrdiff_t>(m), filter};
+  fill_chirp(roots, n, tables->chirp);
+  if (fill_filter(tables->chirp, n, m, filter) == 0) return tables;
+  chirps.remove_newest();
+  return nullptr;
 }
 
 }  // namespace
 
-int32_t chirp_dft(dsp_vec *v, bool inverse) {
-  const int32_t n = v->length;
-  const std::int64_t grid = power_of_two_from(2 * std::int64_t{n} - 2);
-  if (!countable(2 * grid)) return -1;
-  const auto m = static_cast<int32_t>(grid);
-  if (prepare(n, m, inverse) != 0) return -1;
-  const double dx = v->dx;
-  const double scale = (inverse ? 1.0 : 1.0 / n) / m;
-  if (dspb_mul(v, &state.chirp, v) != 0 || dspi_zpad(v, m) != 0) return -1;
-  // GCOVR_EXCL_BR_START: what memory this takes is there
-  if (transform(v->data, log2_of(m), true, 1.0) != 0 || dspb_mul(v, &state.filter, v) != 0) return -1;
-  if (transform(v->data, log2_of(m), false, scale) != 0) return -1;
-  v->length = n;
-  if (dspb_mul(v, &state.chirp, v) != 0) return -1;
-  // GCOVR_EXCL_BR_STOP
-  v->dx = dx;
+bool has_chirp(std::int32_t n) { return chirps.find(n) != nullptr; }
+
+double chirp_cost(std::int32_t n) { return 2 * grid_of(n).cost + 6.0 * n; }
+
+std::int32_t chirp_transform(double *x, std::int32_t n, bool inverse, double scale) {
+  const chirp_tables *tables = chirps.find(n);
+  if (tables == nullptr) tables = add_chirp(n);
+  if (tables == nullptr) return -1;
+  const std::int32_t m = tables->grid;
+  double *const y = chirp_work.at_least(2 * std::int64_t{m});
+  if (y == nullptr) return -1;
+  const chirp_kernel_set &kernels = chirp_kernels();
+  kernels.multiply(x, tables->chirp, n, inverse, y);
+  std::memset(y + 2 * static_cast<std::ptrdiff_t>(n), 0, static_cast<std::size_t>(m - n) * 2 * sizeof(double));
+  if (grid_transform(y, m, false, 1.0) != 0) return -1;
+  kernels.multiply(y, tables->filter, m, false, y);
+  if (grid_transform(y, m, true, scale / m) != 0) return -1;
+  kernels.multiply_back(y, tables->chirp, n, inverse, x);
   return 0;
 }
 
 int32_t free_chirp_state() {
-  if (!state.initialised) return 0;
-  state.initialised = false;
-  state.length = 0;
-  dsp_destroy(&state.chirp);
-  return dsp_destroy(&state.filter);
+  chirps.release();
+  chirp_work.release();
+  free_mixed_plans();
+  free_real_roots();
+  return 0;
 }
 
 }  // namespace dsp::fft

@@ -1,11 +1,18 @@
 // The transform of any length as a convolution with a chirp (Bluestein 1970).
 #pragma once
 
-#include "dsp/dsp.h"
+#include <cstdint>
 
 namespace dsp::fft {
 
-// n = v->length >= 3; forward with the factor 1/n. Leaves v->dx as it is.
-int32_t chirp_dft(dsp_vec *v, bool inverse);
+// n >= 3. x: n complex samples, replaced by their transform times `scale`. -1: no memory, or no length to convolve on,
+// x untouched.
+std::int32_t chirp_transform(double *x, std::int32_t n, bool inverse, double scale);
+
+// Whether what a length takes is at hand.
+bool has_chirp(std::int32_t n);
+
+// Cycles or so.
+double chirp_cost(std::int32_t n);
 
 }  // namespace dsp::fft

@@ -10,8 +10,8 @@ namespace dsp::fft {
 
 struct dct_kernel_set {
   // Even samples to the front, odd ones in reverse to the back; and undone.
-  void (*sort)(const double *x, std::int32_t n, double *sorted);
-  void (*merge)(const double *sorted, std::int32_t n, double *x);
+  void (*permute)(const double *x, std::int32_t n, double *permuted);
+  void (*unpermute)(const double *permuted, std::int32_t n, double *x);
   // Between half spectrum and result, but for the bins that have no mirror; rotations[k - 1] for k = 1 .. (n - 1)/2.
   void (*rotate)(const dsp_complex *bins, const dsp_complex *rotations, std::int32_t n, double *y);
   void (*rotate_back)(const double *y, const dsp_complex *rotations, std::int32_t n, dsp_complex *bins);

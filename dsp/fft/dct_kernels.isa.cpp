@@ -4,20 +4,20 @@ namespace dsp::fft {
 namespace DSP_ISA {
 namespace {
 
-void sort(const double *__restrict x, std::int32_t n, double *__restrict sorted) {
-  double *const last = sorted + n - 1;
-  for (std::int32_t i = 0; i < n / 2; ++i) sorted[i] = x[2 * i];
+void permute(const double *__restrict x, std::int32_t n, double *__restrict permuted) {
+  double *const last = permuted + n - 1;
+  for (std::int32_t i = 0; i < n / 2; ++i) permuted[i] = x[2 * i];
   for (std::int32_t i = 0; i < n / 2; ++i) last[-i] = x[2 * i + 1];
-  if (n % 2 != 0) sorted[n / 2] = x[n - 1];
+  if (n % 2 != 0) permuted[n / 2] = x[n - 1];
 }
 
-void merge(const double *__restrict sorted, std::int32_t n, double *__restrict x) {
-  const double *const last = sorted + n - 1;
+void unpermute(const double *__restrict permuted, std::int32_t n, double *__restrict x) {
+  const double *const last = permuted + n - 1;
   for (std::int32_t i = 0; i < n / 2; ++i) {
-    x[2 * i] = sorted[i];
+    x[2 * i] = permuted[i];
     x[2 * i + 1] = last[-i];
   }
-  if (n % 2 != 0) x[n - 1] = sorted[n / 2];
+  if (n % 2 != 0) x[n - 1] = permuted[n / 2];
 }
 
 void rotate(const dsp_complex *__restrict bins, const dsp_complex *__restrict rotations, std::int32_t n,
@@ -45,7 +45,7 @@ void rotate_back(const double *__restrict y, const dsp_complex *__restrict rotat
 
 }  // namespace
 
-extern const dct_kernel_set dct_set = {sort, merge, rotate, rotate_back};
+extern const dct_kernel_set dct_set = {permute, unpermute, rotate, rotate_back};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::fft

@@ -32,11 +32,14 @@ struct fft_kernel_set {
   void (*transform)(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse);
   void (*small)(int bits, double *x, double scale, bool inverse);  // 2, 4 and 8 samples
   // Between the transform of half the size on pairs of real samples and the half spectrum; m complex samples, m + 1
-  // after `split`. The octant is that of 2m.
-  void (*split)(double *x, std::ptrdiff_t m, const double *octant);
-  void (*join)(double *x, std::ptrdiff_t m, const double *octant);
+  // after `post_process`. The octant is that of 2m.
+  void (*post_process)(double *x, std::ptrdiff_t m, const double *octant);
+  void (*pre_process)(double *x, std::ptrdiff_t m, const double *octant);
   // All of a real transform of 4, 8 or 16 samples.
   void (*small_real)(int bits, double *x, double scale, bool inverse, const double *octant);
+  // post_process and pre_process for any m; cosines and sines of 2 pi k/2m, k = 0 .. m/2.
+  void (*post_process_any)(double *x, std::ptrdiff_t m, const double *cosines, const double *sines);
+  void (*pre_process_any)(double *x, std::ptrdiff_t m, const double *cosines, const double *sines);
 };
 
 DSP_DECLARE_KERNELS(fft)

@@ -3,6 +3,7 @@
 
 #include "dsp/fft/bitrev_tables.h"
 #include "dsp/fft/butterfly.h"
+#include "dsp/fft/times_root.h"
 
 namespace dsp::fft {
 namespace DSP_ISA {
@@ -18,13 +19,6 @@ constexpr int widest = 2;
 constexpr int widest = 1;
 #endif
 
-// With fused products four multiplications cost no more than three and round less.
-#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
-constexpr int root_values = 2;
-#else
-constexpr int root_values = 3;
-#endif
-
 // Blocks of so many samples go through all their passes before the next is touched.
 constexpr std::ptrdiff_t cached_samples = 1024;
 
@@ -34,31 +28,12 @@ constexpr int reversed_bits(int value, int size) {
   return r;
 }
 
-template <int W>
-DSP_INLINE points<W> exchanged(const points<W> &a) {
-  return {a.im, a.re};
-}
-
-// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
 template <int W, bool Exchange>
 DSP_INLINE points<W> exchanged_if(const points<W> &a) {
   if constexpr (Exchange)
     return exchanged<W>(a);
   else
     return a;
-}
-
-// a times cos - i sin.
-template <int W>
-DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
-  const lanes<W> cos = load<lanes<W>>(root);
-  if constexpr (root_values == 2) {
-    const lanes<W> sin = load<lanes<W>>(root + W);
-    return {a.re * cos + a.im * sin, a.im * cos - a.re * sin};
-  } else {
-    const lanes<W> common = (a.re + a.im) * cos;
-    return {common + a.im * load<lanes<W>>(root + 2 * W), common + a.re * load<lanes<W>>(root + W)};
-  }
 }
 
 // Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
@@ -269,9 +244,9 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
 template <int N, bool Exchange>
 DSP_INLINE void small(double *x, double scale) {
   points<1> v[N];
-  for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>({x[2 * i] * scale, x[2 * i + 1] * scale});
+  for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>(load_split<1>(x + 2 * i));
   butterfly<1>(v);
-  for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<1, Exchange>(v[i]));
+  for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<1, Exchange>({v[i].re * scale, v[i].im * scale}));
 }
 
 template <int N>
@@ -294,7 +269,7 @@ void small_any(int bits, double *x, double scale, bool inverse) {
 // With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
 // the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
 // out conjugated once more. The products join the sums one by one: a fused unit then rounds once less.
-struct split_kernel {
+struct post_kernel {
   template <int W>
   static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
     const points<W> even = {a.re + b.re, a.im - b.im};
@@ -316,7 +291,7 @@ struct split_kernel {
   }
 };
 
-struct join_kernel {
+struct pre_kernel {
   template <int W>
   static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
     const points<W> even = {a.re + b.re, a.im - b.im};
@@ -377,19 +352,50 @@ DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
 }
 
 // From 16 samples on.
-void split(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, split_kernel>(x, m, octant); }
+void post_process(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, post_kernel>(x, m, octant); }
 
-void join(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, join_kernel>(x, m, octant); }
+void pre_process(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, pre_kernel>(x, m, octant); }
+
+// Pairs (k, m - k) for W values of k, for any m.
+template <int W, class Kernel, bool First>
+DSP_INLINE void pairs_from(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *cosines, const double *sines) {
+  double *const low = x + 2 * k;
+  double *const high = x + 2 * (m - k - W + 1);
+  points<W> a = load_pairs<W>(low);
+  points<W> b = load_pairs_reversed<W>(high);
+  if constexpr (First) Kernel::template before_first<W>(a, b);
+  Kernel::template apply<W>(a, b, in_lane_order<W>(load<lanes<W>>(cosines + k)),
+                            in_lane_order<W>(load<lanes<W>>(sines + k)));
+  if constexpr (First) Kernel::template after_first<W>(a, b);
+  store_pairs<W>(low, a);
+  store_pairs_reversed<W>(high, b);
+}
+
+template <int W, class Kernel>
+DSP_INLINE void all_pairs_of(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
+  pairs_from<1, Kernel, true>(x, m, 0, cosines, sines);
+  std::ptrdiff_t k = 1;
+  for (; 2 * (k + W - 1) < m; k += W) pairs_from<W, Kernel, false>(x, m, k, cosines, sines);
+  for (; 2 * k <= m; ++k) pairs_from<1, Kernel, false>(x, m, k, cosines, sines);
+}
+
+void post_process_any(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
+  all_pairs_of<widest, post_kernel>(x, m, cosines, sines);
+}
+
+void pre_process_any(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
+  all_pairs_of<widest, pre_kernel>(x, m, cosines, sines);
+}
 
 // Both steps without a loop.
 template <int M>
 void small_real(double *x, double scale, bool inverse, const double *octant) {
   if (inverse) {
-    all_pairs<1, join_kernel>(x, M, octant);
+    all_pairs<1, pre_kernel>(x, M, octant);
     small<M, true>(x, scale);
   } else {
     small<M, false>(x, scale);
-    all_pairs<1, split_kernel>(x, M, octant);
+    all_pairs<1, post_kernel>(x, M, octant);
   }
 }
 
@@ -404,8 +410,9 @@ void small_real_any(int bits, double *x, double scale, bool inverse, const doubl
 
 }  // namespace
 
-extern const fft_kernel_set fft_set = {widest > 2 ? widest : 2, root_values, transform_any, small_any, split, join,
-                                       small_real_any};
+extern const fft_kernel_set fft_set = {
+    widest > 2 ? widest : 2, root_values,      transform_any,  small_any, post_process, pre_process,
+    small_real_any,          post_process_any, pre_process_any};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::fft

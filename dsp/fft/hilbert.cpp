@@ -7,11 +7,11 @@ namespace {
 
 dsp_complex *bins(dsp_vec *v) { return reinterpret_cast<dsp_complex *>(v->data); }
 
-void turn_back(dsp_vec *v, int32_t first, int32_t end) {
+void times_minus_i(dsp_vec *v, int32_t first, int32_t end) {
   for (int32_t k = first; k < end; ++k) bins(v)[k] = {bins(v)[k].im, -bins(v)[k].re};
 }
 
-void turn_on(dsp_vec *v, int32_t first, int32_t end) {
+void times_i(dsp_vec *v, int32_t first, int32_t end) {
   for (int32_t k = first; k < end; ++k) bins(v)[k] = {-bins(v)[k].im, bins(v)[k].re};
 }
 
@@ -21,7 +21,7 @@ int32_t hilbert_real(dsp_vec *v) {
   if (n == 1) return dspi_zero(v);
   if (dspi_rdft(v) != 0) return -1;
   bins(v)[0] = {0.0, 0.0};
-  turn_back(v, 1, (n + 1) / 2);
+  times_minus_i(v, 1, (n + 1) / 2);
   if (n % 2 == 0) bins(v)[n / 2] = {0.0, 0.0};
   return dspi_irdft(v, n % 2 != 0);
 }
@@ -30,9 +30,9 @@ int32_t hilbert_complex(dsp_vec *v) {
   const int32_t n = v->length;
   if (dspi_dft(v, 0) != 0) return -1;
   bins(v)[0] = {0.0, 0.0};
-  turn_back(v, 1, (n + 1) / 2);
+  times_minus_i(v, 1, (n + 1) / 2);
   if (n % 2 == 0) bins(v)[n / 2] = {0.0, 0.0};
-  turn_on(v, n / 2 + 1, n);
+  times_i(v, n / 2 + 1, n);
   return dspi_dft(v, 1);
 }
 

@@ -10,6 +10,9 @@ namespace dsp::fft {
 // untouched.
 std::int32_t transform(double *x, int bits, bool inverse, double scale);
 
+// The same for any n >= 2, by the cheapest way there is.
+std::int32_t transform_of_any_length(double *x, std::int32_t n, bool inverse, double scale);
+
 // The octant_table of 2^bits, bits >= 2. Null: no memory.
 const double *octant_setup(int bits);
 

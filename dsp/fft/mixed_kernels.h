@@ -1,0 +1,70 @@
+// Transforms of lengths with small prime factors: the plan and the kernels that follow it, one set for each instruction
+// set. docs/fft.md explains both.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "dsp/simd/isa.h"
+
+namespace dsp::fft {
+
+// Primes up to here have a pass, those above 13 a slow one that serves them all.
+constexpr std::int32_t largest_radix = 61;
+
+// A transform of n vectors whose lanes belong to different transforms: in place, one pass for each radix.
+struct mixed_part {
+  std::int32_t n;
+  std::int32_t passes;
+  std::int8_t radix[32];
+  const double *roots;         // of the passes but the last, each for all lanes
+  const double *prime;         // cos and sin of 2 pi i/p, i = 0 .. p - 1, for a radix p above 13
+  const std::uint32_t *order;  // where the first result of each block of the last pass goes
+};
+
+// The record is a matrix of n1 rows and n2 columns. The columns are transformed, multiplied by roots of n and stored in
+// the work area; then the rows are.
+struct mixed_plan {
+  std::int32_t lanes;       // 1: no matrix, all of the record is `rows`
+  std::int32_t transposed;  // n1 is a multiple of `lanes`: the first pass over columns has that radix, and transposes
+  std::int32_t n1;
+  mixed_part columns;  // after that pass: n1/lanes vectors
+  mixed_part rows;
+  const double *first;   // roots of that pass
+  const double *middle;  // roots of n, a vector for each vector of the work area, as it is filled
+};
+
+struct mixed_work {
+  double *area;    // the matrix between columns and rows
+  double *buffer;  // columns or rows, as many as there are lanes
+};
+
+struct mixed_kernel_set {
+  std::int32_t lanes;        // of the widest kernel
+  std::int32_t root_values;  // as in fft_kernel_set
+  void (*transform)(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse);
+  // One butterfly: up to 13 samples, but for powers of two. Not in the set for AVX-512.
+  void (*direct)(std::int32_t n, double *x, double scale, bool inverse);
+};
+
+DSP_DECLARE_KERNELS(mixed)
+
+// Those for a plan of so many lanes: every set has its widest only, the baseline one as well.
+inline const mixed_kernel_set &mixed_kernels_for(std::int32_t lanes) {
+#ifdef DSP_ISA_X86
+  if (lanes < 4) return baseline::mixed_set;
+  if (lanes < 8 && active_isa() == isa::avx512) return avx2::mixed_set;
+#endif
+  (void)lanes;
+  return mixed_kernels();
+}
+
+// For a single butterfly.
+inline const mixed_kernel_set &direct_kernels() {
+#ifdef DSP_ISA_X86
+  if (active_isa() == isa::avx512) return avx2::mixed_set;
+#endif
+  return mixed_kernels();
+}
+
+}  // namespace dsp::fft

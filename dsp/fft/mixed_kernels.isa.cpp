@@ -1,0 +1,393 @@
+// Transforms of mixed radix on one instruction set. docs/fft.md draws the matrix.
+#include "dsp/fft/mixed_kernels.h"
+
+#include "dsp/fft/butterfly.h"
+#include "dsp/fft/times_root.h"
+
+namespace dsp::fft {
+namespace DSP_ISA {
+namespace {
+
+// Without vector registers one number after the other is faster than pairs kept in memory.
+constexpr int widest_lanes = has_vector_registers ? lane_count : 1;
+
+// What becomes of the results of a part: vectors of the work area, multiplied by roots, or samples of the record.
+struct result_sink {
+  enum { work, pairs, exchanged_pairs } kind;
+  double *to;
+  std::ptrdiff_t unit;  // doubles in one step of `order`
+  std::ptrdiff_t step;  // doubles from one result of the last butterfly to the next
+  const double *roots;  // for work, in the order of the results
+  double scale;         // for pairs
+};
+
+template <int W>
+DSP_INLINE void put(const points<W> &v, double scale, double *to) {
+  store_pairs<W>(to, {v.re * scale, v.im * scale});
+}
+
+template <int W, int R>
+DSP_INLINE void put(const result_sink &sink, double *to, std::ptrdiff_t step, const double *roots,
+                    const points<W> (&v)[R]) {
+  const double scale = sink.scale;
+  if (sink.kind == result_sink::work) {
+    DSP_UNROLL for (int k = 0; k < R; ++k)
+        store_split<W>(to + k * step, times_root<W>(v[k], roots + k * root_values * W));
+  } else if (sink.kind == result_sink::pairs) {
+    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(v[k], scale, to + k * step);
+  } else {
+    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(exchanged<W>(v[k]), scale, to + k * step);
+  }
+}
+
+// What a pass needs beside its samples: `blocks` neighbouring transforms of n vectors.
+struct pass_context {
+  std::ptrdiff_t n;
+  std::ptrdiff_t blocks;
+  const double *roots;
+  const mixed_part *part;
+  const result_sink *sink;
+};
+
+// One pass in place; the last one, on blocks of R vectors, hands its results on.
+template <int W, int R>
+void pass(double *x, const pass_context &c) {
+  const std::ptrdiff_t leg = 2 * W * (c.n / R);
+  const bool last = c.n == R;
+  const result_sink sink = *c.sink;
+  const double *between = sink.roots;
+  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n) {
+    const double *root = c.roots;
+    for (double *at = x; at < x + leg; at += 2 * W, root += (R - 1) * root_values) {
+      points<W> v[R];
+      DSP_UNROLL for (int k = 0; k < R; ++k) v[k] = load_split<W>(at + k * leg);
+      butterfly<W>(v);
+      if (last) {
+        put<W, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.part->order[block]) * sink.unit, sink.step, between, v);
+        between += root_values * W * R;
+        continue;
+      }
+      store_split<W>(at, v[0]);
+      DSP_UNROLL for (int k = 1; k < R; ++k)
+          store_split<W>(at + k * leg, times_one_root<W>(v[k], root + (k - 1) * root_values));
+    }
+  }
+}
+
+// The sums and differences that an odd butterfly of p legs works on.
+template <int W>
+struct prime_legs {
+  points<W> first;
+  points<W> sum[largest_radix / 2];
+  points<W> difference[largest_radix / 2];
+
+  void load(const double *x, std::ptrdiff_t leg, int p) {
+    first = load_split<W>(x);
+    for (int j = 1; j <= p / 2; ++j) {
+      const points<W> a = load_split<W>(x + j * leg);
+      const points<W> b = load_split<W>(x + (p - j) * leg);
+      sum[j - 1] = a + b;
+      difference[j - 1] = a - b;
+    }
+  }
+
+  points<W> total(int p) const {
+    points<W> all = first;
+    for (int j = 0; j < p / 2; ++j) all = all + sum[j];
+    return all;
+  }
+
+  // Results k and p - k.
+  void results(int k, int p, const double *circle, points<W> *low, points<W> *high) const {
+    points<W> even = first;
+    points<W> odd = {};
+    for (int j = 0, i = k; j < p / 2; ++j, i = i + k < p ? i + k : i + k - p) {
+      const double cos = circle[2 * i];
+      const double sin = circle[2 * i + 1];
+      even = {even.re + sum[j].re * cos, even.im + sum[j].im * cos};
+      odd = {odd.re + difference[j].re * sin, odd.im + difference[j].im * sin};
+    }
+    *low = {even.re + odd.im, even.im - odd.re};
+    *high = {even.re - odd.im, even.im + odd.re};
+  }
+};
+
+// As `pass`, for a prime without a butterfly of its own.
+template <int W>
+void prime_pass(int p, double *x, const pass_context &c) {
+  const std::ptrdiff_t leg = 2 * W * (c.n / p);
+  const bool last = c.n == p;
+  const double *between = c.sink->roots;
+  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n) {
+    const double *root = c.roots;
+    for (double *at = x; at < x + leg; at += 2 * W) {
+      prime_legs<W> legs;
+      legs.load(at, leg, p);
+      points<W> v[2] = {legs.total(p), {}};
+      for (int k = 0; k <= p / 2; ++k) {
+        if (k > 0) legs.results(k, p, c.part->prime, &v[0], &v[1]);
+        for (int side = 0; side < (k > 0 ? 2 : 1); ++side) {
+          const int i = side == 0 ? k : p - k;
+          const points<W> one[1] = {v[side]};
+          if (last)
+            put<W, 1>(*c.sink,
+                      c.sink->to + static_cast<std::ptrdiff_t>(c.part->order[block]) * c.sink->unit + i * c.sink->step,
+                      0, between + i * root_values * W, one);
+          else
+            store_split<W>(at + i * leg, i == 0 ? v[0] : times_one_root<W>(v[side], root + (i - 1) * root_values));
+        }
+      }
+      root += (p - 1) * root_values;
+    }
+    if (last && between != nullptr) between += root_values * W * p;
+  }
+}
+
+template <int W>
+void any_pass(int radix, double *x, const pass_context &c) {
+  switch (radix) {
+    case 2:
+      return pass<W, 2>(x, c);
+    case 3:
+      return pass<W, 3>(x, c);
+    case 4:
+      return pass<W, 4>(x, c);
+    case 5:
+      return pass<W, 5>(x, c);
+    case 6:
+      return pass<W, 6>(x, c);
+    case 7:
+      return pass<W, 7>(x, c);
+    case 8:
+      return pass<W, 8>(x, c);
+    case 9:
+      return pass<W, 9>(x, c);
+    case 10:
+      return pass<W, 10>(x, c);
+    case 11:
+      return pass<W, 11>(x, c);
+    case 13:
+      return pass<W, 13>(x, c);
+    default:
+      return prime_pass<W>(radix, x, c);
+  }
+}
+
+// `count` neighbouring transforms of a part. The step of the sink is that of results next to each other in frequency.
+template <int W>
+void run(const mixed_part &part, std::ptrdiff_t count, double *x, result_sink sink) {
+  sink.step *= part.n / part.radix[part.passes - 1];
+  pass_context c = {part.n, count, part.roots, &part, &sink};
+  for (int i = 0; i < part.passes; ++i) {
+    const int radix = part.radix[i];
+    any_pass<W>(radix, x, c);
+    c.blocks *= radix;
+    c.n /= radix;
+    c.roots += root_values * c.n * (radix - 1);
+  }
+}
+
+// Lane l of load_pairs holds sample lane_order(l), and store_pairs puts it there.
+template <int W>
+constexpr int lane_order(int l) {
+  return W < 4 ? l : l % 2 * (W / 2) + l / 2;
+}
+
+template <int W>
+DSP_INLINE void transpose(lanes<W> (&row)[W]) {
+  lanes<W> firsts[W / 2];
+  lanes<W> seconds[W / 2];
+  DSP_UNROLL for (int i = 0; i < W / 2; ++i) {
+    firsts[i] = first_lanes<W>(row[2 * i], row[2 * i + 1]);
+    seconds[i] = second_lanes<W>(row[2 * i], row[2 * i + 1]);
+  }
+  transpose_units<W>(firsts);
+  transpose_units<W>(seconds);
+  DSP_UNROLL for (int i = 0; i < W / 2; ++i) row[2 * i] = firsts[i], row[2 * i + 1] = seconds[i];
+}
+
+// Lanes and vectors change places; both count samples in lane order on the way in, vectors in their own on the way out.
+template <int W>
+DSP_INLINE void transpose(points<W> (&v)[W]) {
+  lanes<W> re[W];
+  lanes<W> im[W];
+  DSP_UNROLL for (int l = 0; l < W; ++l) re[l] = v[lane_order<W>(l)].re, im[l] = v[lane_order<W>(l)].im;
+  transpose<W>(re);
+  transpose<W>(im);
+  DSP_UNROLL for (int i = 0; i < W; ++i) v[lane_order<W>(i)] = {re[i], im[i]};
+}
+
+// n vectors of W columns each from the record to the buffer.
+template <int W>
+void gather_columns(const double *x, std::ptrdiff_t stride, std::ptrdiff_t n, bool inverse, double *buffer) {
+  for (std::ptrdiff_t i = 0; i < n; ++i, x += stride, buffer += 2 * W) {
+    const points<W> v = load_pairs<W>(x);
+    store_split<W>(buffer, inverse ? exchanged<W>(v) : v);
+  }
+}
+
+// W rows of the work area, whose lanes are columns, to the buffer, whose lanes are rows.
+template <int W>
+void gather_rows(const double *area, std::ptrdiff_t groups, std::ptrdiff_t n, double *buffer) {
+  for (std::ptrdiff_t g = 0; g < groups; ++g, area += 2 * W) {
+    const std::ptrdiff_t first = g * W < n - W ? g * W : n - W;
+    points<W> v[W];
+    DSP_UNROLL for (int l = 0; l < W; ++l) v[l] = load_split<W>(area + l * groups * 2 * W);
+    transpose<W>(v);
+    DSP_UNROLL for (int i = 0; i < W; ++i) store_split<W>(buffer + (first + i) * 2 * W, v[i]);
+  }
+}
+
+constexpr std::ptrdiff_t smaller(std::ptrdiff_t a, std::ptrdiff_t b) { return a < b ? a : b; }
+
+result_sink to_record(double *x, std::ptrdiff_t stride, double scale, bool inverse) {
+  return {inverse ? result_sink::exchanged_pairs : result_sink::pairs, x, stride, stride, nullptr, scale};
+}
+
+// Any n1 and n2 from W on. The last group of columns and of rows overlaps the one before where W does not divide them.
+template <int W>
+void by_gathering(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  const std::ptrdiff_t n1 = plan.n1;
+  const std::ptrdiff_t n2 = plan.rows.n;
+  const std::ptrdiff_t groups = (n2 + W - 1) / W;
+  const std::ptrdiff_t row = groups * 2 * W;
+  for (std::ptrdiff_t g = 0; g < groups; ++g) {
+    gather_columns<W>(x + 2 * smaller(g * W, n2 - W), 2 * n2, n1, inverse, work.buffer);
+    run<W>(plan.columns, 1, work.buffer,
+           {result_sink::work, work.area + g * 2 * W, row, row, plan.middle + g * W * n1 * root_values, 1.0});
+  }
+  for (std::ptrdiff_t r = 0; r < n1; r += W) {
+    const std::ptrdiff_t first = smaller(r, n1 - W);
+    gather_rows<W>(work.area + first * row, groups, n2, work.buffer);
+    run<W>(plan.rows, 1, work.buffer, to_record(x + 2 * first, 2 * n1, scale, inverse));
+  }
+}
+
+// The first butterflies over W columns; their results become the lanes, the columns the vectors.
+template <int W>
+DSP_INLINE void transposed_butterfly(const double *x, std::ptrdiff_t leg, bool inverse, const double *root,
+                                     points<W> (&v)[W]) {
+  DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = load_pairs<W>(x + k * leg);
+  if (inverse) {
+    DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = exchanged<W>(v[k]);
+  }
+  butterfly<W>(v);
+  if (root != nullptr) {
+    DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root<W>(v[k], root + (k - 1) * root_values);
+  }
+  transpose<W>(v);
+}
+
+// W columns of W samples each.
+template <int W>
+DSP_INLINE void short_columns(const mixed_plan &plan, const double *x, bool inverse, const double *middle, double *to) {
+  points<W> v[W];
+  transposed_butterfly<W>(x, 2 * plan.rows.n, inverse, nullptr, v);
+  DSP_UNROLL for (int i = 0; i < W; ++i)
+      store_split<W>(to + i * 2 * W, times_root<W>(v[i], middle + i * root_values * W));
+}
+
+template <int W>
+void long_columns(const mixed_plan &plan, const double *x, bool inverse, const double *middle, double *buffer,
+                  double *to) {
+  const std::ptrdiff_t m = plan.columns.n;
+  const std::ptrdiff_t n2 = plan.rows.n;
+  const double *root = plan.first;
+  for (std::ptrdiff_t j = 0; j < m; ++j, root += (W - 1) * root_values) {
+    points<W> v[W];
+    transposed_butterfly<W>(x + 2 * j * n2, 2 * m * n2, inverse, root, v);
+    DSP_UNROLL for (int i = 0; i < W; ++i) store_split<W>(buffer + (i * m + j) * 2 * W, v[i]);
+  }
+  run<W>(plan.columns, W, buffer, {result_sink::work, to, 2 * W, n2 * 2 * W, middle, 1.0});
+}
+
+// n1 a multiple of W: the work area holds n1/W rows of n2 vectors, and nothing is gathered.
+template <int W>
+void by_transposing(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  const std::ptrdiff_t m = plan.columns.n;
+  const std::ptrdiff_t n2 = plan.rows.n;
+  const double *middle = plan.middle;
+  for (std::ptrdiff_t c = 0; c < n2; c += W, middle += W * W * m * root_values) {
+    const std::ptrdiff_t first = smaller(c, n2 - W);
+    double *to = work.area + first * 2 * W;
+    if (m == 1)
+      short_columns<W>(plan, x + 2 * first, inverse, middle, to);
+    else
+      long_columns<W>(plan, x + 2 * first, inverse, middle, work.buffer, to);
+  }
+  for (std::ptrdiff_t k = 0; k < m; ++k)
+    run<W>(plan.rows, 1, work.area + k * n2 * 2 * W, to_record(x + 2 * W * k, 2 * W * m, scale, inverse));
+}
+
+template <int W>
+void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  if (plan.transposed != 0)
+    by_transposing<W>(plan, work, x, scale, inverse);
+  else
+    by_gathering<W>(plan, work, x, scale, inverse);
+}
+
+// Sample after sample.
+[[maybe_unused]] void single(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  gather_columns<1>(x, 2, plan.rows.n, inverse, work.buffer);
+  const result_sink sink = to_record(x, 2, scale, inverse);
+  if constexpr (widest_lanes == 1) {
+    run<1>(plan.rows, 1, work.buffer, sink);
+  } else {  // primes only
+    prime_pass<1>(plan.rows.n, work.buffer, {plan.rows.n, 1, nullptr, &plan.rows, &sink});
+  }
+}
+
+#if !defined(__AVX512F__)
+template <int N>
+void direct(double *x, double scale, bool inverse) {
+  double *const re = inverse ? x + 1 : x;
+  double *const im = inverse ? x : x + 1;
+  points<1> v[N];
+  DSP_UNROLL for (int i = 0; i < N; ++i) v[i] = {re[2 * i], im[2 * i]};
+  butterfly<1>(v);
+  DSP_UNROLL for (int i = 0; i < N; ++i) re[2 * i] = v[i].re * scale, im[2 * i] = v[i].im * scale;
+}
+
+void any_direct(std::int32_t n, double *x, double scale, bool inverse) {
+  switch (n) {
+    case 3:
+      return direct<3>(x, scale, inverse);
+    case 5:
+      return direct<5>(x, scale, inverse);
+    case 6:
+      return direct<6>(x, scale, inverse);
+    case 7:
+      return direct<7>(x, scale, inverse);
+    case 9:
+      return direct<9>(x, scale, inverse);
+    case 10:
+      return direct<10>(x, scale, inverse);
+    case 11:
+      return direct<11>(x, scale, inverse);
+    case 12:
+      return direct<12>(x, scale, inverse);
+    default:
+      return direct<13>(x, scale, inverse);
+  }
+}
+
+#else
+constexpr auto any_direct = nullptr;
+#endif
+
+void transform(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  if constexpr (widest_lanes > 2) {
+    matrix<widest_lanes>(plan, work, x, scale, inverse);
+  } else {
+    if (plan.lanes == 1) return single(plan, work, x, scale, inverse);
+    if constexpr (widest_lanes == 2) matrix<2>(plan, work, x, scale, inverse);
+  }
+}
+
+}  // namespace
+
+extern const mixed_kernel_set mixed_set = {widest_lanes, root_values, transform, any_direct};
+
+}  // namespace DSP_ISA
+}  // namespace dsp::fft

@@ -1,0 +1,65 @@
+#include "dsp/fft/real_transform.h"
+
+#include "dsp/core/sizing.h"
+#include "dsp/fft/circle.h"
+#include "dsp/fft/fft_kernels.h"
+#include "dsp/fft/recent.h"
+#include "dsp/fft/transform.h"
+
+namespace dsp::fft {
+namespace {
+
+// cos and sin of 2 pi k/n, k = 0 .. n/4.
+struct real_roots {
+  double *cosines;
+  double *sines;
+};
+
+recent<real_roots> real_tables;
+
+const real_roots *roots_for(std::int32_t n) {
+  if (const real_roots *known = real_tables.find(n)) return known;
+  circle roots(n);
+  if (!roots.build()) return nullptr;
+  const std::int64_t count = n / 4 + 1;
+  void *block;
+  real_roots *made = real_tables.add(n, static_cast<std::uint64_t>(2 * count) * sizeof(double), &block);
+  if (made == nullptr) return nullptr;
+  auto *const cosines = static_cast<double *>(block);
+  *made = {cosines, cosines + count};
+  for (std::int64_t k = 0; k < count; ++k) {
+    const root r = roots[k];
+    made->cosines[k] = r.cos;
+    made->sines[k] = r.sin;
+  }
+  return made;
+}
+
+std::int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
+  const fft_kernel_set &kernels = fft_kernels();
+  const std::ptrdiff_t m = std::ptrdiff_t{1} << (bits - 1);
+  const double *octant = octant_setup(bits);
+  if (octant == nullptr) return -1;
+  if (bits <= 4) return kernels.small_real(bits, x, scale, inverse, octant), 0;
+  if (inverse) kernels.pre_process(x, m, octant);
+  if (transform(x, bits - 1, inverse, scale) != 0) return -1;
+  if (!inverse) kernels.post_process(x, m, octant);
+  return 0;
+}
+
+}  // namespace
+
+std::int32_t real_transform(double *x, std::int32_t n, bool inverse) {
+  const double scale = inverse ? 1.0 : 0.5 / n;
+  if (is_power_of_two(n)) return power_of_two(x, log2_of(n), inverse, scale);
+  const real_roots *roots = roots_for(n);
+  if (roots == nullptr) return -1;
+  if (inverse) fft_kernels().pre_process_any(x, n / 2, roots->cosines, roots->sines);
+  if (transform_of_any_length(x, n / 2, inverse, scale) != 0) return -1;
+  if (!inverse) fft_kernels().post_process_any(x, n / 2, roots->cosines, roots->sines);
+  return 0;
+}
+
+void free_real_roots() { real_tables.release(); }
+
+}  // namespace dsp::fft

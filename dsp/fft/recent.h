@@ -1,0 +1,90 @@
+// What the lengths used last need, each in one block of memory. Plain data: nothing runs at load or unload.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "dsp/core/heap.h"
+
+namespace dsp::fft {
+
+// Contents is plain data whose pointers lead into the block.
+template <class Contents>
+class recent {
+ public:
+  Contents *find(std::int64_t key) {
+    if (slots_[newest_].block != nullptr && slots_[newest_].key == key) return &slots_[newest_].contents;
+    for (std::int32_t i = 0; i < most; ++i)
+      if (slots_[i].block != nullptr && slots_[i].key == key) return touch(i);
+    return nullptr;
+  }
+
+  // Room for a new key: `bytes` of memory at *block, in place of the entries unused for longest where there are too
+  // many or too large ones. Null, and nothing lost, without memory.
+  Contents *add(std::int64_t key, std::uint64_t bytes, void **block) {
+    if (bytes > SIZE_MAX / 2) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
+    *block = heap_allocate(static_cast<std::size_t>(bytes));
+    if (*block == nullptr) return nullptr;
+    const std::int32_t free = make_room(bytes);
+    slots_[free] = {key, bytes, 0, *block, {}};
+    return touch(free);
+  }
+
+  // Takes back the last `add`.
+  void remove_newest() { drop(&slots_[newest_]); }
+
+  void release() {
+    for (slot &s : slots_) drop(&s);
+    *this = {};
+  }
+
+ private:
+  static constexpr std::int32_t most = 16;
+  static constexpr std::uint64_t most_bytes = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
+
+  struct slot {
+    std::int64_t key;
+    std::uint64_t bytes;
+    std::uint64_t used;
+    void *block;  // null: free
+    Contents contents;
+  };
+
+  Contents *touch(std::int32_t i) {
+    newest_ = i;
+    slots_[i].used = ++clock_;
+    return &slots_[i].contents;
+  }
+
+  static void drop(slot *s) {
+    heap_release(s->block);
+    *s = {};
+  }
+
+  slot *oldest() {
+    slot *found = nullptr;
+    for (slot &s : slots_)
+      if (s.block != nullptr && (found == nullptr || s.used < found->used)) found = &s;
+    return found;
+  }
+
+  std::int32_t make_room(std::uint64_t bytes) {
+    for (;;) {
+      std::uint64_t held = bytes;
+      std::int32_t free = most;
+      for (std::int32_t i = 0; i < most; ++i) {
+        held += slots_[i].bytes;
+        if (slots_[i].block == nullptr) free = i;
+      }
+      slot *const last = oldest();
+      if (free < most && (held <= most_bytes || last == nullptr)) return free;
+      drop(last);
+    }
+  }
+
+  slot slots_[most];
+  std::int32_t newest_;
+  std::uint64_t clock_;
+};
+
+}  // namespace dsp::fft

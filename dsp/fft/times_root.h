@@ -1,0 +1,47 @@
+// Products with roots of unity as tables hold them, for kernels.
+#pragma once
+
+#include "dsp/simd/vector.h"
+
+namespace dsp::fft {
+namespace {
+
+// With fused products four multiplications cost no more than three and round less.
+#if defined(__FMA__) || defined(__ARM_FEATURE_FMA)
+constexpr int root_values = 2;
+#else
+constexpr int root_values = 3;
+#endif
+
+// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
+template <int W>
+DSP_INLINE points<W> exchanged(const points<W> &a) {
+  return {a.im, a.re};
+}
+
+// a times cos - i sin.
+template <int W>
+DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
+  const auto cos = load<lanes<W>>(root);
+  if constexpr (root_values == 2) {
+    const auto sin = load<lanes<W>>(root + W);
+    return {a.re * cos + a.im * sin, a.im * cos - a.re * sin};
+  } else {
+    const lanes<W> common = (a.re + a.im) * cos;
+    return {common + a.im * load<lanes<W>>(root + 2 * W), common + a.re * load<lanes<W>>(root + W)};
+  }
+}
+
+// The same root for all lanes.
+template <int W>
+DSP_INLINE points<W> times_one_root(const points<W> &a, const double *root) {
+  if constexpr (root_values == 2) {
+    return {a.re * root[0] + a.im * root[1], a.im * root[0] - a.re * root[1]};
+  } else {
+    const lanes<W> common = (a.re + a.im) * root[0];
+    return {common + a.im * root[2], common + a.re * root[1]};
+  }
+}
+
+}  // namespace
+}  // namespace dsp::fft

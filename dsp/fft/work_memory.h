@@ -1,0 +1,36 @@
+// Memory that a family's routines lend each other's calls: as much as the largest has asked for. Plain data.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "dsp/core/heap.h"
+
+namespace dsp::fft {
+
+class work_memory {
+ public:
+  // Room for so many doubles, contents lost when it grows. Null, with the old room kept, without memory.
+  double *at_least(std::int64_t doubles) {
+    if (doubles < room_) return memory_;
+    if (static_cast<std::uint64_t>(doubles) >= SIZE_MAX / sizeof(double))
+      return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
+    void *const grown = heap_allocate(static_cast<std::size_t>(doubles + 1) * sizeof(double));
+    if (grown == nullptr) return nullptr;
+    heap_release(memory_);
+    memory_ = static_cast<double *>(grown);
+    room_ = doubles + 1;
+    return memory_;
+  }
+
+  void release() {
+    heap_release(memory_);
+    *this = {};
+  }
+
+ private:
+  double *memory_;
+  std::int64_t room_;
+};
+
+}  // namespace dsp::fft
