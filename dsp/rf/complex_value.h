@@ -53,28 +53,35 @@ inline double sum_of_squares(complex_value z) { return field::sum_of_squares(sta
 
 inline double modulus(complex_value z) { return field::modulus(standard(z)); }
 
-inline complex_value reciprocal(complex_value z) {
-  const double sum = sum_of_squares(z);
-  if (field::is_safe(sum)) return z.conjugate_over(sum);
-  const std::complex<double> r = field::scaled_reciprocal(standard(z));
-  return {r.real(), r.imag()};
-}
-
-inline std::size_t find_pivot(const complex_value *a, std::size_t n, std::size_t k) {
-  const std::size_t row = field::largest_in_column(a, n, k, sum_of_squares);
-  return field::is_safe(sum_of_squares(a[row * n + k])) ? row : field::find_pivot<complex_value>(a, n, k);
-}
-
 inline double *doubles(complex_value *z) { return reinterpret_cast<double *>(z); }
 inline double *doubles(dsp_complex *z) { return reinterpret_cast<double *>(z); }
 inline const double *doubles(const dsp_complex *z) { return reinterpret_cast<const double *>(z); }
 
-// Small matrices stay where the compiler sees their size.
-constexpr std::size_t worth_a_call = 4;
+}  // namespace dsp::rf
 
-inline void eliminate(complex_value *a, std::size_t n, std::size_t k) {
-  if (n < worth_a_call) return field::eliminate<complex_value>(a, n, k);
-  matrix_kernels().eliminate(doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
+// What the matrix does otherwise with these elements.
+namespace dsp::field {
+
+template <>
+inline rf::complex_value reciprocal(const rf::complex_value &z) {
+  const double sum = rf::sum_of_squares(z);
+  if (is_safe(sum)) return z.conjugate_over(sum);
+  const std::complex<double> r = scaled_reciprocal(rf::standard(z));
+  return {r.real(), r.imag()};
 }
 
-}  // namespace dsp::rf
+template <>
+inline std::size_t find_pivot(const rf::complex_value *a, std::size_t n, std::size_t k) {
+  const std::size_t row = largest_in_column(a, n, k, rf::sum_of_squares);
+  return is_safe(rf::sum_of_squares(a[row * n + k])) ? row : largest_in_column(a, n, k, rf::modulus);
+}
+
+// Small matrices stay where the compiler sees their size.
+template <>
+inline void eliminate(rf::complex_value *a, std::size_t n, std::size_t k) {
+  constexpr std::size_t worth_a_call = 4;
+  if (n < worth_a_call) return eliminate_rows(a, n, k);
+  rf::matrix_kernels().eliminate(rf::doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
+}
+
+}  // namespace dsp::field

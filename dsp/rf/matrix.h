@@ -12,12 +12,17 @@
  * and *= part a handle from the others first. Released element buffers stay in a pool of four for the next matrices of
  * the same shapes, until the last matrix of that element type is gone. One thread at a time.
  *
- * The element type needs T(0), T(1), copying, + - * / and a modulus: abs(x), or a modulus(x) of its own beside it, that
- * yields what compares with double. Products of std::complex do not look for infinities behind a NaN; quotients and
- * moduli neither overflow nor underflow on the way.
+ * Needs C++17. The element type needs T(), T(0), T(1), copying, the operators + - * / and a modulus that compares with
+ * double: a function abs(x), or modulus(x), in its own namespace. No other function of that namespace is called.
+ * Products of std::complex do not recover infinities from NaN; quotients and moduli neither overflow nor underflow in
+ * between.
  */
 #ifndef DSP_RF_MATRIX_H
 #define DSP_RF_MATRIX_H
+
+#if __cplusplus < 201703L && (!defined(_MSVC_LANG) || _MSVC_LANG < 201703L)
+#error "dsp/rf/matrix.h needs C++17, for instance -std=c++17"
+#else
 
 #include <algorithm>
 #include <cmath>
@@ -79,16 +84,16 @@ bool has_mantissa(const std::complex<F> &z) {
 
 template <class F>
 F scaled_modulus(const std::complex<F> &z) {
-  if (!has_mantissa(z)) return std::abs(z.real()) + std::abs(z.imag());
+  if (!field::has_mantissa(z)) return std::abs(z.real()) + std::abs(z.imag());
   int exponent = 0;
-  const std::complex<F> m = mantissa(z, &exponent);
-  return std::ldexp(std::sqrt(sum_of_squares(m)), exponent);
+  const std::complex<F> m = field::mantissa(z, &exponent);
+  return std::ldexp(std::sqrt(field::sum_of_squares(m)), exponent);
 }
 
 template <class F>
 F modulus(const std::complex<F> &z) {
-  const F sum = sum_of_squares(z);
-  return is_safe(sum) ? std::sqrt(sum) : scaled_modulus(z);
+  const F sum = field::sum_of_squares(z);
+  return field::is_safe(sum) ? std::sqrt(sum) : field::scaled_modulus(z);
 }
 
 template <class F>
@@ -98,20 +103,20 @@ std::complex<F> product(const std::complex<F> &a, const std::complex<F> &b) {
 
 template <class F>
 std::complex<F> scaled_reciprocal(const std::complex<F> &z) {
-  if (!has_mantissa(z)) {
+  if (!field::has_mantissa(z)) {
     const F size = 1 / (std::abs(z.real()) + std::abs(z.imag()));  // infinite, 0 or NaN
     return {std::copysign(size, z.real()), -std::copysign(size, z.imag())};
   }
   int exponent = 0;
-  const std::complex<F> m = mantissa(z, &exponent);
-  const F scale = 1 / sum_of_squares(m);
+  const std::complex<F> m = field::mantissa(z, &exponent);
+  const F scale = 1 / field::sum_of_squares(m);
   return {std::ldexp(m.real() * scale, -exponent), std::ldexp(-m.imag() * scale, -exponent)};
 }
 
 template <class F>
 std::complex<F> reciprocal(const std::complex<F> &z) {
-  const F sum = sum_of_squares(z);
-  if (!is_safe(sum)) return scaled_reciprocal(z);
+  const F sum = field::sum_of_squares(z);
+  if (!field::is_safe(sum)) return field::scaled_reciprocal(z);
   const F scale = 1 / sum;
   return {z.real() * scale, -z.imag() * scale};
 }
@@ -119,13 +124,13 @@ std::complex<F> reciprocal(const std::complex<F> &z) {
 // row *= f
 template <class T>
 void scale_row(T *row, T f, std::size_t n) {
-  for (std::size_t j = 0; j < n; ++j) row[j] = product(row[j], f);
+  for (std::size_t j = 0; j < n; ++j) row[j] = field::product(row[j], f);
 }
 
 // row -= f * other
 template <class T>
 void subtract_multiple(T *__restrict row, const T *__restrict other, T f, std::size_t n) {
-  for (std::size_t j = 0; j < n; ++j) row[j] = row[j] - product(f, other[j]);
+  for (std::size_t j = 0; j < n; ++j) row[j] = row[j] - field::product(f, other[j]);
 }
 
 // The row of the element of largest size in column k, from row k down; the first of several.
@@ -145,15 +150,15 @@ std::size_t largest_in_column(const T *a, std::size_t n, std::size_t k, Size siz
 
 template <class T>
 std::size_t find_pivot(const T *a, std::size_t n, std::size_t k) {
-  return largest_in_column(a, n, k, [](const T &x) { return modulus(x); });
+  return field::largest_in_column(a, n, k, [](const T &x) { return modulus(x); });
 }
 
 // Squares do for the search, unless the largest is out of range.
 template <class F>
 std::size_t find_pivot(const std::complex<F> *a, std::size_t n, std::size_t k) {
   using T = std::complex<F>;
-  const std::size_t row = largest_in_column(a, n, k, [](const T &z) { return sum_of_squares(z); });
-  return is_safe(sum_of_squares(a[row * n + k])) ? row : find_pivot<T>(a, n, k);
+  const std::size_t row = field::largest_in_column(a, n, k, [](const T &z) { return field::sum_of_squares(z); });
+  return field::is_safe(field::sum_of_squares(a[row * n + k])) ? row : field::find_pivot<T>(a, n, k);
 }
 
 // Below this modulus a pivot counts as 0, whatever the other elements are.
@@ -161,14 +166,19 @@ constexpr double least_pivot = 2.220446049250313e-12;
 
 // Takes the multiple of row k from every other row that leaves 0 in column k, where the inverse grows in place.
 template <class T>
-void eliminate(T *a, std::size_t n, std::size_t k) {
+void eliminate_rows(T *a, std::size_t n, std::size_t k) {
   for (std::size_t i = 0; i < n; ++i) {
     if (i == k) continue;
     T *const row = a + i * n;
     const T f = row[k];
     row[k] = T(0);
-    subtract_multiple(row, a + k * n, f, n);
+    field::subtract_multiple(row, a + k * n, f, n);
   }
+}
+
+template <class T>
+void eliminate(T *a, std::size_t n, std::size_t k) {
+  field::eliminate_rows(a, n, k);
 }
 
 // a becomes its inverse by Gauss-Jordan elimination with row pivoting. False: singular, a is left half reduced.
@@ -178,17 +188,17 @@ bool gauss_jordan(T *a, std::size_t size, std::size_t *order) {
   const std::size_t n = N != 0 ? N : size;
   for (std::size_t k = 0; k < n; ++k) order[k] = k;
   for (std::size_t k = 0; k < n; ++k) {
-    const std::size_t pivot = find_pivot(a, n, k);
+    const std::size_t pivot = field::find_pivot(a, n, k);
     if (modulus(a[pivot * n + k]) < least_pivot) return false;
     T *const row = a + k * n;
     if (pivot != k) {
       std::swap(order[k], order[pivot]);
       std::swap_ranges(row, row + n, a + pivot * n);
     }
-    const T q = reciprocal(row[k]);
+    const T q = field::reciprocal(row[k]);
     row[k] = T(1);
-    scale_row(row, q, n);
-    eliminate(a, n, k);
+    field::scale_row(row, q, n);
+    field::eliminate(a, n, k);
   }
   for (std::size_t j = 0; j < n; ++j) {
     if (order[j] == j) continue;
@@ -202,9 +212,9 @@ bool gauss_jordan(T *a, std::size_t size, std::size_t *order) {
 template <class T>
 bool invert_in_place(T *a, std::size_t n) {
   std::size_t few[3];
-  if (n == 2) return gauss_jordan<2>(a, n, few);
-  if (n == 3) return gauss_jordan<3>(a, n, few);
-  return gauss_jordan<0>(a, n, std::make_unique<std::size_t[]>(n).get());
+  if (n == 2) return field::gauss_jordan<2>(a, n, few);
+  if (n == 3) return field::gauss_jordan<3>(a, n, few);
+  return field::gauss_jordan<0>(a, n, std::make_unique<std::size_t[]>(n).get());
 }
 
 // The sums of W neighbouring elements of a product: the row `a` times columns of b, from t = 0 on.
@@ -213,7 +223,7 @@ void multiply_row(const T *a, const T *b, T *out, std::size_t k, std::size_t p) 
   T sum[W];
   std::fill(sum, sum + W, T(0));
   for (std::size_t t = 0; t < k; ++t)
-    for (std::size_t w = 0; w < W; ++w) sum[w] = sum[w] + product(a[t], b[t * p + w]);
+    for (std::size_t w = 0; w < W; ++w) sum[w] = sum[w] + field::product(a[t], b[t * p + w]);
   std::copy(sum, sum + W, out);
 }
 
@@ -222,8 +232,8 @@ template <class T>
 void multiply(const T *a, const T *b, T *out, std::size_t m, std::size_t k, std::size_t p) {
   for (std::size_t i = 0; i < m; ++i, a += k, out += p) {
     std::size_t j = 0;
-    for (; j + 4 <= p; j += 4) multiply_row<4>(a, b + j, out + j, k, p);
-    for (; j < p; ++j) multiply_row<1>(a, b + j, out + j, k, p);
+    for (; j + 4 <= p; j += 4) field::multiply_row<4>(a, b + j, out + j, k, p);
+    for (; j < p; ++j) field::multiply_row<1>(a, b + j, out + j, k, p);
   }
 }
 
@@ -377,8 +387,7 @@ class matrix {
     if (cols() != b.rows())
       throw std::invalid_argument("matrix<T>::operator*=: Inconsistent matrix size in multiplication!");
     matrix result(rows(), b.cols());
-    using dsp::field::multiply;
-    multiply(data(), b.data(), result.data(), rows(), cols(), b.cols());
+    dsp::field::multiply(data(), b.data(), result.data(), rows(), cols(), b.cols());
     std::swap(elements_, result.elements_);
     return *this;
   }
@@ -417,5 +426,7 @@ class matrix {
 
   elements *elements_;
 };
+
+#endif  // C++17
 
 #endif
