@@ -758,10 +758,11 @@ enum {
  * it.
  *
  * Inverse, with the same n, fraction and flags: gives `fraction` of M samples, windowed as the forward transform left
- * them; n < 1 takes M from the spectrum. Three cases differ. The spectrum of a complex record needs
- * DSP_SPECTRUM_FROM_TWO_SIDED as well, and the result is complex, as it is with DSP_SPECTRUM_TWO_SIDED. A record
- * shorter than `fraction` M comes back scaled by its length over that and padded. With DSP_SPECTRUM_SUM a record
- * shorter than M comes back in two parts, at both ends of M samples.
+ * them; n < 1 takes M from the spectrum. Two cases differ. The spectrum of a complex record needs
+ * DSP_SPECTRUM_FROM_TWO_SIDED as well, and the result is complex, as it is with DSP_SPECTRUM_TWO_SIDED and _RAW. A
+ * record shorter than `fraction` M comes back with zeros behind it, or on both sides where the halves are swapped (a
+ * window other than uniform, _SUM, _CENTRED); its samples are larger by the ratio of the lengths, but for _SUM and
+ * _RAW.
  *
  * DSP_SPECTRUM_SUM, _CENTRED and _RAW ignore n and fraction. out->dx = 1/(in->dx M). An empty record counts as silence.
  * out may be in. -1: null signal, no memory, or an unknown window where one is applied (forward, without
@@ -870,10 +871,9 @@ DSP_API int32_t dsps_excess(const dsp_vec *in, dsp_vec *out);
 
 /** Counts samples (of a complex signal: magnitudes, 1e100 if a part is beyond +-1e100) in `bins` bins of bin_width from
  * `start` on; out->dx becomes bin_width. A sample x belongs to bin trunc((x - start)/bin_width), with the rounding of
- * that quotient, so that one on a border may fall to either side if the border is not exact. A quotient of `bins`, or
- * up to ten units in the last place above, belongs to the last bin; other samples outside and NaN are not counted. With
- * bin_width 0, samples equal to `start` count in bin 0; a negative bin_width counts downwards. bins <= 0: nothing is
- * counted. */
+ * that quotient, so that one on a border may fall to either side if the border is not exact. A quotient from `bins`
+ * to 2.2e-15 of it above belongs to the last bin; other samples outside and NaN are not counted. With bin_width 0,
+ * samples equal to `start` count in bin 0; a negative bin_width counts downwards. bins <= 0: nothing is counted. */
 DSP_API int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bins);
 
 /** Flags of dsps_peak: one refinement, and one of the last two if wanted (both: DSP_PEAK_AT_INDEX holds). */
@@ -900,7 +900,7 @@ enum {
  * under DSP_WINDOW_GAUSSTOP: in its spectrum, without padding, a tone is found to 0.001 bins, and with
  * DSP_PEAK_GAUSS_CORR to 0.000002 bins. Use the place only: the height follows a Gaussian of half that exponent and
  * jumps by 1.4 dB for a tone on a bin. Compute the height as y exp(0.631 d^2) from the sample y nearest to the place, d
- * its distance from there. Zero or negative samples give NaN or infinities, or the clamped result.
+ * its distance from there. Both samples must be above 0; others give NaN, infinities or a clamped result.
  *
  * -1: another refinement, no memory; and, with a clamped result written, a Gaussian centre more than a sample away from
  * the middle of the pair. */

@@ -55,12 +55,12 @@ int main(int argc, char **argv) {
   if (argc == 1)
     std::printf(R"(# Accuracy
 
-What each routine gives away, measured against references in numbers of 64 bits or more by a program of this tree;
-`scripts/bench --accuracy` makes this page anew. A double has 53 bits: eps is 2^-52, the step from 1 to the next double;
-an ulp is that step at the value in question, so that a correctly rounded result is off by at most 0.5 ulp. Beside our
-figures stand those of a library or of the C library's function on the same data. Everything but transforms and the
-routines that say otherwise gives the same bits on every processor. Under each table stand the tests that fail when its
-figures grow. Ripple and rejection of filters and sample-rate conversion are in [filters.md](filters.md).
+The errors of the routines, measured by a program of this tree against references with 64 bits or more;
+`scripts/bench --accuracy` writes this page anew. A double has 53 bits: eps is 2^-52, the step from 1 to the next double.
+An ulp is the same step at the value in question: a correctly rounded result is off by at most 0.5 ulp. Beside our
+figures are those of another library, or of the C library's function, on the same data. Results that involve neither
+transforms nor mathematical functions are the same bits on every processor. Below each table are the tests that fail if
+its figures grow. Ripple and rejection of filters and sample-rate conversion are in [filters.md](filters.md).
 )");
   for (const auto &part : parts) {
     bool wanted = argc == 1;

@@ -91,8 +91,8 @@ void windows() {
   heading(
       "Windows",
       "The worst error over lengths from 2 to 100 003, in eps of the window's peak: as generated, scaled to mean 1, "
-      "scaled to mean square 1, and symmetric. The scaled cosine sums have published coefficients of their own, "
-      "used to the digit, so that there is nothing to compare them with.");
+      "scaled to mean square 1, and symmetric. The scaled cosine sums use published coefficients of their own, "
+      "which leaves nothing to compare them with.");
   table({"window", "raw", "amplitude", "power", "symmetric"});
   measure(
       "triangular", [](dsp_vec *v, int32_t f) { return dspi_window(v, DSP_WINDOW_TRIANGULAR, f); },
