@@ -157,11 +157,12 @@ template <class MakePiece>
 int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_end, std::int32_t j,
                    const MakePiece &piece) {
   const double last = f.x[f.n - 1];
+  const double bound = hold_end ? last : __builtin_inf();
   while (i < q.n) {
     if (!reach(f, q.t[i], &j)) return -1;
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const bool ends = j < f.n - 1 || hold_end;  // GCOVR_EXCL_BR_LINE: some pieces always hold the end
-    const double end = hold_end && last < f.x[j] ? last : f.x[j];
+    const double end = bound < f.x[j] ? bound : f.x[j];
     i = ends ? fill(q, i, piece(j), node{end}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
   }
   return 0;
