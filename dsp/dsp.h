@@ -954,6 +954,8 @@ DSP_API int32_t dsps_lin_regres2(const dsp_vec *in, dsp_vec *out);
  * A state takes the dx and representation of the input on every call. A null state stands for silence before the block,
  * and nothing is kept. The routine sizes the output, which may be the input. -1: an output on the buffer of a filter or
  * of a state, and a state on the buffer of the input. Once the largest block has been seen, no further call allocates.
+ * Products and sums are fused where the processor can: results are the same on one processor and agree to rounding on
+ * others.
  * ========================================================================================================== */
 
 /** Kernels of dspc_fir. The taps are h(t) at t = k - (N - 1)/2, N the length: an odd filter has a tap at its centre
@@ -997,12 +999,13 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  * taps, oldest first. A shorter state is extended by zeros at its newest end; of a longer one the first M - 1 samples
  * count. out is complex if in or h is, and gets the length and dx of in. Without taps, in is copied to out.
  *
- * Real filters of more than 45 taps (35 for complex blocks), on blocks of at least M - 1 samples, run through the FFT.
- * All others are summed directly, each output from the oldest sample to the newest. Direct results are the same bits
- * for every division into blocks; results through the FFT agree to 1e-13 of the sum of |h| times the largest input, and
- * a NaN or infinity spreads over its block. The spectrum of the last long filter is kept while the same taps (within
- * 1.1e-15 |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several long ones in turn are not.
- * -1: no memory, or a transform of 2^30 samples. */
+ * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly, each output from the oldest
+ * sample to the newest: the results are the same bits for every division into blocks. Longer real filters run through
+ * the FFT where that is cheaper; then blocks agree to 1e-13 of the sum of |h| times the largest input. A block is
+ * summed directly if it or its past holds a sample that is not finite or beyond 1e50, so that such a sample reaches
+ * only the outputs that weight it. The spectra of the last long filter are kept while the same taps (within 1.1e-15
+ * |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several long ones in turn are not. -1: no
+ * memory. */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
 
 /** dspd_fir with a filter given by its first half: the L samples of `half`, then their mirror image, negated if `anti`
@@ -1083,11 +1086,11 @@ typedef struct dsph_rsmp_state {
  * cosine series. Gains are relative to frequency 0, frequencies in cycles per input sample:
  *
  *     kind   taps   gain at 0.1   at 0.25   largest from 0.6 on
- *       0      8      -1.4 dB      -9.1 dB       -63 dB         smoothest; for signals far below the sample rate
- *       1     13      +0.5 dB      +0.4 dB       -83 dB         the best alone; gain 0.971 at frequency 0
+ *       0      8      -1.4 dB      -9.1 dB       -64 dB         smoothest; for signals far below the sample rate
+ *       1     13      +0.5 dB      +0.4 dB       -84 dB         the best alone; gain 0.971 at frequency 0
  *       2      8      -1.4 dB      -9.0 dB       -63 dB         as 0, in a shorter table
- *       3     10       0.0 dB       0.0 dB       -28 dB         flat, but frequencies above 0.2 leave images
- *       4     13     +11.1 dB     +21.4 dB       -83 dB         only as a part of dsph_rsmp, whose lowpasses undo it
+ *       3     10       0.0 dB       0.0 dB       -28 dB         flat; images of frequencies above 0.25 remain
+ *       4     13     +11.1 dB     +21.4 dB      -101 dB         only as a part of dsph_rsmp, whose lowpasses undo it
  *
  * -1: no such kind (v untouched), or as the builders. */
 DSP_API int32_t dspc_rsmp(dsp_vec *v, int32_t kind);

@@ -58,8 +58,8 @@ int main(int argc, char **argv) {
 The errors of the routines, measured by a program of this tree against references with 64 bits or more;
 `scripts/bench --accuracy` writes this page anew. A double has 53 bits: eps is 2^-52, the step from 1 to the next double.
 An ulp is the same step at the value in question: a correctly rounded result is off by at most 0.5 ulp. Beside our
-figures are those of another library, or of the C library's function, on the same data. Results that involve neither
-transforms nor mathematical functions are the same bits on every processor. Below each table are the tests that fail if
+figures are those of another library, or of the C library's function, on the same data. Arithmetic, statistics,
+interpolation, calibration and traces give the same bits on every processor. Below each table are the tests that fail if
 its figures grow. Ripple and rejection of filters and sample-rate conversion are in [filters.md](filters.md).
 )");
   for (const auto &part : parts) {
