@@ -1046,12 +1046,12 @@ DSP_API int32_t dspi_hwfilt(dsp_vec *v, const void *reserved);
  *     dsph_rsmp_state_destroy(&state);
  *     dsph_rsmp_coef_destroy(&coef);
  *
- * What it reaches (docs/filters.md has the figures for each ratio): flat within 0.06 dB up to 0.39 of the
- * output rate; distortion of a tone below -115 dB rms. Frequencies from 0.605 of the output rate on come out at least
- * 82 dB lower in that band (from 0.625 on 90 dB), and between 0.395 and 0.5 of the output rate at least 36 dB lower;
- * the worst ratio is 2.21. Frequencies from 0.5 to 0.605 fall into the latter part. A stream in blocks gives the same
- * bits as the stream at once. The output begins where the filters have settled: samples that depend on the silence
- * before the stream are dropped.
+ * What it reaches (docs/filters.md has the figures for each ratio): flat within 0.065 dB up to 0.39 of the output rate;
+ * distortion of a tone below -115 dB rms. Frequencies from 0.605 of the output rate on come out at least 82 dB lower in
+ * that band (from 0.625 on 90 dB), and between 0.395 and 0.5 of the output rate at least 36 dB lower; the worst ratio
+ * is 2.21. Frequencies from 0.5 to 0.605 fall into the latter part. A stream in blocks gives the same bits as the
+ * stream at once. The output begins where the filters have settled: samples that depend on the silence before the
+ * stream are dropped.
  * ========================================================================================================== */
 
 /** What a ratio needs. The routines below fill it; read it as you like. */
