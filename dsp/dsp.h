@@ -1098,8 +1098,8 @@ DSP_API int32_t dspc_rsmp(dsp_vec *v, int32_t kind);
 /** Kernel tables of any even length L: v[0] is c[0], the number of taps T, and v[L/2 + j] = v[L/2 - j] is the sum over
  * k from 1 of c[k] cos((k - 1) j d) (dspc_rsmp_cos) or c[k] cos(j d)^(k - 1) (dspc_rsmp_pcos), with d = 2 pi/(L - 2).
  * So the kernel has (L - 2)/T points per input sample, typically 256 to 1024. A complex v gets imaginary parts 0. With
- * fewer than two samples in v or c, v becomes c[0] followed by zeros. -1: odd length, complex c, c on v's buffer, no
- * memory. */
+ * fewer than two samples in v or c, v becomes c[0] followed by zeros. -1: otherwise an odd length, complex c, c on v's
+ * buffer, no memory. */
 DSP_API int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c);
 DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
 
