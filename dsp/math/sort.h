@@ -114,7 +114,7 @@ void select(Sample *x, std::int64_t n, std::int64_t k, Before before) {
   Sample *const wanted = x + k;
   unsorted<Sample> rest(x, n);
   while (rest.n > unsorted<Sample>::few) {
-    if (rest.patience-- == 0) return std::nth_element(rest.x, wanted, rest.end(), before);
+    if (rest.patience-- == 0) return std::partial_sort(rest.x, wanted + 1, rest.end(), before);
     const std::int64_t front = rest.partition(before);
     if (wanted < rest.x) return;
     if (wanted < rest.x + front)
