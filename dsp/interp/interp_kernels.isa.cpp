@@ -120,7 +120,8 @@ struct middle_or_last {
   node last;
   template <class V>
   auto operator()(const V &t) const {
-    return half_way(t) | last(t);
+    const auto is_middle = half_way(t), is_last = last(t);
+    return is_middle | is_last;
   }
 };
 

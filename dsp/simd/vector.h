@@ -44,7 +44,7 @@ constexpr bool has_fused_products = false;
 
 // A vector that a loop carries from one pass to the next. Without vector registers GCC keeps a vector in memory but an
 // array of its elements in registers.
-#if defined(__SSE2__) || defined(__aarch64__)
+#if defined(__SSE2__) || defined(__aarch64__) || defined(__wasm_simd128__)
 constexpr bool has_vector_registers = true;
 template <class V>
 using carried = V;
