@@ -1,0 +1,98 @@
+// The module over dsp.wasm, in Node: what it adds to the library, whose routines have tests of their own.
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import test from "node:test";
+import v8 from "node:v8";
+import vm from "node:vm";
+import { pathToFileURL } from "node:url";
+
+const built = pathToFileURL(process.env.DSP_JS);
+const { load, DspError } = await import(built);
+const dsp = await load();
+const near = (a, b, tolerance = 1e-14) => assert.ok(Math.abs(a - b) <= tolerance, `${a} is not ${b}`);
+
+test("dsp.wasm exports dsp.h and a heap", async () => {
+  const header = (await readFile(process.env.DSP_HEADER, "utf8")).replace(/#define.*/g, "");
+  const declared = [...header.matchAll(/DSP_API[^(;]*?(\w+)\(/g)].map((m) => m[1]);
+  const module = await WebAssembly.compile(await readFile(new URL("dsp.wasm", built)));
+  const exported = WebAssembly.Module.exports(module).filter((e) => e.kind === "function").map((e) => e.name);
+  for (const name of declared) assert.ok(exported.includes(name), name);
+  assert.ok(declared.length > 150 && exported.length < declared.length + 10);
+});
+
+test("a tone between bins, as the README has it", () => {
+  const s = dsp.spectrum(dsp.cos(1024, 123.4, 0, { dx: 1e-3 }), "gausstop");
+  assert.equal(dsp.peak(s, "gauss").place.toFixed(2), "123.40");
+  near(s.axis()[512], 500);
+  assert.equal(s.axis(true)[256], 0);
+});
+
+test("signals keep spacing and representation; arrays take a signal's spacing; `out` may be the argument", () => {
+  const x = dsp.signal([1, 2, 3, 4], { dx: 0.5 });
+  assert.deepEqual([...dsp.add(x, [1, 1, 1, 1]).samples], [2, 3, 4, 5]);
+  assert.equal(dsp.add([1, 1, 1, 1], x).dx, 0.5);
+  const z = dsp.signal([1, 2, 3, 4], { complex: true });
+  assert.ok(z.is_complex && z.length === 2);
+  assert.deepEqual(dsp.sum(z), { re: 4, im: 6 });
+  assert.equal(dsp.scale(x, 2, { out: x }), x);
+  assert.deepEqual([...x.samples], [2, 4, 6, 8]);
+  assert.deepEqual([...dsp.ifft(dsp.fft(x), { out: z }).samples], [2, 0, 4, 0, 6, 0, 8, 0]);
+  assert.equal(dsp.mean(new Float32Array([1, 2, 6])), 3);
+  near(dsp.window_enbw("hann", 64), 1.5);
+  assert.deepEqual([...dsp.window([1, 1, 1, 1], "hann", "raw, no_swap").samples].map((w) => +w.toFixed(12)), [0, 0.5, 1, 0.5]);
+  assert.deepEqual([...dsp.unwrap_phase(dsp.cexp(3, 0.4)).samples].map((p) => +p.toFixed(6)), [0, 2.513274, 5.026548]);
+});
+
+test("errors name routine and condition, and leave the arguments as they were", () => {
+  const x = dsp.signal([1, 2, 3]);
+  assert.throws(() => dsp.rfft(x), (e) => e instanceof DspError && /dspi_rfft takes .*power of two/.test(e.message));
+  assert.throws(() => dsp.mul(x, [1]), /dspb_mul takes signals of equal length/);
+  assert.throws(() => dsp.spectrum(x, "hum"), /"hum" is none of UNIFORM/);
+  assert.throws(() => dsp.zpad(x, 2 ** 30), /memory ran out/);
+  assert.throws(() => dsp.sum(7), TypeError);
+  assert.deepEqual([...x.samples], [1, 2, 3]);
+});
+
+test("streams in blocks are the stream at once", () => {
+  const x = dsp.addcos(dsp.cos(5000, 0.01), 0.3);
+  const streams = [
+    () => new dsp.FirFilter(dsp.fir("lowpass", 31, 0.1)),
+    () => new dsp.SymmetricFir(dsp.fir2("taps12")),
+    () => new dsp.HalfBandFilter(),
+    () => new dsp.Decimator(3),
+    () => new dsp.Resampler(2.5),
+  ];
+  for (const make of streams) {
+    const [whole, pieces] = [make(), make()];
+    const run = (s, block) => (s.filter ? s.filter(block) : s.convert(block));
+    const parts = [0, 7, 7, 2000, 5000].map((to, i, at) => run(pieces, dsp.subvec(x, at[i - 1] ?? 0, to - (at[i - 1] ?? 0))));
+    assert.deepEqual(parts.flatMap((p) => [...p.samples]), [...run(whole, x).samples]);
+    whole.free();
+  }
+  const average = new dsp.Average("max_hold").add(dsp.signal([1, 5])).add(dsp.signal([2, 3]));
+  assert.deepEqual([...average.result().samples], [2, 5]);
+});
+
+test("a calibration is undone", () => {
+  const complex = (...z) => dsp.signal(z, { complex: true });
+  const actual = [complex(-1, 0), complex(1, 0), complex(0, 0), complex(0.3, -0.2)];
+  const seen = (a) => dsp.add(complex(0.05, 0.01), dsp.div(dsp.mul(complex(0.9, 0.1), a), dsp.sub(complex(1, 0), dsp.mul(complex(-0.1, 0.2), a))));
+  const measured = actual.map(seen);
+  const corrected = new dsp.OnePort(measured.slice(0, 3), actual.slice(0, 3)).correct(measured[3]).samples;
+  near(corrected[0], 0.3);
+  near(corrected[1], -0.2);
+});
+
+test("memory goes back: by free, and when a signal is forgotten", async () => {
+  const pages = () => dsp.library.exports.memory.buffer.byteLength;
+  for (let i = 0; i < 4; ++i) dsp.cos(2 ** 20, 0.1).free();
+  const before = pages();
+  for (let i = 0; i < 200; ++i) dsp.cos(2 ** 20, 0.1).free();
+  assert.equal(pages(), before);
+  v8.setFlagsFromString("--expose-gc");
+  const collect = vm.runInNewContext("gc");
+  let returned = 0;
+  dsp.library.own({}, () => ++returned);
+  for (let i = 0; i < 50 && !returned; ++i) await new Promise((next) => setTimeout(next, 20)).then(collect);
+  assert.equal(returned, 1);
+});
