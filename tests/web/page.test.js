@@ -1,0 +1,226 @@
+// The page in headless Chromium: each view used, its figures beside those of the programs, its pixels looked at.
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import http from "node:http";
+import { createRequire } from "node:module";
+import { tmpdir } from "node:os";
+import { extname, join } from "node:path";
+import { after, before, beforeEach, test } from "node:test";
+import { gzipSync } from "node:zlib";
+
+const { PAGE, MODULES, PROGRAMS } = process.env;
+const { chromium } = createRequire(join(MODULES, "x.js"))("playwright-core");
+const scratch = mkdtempSync(join(tmpdir(), "dsp-page-"));
+const types = { ".html": "text/html", ".js": "text/javascript", ".css": "text/css", ".wasm": "application/wasm" };
+const served = http.createServer(({ url }, answer) => {
+  const path = new URL(url, "http://x").pathname.replace(/\/$/, "/index.html");
+  answer.setHeader("Content-Type", types[extname(path)] ?? "text/plain");
+  answer.end(readFileSync(join(PAGE, path)));
+});
+let browser, page, address;
+const complaints = [];
+
+before(async () => {
+  await new Promise((done) => served.listen(0, "127.0.0.1", done));
+  address = `http://127.0.0.1:${served.address().port}/`;
+  const flags = "--no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking " +
+    "--disable-component-update --disable-sync --use-fake-ui-for-media-stream --use-fake-device-for-media-stream";
+  browser = await chromium.launchPersistentContext(join(scratch, "profile"), {
+    executablePath: "/usr/bin/chromium", args: flags.split(" "), acceptDownloads: true, viewport: { width: 1100, height: 900 },
+  });
+  browser.on("request", (r) => r.url().startsWith(address) || /^(data|blob):/.test(r.url()) || complaints.push(r.url()));
+});
+after(async () => {
+  await browser.close();
+  served.close();
+  rmSync(scratch, { recursive: true });
+});
+
+async function open(link = "") {
+  page = await browser.newPage();
+  page.on("console", (m) => m.type() === "error" && complaints.push(m.text()));
+  page.on("pageerror", (e) => complaints.push(e.message));
+  await page.goto(address + link);
+  await page.waitForSelector("body[data-ready]", { timeout: 120000 });
+}
+beforeEach(() => (complaints.length = 0));
+const quiet = () => assert.deepEqual(complaints, []);
+const text = (id) => page.locator(id).innerText();
+const rows = (id) => page.locator(`${id} tr`).evaluateAll((all) => all.map((tr) => [...tr.cells].map((c) => c.textContent)));
+const status = (pattern) => page.waitForFunction((p) => new RegExp(p).test(document.getElementById("status").textContent), pattern, { timeout: 120000 });
+const set = (view, values) =>
+  page.evaluate(([v, all]) => {
+    const { form } = document.querySelector(`#${v} select`);
+    for (const [name, value] of Object.entries(all))
+      form.elements[name][typeof value === "boolean" ? "checked" : "value"] = value;
+    form.dispatchEvent(new Event("change"));
+  }, [view, values]);
+const load = async (path) => {
+  await page.locator("#recording").setInputFiles(path);
+};
+
+/** How many pixels of a canvas have about this colour. */
+const pixels = (selector, red, green, blue) =>
+  page.locator(selector).first().evaluate((canvas, [r, g, b]) => {
+    const { data } = canvas.getContext("2d").getImageData(0, 0, canvas.width, canvas.height);
+    let count = 0;
+    for (let i = 0; i < data.length; i += 4)
+      count += Math.abs(data[i] - r) + Math.abs(data[i + 1] - g) + Math.abs(data[i + 2] - b) < 60 && data[i + 3] > 128;
+    return count;
+  }, [red, green, blue]);
+
+function wav(samples, { rate = 48000, channels = 1, bits = 24 } = {}) {
+  const bytes = bits / 8;
+  const b = Buffer.alloc(44 + samples.length * bytes);
+  b.write("RIFF"), b.writeUInt32LE(b.length - 8, 4), b.write("WAVEfmt ", 8), b.writeUInt32LE(16, 16);
+  b.writeUInt16LE(1, 20), b.writeUInt16LE(channels, 22), b.writeUInt32LE(rate, 24);
+  b.writeUInt32LE(rate * channels * bytes, 28), b.writeUInt16LE(channels * bytes, 32), b.writeUInt16LE(bits, 34);
+  b.write("data", 36), b.writeUInt32LE(samples.length * bytes, 40);
+  const full = 2 ** (bits - 1) - 1;
+  samples.forEach((x, i) => b.writeIntLE(Math.round(x * full), 44 + i * bytes, bytes));
+  return b;
+}
+
+test("what is loaded is under 400 kB compressed", () => {
+  const files = readdirSync(PAGE, { recursive: true }).filter((f) => /\.(html|css|js|wasm)$/.test(f) && !f.includes("CMakeFiles"));
+  const size = files.reduce((sum, f) => sum + gzipSync(readFileSync(join(PAGE, f))).length, 0);
+  assert.ok(size > 50000 && size < 400000, `${size} bytes`);
+});
+
+test("the demonstration's recording reads as dsp-spectrum reads it", async () => {
+  await open("#spectrum?block=8192");
+  assert.ok((await pixels("#spectrum-plot canvas", 31, 111, 178)) > 300);
+  const recording = "/usr/share/sounds/alsa/Front_Center.wav";
+  await load(recording);
+  await status("Front_Center.wav: ");
+  const printed = execFileSync(join(PROGRAMS, "dsp-spectrum"), ["--block", "8192", "-o", join(scratch, "s.csv"), recording]).toString();
+  const peaks = [...printed.matchAll(/^ +([\d.]+) +(-?[\d.]+)$/gm)].map((m) => [m[1], m[2]]);
+  assert.ok(peaks.length > 5);
+  assert.deepEqual((await rows("#peaks")).slice(1), peaks);
+  const how = (line) => line.match(/\d+ blocks.*, (bins .*)/)[1];
+  assert.equal(how(await text("#method")), how(printed));
+  assert.ok((await pixels("#waterfall", 255, 0, 0)) + (await pixels("#waterfall", 255, 120, 0)) > 50);
+  quiet();
+});
+
+test("tones read as dsp-tone reads them", async () => {
+  for (let k = 0; k < 20; ++k) {
+    const [f, n] = [40 * 1.37 ** k * (1 + k / 1000), 20000 + 1111 * k];
+    const tone = (i) => 0.7 * Math.sin((2 * Math.PI * f * i) / 48000) + 0.7e-3 * Math.sin((4 * Math.PI * f * i) / 48000 + k);
+    const path = join(scratch, `tone${k}.wav`);
+    writeFileSync(path, wav(Float64Array.from({ length: n }, (_, i) => tone(i) + 1e-4 * Math.sin(i * i))));
+    await load(path);
+    await status(`tone${k}.wav: `);
+    const printed = execFileSync(join(PROGRAMS, "dsp-tone"), [path]).toString().trim().split("\n");
+    await page.waitForFunction((first) => document.querySelector("#tone").innerText.includes(first), printed[0].match(/[\d.]+/)[0]);
+    const figures = printed.map((line) => line.match(/^(.*?) {2,}(\S+) ?(.*)$/).slice(1));
+    assert.deepEqual(await rows("#tone"), figures, path);
+  }
+  quiet();
+});
+
+test("cursor, zoom, markers, scales, averages, CSV, PNG and link", async () => {
+  const plot = page.locator("#spectrum-plot");
+  await plot.focus();
+  for (const key of ["ArrowRight", "PageDown", "m", "PageDown", "m", "+"]) await page.keyboard.press(key);
+  assert.match(await plot.locator("output").innerText(), /Hz: -?[\d.]+ dB/);
+  assert.equal((await rows("#markers")).length, 3);
+  assert.ok((await pixels("#spectrum-plot canvas", 179, 32, 44)) > 100);
+  await page.keyboard.press("0");
+  await set("spectrum", { scale: "density", linear: true, average: "max_hold", log: false });
+  await page.waitForFunction(() => /maximum/.test(document.getElementById("method").textContent));
+  assert.match(page.url(), /#spectrum\?.*average=max_hold.*scale=density.*linear=true.*log=false/);
+  for (const [name, start] of [["CSV", "frequency / Hz,level\n0,"], ["PNG", "\x89PNG"]]) {
+    const [file] = await Promise.all([page.waitForEvent("download"), plot.getByRole("button", { name }).click()]);
+    assert.ok(readFileSync(await file.path(), "latin1").startsWith(start));
+  }
+  await page.reload();
+  await page.waitForSelector("body[data-ready]");
+  assert.equal(await page.locator("#spectrum [name=average]").inputValue(), "max_hold");
+  quiet();
+});
+
+test("windows, filters and calibration", async () => {
+  await page.getByRole("tab", { name: "Windows" }).click();
+  await page.waitForFunction(() => document.querySelectorAll("#window-figures tr").length > 4);
+  const figures = await rows("#window-figures");
+  assert.deepEqual(figures[1].slice(1, 3), ["1.5000", "3.8194"]);
+  assert.deepEqual(figures[3][1], "-31.5");
+  assert.ok((await pixels("#window-plot canvas", 31, 111, 178)) > 300 && (await pixels("#window-plot canvas", 196, 86, 26)) > 300);
+  await page.keyboard.press("ArrowRight"); // from tab to tab
+  await status("lowpass of 101 taps");
+  assert.equal((await page.locator("#coefficients").inputValue()).split("\n").length, 101);
+  assert.ok((await pixels("#response-plot canvas", 31, 111, 178)) > 300);
+  await set("filters", { ratio: 2 });
+  await page.getByRole("button", { name: "Hear" }).click();
+  await status("Playing 2.7 s at 24000 Hz");
+  await page.getByRole("tab", { name: "Calibration" }).click();
+  await status("simulated antenna");
+  const terms = Object.fromEntries(await rows("#calibration-figures"));
+  assert.ok(Math.abs(terms["directivity"] - 20 * Math.log10(0.04)) < 0.01);
+  assert.ok(Math.abs(terms["return loss"] + 20 * Math.log10(7 / 93)) < 0.02);
+  assert.ok((await pixels("#smith", 31, 111, 178)) > 300);
+  const sweep = (name, s) => ({ name: `${name}.s1p`, mimeType: "text/plain", buffer: Buffer.from(`# MHz S RI R 50\n1 ${s}\n2 ${s}\n3 ${s}`) });
+  await page.locator("#sweeps").setInputFiles([sweep("my_short", "-1 0"), sweep("open", "1 0"), sweep("load", "0 0"), sweep("dut", "0.1 0")]);
+  await status("dut.s1p, corrected");
+  assert.equal(Object.fromEntries(await rows("#calibration-figures"))["return loss"], "20.00");
+  quiet();
+});
+
+test("broken, empty and hostile files are answered by a sentence, and lose nothing", async () => {
+  await page.getByRole("tab", { name: "Spectrum" }).click();
+  const good = wav(new Float64Array(9000).fill(0.1));
+  const bad = {
+    "empty.wav": [Buffer.alloc(0), "is empty"],
+    "cut.wav": [good.subarray(0, 3000), "is truncated"],
+    "head.wav": [good.subarray(0, 30), "is no complete WAV file"],
+    "bits.wav": [Buffer.from(good).fill(77, 34, 35), "does not read"],
+    "none.wav": [Buffer.from(good).fill(0, 22, 24), "states 0 channels"],
+    "short.wav": [wav([0.1, 0.2]), "fewer samples than a block"],
+    "noise.bin": [Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * i * 7) % 256)), "neither a sound"],
+    "words.csv": [Buffer.from("time,volt\n1,2\n2,x\n"), 'line 3: "2,x" is not all numbers'],
+    "<img src=x onerror=alert(1)>.csv": [Buffer.from("a"), "holds no numbers"],
+  };
+  for (const [name, [buffer, sentence]] of Object.entries(bad)) {
+    await load({ name, mimeType: "", buffer });
+    await status(sentence);
+  }
+  await load({ name: "even.csv", mimeType: "text/csv", buffer: Buffer.from(Array.from({ length: 9000 }, (_, i) => `${i / 1000},${i % 2}`).join("\n")) });
+  await status("even.csv: 9.000 s at 1000 Hz");
+  quiet();
+});
+
+test("a long recording shows in 3 seconds, and the page answers throughout", async () => {
+  const path = join(scratch, "long.wav");
+  const seconds = wav(Float64Array.from({ length: 2 * 480000 }, (_, i) => 0.5 * Math.sin(i * 0.01)), { channels: 2, bits: 16 });
+  const head = Buffer.from(seconds.subarray(0, 44));
+  head.writeUInt32LE(60 * (seconds.length - 44), 40);
+  writeFileSync(path, Buffer.concat([head, ...new Array(60).fill(seconds.subarray(44))]));
+  await set("spectrum", { average: "mean" });
+  await page.evaluate(() => {
+    let last = performance.now();
+    window.worst = 0;
+    setInterval(() => {
+      window.worst = Math.max(window.worst, performance.now() - last - 5);
+      last = performance.now();
+    }, 5);
+  });
+  const began = Date.now();
+  await load(path);
+  await status("long.wav: 600.0 s");
+  console.log(`10 minutes of stereo: ${Date.now() - began} ms; longest pause of the page ${(await page.evaluate(() => window.worst)).toFixed(0)} ms`);
+  quiet();
+});
+
+test("the microphone; a phone in the dark", async () => {
+  await page.getByRole("button", { name: "Microphone" }).click();
+  await page.waitForFunction(() => /blocks of 8192/.test(document.getElementById("method").textContent) && /Measuring/.test(document.getElementById("status").textContent));
+  await page.getByRole("button", { name: "Microphone" }).click();
+  await page.emulateMedia({ colorScheme: "dark" });
+  await page.setViewportSize({ width: 360, height: 740 });
+  await page.waitForTimeout(300);
+  assert.ok((await pixels("#spectrum-plot canvas", 108, 180, 240)) > 100);
+  assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 360));
+  quiet();
+});
