@@ -1,0 +1,111 @@
+// Where a polynomial has a given value.
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstdint>
+
+#include "dsp/core/temporary.h"
+#include "dsp/dsp.h"
+#include "dsp/math/sort.h"
+#include "dsp/poly/heap_array.h"
+#include "dsp/poly/polynomial.h"
+#include "dsp/poly/result.h"
+#include "dsp/poly/zero_kernels.h"
+#include "dsp/poly/zeros.h"
+
+namespace dsp::poly {
+namespace {
+
+// Tells where p - y is no more than the rounding error of a solution.
+class noise_test {
+ public:
+  noise_test(const dsp_vec &c, double y, std::int32_t degree)
+      : degree_(degree), re_(degree_ + 1), im_(degree_ + 1), modulus_(degree_ + 1) {
+    if (!is_valid()) return;
+    double largest = std::fabs(y);
+    for (std::int64_t k = 0; k <= degree_; ++k) largest = std::max(largest, std::fabs(c.data[k]));
+    const double scale = largest > 0x1p900 ? 0x1p-100 : 1.0;  // sums do not overflow
+    for (std::int64_t k = 0; k <= degree_; ++k) {
+      const double offset = k == 0 ? scale * y : 0.0;
+      re_[k] = scale * c.data[k] - offset;
+      im_[k] = 0.0;
+      modulus_[k] = std::fabs(scale * c.data[k]) + std::fabs(offset);
+    }
+  }
+
+  bool is_valid() const { return re_ && im_ && modulus_; }
+
+  // Whether all between z and its real part solves the equation but for rounding.
+  bool covers_way_to_axis(dsp_complex z) const {
+    constexpr int steps = 16;
+    for (int i = 0; i <= steps; ++i)
+      if (!is_noise({z.re, z.im * i / steps})) return false;
+    return true;
+  }
+
+ private:
+  bool is_noise(std::complex<double> z) const {
+    const bool is_outside = std::abs(z) > 1.0;
+    if (is_outside) z = 1.0 / z;
+    point_block b = {};
+    b.re[0] = z.real();
+    b.im[0] = z.imag();
+    b.modulus[0] = std::abs(z);
+    const std::int64_t first = is_outside ? 0 : degree_;
+    const coefficient_run run = {re_.get() + first, im_.get() + first, modulus_.get() + first, is_outside ? 1 : -1,
+                                 degree_};
+    zero_kernels().evaluate(run, &b, 1);
+    zero_kernels().evaluate_twofold(run, &b, 1);
+    return std::hypot(b.value_re[0], b.value_im[0]) <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * b.terms[0];
+  }
+
+  std::int64_t degree_;
+  heap_array<double> re_, im_, modulus_;
+};
+
+// Keeps the real ones of n zeros, sorted, and returns their number.
+std::int32_t keep_real(dsp_complex *z, std::int32_t n, const noise_test &noise) {
+  std::int32_t count = 0;
+  for (std::int32_t i = 0; i < n; ++i) {
+    const bool is_pair = z[i].im != 0.0;
+    const dsp_complex zero = z[i];
+    if (is_pair) ++i;
+    if (is_pair && !noise.covers_way_to_axis(zero)) continue;
+    z[count++] = {zero.re, 0.0};
+    if (is_pair) z[count++] = {zero.re, 0.0};
+  }
+  sort(z, count, [](const dsp_complex &a, const dsp_complex &b) { return a.re < b.re; });
+  return count;
+}
+
+bool has_solutions(const polynomial &p) { return p.is_finite() && !p.is_zero(); }
+
+}  // namespace
+}  // namespace dsp::poly
+
+using namespace dsp;
+using namespace dsp::poly;
+
+int32_t dsps_psolve(const dsp_vec *c, dsp_vec *out, double y) {
+  const polynomial p(*c, {y, 0.0});
+  if (c->is_complex != 0 || !has_solutions(p)) return -1;
+  const heap_array<dsp_complex> z(p.zeros());
+  if (!z || find_zeros(p, z.get()) != 0) return -1;
+  const noise_test noise(*c, y, p.zeros());
+  if (!noise.is_valid()) return -1;
+  const std::int32_t count = keep_real(z.get(), p.zeros(), noise);
+  temporary solutions;
+  if (size_as(solutions.get(), count, false) != 0) return -1;
+  for (std::int32_t i = 0; i < count; ++i) solutions->data[i] = z[i].re;
+  put(solutions.get(), out);
+  return 0;
+}
+
+int32_t dsps_pcsolve(const dsp_vec *c, dsp_vec *out, double y_re, double y_im) {
+  const polynomial p(*c, {y_re, y_im});
+  temporary solutions;
+  if (!has_solutions(p) || size_as(solutions.get(), p.zeros(), true) != 0) return -1;
+  if (find_zeros(p, complex_samples(*solutions)) != 0) return -1;
+  put(solutions.get(), out);
+  return 0;
+}

@@ -1,0 +1,280 @@
+// The circle nearest to points in the sense of least squared distances.
+//
+// A circle is A |p|^2 + n.p = 0 about an origin on it, with a unit normal n there and half its curvature A. A straight
+// line is the circle with A = 0, so that no digit is lost on short arcs. (Chernov and Lesort, J. Math. Imaging Vis. 23,
+// 2005.) The search shifts the curve by D along n, turns n by an angle T and changes A.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "dsp/dsp.h"
+
+namespace dsp::rf {
+namespace {
+
+constexpr double epsilon = 0x1p-52;
+
+dsp_complex operator+(dsp_complex a, dsp_complex b) { return {a.re + b.re, a.im + b.im}; }
+dsp_complex operator-(dsp_complex a, dsp_complex b) { return {a.re - b.re, a.im - b.im}; }
+dsp_complex operator*(double a, dsp_complex b) { return {a * b.re, a * b.im}; }
+double dot(dsp_complex a, dsp_complex b) { return a.re * b.re + a.im * b.im; }
+dsp_complex left_of(dsp_complex a) { return {-a.im, a.re}; }
+double largest_part(dsp_complex z) { return std::max(std::fabs(z.re), std::fabs(z.im)); }
+bool is_finite(dsp_complex z) { return std::isfinite(z.re) && std::isfinite(z.im); }
+
+int exponent_of(double x) {
+  int exponent;
+  std::frexp(x, &exponent);
+  return std::clamp(exponent, -1000, 1000);
+}
+
+// Points moved to about their mean and scaled by powers of two: the farthest is about 1 away.
+class cloud {
+ public:
+  cloud(const dsp_complex *z, std::int64_t n) : z_(z), n_(n) {
+    double largest = 0.0;
+    for (std::int64_t i = 0; i < n; ++i) {
+      is_finite_ = is_finite_ && is_finite(z[i]);
+      largest = std::max(largest, largest_part(z[i]));
+    }
+    coarse_ = exponent_of(largest);
+    const dsp_complex mean = sum([this](std::int64_t i) { return coarse(i); });
+    centre_ = 1.0 / static_cast<double>(n) * mean;
+    double width = 0.0;
+    for (std::int64_t i = 0; i < n; ++i) width = std::max(width, largest_part(coarse(i) - centre_));
+    fine_ = exponent_of(width);
+    largest_ = std::ldexp(largest, -coarse_ - fine_);
+  }
+
+  bool is_finite_throughout() const { return is_finite_; }
+  std::int64_t count() const { return n_; }
+  dsp_complex operator[](std::int64_t i) const { return std::ldexp(1.0, -fine_) * (coarse(i) - centre_); }
+  // Of all coordinates, about 0.
+  double largest() const { return largest_; }
+
+  // Back to the caller's coordinates.
+  double length(double x) const { return std::ldexp(x, coarse_ + fine_); }
+  dsp_complex place(dsp_complex p) const {
+    return {std::ldexp(std::ldexp(p.re, fine_) + centre_.re, coarse_),
+            std::ldexp(std::ldexp(p.im, fine_) + centre_.im, coarse_)};
+  }
+
+  template <class Term>
+  dsp_complex sum(Term term) const {
+    dsp_complex s = {0.0, 0.0};
+    for (std::int64_t i = 0; i < n_; ++i) s = s + term(i);
+    return s;
+  }
+
+ private:
+  dsp_complex coarse(std::int64_t i) const { return std::ldexp(1.0, -coarse_) * z_[i]; }
+
+  const dsp_complex *z_;
+  std::int64_t n_;
+  bool is_finite_ = true;
+  int coarse_, fine_;
+  dsp_complex centre_;
+  double largest_;
+};
+
+struct circle {
+  dsp_complex origin;
+  dsp_complex normal;
+  double half_curvature;
+};
+
+struct line_fit {
+  circle line;
+  double sum_of_squares;
+  double farthest;
+};
+
+// The line through the mean of the points, along the axis of their least moment of inertia.
+line_fit fit_line(const cloud &points) {
+  const auto n = static_cast<double>(points.count());
+  const dsp_complex mean = 1.0 / n * points.sum([&](std::int64_t i) { return points[i]; });
+  double xx = 0.0, xy = 0.0, yy = 0.0;
+  for (std::int64_t i = 0; i < points.count(); ++i) {
+    const dsp_complex p = points[i] - mean;
+    xx += p.re * p.re;
+    xy += p.re * p.im;
+    yy += p.im * p.im;
+  }
+  const double angle = 0.5 * std::atan2(2.0 * xy, xx - yy);
+  line_fit fit = {{mean, {-std::sin(angle), std::cos(angle)}, 0.0}, 0.0, 0.0};
+  for (std::int64_t i = 0; i < points.count(); ++i) {
+    const double d = dot(points[i] - mean, fit.line.normal);
+    fit.sum_of_squares += d * d;
+    fit.farthest = std::max(fit.farthest, std::fabs(d));
+  }
+  return fit;
+}
+
+// A |p|^2 + b.p + D = 0 about `origin`, with its origin moved onto the curve.
+circle on_curve(dsp_complex origin, double a, dsp_complex b, double d) {
+  const double slope = std::sqrt(dot(b, b));
+  const dsp_complex normal = slope > 0.0 ? 1.0 / slope * b : dsp_complex{1.0, 0.0};
+  const double scale = 1.0 / std::sqrt(slope * slope - 4.0 * a * d);
+  const double distance = 2.0 * d * scale / (1.0 + slope * scale);
+  return {origin - distance * normal, normal, a * scale};
+}
+
+// Moments of points about their mean, along and across a line.
+struct moments {
+  double uu = 0.0, uv = 0.0, vv = 0.0, uz = 0.0, vz = 0.0, zz = 0.0;
+
+  moments(const cloud &points, const circle &line) {
+    const double weight = 1.0 / static_cast<double>(points.count());
+    for (std::int64_t i = 0; i < points.count(); ++i) {
+      const dsp_complex p = points[i] - line.origin;
+      const double u = dot(p, line.normal), v = dot(p, left_of(line.normal)), z = u * u + v * v;
+      uu += weight * u * u;
+      uv += weight * u * v;
+      vv += weight * v * v;
+      uz += weight * u * z;
+      vz += weight * v * z;
+      zz += weight * z * z;
+    }
+  }
+};
+
+// The algebraic fit. (Pratt, Computer Graphics 21, 1987; its least eigenvalue by Newton's method from below.)
+circle fit_algebraically(const cloud &points, const circle &line) {
+  const moments m(points, line);
+  const double z = m.uu + m.vv;
+  const double area = m.uu * m.vv - m.uv * m.uv;
+  const double variance = m.zz - z * z;
+  const double a2 = 4.0 * area - 3.0 * z * z - m.zz;
+  const double a1 = variance * z + 4.0 * area * z - m.uz * m.uz - m.vz * m.vz;
+  const double a0 = m.uz * (m.uz * m.vv - m.vz * m.uv) + m.vz * (m.vz * m.uu - m.uz * m.uv) - variance * area;
+  double x = 0.0;
+  for (int i = 0; i < 30; ++i) {
+    const double step = (a0 + x * (a1 + x * (a2 + 4.0 * x * x))) / (a1 + x * (2.0 * a2 + 16.0 * x * x));
+    if (!(x - step > x)) break;
+    x -= step;
+  }
+  const double a = 2.0 * (x * x - x * z + area);
+  const double u = m.vz * m.uv - m.uz * (m.vv - x);
+  const double v = m.uz * m.uv - m.vz * (m.uu - x);
+  return on_curve(line.origin, a, u * line.normal + v * left_of(line.normal), -a * (z + 2.0 * x));
+}
+
+constexpr int unknowns = 3;  // A, D, T
+
+// Half the sum of squared distances: its derivatives, and the part of the second ones that is never indefinite.
+struct expansion {
+  double sum_of_squares = 0.0;
+  double gradient[unknowns] = {};
+  double hessian[unknowns][unknowns] = {};
+  double gauss[unknowns][unknowns] = {};
+
+  void add(const circle &c, dsp_complex p) {
+    const double a = c.half_curvature;
+    const double u = dot(p - c.origin, c.normal), v = dot(p - c.origin, left_of(c.normal)), square = u * u + v * v;
+    const double value = a * square + u;
+    const double root = std::sqrt(std::max(1.0 + 4.0 * a * value, 0x1p-40));  // 0 at the centre
+    const double d = 2.0 * value / (1.0 + root);
+    const double first[unknowns] = {(square - d * d) / root, (1.0 + 2.0 * a * u) / root, v / root};
+    const double second[unknowns][unknowns] = {
+        {0.0, 2.0 * u, 0.0}, {2.0 * u, -4.0 * a * a * u, 2.0 * a * v}, {0.0, 2.0 * a * v, -u}};
+    sum_of_squares += d * d;
+    for (int i = 0; i < unknowns; ++i) {
+      gradient[i] += d * first[i];
+      for (int j = 0; j < unknowns; ++j) {
+        const double mixed = (i == 0 ? first[j] : 0.0) + (j == 0 ? first[i] : 0.0);
+        const double bend = (second[i][j] - 2.0 * a * first[i] * first[j] - 2.0 * d * mixed) / root;
+        gauss[i][j] += first[i] * first[j];
+        hessian[i][j] += first[i] * first[j] + d * bend;
+      }
+    }
+  }
+
+  expansion(const circle &c, const cloud &points) {
+    for (std::int64_t i = 0; i < points.count(); ++i) add(c, points[i]);
+  }
+};
+
+// Solves (m + damping diag m) x = -g by Cholesky's method; false when that matrix is not positive definite.
+bool solve(const double m[unknowns][unknowns], double damping, const double *g, double *x) {
+  double l[unknowns][unknowns];
+  for (int i = 0; i < unknowns; ++i) {
+    x[i] = -g[i];
+    for (int j = 0; j <= i; ++j) {
+      double s = i == j ? m[i][j] * (1.0 + damping) : m[i][j];
+      for (int k = 0; k < j; ++k) s -= l[i][k] * l[j][k];
+      if (i == j && !(s > 0.0)) return false;
+      l[i][j] = i == j ? std::sqrt(s) : s / l[j][j];
+    }
+    for (int k = 0; k < i; ++k) x[i] -= l[i][k] * x[k];
+    x[i] /= l[i][i];
+  }
+  for (int i = unknowns - 1; i >= 0; --i) {
+    for (int k = i + 1; k < unknowns; ++k) x[i] -= l[k][i] * x[k];
+    x[i] /= l[i][i];
+  }
+  return true;
+}
+
+circle moved(const circle &c, const double *step) {
+  const double a = c.half_curvature + step[0];
+  const double slope = std::sqrt(std::max(1.0 + 4.0 * a * step[1], 0.0));
+  const dsp_complex b = slope * (std::cos(step[2]) * c.normal + std::sin(step[2]) * left_of(c.normal));
+  return on_curve(c.origin, a, b, step[1]);
+}
+
+struct circle_fit {
+  circle best;
+  double sum_of_squares;
+};
+
+// Newton's method, damped when a step leads uphill.
+circle_fit refine(circle c, const cloud &points) {
+  constexpr int most_passes = 60;
+  constexpr double small_step = 0x1p-34;  // the next one is below rounding
+  const double noise = static_cast<double>(points.count()) * epsilon * epsilon;
+  expansion at(c, points);
+  double damping = 0.0;
+  for (int pass = 1; pass < most_passes; ++pass) {
+    double step[unknowns];
+    if (!solve(at.hessian, damping, at.gradient, step) && !solve(at.gauss, damping, at.gradient, step)) break;
+    const circle next = moved(c, step);
+    const expansion there(next, points);
+    if (there.sum_of_squares > at.sum_of_squares * (1.0 + 0x1p-40) + noise) {
+      damping = std::max(8.0 * damping, 0x1p-7);
+      continue;
+    }
+    c = next;
+    at = there;
+    damping = damping < 0x1p-7 ? 0.0 : damping / 8.0;
+    const bool is_small = std::fabs(step[0]) <= small_step * std::fabs(c.half_curvature) &&
+                          std::fabs(step[1]) <= small_step && std::fabs(step[2]) <= small_step;
+    if (is_small && damping == 0.0) break;
+  }
+  return {c, at.sum_of_squares};
+}
+
+}  // namespace
+}  // namespace dsp::rf
+
+using namespace dsp;
+using namespace dsp::rf;
+
+int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop, dsp_complex *centre, double *radius,
+                       double *rms) {
+  const std::int64_t n = std::int64_t{stop} - start;
+  if (n < 3) return -1;
+  const cloud points(z + start, n);
+  if (!points.is_finite_throughout()) return -1;
+  const line_fit line = fit_line(points);
+  if (line.farthest <= 4.0 * epsilon * points.largest()) return -1;
+  const circle_fit fit = refine(fit_algebraically(points, line.line), points);
+  if (!(fit.sum_of_squares < line.sum_of_squares * (1.0 - 0x1p-40))) return -1;
+  const double signed_radius = 0.5 / fit.best.half_curvature;
+  const dsp_complex middle = points.place(fit.best.origin - signed_radius * fit.best.normal);
+  const double r = points.length(std::fabs(signed_radius));
+  if (!is_finite(middle) || !std::isfinite(r)) return -1;
+  *centre = middle;
+  *radius = r;
+  if (rms != nullptr) *rms = points.length(std::sqrt(fit.sum_of_squares / static_cast<double>(n)));
+  return 0;
+}
