@@ -1,5 +1,6 @@
-// Calibration and complex matrices on plain arrays.
+// Calibration, complex matrices, circles and arcs on plain arrays.
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "fuzz/block.h"
@@ -70,10 +71,45 @@ std::int32_t inverse(play *p) {
   return 0;
 }
 
+// Nothing is written when there is no circle.
+std::int32_t fit_circle(play *p) {
+  const std::int32_t n = p->in->below(40);
+  elements z = filled(p, n);
+  const std::int32_t start = p->in->below(n + 1);
+  const std::int32_t stop = p->in->byte() < 224 ? p->in->below(n + 1) : std::min(p->integer(), start + 2);
+  dsp_complex centre = {0.5, 0.5};
+  double radius = 0.5, rms = 0.5;
+  const std::int32_t status =
+      vfpd_CircleFit(z.data(), start, stop, &centre, &radius, p->in->byte() % 2 != 0 ? &rms : nullptr);
+  if (status != 0)
+    p->check(centre.re == 0.5 && radius == 0.5 && rms == 0.5, "writes what it refuses");
+  else
+    p->check(std::isfinite(centre.re) && std::isfinite(centre.im) && radius > 0.0 && rms >= 0.0, "gives no circle");
+  return 0;
+}
+
+// Abscissae that mostly rise, queries that are anything.
+std::int32_t interpolate(play *p) {
+  const std::int32_t n = p->in->below(9), m = p->in->below(20);
+  elements z = filled(p, n), zi = filled(p, m);
+  block<double> x(static_cast<std::size_t>(n)), xi(static_cast<std::size_t>(m));
+  p->in->fill(x.data(), n);
+  p->in->fill(xi.data(), m);
+  if (p->in->byte() < 224)
+    for (std::int32_t i = 1; i < n; ++i) x.data()[i] = x.data()[i - 1] + std::fabs(x.data()[i]);
+  const std::int32_t nodes = p->in->byte() < 240 ? n : std::min(p->integer(), 0);
+  CircularInterpolation(x.data(), z.data(), nodes, xi.data(), zi.data(), p->in->byte() < 240 ? m : 0);
+  finish(p, &z);
+  finish(p, &zi);
+  return 0;
+}
+
 constexpr row rows[] = {
     {"Compute1PortTerms", calibrate, 0},
     {"MatrixMult", multiply, 0},
     {"invert", inverse, 0},
+    {"vfpd_CircleFit", fit_circle, 0},
+    {"CircularInterpolation", interpolate, 0},
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The matrix template, products and inverses of plain arrays, one-port error terms.
+// The matrix template, products and inverses of plain arrays, one-port error terms, circles and arcs.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -12,6 +12,7 @@
 #include "tests/support/each_isa.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
+#include "tests/support/wide.h"
 
 namespace {
 
@@ -315,6 +316,156 @@ TEST(OnePort, StepsAreThoseOfTheMatrix) {
     compute_terms(e, a, 0, static_cast<int32_t>(n));
     for (std::size_t k = 0; k < 3; ++k) EXPECT_TRUE(same(record(e[k]), record(expected[k]))) << k;
   });
+}
+
+struct circle {
+  complex centre;
+  double radius, rms;
+};
+
+int32_t fit_circle(const complexes &z, circle *c) {
+  dsp_complex centre = {-7.0, -7.0};
+  c->radius = c->rms = -7.0;
+  const int32_t status = vfpd_CircleFit(points(z), 0, static_cast<int32_t>(z.size()), &centre, &c->radius, &c->rms);
+  c->centre = {centre.re, centre.im};
+  return status;
+}
+
+// Points of an arc, their distance from the centre off by up to `noise`.
+complexes noisy_arc(complex centre, double radius, double span, std::size_t n, double noise) {
+  complexes z;
+  for (const double r : random_reals(n, 5))
+    z.push_back(centre + std::polar(radius + noise * r,
+                                    0.4 + span * static_cast<double>(z.size()) / static_cast<double>(n - 1)));
+  return z;
+}
+
+// Where centre and radius go by a Gauss-Newton step from c in wide numbers.
+complex gauss_newton_step(const complexes &z, const circle &c, double *of_radius) {
+  wide m[3][4] = {};
+  for (const complex p : z) {
+    const wide x = wide(p.real()) - c.centre.real(), y = wide(p.imag()) - c.centre.imag();
+    const wide d = sqrt(x * x + y * y), row[] = {x / d, y / d, 1, d - c.radius};
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 4; ++j) m[i][j] += row[i] * row[j];
+  }
+  for (int k = 0; k < 3; ++k)
+    for (int i = 0; i < 3; ++i) {
+      const wide f = i == k ? wide(0) : m[i][k] / m[k][k];
+      for (int j = k; j < 4; ++j) m[i][j] -= f * m[k][j];
+    }
+  *of_radius = static_cast<double>(m[2][3] / m[2][2]);
+  return {static_cast<double>(m[0][3] / m[0][0]), static_cast<double>(m[1][3] / m[1][1])};
+}
+
+TEST(CircleFit, IsTheLeastSquaresSolution) {
+  for (const double degrees : {5.0, 20.0, 90.0, 180.0, 355.0})
+    for (const double noise : {0.0, 0.01, 0.1})
+      for (const double scale : {1.0, 1e-150, 1e149, 1e-6, 1e3})
+        for (const std::size_t n : {3u, 12u, 201u}) {
+          const double span = degrees * M_PI / 180, rise = degrees < 180 ? 1 - std::cos(span / 2) : 1.0;
+          const complex middle = scale == 1e-6 ? complex(1e3, -20) : scale * complex(0.3, 0.2);
+          const complexes z = noisy_arc(middle, scale, span, n, scale * rise * noise);
+          circle c;
+          ASSERT_EQ(fit_circle(z, &c), 0) << degrees << ' ' << noise << ' ' << scale << ' ' << n;
+          circle unit = c;  // in the scale of the circle, where squares are in range
+          complexes scaled = z;
+          for (complex &p : scaled) p /= scale;
+          unit.centre /= scale, unit.radius /= scale;
+          double of_radius;
+          const complex step = gauss_newton_step(scaled, unit, &of_radius);
+          const double rounding = 2e-16 * std::abs(unit.centre) * (rise < 1 ? 1 / rise : 1);
+          EXPECT_LE(std::abs(step), 1e-10 * unit.radius + 2 * rounding) << degrees << ' ' << noise << ' ' << scale;
+          EXPECT_LE(std::fabs(of_radius), 1e-10 * unit.radius + 2 * rounding)
+              << degrees << ' ' << noise << ' ' << scale;
+          double squares = 0;
+          for (const complex p : scaled) squares += std::pow(std::abs(p - unit.centre) - unit.radius, 2);
+          EXPECT_NEAR(c.rms / scale, std::sqrt(squares / static_cast<double>(n)), 1e-14 + 2 * rounding);
+        }
+  dsp_complex centre;
+  double radius;
+  const complexes z = noisy_arc(2, 3, 1, 9, 0);
+  EXPECT_EQ(vfpd_CircleFit(points(z), 2, 8, &centre, &radius, nullptr), 0);
+  EXPECT_NEAR(radius, 3, 1e-13);
+  const complexes square = {0, 1, {0, 1}, {1, 1}, {0.5, 0.5}};  // a point where the first circle has its centre
+  circle c;
+  EXPECT_EQ(fit_circle(square, &c), 0);
+  EXPECT_LT(c.rms, 0.25);
+}
+
+TEST(CircleFit, RefusesWhatHasNoCircle) {
+  const double inf = std::numeric_limits<double>::infinity();
+  complexes line, zigzag;
+  for (int k = 0; k < 10; ++k) {
+    line.emplace_back(0.1 * k, 0.3 * k + 0.1);
+    zigzag.emplace_back(k, k % 2 == 0 ? 1 : -1);
+  }
+  circle c;
+  for (const complexes &z : {complexes{}, complexes{0, {1, 1}}, complexes(5, {1, 1}), complexes(4, 0.0), line, zigzag,
+                             complexes{0, 1, {0, inf}}, complexes{0, 1, {std::nan(""), 0}}, complexes{0, {1, 1e-16}, 2},
+                             complexes{-1.7e308, 1.7e308, {0, 1e300}}}) {
+    EXPECT_EQ(fit_circle(z, &c), -1) << z.size();
+    EXPECT_EQ(c.centre, complex(-7, -7));
+    EXPECT_EQ(c.radius, -7);
+    EXPECT_EQ(c.rms, -7);
+  }
+}
+
+complexes interpolate(const reals &x, const complexes &z, const reals &xi, int32_t status = 0) {
+  complexes zi(xi.size(), -7.0);
+  EXPECT_EQ(CircularInterpolation(x.data(), points(z), static_cast<int32_t>(z.size()), xi.data(), points(zi),
+                                  static_cast<int32_t>(xi.size())),
+            status);
+  return zi;
+}
+
+// A reflection behind a length of line, also one so short that its arc is straight but for rounding.
+TEST(Arcs, ReproduceReflections) {
+  const reals x = {0, 0.7, 1.5, 2.5, 3.1, 4};
+  const reals xi = {3.3, -0.2, 0, 0.3, 2.5, 1.1, 4.2, 3.6, 2.0, 4, 0.7};
+  for (const double turn : {1e-13, 1e-8, 1e-4, 0.1, 1.0, -2.0, 3.0})
+    for (const double radius : {1e-3, 1.0, 1e3})
+      for (const double scale : {1.0, 1e-300, 1e200}) {
+        const auto reflection = [&](double at) {
+          return scale * (complex(-radius, 0.2) + std::polar(radius, turn * at + 1));
+        };
+        complexes z;
+        double largest = 0;
+        for (const double at : x) {
+          z.push_back(reflection(at));
+          largest = std::max(largest, std::abs(z.back()));
+        }
+        const complexes zi = interpolate(x, z, xi);
+        for (std::size_t i = 0; i < xi.size(); ++i)
+          EXPECT_LE(std::abs(zi[i] - reflection(xi[i])), 1e-13 * largest) << turn << ' ' << radius << ' ' << xi[i];
+      }
+}
+
+TEST(Arcs, KnownValues) {
+  const double nan = std::nan("");
+  const double h = std::sqrt(0.5);
+  const auto close = [](const complexes &a, const complexes &b) { return near(record(a), record(b), 1e-15); };
+  // To and fro on a line, by parabolas; half circles, counter-clockwise; a node's value is exact.
+  EXPECT_TRUE(close(interpolate({0, 1, 2, 3}, {0, 1, 0, 1}, {0.5, 1.5, 2.5, 1}), {0.75, 0.5, 0.25, 1}));
+  EXPECT_TRUE(close(interpolate({0, 1, 2}, {1, -1, {0, -1}}, {0.5}), {std::polar(1.0, 9 * M_PI / 16)}));
+  EXPECT_TRUE(close(interpolate({0, 1, 2}, {1, {0, 1}, -1}, {0.5, 1.5}), {{h, h}, {-h, h}}));
+  EXPECT_TRUE(close(interpolate({0, 1, 2}, {-1, {0, 1}, 1}, {0.5, 1.5}), {{-h, h}, {h, h}}));
+  EXPECT_TRUE(close(interpolate({5}, {{0, 3}}, {1, 9}), {{0, 3}, {0, 3}}));
+  EXPECT_TRUE(close(interpolate({0, 2}, {0, {0, 4}}, {1, 3}), {{0, 2}, {0, 6}}));
+  EXPECT_TRUE(close(interpolate({0, 1, 2, 3}, {2, 2, 2, 2}, {0.3, 9}), {2, 2}));
+  // The mean of two curves: half a turn up to node 2, a straight line from there on.
+  const complex left = interpolate({0, 1, 2}, {1, {0, 1}, -1}, {1.25})[0];
+  const complex right = interpolate({1, 2, 3}, {{0, 1}, -1, {-2, -1}}, {1.25})[0];
+  EXPECT_TRUE(close(interpolate({0, 1, 2, 3}, {1, {0, 1}, -1, {-2, -1}}, {1.25}), {0.75 * left + 0.25 * right}));
+
+  const complexes spoilt =
+      interpolate({0, 1, 2, 3, 4, 5}, {1, {nan, 0}, 2, {3, 1}, 4, {0, 5}}, {2.5, 3.5, 4.5, 2, nan});
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(std::isnan(spoilt[i].real()), i == 0 || i == 4) << i;
+  EXPECT_EQ(interpolate({}, {}, {1}, -1), complexes{-7});
+  EXPECT_EQ(interpolate({0, 1, 1}, {1, 2, 3}, {1}, -1), complexes{-7});
+  EXPECT_EQ(interpolate({0, nan, 1}, {1, 2, 3}, {1}, -1), complexes{-7});
+  EXPECT_EQ(interpolate({nan}, {1}, {1}, -1), complexes{-7});
+  EXPECT_EQ(interpolate({0}, {1}, {}), complexes());
 }
 
 }  // namespace

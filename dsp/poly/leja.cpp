@@ -24,12 +24,12 @@ struct candidate {
   }
 };
 
-double modulus(dsp_complex z) { return std::hypot(0.25 * z.re, 0.25 * z.im); }
+double quarter_modulus(dsp_complex z) { return std::hypot(0.25 * z.re, 0.25 * z.im); }
 
 // Between equal points some distance, else one product of 0 would be as good as another.
-double distance(dsp_complex a, dsp_complex b) {
+double quarter_apart(dsp_complex a, dsp_complex b) {
   const double d = std::hypot(0.25 * a.re - 0.25 * b.re, 0.25 * a.im - 0.25 * b.im);
-  return std::max({d, 0x1p-52 * modulus(a), 0x1p-1022});
+  return std::max({d, 0x1p-52 * quarter_modulus(a), 0x1p-1022});
 }
 
 }  // namespace
@@ -38,13 +38,15 @@ int32_t sort_leja(dsp_complex *z, std::int32_t n) {
   const heap_array<candidate> rest(n);
   if (!rest) return -1;
   for (std::int32_t i = 0; i < n; ++i) rest[i] = {z[i], 0.5, 0};
-  const auto smaller = [](const candidate &a, const candidate &b) { return modulus(a.z) < modulus(b.z); };
+  const auto smaller = [](const candidate &a, const candidate &b) {
+    return quarter_modulus(a.z) < quarter_modulus(b.z);
+  };
   candidate *const end = rest.get() + n;
   candidate *chosen = std::max_element(rest.get(), end, smaller);
   for (candidate *at = rest.get(); at != end; ++at, ++z) {
     std::swap(*at, *chosen);
     *z = at->z;
-    for (candidate *c = at + 1; c != end; ++c) c->multiply(distance(c->z, at->z));
+    for (candidate *c = at + 1; c != end; ++c) c->multiply(quarter_apart(c->z, at->z));
     chosen = std::max_element(at + 1, end);
   }
   return 0;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/poly/arithmetic.h"
+
 namespace dsp::poly {
 namespace {
 
@@ -12,10 +14,10 @@ constexpr double most_shrinkage = 480.0;
 
 double log2_modulus(dsp_complex z) {
   int exponent;
-  std::frexp(std::max(std::fabs(z.re), std::fabs(z.im)), &exponent);
+  std::frexp(largest_part(z), &exponent);
   const double re = std::ldexp(z.re, -exponent);
   const double im = std::ldexp(z.im, -exponent);
-  return exponent + 0.5 * std::log2(re * re + im * im);
+  return exponent + 0.5 * std::log2(square({re, im}));
 }
 
 }  // namespace
@@ -24,7 +26,7 @@ newton_polygon::newton_polygon(const polynomial &p) : vertices_(p.degree() + std
   if (!is_valid()) return;
   for (std::int32_t k = 0; k <= p.degree(); ++k) {
     const dsp_complex c = p[k];
-    if (c.re != 0.0 || c.im != 0.0) add({k, log2_modulus(c)});
+    if (largest_part(c) > 0.0) add({k, log2_modulus(c)});
   }
 }
 

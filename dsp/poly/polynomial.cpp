@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "dsp/core/sizing.h"
+#include "dsp/poly/arithmetic.h"
 
 namespace dsp::poly {
 namespace {
@@ -28,7 +29,7 @@ polynomial::polynomial(const dsp_vec &c, dsp_complex y)
       is_finite_(is_finite_signal(c) && std::isfinite(y.re) && std::isfinite(y.im)),
       is_real_(is_real_signal(c) && y.im == 0.0) {
   const dsp_complex first = coefficient(0);
-  if (!std::isfinite(first.re) || !std::isfinite(first.im)) scale_ = 0.5;  // the difference from y overflows
+  if (!poly::is_finite(first)) scale_ = 0.5;  // the difference from y overflows
   while (degree_ >= 0 && is_zero_at(degree_)) --degree_;
   while (at_origin_ < degree_ && is_zero_at(at_origin_)) ++at_origin_;
   degree_ -= at_origin_;
@@ -43,9 +44,6 @@ dsp_complex polynomial::coefficient(std::int32_t k) const {
   return {c.re * scale_ - y_.re * y, c.im * scale_ - y_.im * y};
 }
 
-bool polynomial::is_zero_at(std::int32_t k) const {
-  const dsp_complex c = coefficient(k);
-  return c.re == 0.0 && c.im == 0.0;
-}
+bool polynomial::is_zero_at(std::int32_t k) const { return largest_part(coefficient(k)) == 0.0; }
 
 }  // namespace dsp::poly

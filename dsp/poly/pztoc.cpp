@@ -7,6 +7,7 @@
 #include "dsp/dsp.h"
 #include "dsp/math/double_double.h"
 #include "dsp/math/sort.h"
+#include "dsp/poly/arithmetic.h"
 #include "dsp/poly/heap_array.h"
 #include "dsp/poly/leja.h"
 #include "dsp/poly/result.h"
@@ -14,13 +15,16 @@
 namespace dsp::poly {
 namespace {
 
+// A number in twice the digits and without bounds, times 2^exponent; both parts within +-1.
 struct coefficient {
   double_double re, im;
+  std::int64_t exponent;
+
+  bool is_zero() const { return re.hi == 0.0 && im.hi == 0.0; }
+  double value(double_double part) const {
+    return std::ldexp(part.hi, static_cast<int>(std::clamp<std::int64_t>(exponent, -5000, 5000)));
+  }
 };
-
-double_double times(double_double a, double b) { return a * double_double{b, 0.0}; }
-
-double_double scaled(double_double a, double power) { return {a.hi * power, a.lo * power}; }
 
 int exponent_of(double x) {
   int exponent;
@@ -28,57 +32,36 @@ int exponent_of(double x) {
   return exponent;
 }
 
-double largest_part(dsp_complex z) { return std::max(std::fabs(z.re), std::fabs(z.im)); }
+double_double scaled(double_double a, double power) { return {a.hi * power, a.lo * power}; }
 
-// A polynomial that grows by one zero at a time, its coefficients divided by 2^exponent where they would overflow.
-class product {
- public:
-  // `room` holds one coefficient more than there will be zeros.
-  explicit product(coefficient *room) : c_(room) { c_[0] = {{1.0, 0.0}, {0.0, 0.0}}; }
+coefficient shifted(const coefficient &a, std::int64_t exponent) {
+  const double power = std::ldexp(1.0, static_cast<int>(std::max<std::int64_t>(exponent, -1000)));
+  return {scaled(a.re, power), scaled(a.im, power), a.exponent - exponent};
+}
 
-  void multiply(dsp_complex zero) {
-    const int size = std::max(exponent_of(largest_part(zero)), 0);
-    const int excess = size + exponent_of(largest()) - most;
-    if (excess > 0) shrink(excess);
-    const double shrunk = std::ldexp(1.0, std::min(most - size, 0));
-    if (size > most) exponent_ += size - most;
-    const dsp_complex z = {zero.re * shrunk, zero.im * shrunk};
-    c_[degree_ + 1] = {scaled(c_[degree_].re, shrunk), scaled(c_[degree_].im, shrunk)};
-    for (std::int64_t k = degree_; k >= 0; --k) {
-      const coefficient c = c_[k];
-      c_[k].re = times(c.im, z.im) - times(c.re, z.re);
-      c_[k].im = -(times(c.re, z.im) + times(c.im, z.re));
-      if (k == 0) break;
-      c_[k].re = c_[k].re + scaled(c_[k - 1].re, shrunk);
-      c_[k].im = c_[k].im + scaled(c_[k - 1].im, shrunk);
-    }
-    ++degree_;
-  }
+coefficient normalised(const coefficient &a) { return shifted(a, -exponent_of(largest_part({a.re.hi, a.im.hi}))); }
 
-  dsp_complex operator[](std::int64_t k) const {
-    return {std::ldexp(c_[k].re.hi, exponent_), std::ldexp(c_[k].im.hi, exponent_)};
-  }
+coefficient sum(const coefficient &a, const coefficient &b) {
+  if (a.is_zero() || b.is_zero()) return a.is_zero() ? b : a;
+  const std::int64_t exponent = std::max(a.exponent, b.exponent);
+  const coefficient x = shifted(a, a.exponent - exponent), y = shifted(b, b.exponent - exponent);
+  return normalised({x.re + y.re, x.im + y.im, exponent});
+}
 
- private:
-  static constexpr int most = 950;  // products of doubles can be split without overflow up to 2^996
+// -(re + i im) 2^exponent a
+coefficient negative_product(const coefficient &a, double re, double im, int exponent) {
+  const double_double x = {re, 0.0}, y = {im, 0.0};
+  return normalised({a.im * y - a.re * x, -(a.re * y + a.im * x), a.exponent + exponent});
+}
 
-  double largest() const {
-    double most_so_far = 0.0;
-    for (std::int64_t k = 0; k <= degree_; ++k)
-      most_so_far = std::max({most_so_far, std::fabs(c_[k].re.hi), std::fabs(c_[k].im.hi)});
-    return most_so_far;
-  }
-
-  void shrink(int exponent) {
-    const double power = std::ldexp(1.0, -exponent);
-    for (std::int64_t k = 0; k <= degree_; ++k) c_[k] = {scaled(c_[k].re, power), scaled(c_[k].im, power)};
-    exponent_ += exponent;
-  }
-
-  coefficient *c_;
-  std::int64_t degree_ = 0;
-  int exponent_ = 0;
-};
+// Multiplies the polynomial c of the given degree by z - zero.
+void multiply(coefficient *c, std::int64_t degree, dsp_complex zero) {
+  const int exponent = exponent_of(largest_part(zero));
+  const double re = std::ldexp(zero.re, -exponent), im = std::ldexp(zero.im, -exponent);
+  c[degree + 1] = c[degree];
+  for (std::int64_t k = degree; k > 0; --k) c[k] = sum(c[k - 1], negative_product(c[k], re, im, exponent));
+  c[0] = negative_product(c[0], re, im, exponent);
+}
 
 bool is_before(const dsp_complex &a, const dsp_complex &b) { return a.re < b.re || (a.re == b.re && a.im < b.im); }
 
@@ -106,15 +89,14 @@ dsp_complex sample(const dsp_vec &v, std::int64_t i) {
 int32_t multiply_out(dsp_complex *z, std::int32_t n, std::int32_t count, dsp_vec *c) {
   const heap_array<coefficient> room(n + std::int64_t{1});
   if (!room || sort_leja(z, count) != 0) return -1;
-  product p(room.get());
-  for (std::int32_t i = 0; i < count; ++i) p.multiply(z[i]);
+  room[0] = {{1.0, 0.0}, {0.0, 0.0}, 0};
+  for (std::int32_t i = 0; i < count; ++i) multiply(room.get(), i, z[i]);
   const bool is_complex = c->is_complex != 0;
   std::fill_n(c->data, doubles(*c), 0.0);
   for (std::int64_t k = 0; k <= count; ++k) {
     const std::int64_t at = k + n - count;
-    const dsp_complex value = k < count ? p[k] : dsp_complex{1.0, 0.0};
-    c->data[is_complex ? 2 * at : at] = value.re;
-    if (is_complex) c->data[2 * at + 1] = value.im;
+    c->data[is_complex ? 2 * at : at] = room[k].value(room[k].re);
+    if (is_complex) c->data[2 * at + 1] = room[k].value(room[k].im);
   }
   return 0;
 }

@@ -63,12 +63,15 @@ class noise_test {
   heap_array<double> re_, im_, modulus_;
 };
 
-// Keeps the real ones of n zeros, sorted, and returns their number.
-std::int32_t keep_real(dsp_complex *z, std::int32_t n, const noise_test &noise) {
+// Keeps the real ones of the n zeros of c - y, sorted, and returns their number; -1: no memory.
+std::int32_t keep_real(dsp_complex *z, std::int32_t n, const dsp_vec &c, double y) {
+  if (n == 0) return 0;
+  const noise_test noise(c, y, n);
+  if (!noise.is_valid()) return -1;
   std::int32_t count = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    const bool is_pair = z[i].im != 0.0;
     const dsp_complex zero = z[i];
+    const bool is_pair = zero.im != 0.0;
     if (is_pair) ++i;
     if (is_pair && !noise.covers_way_to_axis(zero)) continue;
     z[count++] = {zero.re, 0.0};
@@ -91,11 +94,9 @@ int32_t dsps_psolve(const dsp_vec *c, dsp_vec *out, double y) {
   if (c->is_complex != 0 || !has_solutions(p)) return -1;
   const heap_array<dsp_complex> z(p.zeros());
   if (!z || find_zeros(p, z.get()) != 0) return -1;
-  const noise_test noise(*c, y, p.zeros());
-  if (!noise.is_valid()) return -1;
-  const std::int32_t count = keep_real(z.get(), p.zeros(), noise);
+  const std::int32_t count = keep_real(z.get(), p.zeros(), *c, y);
   temporary solutions;
-  if (size_as(solutions.get(), count, false) != 0) return -1;
+  if (count < 0 || size_as(solutions.get(), count, false) != 0) return -1;
   for (std::int32_t i = 0; i < count; ++i) solutions->data[i] = z[i].re;
   put(solutions.get(), out);
   return 0;

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "dsp/math/constants.h"
+#include "dsp/math/double_double.h"
+#include "dsp/poly/arithmetic.h"
 
 namespace dsp::poly {
 namespace {
@@ -21,15 +23,6 @@ constexpr double small_step = 0x1p-14;  // relative; the one after it is about a
 constexpr int most_sweeps = 2000;
 constexpr int most_refinements = 60;
 
-double square(dsp_complex z) { return z.re * z.re + z.im * z.im; }
-
-dsp_complex product(dsp_complex a, dsp_complex b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
-
-dsp_complex quotient(dsp_complex a, dsp_complex b) {
-  const double inverse = 1.0 / square(b);
-  return {(a.re * b.re + a.im * b.im) * inverse, (a.im * b.re - a.re * b.im) * inverse};
-}
-
 dsp_complex scaled(dsp_complex z, std::int64_t exponent) {
   if (exponent == 0) return z;
   const int e = static_cast<int>(std::clamp<std::int64_t>(exponent, -5000, 5000));
@@ -40,6 +33,20 @@ dsp_complex scaled(dsp_complex z, std::int64_t exponent) {
 
 // Far zeros keep squares that do not overflow.
 double not_far(double x) { return std::clamp(x, -0x1p500, 0x1p500); }
+
+// Values belong to w = 1/z rounded. That of the true inverse differs by the slope times w (1 - w z).
+void undo_rounding_of_inverse(point_block *b, int count) {
+  for (int i = 0; i < count; ++i) {
+    const double_double re =
+        double_double::product(b->re[i], b->at_re[i]) - double_double::product(b->im[i], b->at_im[i]);
+    const double_double im =
+        double_double::product(b->re[i], b->at_im[i]) + double_double::product(b->im[i], b->at_re[i]);
+    const dsp_complex rest = {(double_double{1.0, 0.0} - re).hi, -im.hi};
+    const dsp_complex change = product({b->slope_re[i], b->slope_im[i]}, product({b->re[i], b->im[i]}, rest));
+    b->value_re[i] += change.re;
+    b->value_im[i] += change.im;
+  }
+}
 
 }  // namespace
 
@@ -150,7 +157,10 @@ void zero_search::serve(bool is_outside, state wanted) {
   const coefficient_run c = {re_ + first, im_ + first, modulus_ + first, is_outside ? 1 : -1, p_.degree()};
   batch &b = sides_[is_outside];
   kernels.evaluate(c, &b.points, b.count);
-  if (wanted != state::searched) kernels.evaluate_twofold(c, &b.points, b.count);
+  if (wanted != state::searched) {
+    kernels.evaluate_twofold(c, &b.points, b.count);
+    if (is_outside) undo_rounding_of_inverse(&b.points, b.count);
+  }
   kernels.repel(x_re_, x_im_, p_.degree(), &b.points, b.count);
   for (int lane = 0; lane < b.count; ++lane) {
     const result r = judge(is_outside, lane);

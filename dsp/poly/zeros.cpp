@@ -5,6 +5,7 @@
 
 #include "dsp/math/constants.h"
 #include "dsp/math/sort.h"
+#include "dsp/poly/arithmetic.h"
 #include "dsp/poly/heap_array.h"
 #include "dsp/poly/zero_search.h"
 
@@ -47,7 +48,7 @@ void put_in_order(entry *e, std::int32_t n) {
 }
 
 // A quarter of the sum of the parts' distances, which cannot overflow.
-double distance(dsp_complex a, dsp_complex b) {
+double quarter_distance(dsp_complex a, dsp_complex b) {
   return std::fabs(0.25 * a.re - 0.25 * b.re) + std::fabs(0.25 * a.im - 0.25 * b.im);
 }
 
@@ -56,7 +57,7 @@ std::int32_t partner_of_first(const entry *e, std::int32_t n) {
   const dsp_complex conjugate = {e->z.re, -e->z.im};
   std::int32_t nearest = 0;
   for (std::int32_t i = 1; i < n; ++i)
-    if (distance(e[i].z, conjugate) < distance(e[nearest].z, conjugate)) nearest = i;
+    if (quarter_distance(e[i].z, conjugate) < quarter_distance(e[nearest].z, conjugate)) nearest = i;
   return nearest;
 }
 
@@ -90,8 +91,6 @@ void settle_real(zero_search *search, entry *e, std::int32_t n) {
   for (std::int32_t i = 0; i < n; ++i)
     if (!e[i].is_pair) e[i].z = search->zero(e[i].index);
 }
-
-bool is_finite(dsp_complex z) { return std::isfinite(z.re) && std::isfinite(z.im); }
 
 }  // namespace
 

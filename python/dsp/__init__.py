@@ -36,6 +36,7 @@ from ._interp import *
 from ._names import *
 from ._order import *
 from ._pair import *
+from ._poly import *
 from ._representation import *
 from ._resample import *
 from ._rf import *

@@ -143,7 +143,8 @@ SIGNATURES = {
         dspi_square dspi_timesi dspi_zero dspi_mag dspi_magsq dspi_phase dspi_rtop dspi_ptor dspi_asin dspi_acos
         dspi_sinh dspi_cosh dspi_besy0 dspi_besy1 dspi_exp dspi_exp10 dspi_log dspi_log10 dspi_rev dspi_sort
         dspi_swap_halves dspi_swap_halves2 dspi_recon dspi_differ dspi_integ dspi_pdiffer dspi_unwrap dspi_bitrev
-        dspi_bitrev_scale dspi_rfft dspi_irfft dspi_rdft dspi_hilbert dspi_analytic dspi_zinter""",
+        dspi_bitrev_scale dspi_rfft dspi_irfft dspi_rdft dspi_hilbert dspi_analytic dspi_zinter
+        dspi_proots dspi_pztoc""",
     "vv": """dsp_copy dsp_append dspu_mag dspu_magsq dspu_sqrt dspi_window_cos dsps_sum dsps_mean dsps_gmean dsps_hmean
         dsps_median dsps_max dsps_min dsps_magsq_sum dsps_rms dsps_pop_var dsps_samp_var dsps_pop_stddev
         dsps_samp_stddev dsps_skew dsps_excess dsps_lin_regres dsps_lin_regres2 dspc_rsmp_cos dspc_rsmp_pcos""",
@@ -165,7 +166,8 @@ SIGNATURES = {
     "viddd": "dspi_addcos",
     "vvi": "dsp_copy_at_most",
     "vvii": "dspu_subvec dsph_dft dsps_peak",
-    "vvd": "dsps_peval",
+    "vvd": "dsps_peval dsps_psolve",
+    "vvdd": "dsps_pcsolve",
     "vvdI": "dsp_cmp",
     "vviv": "dspd_deci",
     "vvpv": "dspd_hwfilt",
@@ -216,6 +218,8 @@ SIGNATURES = {
     "void:zzzzzzii": "Compute1PortTerms",
     "zzziii": "MatrixMult",
     "zi": "invert",
+    "ziizDD": "vfpd_CircleFit",
+    "DziDzi": "CircularInterpolation",
 }
 
 # The status that means failure, where it is not -1.

@@ -1,17 +1,17 @@
-"""One-port calibration, and complex matrices."""
+"""One-port calibration, complex matrices, circles and arcs."""
 
 from __future__ import annotations
 
-from typing import Sequence
+from typing import Any, NamedTuple, Sequence
 
 import numpy as np
 import numpy.typing as npt
 
 from ._c import Error, lib, run
 from ._call import indices
-from ._signal import Array, numbers
+from ._signal import Array, doubles, numbers
 
-__all__ = ["OnePort", "invert", "matrix_mult"]
+__all__ = ["Circle", "OnePort", "arc_interp", "circle_fit", "invert", "matrix_mult"]
 
 
 def _copy(x: npt.ArrayLike) -> Array:
@@ -162,3 +162,93 @@ def invert(m: npt.ArrayLike) -> Array:
         except Error as error:
             raise np.linalg.LinAlgError("singular matrix: a pivot is below 2.2e-12") from error
     return out
+
+
+class Circle(NamedTuple):
+    """A circle, and the root mean square distance of the points that it was fitted to."""
+
+    centre: Any
+    radius: Any
+    rms: Any
+
+
+def circle_fit(z: npt.ArrayLike, *, axis: int = -1) -> Circle:
+    """The circle nearest to points of the complex plane (vfpd_CircleFit).
+
+    Parameters
+    ----------
+    z : array_like
+        Three points or more.
+    axis : int
+        The axis along which the points lie.
+
+    Returns
+    -------
+    Circle
+        Centre, radius and rms, numbers or an array of one for each row: the least sum of squared distances.
+
+    Raises
+    ------
+    Error
+        If there is no such circle: the points are too few, not finite, or as near to a straight line.
+
+    Examples
+    --------
+    >>> dsp.circle_fit([3, 2 + 1j, 1, 2 - 1j])
+    Circle(centre=(2+0j), radius=1.0, rms=0.0)
+    """
+    points = np.moveaxis(np.asarray(numbers(z), np.complex128), axis, -1)
+    fits = np.empty(points.shape[:-1] + (4,))
+    for index in indices(points.shape[:-1]):
+        row, centre = np.ascontiguousarray(points[index]), fits[index][:2].view(np.complex128)
+        try:
+            lib.vfpd_CircleFit(row, 0, row.size, centre, fits[index][2:3], fits[index][3:])
+        except Error:
+            raise Error(f"circle_fit: no circle is near these {row.size} points", "vfpd_CircleFit") from None
+    centres = fits[..., 0] + 1j * fits[..., 1]
+    if points.ndim == 1:
+        return Circle(complex(centres), float(fits[2]), float(fits[3]))
+    return Circle(centres, fits[..., 2], fits[..., 3])
+
+
+def arc_interp(x: npt.ArrayLike, z: npt.ArrayLike, xi: npt.ArrayLike, *, axis: int = -1) -> Array:
+    """A complex trace between its points, along arcs (CircularInterpolation).
+
+    Parameters
+    ----------
+    x : array_like
+        Where the trace is given; rises strictly.
+    z : array_like
+        The trace, as many values.
+    xi : array_like
+        Where it is wanted, in any order.
+    axis : int
+        The axis along which the values of the trace lie.
+
+    Returns
+    -------
+    ndarray
+        The values there.
+
+    Raises
+    ------
+    Error
+        If `x` does not rise, or has another length than `z`.
+
+    Examples
+    --------
+    >>> dsp.arc_interp([0, 1, 2], [1, 1j, -1], [0.5]).round(3)
+    array([0.707+0.707j])
+    """
+    nodes, at = doubles(x), np.atleast_1d(numbers(xi, "biuf")).astype(float)
+    trace = np.moveaxis(np.asarray(numbers(z), np.complex128), axis, -1)
+    if nodes.shape != trace.shape[-1:]:
+        raise Error(f"arc_interp takes a value for each x, got {trace.shape[-1]} for {nodes.size}", "CircularInterpolation")
+    if nodes.size == 0 or np.isnan(nodes).any() or not np.all(nodes[1:] > nodes[:-1]):
+        raise Error("arc_interp takes x that rises from one to the next", "CircularInterpolation")
+    out = np.empty(trace.shape[:-1] + (at.size,), np.complex128)
+    for index in indices(trace.shape[:-1]):
+        row = np.ascontiguousarray(trace[index])
+        run(lib.CircularInterpolation, nodes, row, nodes.size, at.reshape(-1), out[index], at.size)
+    shaped = out if at.ndim == 1 else out.reshape(trace.shape[:-1] + at.shape)
+    return np.moveaxis(shaped, -1, axis) if trace.ndim > 1 and at.ndim == 1 else shaped

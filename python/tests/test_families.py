@@ -297,3 +297,23 @@ def test_calibration_undoes_the_error_box():
     for wrong in (measured[:2], measured + measured[:1]):
         with pytest.raises(ValueError):
             dsp.OnePort(wrong, actual)
+
+
+def test_polynomials_circles_and_arcs():
+    c, points = x[:9], 3 - 1j + 2 * np.exp(1j * np.sort(rng.uniform(0, 1, 40)))
+    zeros = np.polynomial.polynomial.polyroots(c)
+    np.testing.assert_allclose(sorted(dsp.roots(c), key=abs), sorted(zeros, key=lambda r: (abs(r), -r.imag)), **near)
+    np.testing.assert_allclose(dsp.poly(dsp.roots(c)), c / c[-1], **near)
+    np.testing.assert_allclose(dsp.peval(c, dsp.solve(c, c[0] + 0.1)[0]), c[0] + 0.1, **near)
+    np.testing.assert_array_equal(dsp.solve(c, 0, all=True), dsp.roots(c))
+    rows = np.stack([points, 2 * points], -1)
+    np.testing.assert_allclose(dsp.circle_fit(rows, axis=0).radius, [2, 4], **near)
+    np.testing.assert_allclose(dsp.arc_interp(range(40), rows, [0.5], axis=0)[0, 1], 2 * dsp.arc_interp(range(40), points, 0.5)[0])
+    for call, message in (
+        (lambda: dsp.roots([0, 0]), "all 0"), (lambda: dsp.roots([1, np.nan]), "finite"), (lambda: dsp.poly([np.inf]), "finite"),
+        (lambda: dsp.roots([1, 1e-320]), "too large"), (lambda: dsp.solve([2], 2), "all 0"), (lambda: dsp.solve([0, 1], 1j), "all=True"),
+        (lambda: dsp.solve([0, 1j], 1), "real"), (lambda: dsp.solve([], 0), "all 0"), (lambda: dsp.circle_fit([0, 1, 2]), "no circle"),
+        (lambda: dsp.arc_interp([0, 0], [1, 2], 1), "rises"), (lambda: dsp.arc_interp([0, 1], [1], 1), "for 2"),
+    ):  # fmt: skip
+        with pytest.raises(dsp.Error, match=message):
+            call()

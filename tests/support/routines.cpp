@@ -340,6 +340,12 @@ const std::vector<routine> &routines() {
     {"dsps_lin_regres", "i* o", any, 0x2db25f09504c8718, of(dsps_lin_regres)},
     {"dsps_lin_regres2", "i* o", any, 0xc4cc8b0249d3d025, of(dsps_lin_regres2)},
 
+    // zeros of polynomials
+    {"dspi_proots", "b*", few, of_functions, of(dspi_proots)},
+    {"dspi_pztoc", "b*", few, of_functions, of(dspi_pztoc)},
+    {"dsps_psolve", "ir o", {2, 7, 64}, of_functions, of(dsps_psolve, 0.3)},
+    {"dsps_pcsolve", "i* o", {2, 7, 64}, of_functions, of(dsps_pcsolve, 0.3, 0.4)},
+
     // filters
     {"dspc_fir", "b*", {0, 1, 8, 9}, of_functions, [](call &c) { return dspc_fir(c[0], c.variant, 0.2, 0.1); }, 11},
     {"dspc_fir2", "b*", {0, 64}, 0x713a7ce9a2808665, [](call &c) { return dspc_fir2(c[0], 100 + c.variant); }, 3},
@@ -428,6 +434,15 @@ const std::vector<routine> &routines() {
     {"Compute1PortTerms", "bc bc bc ic ic fc", {0, 1, 9}, 0x5a45cb489d00298a, one_port},
     {"MatrixMult", "ic9 ic9 oc9", once, 0x9bd8f19ccf935487, matrix_product, 5},
     {"invert", "bc16", once, 0x51b212a33b100703, inverse, 4},
+    {"vfpd_CircleFit", "fc", {7, 64}, of_functions, [](call &c) {
+       dsp_complex centre;
+       double radius, rms;
+       const int32_t status = vfpd_CircleFit(points(c[0]), 1, c[0]->length, &centre, &radius, &rms);
+       return c.gives(centre.re), c.gives(centre.im), c.gives(radius), c.gives(rms), status;
+     }},
+    {"CircularInterpolation", "ur fc7 f bc", {7}, of_functions, [](call &c) {
+       return CircularInterpolation(c[0]->data, points(c[1]), 7, c[2]->data, points(c[3]), 7);
+     }},
   };
   return table;
 }
