@@ -7,7 +7,7 @@ from typing import Any, Callable
 import numpy as np
 
 from ._c import Error, lib
-from ._call import changed, made, real_only, spoken
+from ._call import Need, changed, made, real_only, spoken
 from ._signal import Array, Samples, Signal
 
 __all__ = ["poly", "roots", "solve"]
@@ -15,19 +15,28 @@ __all__ = ["poly", "roots", "solve"]
 
 def _finite(routine: Any, x: Array) -> None:
     if not np.all(np.isfinite(x)):
-        raise Error(f"{spoken(routine)} takes finite numbers, got {x[~np.isfinite(x)][0]}", routine.__name__)
+        raise Error(
+            f"{spoken(routine)} takes finite numbers, got {x[~np.isfinite(x)][0]}",
+            routine.__name__,
+        )
 
 
 def _not_zero(routine: Any, c: Array) -> None:
     if c.shape[-1] > 0 and np.any(np.all(c == 0, axis=-1)):
-        raise Error("every number is a zero of a polynomial whose coefficients are all 0", routine.__name__)
+        raise Error(
+            "every number is a zero of a polynomial whose coefficients are all 0",
+            routine.__name__,
+        )
 
 
 def _representable(routine: Any, call: Callable[[], Signal]) -> Signal:
     try:
         return call()
     except MemoryError as error:
-        raise Error(f"{spoken(routine)}: a zero is too large for a double, or memory ran out", routine.__name__) from error
+        raise Error(
+            f"{spoken(routine)}: a zero is too large for a double, or memory ran out",
+            routine.__name__,
+        ) from error
 
 
 def roots(c: Samples, *, axis: int = -1) -> Signal:
@@ -132,5 +141,5 @@ def solve(c: Samples, y: complex = 0.0, *, all: bool = False, axis: int = -1) ->
     if not all and value.imag != 0:
         raise Error(f"real solutions of c = {value}: ask for all=True", "dsps_psolve")
     values = (value.real, value.imag) if all else (value.real,)
-    needs = [solvable] if all else [real_only, solvable]
+    needs: list[Need] = [solvable] if all else [real_only, solvable]
     return _representable(routine, lambda: made(routine, c, ..., *values, axis=axis, needs=needs))

@@ -118,7 +118,10 @@ def matrix_mult(a: npt.ArrayLike, b: npt.ArrayLike) -> Array:
         raise Error(f"there is no product of {left.shape} and {right.shape}", "MatrixMult")
     m, k = left.shape[-2:]
     if k > m and right.shape[-1] > 0:
-        raise Error(f"matrix_mult takes no more columns than rows on the left, got {m} x {k}", "MatrixMult")
+        raise Error(
+            f"matrix_mult takes no more columns than rows on the left, got {m} x {k}",
+            "MatrixMult",
+        )
     lead = np.broadcast_shapes(left.shape[:-2], right.shape[:-2])
     out = np.zeros(lead + (m, right.shape[-1]), np.complex128)
     for index in indices(lead if out.size else (0,)):
@@ -204,7 +207,10 @@ def circle_fit(z: npt.ArrayLike, *, axis: int = -1) -> Circle:
         try:
             lib.vfpd_CircleFit(row, 0, row.size, centre, fits[index][2:3], fits[index][3:])
         except Error:
-            raise Error(f"circle_fit: no circle is near these {row.size} points", "vfpd_CircleFit") from None
+            raise Error(
+                f"circle_fit: no circle is near these {row.size} points",
+                "vfpd_CircleFit",
+            ) from None
     centres = fits[..., 0] + 1j * fits[..., 1]
     if points.ndim == 1:
         return Circle(complex(centres), float(fits[2]), float(fits[3]))
@@ -243,12 +249,26 @@ def arc_interp(x: npt.ArrayLike, z: npt.ArrayLike, xi: npt.ArrayLike, *, axis: i
     nodes, at = doubles(x), np.atleast_1d(numbers(xi, "biuf")).astype(float)
     trace = np.moveaxis(np.asarray(numbers(z), np.complex128), axis, -1)
     if nodes.shape != trace.shape[-1:]:
-        raise Error(f"arc_interp takes a value for each x, got {trace.shape[-1]} for {nodes.size}", "CircularInterpolation")
+        raise Error(
+            f"arc_interp takes a value for each x, got {trace.shape[-1]} for {nodes.size}",
+            "CircularInterpolation",
+        )
     if nodes.size == 0 or np.isnan(nodes).any() or not np.all(nodes[1:] > nodes[:-1]):
-        raise Error("arc_interp takes x that rises from one to the next", "CircularInterpolation")
+        raise Error(
+            "arc_interp takes x that rises from one to the next",
+            "CircularInterpolation",
+        )
     out = np.empty(trace.shape[:-1] + (at.size,), np.complex128)
     for index in indices(trace.shape[:-1]):
         row = np.ascontiguousarray(trace[index])
-        run(lib.CircularInterpolation, nodes, row, nodes.size, at.reshape(-1), out[index], at.size)
+        run(
+            lib.CircularInterpolation,
+            nodes,
+            row,
+            nodes.size,
+            at.reshape(-1),
+            out[index],
+            at.size,
+        )
     shaped = out if at.ndim == 1 else out.reshape(trace.shape[:-1] + at.shape)
     return np.moveaxis(shaped, -1, axis) if trace.ndim > 1 and at.ndim == 1 else shaped
