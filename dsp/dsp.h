@@ -1317,8 +1317,8 @@ DSP_API uint32_t set_runfast(int32_t on);
 /* ============================================================================================================
  * Zeros of polynomials and the way back (poly)
  *
- * Coefficients are the samples of a signal in ascending powers, as dsps_peval takes them. The poles of a filter, and the
- * polynomial they belong to; a sensor's reading turned into the quantity that it stands for:
+ * Coefficients are the samples of a signal in ascending powers, as dsps_peval takes them. The poles of a filter, and
+ * the polynomial they belong to; a sensor's reading turned into the quantity that it stands for:
  *
  *     double c[] = {2, -3, 1};                              // 2 - 3 z + z^2
  *     dsp_vec v = {1, c, 0, 3, 0, 0};                       // borrows c
@@ -1337,11 +1337,11 @@ DSP_API uint32_t set_runfast(int32_t on);
 
 /** Coefficients become zeros: a complex signal of as many samples as the degree, dx 1, in ascending order of modulus;
  * zeros of one modulus (to 4 eps) in the order of their phase, from 0 up to 2 pi. Those of a real polynomial, one whose
- * imaginary parts are all 0 included, have an imaginary part of exactly 0 or come in exact conjugate pairs, the one with
- * the positive imaginary part at its place and the other next. Zero coefficients at the top lower the degree; those at
- * the bottom are zeros at exactly 0. No samples, or degree 0: an empty complex signal. A zero too small for a double is
- * 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method: Ehrlich-Aberth iteration
- * from the polynomial's Newton polygon. */
+ * imaginary parts are all 0 included, have an imaginary part of exactly 0 or come in exact conjugate pairs, the one
+ * with the positive imaginary part at its place and the other next. Zero coefficients at the top lower the degree;
+ * those at the bottom are zeros at exactly 0. No samples, or degree 0: an empty complex signal. A zero too small for a
+ * double is 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method: Ehrlich-Aberth
+ * iteration from the polynomial's Newton polygon. */
 DSP_API int32_t dspi_proots(dsp_vec *v);
 
 /** Zeros become the coefficients of the polynomial that has them and 1 as its highest coefficient: one sample more, in
@@ -1395,19 +1395,19 @@ DSP_API int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_compl
  * memory. A NaN pivot counts as valid: the result is 1, and NaN elements are written. */
 DSP_API int32_t invert(dsp_complex *m, int32_t n);
 
-/** The circle nearest to the points of [start, stop) in the sense of least squared distances from it, as for the quality
- * factor of a resonance or the centre of a constellation:
+/** The circle nearest to the points of [start, stop) in the sense of least squared distances from it, as for the
+ * quality factor of a resonance or the centre of a constellation:
  *
  *     dsp_complex centre;
  *     double radius, rms;
  *     if (vfpd_CircleFit(trace, 0, n, &centre, &radius, &rms) == 0) ...    // rms: how well it fits
  *
- * An algebraic fit (Pratt) starts it, Newton's method finishes it, in 5 passes over the points as a rule; scale and place
- * do not matter, and a short arc (5 degrees) keeps the least squares solution while the noise stays below a tenth of its
- * rise. rms, unless null, becomes the root mean square distance. -1, and nothing is written: fewer than three points;
- * values that are not finite; points within 4 eps of the largest coordinate of a straight line (eps = 2^-52), all alike
- * too; points to which no circle is nearer than the best straight line, as those of an even zigzag; a result too large
- * for a double. */
+ * An algebraic fit (Pratt) starts it, Newton's method finishes it, in 5 passes over the points as a rule; scale and
+ * place do not matter, and a short arc (5 degrees) keeps the least squares solution while the noise stays below a tenth
+ * of its rise. rms, unless null, becomes the root mean square distance. -1, and nothing is written: fewer than three
+ * points; values that are not finite; points within 4 eps of the largest coordinate of a straight line (eps = 2^-52),
+ * all alike too; points to which no circle is nearer than the best straight line, as those of an even zigzag; a result
+ * too large for a double. */
 DSP_API int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop, dsp_complex *centre, double *radius,
                                double *rms);
 
@@ -1419,13 +1419,13 @@ DSP_API int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop
  * Between nodes k and k+1 the value is (1 - t) times the curve through nodes k-1, k, k+1 plus t times that through k,
  * k+1, k+2, with t = (x - x[k])/(x[k+1] - x[k]); in the first and the last interval, and beyond the ends, it is on the
  * one curve there is. A curve is the circle through its nodes, run through with an angle that is the parabola in x
- * through the angles of the nodes; from node to node it takes the arc shorter than half a circle (counter-clockwise if it
- * is half a circle, to rounding). A reflection behind a length of line, a + r e^{i(bx + c)}, is reproduced to rounding
- * while it turns by less than pi from node to node. Three nodes whose triangle is nowhere wider than 4 eps of their
- * largest modulus give a parabola in x instead, in both parts, so that straight traces stay straight. A node's own x gives
- * its value exactly. xi may be in any order, zi overlaps no input; n = 1 is a constant, n = 2 a straight line; a NaN in z
- * or xi spoils only the values that use it. m <= 0: nothing is done. -1, and nothing is written: n <= 0, x does not rise
- * strictly. */
+ * through the angles of the nodes; from node to node it takes the arc shorter than half a circle (counter-clockwise if
+ * it is half a circle, to rounding). A reflection behind a length of line, a + r e^{i(bx + c)}, is reproduced to
+ * rounding while it turns by less than pi from node to node. Three nodes whose triangle is nowhere wider than 4 eps of
+ * their largest modulus give a parabola in x instead, in both parts, so that straight traces stay straight. A node's
+ * own x gives its value exactly. xi may be in any order, zi overlaps no input; n = 1 is a constant, n = 2 a straight
+ * line; a NaN in z or xi spoils only the values that use it. m <= 0: nothing is done. -1, and nothing is written: n <=
+ * 0, x does not rise strictly. */
 DSP_API int32_t CircularInterpolation(const double *x, const dsp_complex *z, int32_t n, const double *xi,
                                       dsp_complex *zi, int32_t m);
 

@@ -133,7 +133,8 @@ TEST(Zeros, HaveBackwardErrorsOfRounding) {
       }
     std::vector<std::pair<double, int>> to_twenty;
     for (int zero = 1; zero <= 20; ++zero) to_twenty.push_back({zero, 1});
-    reals concave, convex;
+    reals concave, convex, apart(31, 0.0);  // the last with zeros of modulus 1 and 2^60
+    apart[0] = apart[10] = 0x1p600, apart[30] = 0x1p-600;
     for (int k = 0; k < 200; ++k) {
       concave.push_back(std::exp2(-k * k / 40.0));
       convex.push_back(std::exp2(k * k / 40.0));
@@ -142,6 +143,7 @@ TEST(Zeros, HaveBackwardErrorsOfRounding) {
                                                     {"Chebyshev", chebyshev(60)},
                                                     {"Mandelbrot", mandelbrot(6)},
                                                     {"ones", reals(201, 1.0)},
+                                                    {"apart", apart},
                                                     {"concave", concave},
                                                     {"convex", convex},
                                                     {"tiny", {3e-310, -1e-309, 2e-310}},
@@ -209,6 +211,11 @@ TEST(Zeros, KeepTheRecord) {
   EXPECT_NE(v.data, room.data());
   EXPECT_EQ(room[0], 2);
   dsp_destroy(&v);
+  record roomy(reals{1, 2, 7, 7, 7});
+  roomy.length = 2;
+  const double *const before = roomy.data;
+  EXPECT_EQ(dspi_pztoc(&roomy), 0);
+  EXPECT_EQ(roomy.data, before);
   for (const auto routine : {dspi_proots, dspi_pztoc}) {
     const record of_zeros(reals{1, inf}), of_nan(complexes{{1, nan}, 2});
     for (const record &in : {of_zeros, of_nan}) {
@@ -234,6 +241,12 @@ TEST(Coefficients, AreTheProductOfTheZeros) {
   EXPECT_TRUE(near(coefficients_of(record(complexes{{0, 1}, 0, {0, -1}, 0})), record(reals{0, 0, 1, 0, 1}), 0));
   EXPECT_TRUE(near(coefficients_of(record(complexes{{0, 1}, 3})), record(complexes{{0, 3}, {-3, -1}, 1}), 0));
   EXPECT_TRUE(near(coefficients_of(record(complexes{{1, 1}, {1, -2}})), record(complexes{{3, -1}, {-2, 1}, 1}), 0));
+  EXPECT_TRUE(near(coefficients_of(record(reals{2, -2, 1})), record(reals{4, -4, -1, 1}), 0));
+  EXPECT_TRUE(
+      near(coefficients_of(record(complexes{{0, 2}, {0, 1}, 3})), record(complexes{6, {-2, 9}, {-3, -3}, 1}), 0));
+  EXPECT_TRUE(
+      near(coefficients_of(record(complexes{{1, 2}, {1, 1}, {1, -1}, {1, -2}})), record(reals{10, -14, 11, -4, 1}), 0));
+  EXPECT_TRUE(near(coefficients_of(record(complexes{{1, 1}, {2, -1}})), record(complexes{{3, 1}, -3, 1}), 0));
   EXPECT_TRUE(near(coefficients_of(record(reals{1e200, 1e-200, 1e-200})), record(reals{-1e-200, 2, -1e200, 1}), 1e184));
   EXPECT_EQ(doubles_of(coefficients_of(record(reals{1.5e308, 1e308}))), (reals{inf, -inf, 1}));
   const reals powers = doubles_of(coefficients_of(record(reals(1100, -1.0))));

@@ -395,15 +395,16 @@ TEST(CircleFit, IsTheLeastSquaresSolution) {
 
 TEST(CircleFit, RefusesWhatHasNoCircle) {
   const double inf = std::numeric_limits<double>::infinity();
-  complexes line, zigzag;
+  complexes line, zigzag, wide_arc;  // the last with a radius of 2e308
   for (int k = 0; k < 10; ++k) {
     line.emplace_back(0.1 * k, 0.3 * k + 0.1);
     zigzag.emplace_back(k, k % 2 == 0 ? 1 : -1);
+    wide_arc.push_back(1e308 * (complex(-1.2, -1.2) + std::polar(2.0, 0.65 + 0.03 * k)));
   }
   circle c;
   for (const complexes &z : {complexes{}, complexes{0, {1, 1}}, complexes(5, {1, 1}), complexes(4, 0.0), line, zigzag,
-                             complexes{0, 1, {0, inf}}, complexes{0, 1, {std::nan(""), 0}}, complexes{0, {1, 1e-16}, 2},
-                             complexes{-1.7e308, 1.7e308, {0, 1e300}}}) {
+                             complexes{0, {0, inf}, 1}, complexes{0, 1, {std::nan(""), 0}}, complexes{0, {1, 1e-16}, 2},
+                             complexes{-1.7e308, 1.7e308, {0, 1e300}}, wide_arc}) {
     EXPECT_EQ(fit_circle(z, &c), -1) << z.size();
     EXPECT_EQ(c.centre, complex(-7, -7));
     EXPECT_EQ(c.radius, -7);

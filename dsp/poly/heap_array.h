@@ -11,7 +11,7 @@ namespace dsp::poly {
 template <class T>
 class heap_array {
  public:
-  explicit heap_array(std::int64_t count) : data_(fits(count) ? allocate(count) : nullptr) {}
+  explicit heap_array(std::int64_t count) : data_(allocate(count)) {}
   ~heap_array() { heap_release(data_); }
   heap_array(const heap_array &) = delete;
   heap_array &operator=(const heap_array &) = delete;
@@ -22,11 +22,11 @@ class heap_array {
   T &operator[](std::int64_t i) const { return data_[i]; }
 
  private:
-  static constexpr bool fits(std::int64_t count) {
-    return static_cast<std::uint64_t>(count) <= SIZE_MAX / sizeof(T) - 1;  // GCOVR_EXCL_BR_LINE: always in 64 bits
-  }
+  // One element more than asked for: a block of 0 bytes is no memory.
   static T *allocate(std::int64_t count) {
-    return static_cast<T *>(heap_allocate(static_cast<std::size_t>(count + 1) * sizeof(T)));  // never 0 bytes
+    const auto elements = static_cast<std::uint64_t>(count) + 1;
+    if (elements > SIZE_MAX / sizeof(T)) return nullptr;  // GCOVR_EXCL_BR_LINE: 64 bits hold the product
+    return static_cast<T *>(heap_allocate(static_cast<std::size_t>(elements) * sizeof(T)));
   }
 
   T *data_;

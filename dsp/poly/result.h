@@ -36,8 +36,6 @@ inline void hand_over(dsp_vec *result, dsp_vec *to, std::int64_t room) {
 inline void put(dsp_vec *result, dsp_vec *out) { hand_over(result, out, out->capacity); }
 
 // A borrowed buffer serves if the signal that it holds is large enough.
-inline void replace(dsp_vec *v, dsp_vec *result) {
-  hand_over(result, v, std::max<std::int64_t>(doubles(*v), v->capacity));
-}
+inline void replace(dsp_vec *v, dsp_vec *result) { hand_over(result, v, v->capacity > 0 ? v->capacity : doubles(*v)); }
 
 }  // namespace dsp::poly

@@ -70,7 +70,7 @@ void zero_search::run() {
     groups_[group_count_] = polygon_.group_from(e);
     start(group_count_++);
   }
-  for (int sweep = 0; open_ > 0 && sweep < most_sweeps; ++sweep)
+  for (int sweep = 0; open_ > 0 && sweep < most_sweeps; ++sweep)  // GCOVR_EXCL_BR_LINE: most_sweeps is a safeguard
     for (std::int32_t g = 0; g < group_count_; ++g) pass(g, state::searched);
   for (std::int32_t i = 0; i < p_.degree(); ++i) zeros_[i].now = state::found;
   refine_all(state::found, p_.degree());
@@ -243,7 +243,7 @@ void zero_search::refine_all(state wanted, std::int32_t count) {
     for (std::int32_t g = 0; g < group_count_; ++g) pass(g, wanted);
   for (std::int32_t i = 0; i < p_.degree(); ++i) {
     approximation &zero = zeros_[i];
-    if (zero.now == wanted && zero.has_kept) zero.z = zero.kept;
+    if (zero.now == wanted && zero.has_kept) zero.z = zero.kept;  // GCOVR_EXCL_BR_LINE: there was a good place
     if (zero.now == wanted) zero.now = state::refined;
   }
 }

@@ -45,6 +45,7 @@ def test_a_stream_in_blocks_is_the_stream_at_once(make, samples):
     first = make()
     np.testing.assert_allclose(np.concatenate([first(b) for b in blocks(samples)]), whole, **near)
 
+
     waves = np.stack([samples, samples[::-1], 2 * samples]).reshape(3, 1, -1)
     rows = make()
     head = rows(waves[..., :333])
@@ -96,11 +97,7 @@ def test_filters_follow_their_state():
     for odd, anti, full in (
         (True, False, [1, 2, 3, 2, 1]), (False, False, [1, 2, 3, 3, 2, 1]), (False, True, [1, 2, 3, -3, -2, -1]),
     ):  # fmt: skip
-        np.testing.assert_allclose(
-            dsp.SymmetricFir(half, odd=odd, anti=anti)(x),
-            signal.lfilter(full, 1, x),
-            **near,
-        )
+        np.testing.assert_allclose(dsp.SymmetricFir(half, odd=odd, anti=anti)(x), signal.lfilter(full, 1, x), **near)
     decimated = dsp.Decimator(4)(dsp.Signal(x, 0.25))
     assert decimated.dx == 1.0 and list(decimated) == list(x[::4])
 
@@ -218,11 +215,7 @@ def test_samples():
     ):  # fmt: skip
         np.testing.assert_allclose(ours, theirs, rtol=1e-10, atol=1e-13)
     quarter = dsp.Signal(x, 0.25)
-    for ours in (
-        dsp.add(quarter, z),
-        dsp.mul(z, quarter),
-        dsp.sub(dsp.Signal(x, 0.4), dsp.Signal(x, 0.1)),
-    ):
+    for ours in (dsp.add(quarter, z), dsp.mul(z, quarter), dsp.sub(dsp.Signal(x, 0.4), dsp.Signal(x, 0.1))):
         assert ours.dx == 0.25
     assert dsp.cmp(x, x + 1e-9) == -1 and dsp.cmp(x, x + 1e-9, 1e-8) == 0
     assert dsp.limit(x, -9, 9).clipped is False and dsp.limit(x, -1, 1).clipped is True
@@ -233,10 +226,7 @@ def test_statistics():
         (dsp.max(x), x.max()), (dsp.min(z), z[np.abs(z).argmin()]), (dsp.magsq_sum(z), (np.abs(z) ** 2).sum()),
         (dsp.pop_var(z), z.var()), (dsp.samp_stddev(x), x.std(ddof=1)),
     ):  # fmt: skip
-        assert ours == pytest.approx(theirs, rel=1e-12) and type(ours) in (
-            float,
-            complex,
-        )
+        assert ours == pytest.approx(theirs, rel=1e-12) and type(ours) in (float, complex)
     y = 3 + 0.5 * np.arange(100) + 0.01 * x[:100]
     fit, t = dsp.lin_regres2(y, dx=0.1), 0.1 * np.arange(100)
     (slope, intercept), cov = np.polyfit(t, y, 1, cov="unscaled")
@@ -258,12 +248,7 @@ def test_statistics():
 def test_splines_take_their_ends():
     nodes = np.linspace(0, 3, 12)
     q = np.linspace(0, 3, 50)
-    d2 = dsp.cspline_2d(
-        nodes,
-        np.exp(nodes),
-        dsp.End("clamped", 1.0),
-        dsp.End("second_derivative", np.exp(3)),
-    )
+    d2 = dsp.cspline_2d(nodes, np.exp(nodes), dsp.End("clamped", 1.0), dsp.End("second_derivative", np.exp(3)))
     from scipy.interpolate import CubicSpline
 
     expected = CubicSpline(nodes, np.exp(nodes), bc_type=((1, 1.0), (2, np.exp(3))))
@@ -292,12 +277,7 @@ def test_traces():
     rest = np.delete(np.arange(1000), top)
     assert dsp.find_max(x, skip=(top, top + 1)) == rest[x[rest].argmax()]
     assert dsp.find_min([0.0, 2, 1]) == 0 and dsp.find_min([0.0, 2, 1], skip=None) == 2
-    assert list(dsp.scale_to_int([-1.0, 0, 0.52, 9], 0, 1, 0, 100)) == [
-        -100,
-        0,
-        52,
-        900,
-    ]
+    assert list(dsp.scale_to_int([-1.0, 0, 0.52, 9], 0, 1, 0, 100)) == [-100, 0, 52, 900]
     np.testing.assert_allclose(dsp.scale_to_fp(x, -1, 1, 10, 30), 20 + 10 * x, **near)
     np.testing.assert_allclose(dsp.expand_linear(11, 1, 3), np.linspace(1, 3, 11), **near)
 
@@ -309,14 +289,7 @@ def test_calibration_undoes_the_error_box():
     measured = [terms[0] + terms[2] * a / (1 - terms[1] * a) for a in actual]
     kept = [np.array(m) for m in measured]
     calibration = dsp.OnePort(measured, actual)
-    for found, term in zip(
-        (
-            calibration.directivity,
-            calibration.source_match,
-            calibration.reflection_tracking,
-        ),
-        terms,
-    ):
+    for found, term in zip((calibration.directivity, calibration.source_match, calibration.reflection_tracking), terms):
         np.testing.assert_allclose(found, term, **near)
     device = 0.5 * np.exp(5j * f)
     np.testing.assert_allclose(calibration.correct(calibration.distort(device)), device, **near)
@@ -329,25 +302,21 @@ def test_calibration_undoes_the_error_box():
 def test_polynomials_circles_and_arcs():
     c, points = x[:9], 3 - 1j + 2 * np.exp(1j * np.sort(rng.uniform(0, 1, 40)))
     zeros = np.polynomial.polynomial.polyroots(c)
-    np.testing.assert_allclose(
-        sorted(dsp.roots(c), key=abs),
-        sorted(zeros, key=lambda r: (abs(r), -r.imag)),
-        **near,
-    )
+    np.testing.assert_allclose(sorted(dsp.roots(c), key=abs), sorted(zeros, key=lambda r: (abs(r), -r.imag)), **near)
     np.testing.assert_allclose(dsp.poly(dsp.roots(c)), c / c[-1], **near)
     np.testing.assert_allclose(dsp.peval(c, dsp.solve(c, c[0] + 0.1)[0]), c[0] + 0.1, **near)
     np.testing.assert_array_equal(dsp.solve(c, 0, all=True), dsp.roots(c))
-    rows = np.stack([points, 2 * points], -1)
+    rows, at = np.stack([points, 2 * points], -1), np.arange(40.0)
     np.testing.assert_allclose(dsp.circle_fit(rows, axis=0).radius, [2, 4], **near)
-    np.testing.assert_allclose(
-        dsp.arc_interp(range(40), rows, [0.5], axis=0)[0, 1],
-        2 * dsp.arc_interp(range(40), points, 0.5)[0],
-    )
+    between = dsp.arc_interp(at, rows, [0.5], axis=0)
+    np.testing.assert_allclose(between[0, 1], 2 * dsp.arc_interp(at, points, 0.5)[0])
     for call, message in (
-        (lambda: dsp.roots([0, 0]), "all 0"), (lambda: dsp.roots([1, np.nan]), "finite"), (lambda: dsp.poly([np.inf]), "finite"),
-        (lambda: dsp.roots([1, 1e-320]), "too large"), (lambda: dsp.solve([2], 2), "all 0"), (lambda: dsp.solve([0, 1], 1j), "all=True"),
-        (lambda: dsp.solve([0, 1j], 1), "real"), (lambda: dsp.solve([], 0), "all 0"), (lambda: dsp.circle_fit([0, 1, 2]), "no circle"),
-        (lambda: dsp.arc_interp([0, 0], [1, 2], 1), "rises"), (lambda: dsp.arc_interp([0, 1], [1], 1), "for 2"),
+        (lambda: dsp.roots([0, 0]), "all 0"), (lambda: dsp.roots([1, np.nan]), "finite"),
+        (lambda: dsp.poly([np.inf]), "finite"), (lambda: dsp.roots([1, 1e-320]), "too large"),
+        (lambda: dsp.solve([2], 2), "all 0"), (lambda: dsp.solve([0, 1], 1j), "all=True"),
+        (lambda: dsp.solve([0, 1j], 1), "real"), (lambda: dsp.solve([], 0), "all 0"),
+        (lambda: dsp.circle_fit([0, 1, 2]), "no circle"), (lambda: dsp.arc_interp([0, 0], [1, 2], 1), "rises"),
+        (lambda: dsp.arc_interp([0, 1], [1], 1), "for 2"),
     ):  # fmt: skip
         with pytest.raises(dsp.Error, match=message):
             call()
