@@ -33,7 +33,7 @@ endfunction()
 
 # These kernels may fuse products with sums: they promise their results to rounding only.
 set(dsp_fused_kernels ${dsp_kernels})
-list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/(fft/|filter/fir_)")
+list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/(fft/|filter/fir_|resample/)")
 set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
 # Written in vectors where they pay; making more of them costs its short transforms twice their time.
 set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp ${PROJECT_SOURCE_DIR}/dsp/fft/mixed_kernels.isa.cpp

@@ -354,6 +354,19 @@ TEST(Converter, BeginsAnewWhenMemoryFails) {
       }
 }
 
+TEST(Converter, NeedsLittleMemoryForAnyRatio) {
+  const record in = random_signal(1, false, 10);
+  converter tiny(1e-6);
+  record out, scratch;
+  ASSERT_EQ(tiny.run(&in, &out, &scratch), 0);
+  dsp_free_internal();
+  heap_limit(1 << 18);
+  EXPECT_EQ(tiny.run(&in, &out, &scratch), 0);
+  heap_limit(SIZE_MAX);
+  converter none(1e-9);
+  EXPECT_EQ(none.run(&in, &out), -1);
+}
+
 double decibels(double x) { return 20 * std::log10(std::max(x, 1e-300)); }
 
 complex turned(double turns) { return std::polar(1.0, two_pi * std::fmod(turns, 1.0)); }

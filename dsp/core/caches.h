@@ -25,7 +25,8 @@ std::int32_t free_window_cache();  // generated windows
 }
 
 namespace resample {
-std::int32_t free_kernel_rows();  // work signal of the fractional stage
-}
+std::int32_t free_kernel_rows();     // work signal of the fractional stage
+std::int32_t free_converter_work();  // outputs of that stage on their way through the converter
+}  // namespace resample
 
 }  // namespace dsp

@@ -2,15 +2,21 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "dsp/core/filter_and_halve.h"
+#include "dsp/core/caches.h"
+#include "dsp/core/decimate_by_two.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
+#include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
+#include "dsp/resample/fractional.h"
 #include "dsp/resample/kernel_taps.h"
 
 namespace dsp::resample {
 namespace {
+
+constexpr std::int32_t piece_length = 2048;  // samples at twice the output rate
+work_signal piece_store;
 
 class temporary_state {
  public:
@@ -40,23 +46,51 @@ struct cascade {
 
   int32_t halve(const dsp_vec *in, dsp_vec *out) const {
     for (std::int32_t i = 0; i < coef.halvings; ++i, in = out)
-      if (filter::filter_and_halve(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
-                                   &state.stage_phase[i]) != 0)
+      if (filter::decimate_by_two(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
+                                  &state.stage_phase[i]) != 0)
         return -1;
     return drop(out, &state.delay1);
   }
 
-  // `block` is the length of the converter's own input.
-  int32_t convert_rest(const dsp_vec *in, dsp_vec *out, std::int64_t block) const {
+  // `block` is the length of the converter's own input, and the most that comes out.
+  int32_t convert_rest(const dsp_vec *in, dsp_vec *out, std::int32_t block) const {
     if (dspd_sfir(in, scratch, &coef.prefilter, coef.prefilter_odd, 0, &state.pre_hist) != 0) return -1;
     // At twice the output rate and a ratio of 1 or more, no more than this can come out.
-    const std::int64_t most = carries_on ? 2 * (block + state.delay2) + kernel_taps(coef.kernel) - 1 : 2 * block - 1;
-    out->length = static_cast<std::int32_t>(std::min<std::int64_t>(most, INT32_MAX));
-    if (dspd_rsmp(scratch, out, coef.interp, &coef.kernel, coef.ratio * 0.5, &state.rsmp_state) != 0) return -1;
-    if (filter::filter_and_halve(out, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.post_hist,
-                                 &state.post_phase) != 0)
-      return -1;
-    return drop(out, &state.delay2);
+    const std::int64_t most = carries_on ? 2 * (std::int64_t{block} + state.delay2) + kernel_taps(coef.kernel) - 1
+                                         : 2 * std::int64_t{block} - 1;
+    kernel k;
+    if (most > INT32_MAX || !k.read(coef.kernel)) return -1;
+    fractional_stage stage(k, coef.interp != 0, coef.ratio * 0.5);
+    if (stage.begin(*scratch, &state.rsmp_state) != 0) return -1;
+    out->length = block;
+    out->is_complex = scratch->is_complex;
+    if (dsp_alloc(out) != 0 || collect(&stage, static_cast<std::int32_t>(most), out) != 0) return -1;
+    out->dx = scratch->dx * coef.ratio;
+    stage.end();
+    return 0;
+  }
+
+  // In pieces that stay in the L1 cache, so that the work space is small for any ratio.
+  int32_t collect(fractional_stage *stage, std::int32_t most, dsp_vec *out) const {
+    dsp_vec *piece = piece_store.obtain();
+    temporary aside;
+    const std::int64_t width = out->is_complex != 0 ? 2 : 1;
+    std::int32_t kept = 0;
+    for (std::int32_t made = 1; made > 0; most -= made) {
+      piece->length = std::min(most, piece_length);
+      piece->is_complex = out->is_complex;
+      if (dsp_alloc(piece) != 0) return -1;
+      made = piece->length = stage->make(piece->length, piece->data);
+      if (filter::decimate_by_two(piece, piece, aside.get(), &coef.halfband, coef.halfband_odd != 0, &state.post_hist,
+                                  &state.post_phase) != 0 ||
+          drop(piece, &state.delay2) != 0)
+        return -1;
+      const std::int32_t some = std::min(piece->length, out->length - kept);
+      std::copy_n(piece->data, some * width, out->data + kept * width);
+      kept += some;
+    }
+    out->length = kept;
+    return 0;
   }
 
   int32_t run(const dsp_vec *in, dsp_vec *out) const {
@@ -73,6 +107,9 @@ struct cascade {
 };
 
 }  // namespace
+
+std::int32_t free_converter_work() { return piece_store.release(); }
+
 }  // namespace dsp::resample
 
 using namespace dsp;

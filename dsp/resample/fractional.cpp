@@ -1,5 +1,7 @@
 // Resampling by any step: one output every `step` input samples, each a sum over T samples weighted by the kernel at
 // the phase between them.
+#include "dsp/resample/fractional.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -7,57 +9,23 @@
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
-#include "dsp/core/stream.h"
 #include "dsp/core/temporary.h"
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
-#include "dsp/resample/fractional_kernels.h"
 #include "dsp/resample/kernel_lists.h"
 #include "dsp/resample/kernel_taps.h"
-#include "dsp/resample/position.h"
 
 namespace dsp::resample {
 namespace {
 
-// A kernel table taken apart.
-struct kernel {
-  const double *points;  // phases * taps + 1 of them, or two alike
-  std::int32_t taps;
-  std::int32_t phases;  // points from tap to tap
-  double alike[2];      // a table of one point, which weighs all samples the same
-
-  bool read(const dsp_vec &table) {
-    taps = kernel_taps(table);
-    if (taps == 0 || table.is_complex != 0) return false;
-    points = table.data + 1;
-    phases = (table.length - 2) / taps;
-    alike[0] = alike[1] = points[0];
-    if (phases == 0) points = alike;
-    return (table.length - 2) % taps == 0;
-  }
-};
-
-// The kernel's rows and, behind them, the marks of those that are filled. Process-wide; its contents last for one call.
+// The kernel's rows, room for the samples where past and block meet, and the marks of the rows. Process-wide; its
+// contents last for one stage.
 work_signal row_store;
 
-int32_t prepare_rows(const kernel &k, kernel_rows *rows) {
-  const std::int64_t groups = (std::int64_t{k.phases} + points_in_group - 1) / points_in_group;
-  const std::int64_t doubles = groups * rows_in_group * row_stride(k.taps);
-  const std::int64_t marks = groups / static_cast<std::int64_t>(sizeof(double)) + 1;
-  if (doubles + marks > INT32_MAX) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
-  dsp_vec *store = row_store.obtain();
-  store->length = static_cast<std::int32_t>(doubles + marks);
-  if (dsp_alloc(store) != 0) return -1;
-  double *filled = store->data + doubles;
-  std::memset(filled, 0, static_cast<std::size_t>(marks) * sizeof(double));
-  *rows = {k.points, k.taps, k.phases, store->data, reinterpret_cast<unsigned char *>(filled)};
-  return 0;
-}
-
-// One channel of an output whose span may begin in the past, summed in the order of the kernels. A past that is not
-// held adds nothing, however many taps reach into it.
-double weigh_anywhere(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
-                      const kernel_phase &at) {
+// One channel of an output whose span may begin in the past, summed without rows. A past that is not held adds
+// nothing, however many taps reach into it.
+double interpolate_anywhere(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
+                            const kernel_phase &at) {
   double lanes[5] = {};
   const std::int64_t silent = x.past == nullptr ? std::clamp<std::int64_t>(-start, 0, k.taps) : 0;
   for (auto i = static_cast<std::int32_t>(silent); i < k.taps; ++i) {
@@ -70,33 +38,88 @@ double weigh_anywhere(const past_and_block &x, std::int32_t channel, std::int64_
   return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) + lanes[4];
 }
 
-// Fills y until the block is used up or `most` outputs are made, and leaves the position behind.
-int32_t convert(const past_and_block &x, const kernel &k, bool linear, double step, std::int32_t most, double *y,
-                position *at, std::int32_t *made) {
-  const double newest = static_cast<double>(x.block_length) - k.taps;
-  const bool by_rows = k.phases > 0 && step < 0x1p31;
-  kernel_rows rows = {};
-  if (by_rows && newest >= 0 && prepare_rows(k, &rows) != 0) return -1;
-  for (*made = 0; *made < most;) {
-    settle(at);
-    at->start = std::max(at->start, -static_cast<double>(k.taps));  // nothing older is held
-    if (at->start > newest) break;
-    auto start = static_cast<std::int64_t>(at->start);
-    if (by_rows && start >= 0) {
-      const fractional_run run = {x.block, x.width, static_cast<std::int64_t>(newest), linear, step, y, most - *made};
-      *made += fractional_kernels().interpolate(run, rows, &at->offset, &start);
-      at->start = static_cast<double>(start);
-      break;
-    }
-    const kernel_phase phase(at->offset, k.phases, linear);
-    for (std::int32_t channel = 0; channel < x.width; ++channel) *y++ = weigh_anywhere(x, channel, start, k, phase);
-    at->offset += step;
-    ++*made;
+}  // namespace
+
+bool kernel::read(const dsp_vec &table) {
+  taps = kernel_taps(table);
+  if (taps == 0 || table.length < 2 || table.is_complex != 0) return false;
+  points = table.data + 1;
+  phases = (table.length - 2) / taps;
+  alike[0] = alike[1] = points[0];
+  if (phases == 0) points = alike;
+  return (table.length - 2) % taps == 0;
+}
+
+int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
+  x_ = past_and_block(in, state, k_.taps);
+  newest_ = x_.block_length - k_.taps;
+  at_ = {0.0, -static_cast<double>(k_.taps)};
+  state_ = state;
+  if (state != nullptr) {
+    const double *stored = state->data + std::int64_t{k_.taps} * x_.width;
+    at_.offset = stored[0];
+    at_.start += stored[x_.width];
+    if (!(at_.offset >= -1.0 && std::isfinite(at_.offset) && std::isfinite(at_.start))) return -1;
   }
+  return by_rows_ ? prepare_rows() : 0;
+}
+
+int32_t fractional_stage::prepare_rows() {
+  const std::int64_t rows = rows_of(k_.phases) * row_stride(k_.taps);
+  const std::int64_t joined = 2 * std::int64_t{k_.taps} * x_.width;
+  const std::int64_t marks = rows_of(k_.phases) / static_cast<std::int64_t>(sizeof(double)) + 1;
+  if (!countable(rows + joined + marks)) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
+  dsp_vec *store = row_store.obtain();
+  store->length = static_cast<std::int32_t>(rows + joined + marks);
+  if (dsp_alloc(store) != 0) return -1;
+  joined_ = store->data + rows;
+  double *ready = joined_ + joined;
+  std::memset(ready, 0, static_cast<std::size_t>(marks) * sizeof(double));
+  rows_ = {k_.points, k_.taps, k_.phases, store->data, reinterpret_cast<unsigned char *>(ready), 0};
+  x_.copy(0, 2 * std::int64_t{k_.taps} - 1, joined_);
   return 0;
 }
 
-}  // namespace
+int32_t fractional_stage::make(std::int32_t most, double *y) {
+  std::int32_t made = 0;
+  while (made < most) {
+    carry_whole_samples(&at_);
+    at_.start = std::max(at_.start, -static_cast<double>(k_.taps));  // nothing older is held
+    if (at_.start > static_cast<double>(newest_)) break;
+    made += by_rows_ ? make_by_rows(most - made, y + std::int64_t{made} * x_.width)
+                     : make_one(y + std::int64_t{made} * x_.width);
+  }
+  return made;
+}
+
+// Spans that begin in the past lie in the joined samples, of which number 0 is the oldest of the past.
+int32_t fractional_stage::make_by_rows(std::int32_t most, double *y) {
+  const bool in_past = at_.start < 0;
+  const std::int64_t origin = in_past ? k_.taps : 0;
+  const std::int64_t newest = (in_past ? std::min<std::int64_t>(newest_, -1) : newest_) + origin;
+  const fractional_run run = {in_past ? joined_ : x_.block, x_.width, newest, linear_, step_, y, most};
+  std::int64_t start = static_cast<std::int64_t>(at_.start) + origin;
+  const std::int32_t made = fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
+  at_.start = static_cast<double>(start - origin);
+  return made;
+}
+
+int32_t fractional_stage::make_one(double *y) {
+  const kernel_phase phase(at_.offset, k_.phases, linear_);
+  const auto start = static_cast<std::int64_t>(at_.start);
+  for (std::int32_t channel = 0; channel < x_.width; ++channel)
+    y[channel] = interpolate_anywhere(x_, channel, start, k_, phase);
+  at_.offset += step_;
+  return 1;
+}
+
+void fractional_stage::end() {
+  if (state_ == nullptr) return;
+  x_.remember(state_);
+  double *stored = state_->data + std::int64_t{k_.taps} * x_.width;
+  stored[0] = at_.offset;
+  stored[x_.width] = at_.start - static_cast<double>(newest_);
+}
 
 std::int32_t free_kernel_rows() { return row_store.release(); }
 
@@ -116,23 +139,11 @@ int32_t dspd_rsmp(const dsp_vec *in, dsp_vec *out, int32_t interp, const dsp_vec
   stream_block block(in, out, state);
   if (dsp_output_prepare(&block, nullptr, k.taps + 2, DSP_OUT_ALIAS | DSP_OUT_KEEP_LENGTH) != 0) return -1;
   dsp_vec *result = block.out.get();
-  const past_and_block x(block.in, state, k.taps);
-  double *stored = state != nullptr ? state->data + std::int64_t{k.taps} * x.width : nullptr;
-  position at = {0.0, -static_cast<double>(k.taps)};
-  if (stored != nullptr) {
-    at.offset = stored[0];
-    at.start += stored[x.width];
-    if (!(at.offset >= -1.0 && std::isfinite(at.offset) && std::isfinite(at.start))) return -1;
-  }
-  std::int32_t made = 0;
-  if (convert(x, k, interp != 0, step, samples(*result), result->data, &at, &made) != 0) return -1;
-  result->length = made;
+  fractional_stage stage(k, interp != 0, step);
+  if (stage.begin(block.in, state) != 0) return -1;
+  result->length = stage.make(samples(*result), result->data);
   result->dx = dx;
-  if (stored != nullptr) {
-    x.remember(state);
-    stored[0] = at.offset;
-    stored[x.width] = at.start - static_cast<double>(x.block_length) + k.taps;
-  }
+  stage.end();
   return dsp_output_commit(block);
 }
 

@@ -8,20 +8,20 @@
 namespace dsp::resample {
 
 // The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
-// the cache. So they are copied, when first needed in a call, into rows, in groups of neighbouring points. A
-// group also holds the point after its last.
-constexpr std::int32_t points_in_group = 8;
-constexpr std::int32_t rows_in_group = points_in_group + 1;
+// the cache. So they are copied into rows when first needed: one row for each point that a kernel begins at, and the
+// one after the last. An output is interpolated between a row and the next.
+static constexpr std::int64_t rows_of(std::int32_t phases) { return std::int64_t{phases} + 1; }
 
-// From row to row. Vectors of four that begin at a row do not straddle lines of the cache.
-static constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 3) / 4 * 4; }
+// From row to row: room for whole vectors, on lines of the cache.
+static constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 7) / 8 * 8; }
 
 struct kernel_rows {
   const double *points;
   std::int32_t taps;
   std::int32_t phases;
   double *rows;
-  unsigned char *filled;  // by group
+  unsigned char *ready;  // by row: it and the next one are filled
+  std::int32_t fills;    // so far
 };
 
 struct fractional_run {
@@ -36,10 +36,9 @@ struct fractional_run {
 
 struct fractional_kernel_set {
   // Makes outputs while there are spans within the block and at most `most`, at least one; returns how many. `offset`
-  // and `start` enter settled, with 0 <= start <= newest. They leave as they stand after the last output, or settled
-  // when the block is used up.
-  std::int32_t (*interpolate)(const fractional_run &run, const kernel_rows &kernel, double *offset,
-                              std::int64_t *start);
+  // and `start` enter with whole samples carried, 0 <= start <= newest. They leave as they stand after the last output,
+  // or with whole samples carried when the block is used up.
+  std::int32_t (*interpolate)(const fractional_run &run, kernel_rows &kernel, double *offset, std::int64_t *start);
 };
 
 DSP_DECLARE_KERNELS(fractional)

@@ -8,29 +8,51 @@
 namespace dsp::resample {
 namespace {
 
-void fill_group(const kernel_rows &k, std::int32_t group) {
-  const std::int32_t first = group * points_in_group;
-  const std::int32_t count = k.phases - first < points_in_group ? k.phases - first + 1 : rows_in_group;
-  const std::int64_t stride = row_stride(k.taps);
-  double *rows = k.rows + group * rows_in_group * stride;
-  for (std::int64_t i = 0; i < k.taps; ++i) {
-    const double *from = k.points + first + i * k.phases;
-    for (std::int64_t j = 0; j < count; ++j) rows[j * stride + i] = from[j];
-  }
-  k.filled[group] = 1;
+// With fused products the taps of an output lie in whole vectors, the last of which may reach back over taps of the one
+// before: both then hold halves of the weights there, and no sample outside the span is read. Otherwise, and for
+// kernels shorter than a vector, they lie in four lanes as far as whole fours go, on every processor alike.
+constexpr bool in_vectors = has_fused_products && has_vector_registers;
+
+constexpr std::int32_t vectors_of(std::int32_t taps) { return (taps + lane_count - 1) / lane_count; }
+
+// The first tap of a vector of weights.
+constexpr std::int32_t first_tap(std::int32_t vector, std::int32_t taps) {
+  const std::int32_t last = taps - lane_count;
+  return vector * lane_count < last ? vector * lane_count : last;
 }
 
-// The taps of one channel of an output, weighted: in four lanes as far as whole fours go.
-struct partial_sums {
-  lanes<4> fours;
-  double rest;
-};
+// Copies a tap's points to a column of neighbouring rows.
+void fill_column(const double *points, double scale, std::int32_t count, std::int64_t stride, double *rows) {
+  for (std::int32_t j = 0; j < count; ++j) rows[j * stride] = scale * points[j];
+}
 
+void fill_rows(const kernel_rows &k, std::int32_t first, std::int32_t count) {
+  const std::int64_t stride = row_stride(k.taps);
+  double *rows = k.rows + first * stride;
+  const auto points = [&](std::int32_t tap) { return k.points + first + std::int64_t{tap} * k.phases; };
+  const std::int32_t last = in_vectors && k.taps >= lane_count ? (vectors_of(k.taps) - 1) * lane_count : k.taps;
+  const std::int32_t begin = k.taps - lane_count;  // of the last vector
+  for (std::int32_t i = 0; i < last; ++i)
+    fill_column(points(i), last < k.taps && i >= begin ? 0.5 : 1.0, count, stride, rows + i);
+  for (std::int32_t i = 0; last < k.taps && i < lane_count; ++i)
+    fill_column(points(begin + i), begin + i < last ? 0.5 : 1.0, count, stride, rows + last + i);
+  for (std::int32_t j = 0; j < count - 1; ++j) k.ready[first + j] = 1;
+}
+
+// A row and the next one; when many are needed, all whose points share lines of the cache.
+void make_ready(kernel_rows *k, std::int32_t row) {
+  constexpr std::int32_t many = 64;
+  constexpr std::int32_t together = 8;
+  if (++k->fills <= many) return fill_rows(*k, row, 2);
+  const std::int32_t first = row / together * together;
+  fill_rows(*k, first, k->phases - first < together ? k->phases - first + 1 : together + 1);
+}
+
+// One channel of an output, in four lanes and the rest.
 template <int Width>
-inline partial_sums weigh(const double *x, const double *row, double fraction, std::int32_t taps) {
-  partial_sums sum = {};
+inline double interpolate_in_fours(const double *x, const double *row, double fraction, std::int32_t taps) {
   const double *next = row + row_stride(taps);
-  const std::int32_t quads = taps / 4 * 4;
+  const std::int32_t fours = taps / 4 * 4;
   const auto four = [=](std::int32_t i) {
     const lanes<4> a = load<lanes<4>>(row + i);
     const lanes<4> w = a + fraction * (load<lanes<4>>(next + i) - a);
@@ -40,32 +62,105 @@ inline partial_sums weigh(const double *x, const double *row, double fraction, s
     else
       return w * lanes<4>{z[0], z[Width], z[2 * Width], z[3 * Width]};
   };
-  if (quads > 0) sum.fours = four(0);  // a zero of either sign will do: the rest begins with one of sign +
-  for (std::int32_t i = 4; i < quads; i += 4) sum.fours += four(i);
-  for (std::int32_t i = quads; i < taps; ++i) sum.rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
+  lanes<4> sum = {};
+  double rest = 0;
+  if (fours > 0) sum = four(0);  // a zero of either sign will do: the rest begins with one of sign +
+  for (std::int32_t i = 4; i < fours; i += 4) sum += four(i);
+  for (std::int32_t i = fours; i < taps; ++i) rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
+  return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + rest;
+}
+
+// Each weight twice, for both parts of a complex sample: those of the first half of the lanes, and of the second.
+template <int W>
+DSP_INLINE lanes<W> doubled_low(const lanes<W> &w) {
+  if constexpr (W == 8)
+    return __builtin_shufflevector(w, w, 0, 0, 1, 1, 2, 2, 3, 3);
+  else if constexpr (W == 4)
+    return __builtin_shufflevector(w, w, 0, 0, 1, 1);
+  else
+    return __builtin_shufflevector(w, w, 0, 0);
+}
+
+template <int W>
+DSP_INLINE lanes<W> doubled_high(const lanes<W> &w) {
+  if constexpr (W == 8)
+    return __builtin_shufflevector(w, w, 4, 4, 5, 5, 6, 6, 7, 7);
+  else if constexpr (W == 4)
+    return __builtin_shufflevector(w, w, 2, 2, 3, 3);
+  else
+    return __builtin_shufflevector(w, w, 1, 1);
+}
+
+// The products of one output with the row before its phase and with the row after, not yet summed: of complex samples
+// in pairs of lanes.
+struct products {
+  widest before;
+  widest after;
+};
+
+template <int Width>
+DSP_INLINE products products_of(const double *x, const double *row, std::int32_t taps, std::int32_t vectors) {
+  const double *next = row + row_stride(taps);
+  products sum = {};
+  for (std::int32_t v = 0; v < vectors; ++v) {
+    const widest a = load<widest>(row + v * lane_count);
+    const widest b = load<widest>(next + v * lane_count);
+    const double *from = x + first_tap(v, taps) * Width;
+    const widest z = load_once<widest>(from);
+    if constexpr (Width == 1) {
+      sum.before += a * z;
+      sum.after += b * z;
+    } else {
+      const widest later = load_once<widest>(from + lane_count);
+      sum.before += doubled_low<lane_count>(a) * z;
+      sum.before += doubled_high<lane_count>(a) * later;
+      sum.after += doubled_low<lane_count>(b) * z;
+      sum.after += doubled_high<lane_count>(b) * later;
+    }
+  }
   return sum;
 }
 
-inline double total(const partial_sums &s) { return ((s.fours[0] + s.fours[1]) + (s.fours[2] + s.fours[3])) + s.rest; }
+// The sums of the pairs of lanes of each row, side by side.
+template <int W>
+DSP_INLINE lanes<W> sum_of_pairs(lanes<W> (&row)[W / 2]) {
+  transpose_units<W>(row);
+  lanes<W> sum = row[0];
+  for (int i = 1; i < W / 2; ++i) sum += row[i];
+  return sum;
+}
 
-// The totals of four outputs, added in the same order.
-[[maybe_unused]] inline lanes<4> total(const partial_sums &a, const partial_sums &b, const partial_sums &c,
-                                       const partial_sums &d) {
-  const lanes<4> ab =
-      __builtin_shufflevector(a.fours, b.fours, 0, 4, 2, 6) + __builtin_shufflevector(a.fours, b.fours, 1, 5, 3, 7);
-  const lanes<4> cd =
-      __builtin_shufflevector(c.fours, d.fours, 0, 4, 2, 6) + __builtin_shufflevector(c.fours, d.fours, 1, 5, 3, 7);
-  return __builtin_shufflevector(ab, cd, 0, 1, 4, 5) + __builtin_shufflevector(ab, cd, 2, 3, 6, 7) +
-         lanes<4>{a.rest, b.rest, c.rest, d.rest};
+DSP_INLINE widest paired_sums(const widest &a, const widest &b) {
+  return first_lanes<lane_count>(a, b) + second_lanes<lane_count>(a, b);
+}
+
+// Outputs of one or two doubles that fill a vector; of(i) are the products of output i.
+template <int Width, class Products>
+DSP_INLINE products sums_of(const Products &of) {
+  widest before[lane_count / 2];
+  widest after[lane_count / 2];
+#pragma GCC unroll 4
+  for (int i = 0; i < lane_count / 2; ++i) {
+    if constexpr (Width == 2) {
+      const products p = of(i);
+      before[i] = p.before;
+      after[i] = p.after;
+    } else {
+      const products p = of(2 * i);
+      const products q = of(2 * i + 1);
+      before[i] = paired_sums(p.before, q.before);
+      after[i] = paired_sums(p.after, q.after);
+    }
+  }
+  return {sum_of_pairs<lane_count>(before), sum_of_pairs<lane_count>(after)};
 }
 
 // Where a batch of outputs, and the one after it, lie: found before anything is weighed.
-constexpr std::int32_t batch_limit = 64;
+constexpr std::int32_t batch_limit = 128;
 struct batch {
   double offset[batch_limit + 1];
   std::int64_t start[batch_limit + 1];
-  std::uint32_t group[batch_limit];
-  std::uint32_t row[batch_limit];  // its first double in kernel_rows::rows
+  std::uint32_t row[batch_limit];
   double fraction[batch_limit];
   std::int32_t count;
 };
@@ -96,7 +191,7 @@ void place_in_turn(double step, double offset, std::int64_t start, batch *b) {
     b->offset[n] = at.offset;
     b->start[n] = start + static_cast<std::int64_t>(at.start);
     at.offset += step;
-    settle(&at);
+    carry_whole_samples(&at);
   }
 }
 
@@ -119,65 +214,78 @@ bool find_positions(const fractional_run &run, std::int32_t left, batch *b, doub
   return *start <= run.newest;
 }
 
+// Outputs that complete the last vector repeat the last one.
 void find_phases(const kernel_rows &k, bool linear, batch *b) {
   const double phases = k.phases;
-  const auto stride = static_cast<std::uint32_t>(row_stride(k.taps));
   for (std::int32_t n = 0; n < b->count; ++n) {
     const kernel_phase p(b->offset[n], phases, linear);
-    const auto point = static_cast<std::uint32_t>(p.point);
-    b->group[n] = point / points_in_group;
-    b->row[n] = (point + point / points_in_group) * stride;
+    b->row[n] = static_cast<std::uint32_t>(p.point);
     b->fraction[n] = p.fraction;
+  }
+  for (std::int32_t n = b->count; n % lane_count != 0; ++n) {
+    b->start[n] = b->start[b->count - 1];
+    b->row[n] = b->row[b->count - 1];
+    b->fraction[n] = b->fraction[b->count - 1];
   }
 }
 
 // Taps is the kernel's number of taps where that is known when compiling, else 0.
 template <int Width, int Taps>
-void weigh_batch(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
+void interpolate_in_vectors(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
+  constexpr std::int32_t outputs = lane_count / Width;
   const std::int32_t taps = Taps > 0 ? Taps : k.taps;
+  const std::int32_t vectors = vectors_of(taps);
   const double *const block = run.block;
   const double *const rows = k.rows;
+  const std::int64_t stride = row_stride(taps);
+  const auto interpolated = [&](std::int32_t n) {
+    const products sums = sums_of<Width>([&](std::int32_t i) {
+      return products_of<Width>(block + b.start[n + i] * Width, rows + b.row[n + i] * stride, taps, vectors);
+    });
+    widest fraction = load<widest>(b.fraction + n);
+    if constexpr (Width == 2) fraction = doubled_low<lane_count>(fraction);
+    return sums.before + fraction * (sums.after - sums.before);
+  };
   std::int32_t n = 0;
-  if constexpr (Width == 1 && lane_count >= 4) {
-    const auto sums = [&](std::int32_t i) {
-      return weigh<1>(block + b.start[i], rows + b.row[i], b.fraction[i], taps);
-    };
-    for (; n + 4 <= b.count; n += 4) store(y + n, total(sums(n), sums(n + 1), sums(n + 2), sums(n + 3)));
+  for (; n + outputs <= b.count; n += outputs) store(y + n * Width, interpolated(n));
+  if (n == b.count) return;
+  double last[lane_count];
+  store(last, interpolated(n));
+  for (std::int32_t i = 0; i < (b.count - n) * Width; ++i) y[n * Width + i] = last[i];
+}
+
+template <int Width>
+void interpolate_batch(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
+  if constexpr (in_vectors) {
+    if (k.taps == 13) return interpolate_in_vectors<Width, 13>(run, k, b, y);  // the converter's kernel
+    if (k.taps >= lane_count) return interpolate_in_vectors<Width, 0>(run, k, b, y);
   }
-  for (; n < b.count; ++n)
+  for (std::int32_t n = 0; n < b.count; ++n)
     for (int channel = 0; channel < Width; ++channel)
-      y[n * Width + channel] =
-          total(weigh<Width>(block + b.start[n] * Width + channel, rows + b.row[n], b.fraction[n], taps));
+      y[n * Width + channel] = interpolate_in_fours<Width>(
+          run.block + b.start[n] * Width + channel, k.rows + b.row[n] * row_stride(k.taps), b.fraction[n], k.taps);
 }
 
-// The taps of the converter's kernel, and any others.
-void weigh_real(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
-  if (k.taps == 13)
-    weigh_batch<1, 13>(run, k, b, y);
-  else
-    weigh_batch<1, 0>(run, k, b, y);
-}
-
-void fill_groups(const kernel_rows &k, const batch &b) {
+void make_rows_ready(kernel_rows *k, const batch &b) {
   unsigned all = 1;
-  for (std::int32_t n = 0; n < b.count; ++n) all &= k.filled[b.group[n]];
+  for (std::int32_t n = 0; n < b.count; ++n) all &= k->ready[b.row[n]];
   if (all != 0) return;
   for (std::int32_t n = 0; n < b.count; ++n)
-    if (k.filled[b.group[n]] == 0) fill_group(k, static_cast<std::int32_t>(b.group[n]));
+    if (k->ready[b.row[n]] == 0) make_ready(k, static_cast<std::int32_t>(b.row[n]));
 }
 
-std::int32_t interpolate(const fractional_run &run, const kernel_rows &k, double *offset, std::int64_t *start) {
+std::int32_t interpolate(const fractional_run &run, kernel_rows &k, double *offset, std::int64_t *start) {
   std::int32_t made = 0;
   batch b;
   for (bool more = true; more;) {
     more = find_positions(run, run.most - made, &b, offset, start);
     find_phases(k, run.linear, &b);
-    fill_groups(k, b);
+    make_rows_ready(&k, b);
     double *y = run.y + static_cast<std::int64_t>(made) * run.width;
     if (run.width == 1)
-      weigh_real(run, k, b, y);
+      interpolate_batch<1>(run, k, b, y);
     else
-      weigh_batch<2, 0>(run, k, b, y);
+      interpolate_batch<2>(run, k, b, y);
     made += b.count;
   }
   return made;

@@ -4,18 +4,20 @@
 
 #include <cstdint>
 
-namespace {
+namespace dsp::resample {
 
-// The next output lies `offset` samples, in [-1, 0] once settled, from a span that begins at sample `start` of the
-// block.
+// The next output lies `offset` samples, in [-1, 0] once whole samples have been carried, from a span that begins at
+// sample `start` of the block.
 struct position {
   double offset;
   double start;
 };
 
+namespace {
+
 // Moves whole samples from the offset to the start. Rounds up by way of an integer: not every processor has an
 // instruction for it.
-inline void settle(position *at) {
+inline void carry_whole_samples(position *at) {
   if (!(at->offset > 0.0)) return;
   double whole =
       at->offset < 0x1p31 ? static_cast<double>(static_cast<std::int32_t>(at->offset)) : __builtin_ceil(at->offset);
@@ -41,3 +43,5 @@ struct kernel_phase {
 };
 
 }  // namespace
+
+}  // namespace dsp::resample

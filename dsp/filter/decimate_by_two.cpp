@@ -1,4 +1,4 @@
-#include "dsp/core/filter_and_halve.h"
+#include "dsp/core/decimate_by_two.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -17,7 +17,7 @@ static_assert(halved_limit >= folded_limit);
 constexpr std::int64_t span_limit = 2 * halved_limit + folded_limit;  // samples that a tile of outputs needs
 
 // Output m is that of the block's sample first + 2 m.
-void filter_halved(const past_and_block &x, const folded_filter &h, const decimation &kept, double *y) {
+void make_kept(const past_and_block &x, const folded_filter &h, const decimation &kept, double *y) {
   double joined[2 * span_limit];
   for (std::int64_t m = 0; m < kept.count; m += halved_limit) {
     const std::int64_t outputs = std::min<std::int64_t>(halved_limit, kept.count - m);
@@ -34,8 +34,8 @@ void filter_halved(const past_and_block &x, const folded_filter &h, const decima
 
 }  // namespace
 
-std::int32_t filter_and_halve(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsp_vec *half, bool odd,
-                              dsp_vec *history, dsp_vec *phase) {
+std::int32_t decimate_by_two(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsp_vec *half, bool odd,
+                             dsp_vec *history, dsp_vec *phase) {
   if (!foldable(*half, odd))
     return dspd_sfir(in, scratch, half, odd, 0, history) == 0 ? dspd_deci(scratch, out, 2, phase) : -1;
   const folded_filter filter = fold(*half, odd, false);
@@ -48,7 +48,7 @@ std::int32_t filter_and_halve(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch,
   const decimation kept(block.in, 2, phase);
   double newest[2 * folded_limit];  // read before outputs are written over it
   x.copy(x.block_length, past, newest);
-  filter_halved(x, filter, kept, out->data);
+  make_kept(x, filter, kept, out->data);
   std::copy_n(newest, past * x.width, history->data);
   phase->data[0] = kept.next_phase;
   out->length = kept.count;

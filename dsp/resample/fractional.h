@@ -1,0 +1,55 @@
+// The fractional stage on one block, whose outputs may be taken in pieces.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/core/stream.h"
+#include "dsp/dsp.h"
+#include "dsp/resample/fractional_kernels.h"
+#include "dsp/resample/position.h"
+
+namespace dsp::resample {
+
+// A kernel table taken apart.
+struct kernel {
+  const double *points;  // phases * taps + 1 of them, or two alike
+  std::int32_t taps;
+  std::int32_t phases;  // points from tap to tap
+  double alike[2];      // a table of one point, which weighs all samples the same
+
+  // False when the table holds no kernel.
+  bool read(const dsp_vec &table);
+};
+
+// begin(), make() as often as wanted, end(). One stage at a time: its rows lie in a process-wide store.
+class fractional_stage {
+ public:
+  fractional_stage(const kernel &k, bool linear, double step)
+      : k_(k), linear_(linear), step_(step), by_rows_(k.phases > 0 && step < 0x1p31) {}
+
+  // `state` may be null, or holds T samples of the stream's representation, the offset and the start. -1: no position
+  // or no memory; nothing has changed.
+  int32_t begin(const dsp_vec &in, dsp_vec *state);
+  // The next outputs, at most `most`; fewer when the block is used up. Returns how many.
+  int32_t make(std::int32_t most, double *y);
+  // Leaves the state for the next block.
+  void end();
+
+ private:
+  int32_t prepare_rows();
+  int32_t make_by_rows(std::int32_t most, double *y);
+  int32_t make_one(double *y);
+
+  const kernel &k_;
+  bool linear_;
+  double step_;
+  bool by_rows_;
+  past_and_block x_ = {{}, nullptr, 0};
+  std::int64_t newest_ = 0;  // the last sample at which a span may begin
+  position at_ = {0.0, 0.0};
+  dsp_vec *state_ = nullptr;
+  kernel_rows rows_ = {};
+  double *joined_ = nullptr;  // the past and the first taps - 1 samples of the block
+};
+
+}  // namespace dsp::resample
