@@ -6,19 +6,14 @@
 #include "dsp/fft/transform.h"
 
 namespace dsp::fft {
-namespace {
-
-bool by_passes(std::int32_t n) {
-  if (has_mixed_plan(n)) return true;
-  if (has_chirp(n)) return false;
-  return shape_of(n, mixed_kernels().lanes).cost <= chirp_cost(n);
-}
-
-}  // namespace
 
 std::int32_t transform_of_any_length(double *x, std::int32_t n, bool inverse, double scale) {
   if (is_power_of_two(n)) return transform(x, log2_of(n), inverse, scale);
-  return by_passes(n) ? mixed_transform(x, n, inverse, scale) : chirp_transform(x, n, inverse, scale);
+  if (is_direct(n)) return direct_transform(x, n, inverse, scale), 0;
+  if (const mixed_entry *known = find_mixed(n)) return mixed_transform(known, x, inverse, scale);
+  if (has_chirp(n) || chirp_cost(n) < shape_of(n, mixed_kernels().lanes).cost)
+    return chirp_transform(x, n, inverse, scale);
+  return mixed_transform(find_or_make_mixed(n), x, inverse, scale);
 }
 
 }  // namespace dsp::fft

@@ -1,4 +1,4 @@
-// Transforms of 2 to 13 samples, forward and unscaled, on whole vectors. Natural order in and out.
+// Transforms of 2 to 15 samples, forward and unscaled, on whole vectors. Natural order in and out.
 #pragma once
 
 #include "dsp/math/angle.h"
@@ -222,6 +222,11 @@ DSP_INLINE void butterfly(points<W> (&x)[10]) {
 template <int W>
 DSP_INLINE void butterfly(points<W> (&x)[12]) {
   coprime_butterfly<W, 4, 3>(x);
+}
+
+template <int W>
+DSP_INLINE void butterfly(points<W> (&x)[15]) {
+  coprime_butterfly<W, 3, 5>(x);
 }
 
 // a times the k-th ninth root of unity.

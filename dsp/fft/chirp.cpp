@@ -26,7 +26,8 @@ recent<chirp_tables> chirps;
 work_memory chirp_work;
 
 std::int32_t grid_transform(double *x, std::int32_t m, bool inverse, double scale) {
-  return is_power_of_two(m) ? transform(x, log2_of(m), inverse, scale) : mixed_transform(x, m, inverse, scale);
+  if (is_power_of_two(m)) return transform(x, log2_of(m), inverse, scale);
+  return mixed_transform(find_or_make_mixed(m), x, inverse, scale);
 }
 
 struct grid {

@@ -21,7 +21,18 @@ class circle {
   bool build();  // false: no memory
 
   // cos and sin of 2 pi k/n, 0 <= k < n.
-  root operator[](std::int64_t k) const { return root_from_octant(cosines_, sines_, period_, k * multiple_); }
+  root operator[](std::int64_t k) const {
+    k *= multiple_;
+    const bool below = 2 * k > period_;
+    if (below) k = period_ - k;
+    const bool left = 4 * k > period_;
+    if (left) k = period_ / 2 - k;
+    const bool steep = 8 * k > period_;
+    if (steep) k = period_ / 4 - k;
+    const double c = steep ? sines_[k] : cosines_[k];
+    const double s = steep ? cosines_[k] : sines_[k];
+    return {left ? -c : c, below ? -s : s};
+  }
 
  private:
   std::int64_t multiple_;

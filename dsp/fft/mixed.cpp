@@ -7,7 +7,6 @@
 #include "dsp/fft/work_memory.h"
 
 namespace dsp::fft {
-namespace {
 
 struct mixed_entry {
   const mixed_kernel_set *kernels;
@@ -15,6 +14,8 @@ struct mixed_entry {
   std::int64_t area;    // doubles
   std::int64_t buffer;  // doubles
 };
+
+namespace {
 
 recent<mixed_entry> plans;
 work_memory mixed_memory;
@@ -44,7 +45,7 @@ struct table_filler {
   std::int32_t root_values;
 
   void put(std::int64_t k, std::int32_t spacing, double *to) const {
-    const root r = roots_of_n[k % n];
+    const root r = roots_of_n[k];
     to[0] = r.cos;
     to[spacing] = root_values == 2 ? r.sin : -(r.cos + r.sin);
     if (root_values == 3) to[2 * spacing] = r.sin - r.cos;
@@ -75,12 +76,6 @@ std::uint32_t lowest_frequency(const mixed_part &part, std::int32_t block) {
   return static_cast<std::uint32_t>(frequency);
 }
 
-std::int32_t prime_of(const mixed_part &part) {
-  for (std::int32_t i = 0; i < part.passes; ++i)
-    if (part.radix[i] > 13) return part.radix[i];
-  return 0;
-}
-
 std::int64_t roots_in_passes(const mixed_part &part) {
   std::int64_t count = 0;
   std::int32_t length = part.n;
@@ -99,23 +94,32 @@ struct part_layout {
   std::uint32_t unit;
 };
 
+// Cosines and sines for the radices that have no butterfly.
+void build_circles(mixed_part *part, std::int32_t lanes, const table_filler &fill, carver *memory) {
+  for (std::int32_t i = 0; i < part->passes; ++i) {
+    const std::int32_t p = part->radix[i];
+    if (has_butterfly(p, lanes)) continue;
+    double *to = memory->take(2 * std::int64_t{p});
+    part->circle[i] = to;
+    for (std::int64_t k = 0; to != nullptr && k < p; ++k, to += 2) {
+      const root r = fill.roots_of_n[k * (fill.n / p)];
+      to[0] = r.cos;
+      to[1] = r.sin;
+    }
+  }
+}
+
 void build_part(mixed_part *part, const part_layout &layout, const table_filler &fill, carver *memory) {
-  const std::int32_t p = prime_of(*part);
   double *roots = memory->take(roots_in_passes(*part) * fill.root_values);
-  double *prime = memory->take(2 * std::int64_t{p});
   const std::int32_t blocks = part->n / last_radix(*part);
   std::uint32_t *order = memory->take_numbers(std::int64_t{blocks} * layout.copies);
   if (memory->at == nullptr) return;
   part->roots = roots;
-  part->prime = prime;
   part->order = order;
   std::int32_t length = part->n;
-  for (std::int32_t i = 0; i + 1 < part->passes; ++i, length /= part->radix[i - 1])
+  for (std::int32_t i = 0; i + 1 < part->passes; ++i) {
     roots = fill.put_pass(length, part->radix[i], roots);
-  for (std::int32_t i = 0; i < p; ++i) {
-    const root r = fill.roots_of_n[std::int64_t{i} * (fill.n / p)];
-    prime[2 * i] = r.cos;
-    prime[2 * i + 1] = r.sin;
+    length /= part->radix[i];
   }
   for (std::int32_t copy = 0; copy < layout.copies; ++copy)
     for (std::int32_t b = 0; b < blocks; ++b)
@@ -124,26 +128,48 @@ void build_part(mixed_part *part, const part_layout &layout, const table_filler 
 
 std::int32_t sample_in_lane(std::int32_t lanes, std::int32_t l) { return lanes < 4 ? l : l % 2 * (lanes / 2) + l / 2; }
 
-// The roots between columns and rows, in the order in which the columns' last pass meets them.
+// Indices of the roots for the lanes of a vector, and how far they move from one result of a butterfly to the next.
+struct lane_indices {
+  std::int64_t at[8];
+  std::int64_t step[8];
+
+  void put_vectors(std::int32_t count, std::int32_t lanes, const table_filler &fill, double **to) {
+    for (std::int32_t leg = 0; leg < count; ++leg, *to += lanes * fill.root_values) {
+      for (std::int32_t l = 0; l < lanes; ++l) {
+        fill.put(at[l], lanes, *to + l);
+        at[l] += step[l];
+        if (at[l] >= fill.n) at[l] -= fill.n;
+      }
+    }
+  }
+};
+
+// The roots that one run of the columns' passes meets: of W columns in the lanes, or of one with W frequencies there.
+double *put_columns(const mixed_plan &plan, std::int64_t column, const table_filler &fill, double *to) {
+  const std::int32_t lanes = plan.lanes;
+  const std::int32_t radix = last_radix(plan.columns);
+  const std::int32_t blocks = plan.columns.n / radix;
+  const bool transposed = plan.transposed != 0;
+  for (std::int32_t b = 0; b < blocks; ++b) {
+    const std::int64_t k = plan.columns.order[b] / (transposed ? static_cast<std::uint32_t>(plan.rows.n) : 1);
+    lane_indices indices;
+    for (std::int32_t l = 0; l < lanes; ++l) {
+      const std::int64_t sample = sample_in_lane(lanes, l);
+      indices.at[l] = (transposed ? column * (sample + lanes * k) : (column + sample) * k) % fill.n;
+      indices.step[l] = (transposed ? column * lanes * blocks : (column + sample) * blocks) % fill.n;
+    }
+    indices.put_vectors(radix, lanes, fill, &to);
+  }
+  return to;
+}
+
+// All of them, in the order in which the passes do.
 void build_middle(const mixed_plan &plan, const table_filler &fill, double *to) {
   const std::int32_t lanes = plan.lanes;
   const std::int32_t n2 = plan.rows.n;
-  const std::int32_t radix = last_radix(plan.columns);
-  const std::int32_t blocks = plan.columns.n / radix;
-  const std::int32_t copies = plan.transposed != 0 ? lanes : 1;
   for (std::int32_t c = 0; c < n2; c += lanes) {
-    const std::int64_t first = c < n2 - lanes ? c : n2 - lanes;
-    for (std::int32_t i = 0; i < copies; ++i) {
-      for (std::int32_t b = 0; b < blocks; ++b) {
-        std::int64_t k = lowest_frequency(plan.columns, b);
-        for (std::int32_t leg = 0; leg < radix; ++leg, k += blocks, to += lanes * fill.root_values) {
-          for (std::int32_t l = 0; l < lanes; ++l) {
-            const std::int64_t sample = sample_in_lane(lanes, l);
-            fill.put(plan.transposed != 0 ? (first + i) * (sample + lanes * k) : (first + sample) * k, lanes, to + l);
-          }
-        }
-      }
-    }
+    const std::int32_t first = c < n2 - lanes ? c : n2 - lanes;
+    for (std::int32_t i = 0; i < (plan.transposed != 0 ? lanes : 1); ++i) to = put_columns(plan, first + i, fill, to);
   }
 }
 
@@ -151,6 +177,8 @@ void build_middle(const mixed_plan &plan, const table_filler &fill, double *to) 
 void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   const std::int32_t lanes = plan->lanes;
   const auto n2 = static_cast<std::uint32_t>(plan->rows.n);
+  build_circles(&plan->rows, lanes, fill, memory);
+  build_circles(&plan->columns, lanes, fill, memory);
   build_part(&plan->rows, {1, 0, 1}, fill, memory);
   if (lanes < 2) return;
   const bool transposed = plan->transposed != 0;
@@ -165,9 +193,9 @@ void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   build_middle(*plan, fill, middle);
 }
 
-void set_part(mixed_part *part, std::int32_t n) {
+void set_part(mixed_part *part, std::int32_t n, std::int32_t lanes) {
   part->n = n;
-  part->passes = choose_radices(n, part->radix);
+  part->passes = choose_radices(n, lanes, part->radix);
 }
 
 mixed_plan make_plan(std::int32_t n, const mixed_shape &shape) {
@@ -175,8 +203,8 @@ mixed_plan make_plan(std::int32_t n, const mixed_shape &shape) {
   plan.lanes = shape.lanes;
   plan.transposed = shape.transposed;
   plan.n1 = shape.n1;
-  set_part(&plan.columns, shape.transposed ? shape.n1 / shape.lanes : shape.n1);
-  set_part(&plan.rows, n / shape.n1);
+  set_part(&plan.columns, shape.transposed ? shape.n1 / shape.lanes : shape.n1, shape.lanes);
+  set_part(&plan.rows, n / shape.n1, shape.lanes);
   return plan;
 }
 
@@ -185,7 +213,7 @@ std::int64_t key_of(std::int32_t n) { return std::int64_t{n} * 4 + static_cast<s
 const mixed_entry *add_plan(std::int32_t n) {
   const mixed_shape shape = shape_of(n, mixed_kernels().lanes);
   mixed_plan plan = make_plan(n, shape);
-  const mixed_kernel_set &kernels = mixed_kernels_for(plan.lanes);
+  const mixed_kernel_set &kernels = plan.lanes < 8 ? narrow_mixed_kernels() : mixed_kernels();
   circle roots(n);
   const table_filler fill = {roots, n, kernels.root_values};
   carver memory = {nullptr, 0};
@@ -205,14 +233,19 @@ const mixed_entry *add_plan(std::int32_t n) {
 
 }  // namespace
 
-bool has_mixed_plan(std::int32_t n) { return is_direct(n) || plans.find(key_of(n)) != nullptr; }
+void direct_transform(double *x, std::int32_t n, bool inverse, double scale) {
+  narrow_mixed_kernels().direct(n, x, scale, inverse);
+}
 
-std::int32_t mixed_transform(double *x, std::int32_t n, bool inverse, double scale) {
-  if (is_direct(n)) return direct_kernels().direct(n, x, scale, inverse), 0;
-  const mixed_entry *entry = plans.find(key_of(n));
-  if (entry == nullptr) entry = add_plan(n);
-  if (entry == nullptr) return -1;
-  double *const area = mixed_memory.at_least(entry->area + entry->buffer);
+const mixed_entry *find_mixed(std::int32_t n) { return plans.find(key_of(n)); }
+
+const mixed_entry *find_or_make_mixed(std::int32_t n) {
+  const mixed_entry *entry = find_mixed(n);
+  return entry != nullptr ? entry : add_plan(n);
+}
+
+std::int32_t mixed_transform(const mixed_entry *entry, double *x, bool inverse, double scale) {
+  double *const area = entry != nullptr ? mixed_memory.at_least(entry->area + entry->buffer) : nullptr;
   if (area == nullptr) return -1;
   entry->kernels->transform(entry->plan, {area, area + entry->area}, x, scale, inverse);
   return 0;

@@ -16,17 +16,23 @@ struct mixed_shape {
 // n >= 3 that is no power of two, on kernels of so many lanes.
 mixed_shape shape_of(std::int32_t n, std::int32_t lanes);
 
-// The radices of a part, from the smallest to the largest; their number.
-std::int32_t choose_radices(std::int32_t n, std::int8_t *radix);
+// The radices of a part on kernels of so many lanes, from the smallest to the largest; their number.
+std::int32_t choose_radices(std::int32_t n, std::int32_t lanes, std::int8_t *radix);
 
-// Whether a length is one butterfly.
-inline bool is_direct(std::int32_t n) { return n <= 13 && n != 4 && n != 8; }
+// Whether a length is one butterfly, which needs no plan.
+constexpr bool is_direct(std::int32_t n) {
+  return n == 3 || n == 5 || n == 6 || n == 7 || n == 9 || n == 10 || n == 12;
+}
 
-// Whether what a length takes is at hand.
-bool has_mixed_plan(std::int32_t n);
+void direct_transform(double *x, std::int32_t n, bool inverse, double scale);
 
-// x: n complex samples, replaced by their transform times `scale`. -1: no memory, x untouched.
-std::int32_t mixed_transform(double *x, std::int32_t n, bool inverse, double scale);
+// The plan of a length with its tables; null: not made yet, or no memory to make it.
+struct mixed_entry;
+const mixed_entry *find_mixed(std::int32_t n);
+const mixed_entry *find_or_make_mixed(std::int32_t n);
+
+// x: complex samples, replaced by their transform times `scale`. -1: no memory, x untouched.
+std::int32_t mixed_transform(const mixed_entry *entry, double *x, bool inverse, double scale);
 
 void free_mixed_plans();
 

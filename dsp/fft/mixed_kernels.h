@@ -9,8 +9,14 @@
 
 namespace dsp::fft {
 
-// Primes up to here have a pass, those above 13 a slow one that serves them all.
+// Primes up to here have a pass.
 constexpr std::int32_t largest_radix = 61;
+
+// Whether it is one of its own: 9 and 10 legs take 32 registers, 15 serve 60 samples, and those above 8 are much code.
+constexpr bool has_butterfly(std::int32_t radix, std::int32_t lanes) {
+  return radix <= 8 || (radix <= 10 && lanes == 8) || ((radix == 11 || radix == 13) && lanes >= 4) ||
+         (radix == 15 && lanes == 4);
+}
 
 // A transform of n vectors whose lanes belong to different transforms: in place, one pass for each radix.
 struct mixed_part {
@@ -18,7 +24,7 @@ struct mixed_part {
   std::int32_t passes;
   std::int8_t radix[32];
   const double *roots;         // of the passes but the last, each for all lanes
-  const double *prime;         // cos and sin of 2 pi i/p, i = 0 .. p - 1, for a radix p above 13
+  const double *circle[32];    // for a radix p without a butterfly of its own: cos and sin of 2 pi i/p, i = 0 .. p - 1
   const std::uint32_t *order;  // where the first result of each block of the last pass goes
 };
 
@@ -43,24 +49,14 @@ struct mixed_kernel_set {
   std::int32_t lanes;        // of the widest kernel
   std::int32_t root_values;  // as in fft_kernel_set
   void (*transform)(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse);
-  // One butterfly: up to 13 samples, but for powers of two. Not in the set for AVX-512.
+  // One butterfly: 3, 5, 6, 7, 9, 10 or 12 samples. Not in the set for AVX-512.
   void (*direct)(std::int32_t n, double *x, double scale, bool inverse);
 };
 
 DSP_DECLARE_KERNELS(mixed)
 
-// Those for a plan of so many lanes: every set has its widest only, the baseline one as well.
-inline const mixed_kernel_set &mixed_kernels_for(std::int32_t lanes) {
-#ifdef DSP_ISA_X86
-  if (lanes < 4) return baseline::mixed_set;
-  if (lanes < 8 && active_isa() == isa::avx512) return avx2::mixed_set;
-#endif
-  (void)lanes;
-  return mixed_kernels();
-}
-
-// For a single butterfly.
-inline const mixed_kernel_set &direct_kernels() {
+// Those for fewer lanes than eight: the set for AVX-512 leaves them to the one for AVX2.
+inline const mixed_kernel_set &narrow_mixed_kernels() {
 #ifdef DSP_ISA_X86
   if (active_isa() == isa::avx512) return avx2::mixed_set;
 #endif

@@ -45,7 +45,8 @@ struct pass_context {
   std::ptrdiff_t n;
   std::ptrdiff_t blocks;
   const double *roots;
-  const mixed_part *part;
+  const double *circle;  // for a prime without a butterfly
+  const std::uint32_t *order;
   const result_sink *sink;
 };
 
@@ -63,7 +64,7 @@ void pass(double *x, const pass_context &c) {
       DSP_UNROLL for (int k = 0; k < R; ++k) v[k] = load_split<W>(at + k * leg);
       butterfly<W>(v);
       if (last) {
-        put<W, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.part->order[block]) * sink.unit, sink.step, between, v);
+        put<W, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.order[block]) * sink.unit, sink.step, between, v);
         between += root_values * W * R;
         continue;
       }
@@ -125,14 +126,14 @@ void prime_pass(int p, double *x, const pass_context &c) {
       legs.load(at, leg, p);
       points<W> v[2] = {legs.total(p), {}};
       for (int k = 0; k <= p / 2; ++k) {
-        if (k > 0) legs.results(k, p, c.part->prime, &v[0], &v[1]);
+        if (k > 0) legs.results(k, p, c.circle, &v[0], &v[1]);
         for (int side = 0; side < (k > 0 ? 2 : 1); ++side) {
           const int i = side == 0 ? k : p - k;
           const points<W> one[1] = {v[side]};
           if (last)
             put<W, 1>(*c.sink,
-                      c.sink->to + static_cast<std::ptrdiff_t>(c.part->order[block]) * c.sink->unit + i * c.sink->step,
-                      0, between + i * root_values * W, one);
+                      c.sink->to + static_cast<std::ptrdiff_t>(c.order[block]) * c.sink->unit + i * c.sink->step, 0,
+                      between + i * root_values * W, one);
           else
             store_split<W>(at + i * leg, i == 0 ? v[0] : times_one_root<W>(v[side], root + (i - 1) * root_values));
         }
@@ -145,6 +146,17 @@ void prime_pass(int p, double *x, const pass_context &c) {
 
 template <int W>
 void any_pass(int radix, double *x, const pass_context &c) {
+  // As has_butterfly tells.
+  if constexpr (W == 8) {
+    if (radix == 9) return pass<W, 9>(x, c);
+    if (radix == 10) return pass<W, 10>(x, c);
+  }
+  if constexpr (W == 4)
+    if (radix == 15) return pass<W, 15>(x, c);
+  if constexpr (W >= 4) {
+    if (radix == 11) return pass<W, 11>(x, c);
+    if (radix == 13) return pass<W, 13>(x, c);
+  }
   switch (radix) {
     case 2:
       return pass<W, 2>(x, c);
@@ -160,14 +172,6 @@ void any_pass(int radix, double *x, const pass_context &c) {
       return pass<W, 7>(x, c);
     case 8:
       return pass<W, 8>(x, c);
-    case 9:
-      return pass<W, 9>(x, c);
-    case 10:
-      return pass<W, 10>(x, c);
-    case 11:
-      return pass<W, 11>(x, c);
-    case 13:
-      return pass<W, 13>(x, c);
     default:
       return prime_pass<W>(radix, x, c);
   }
@@ -177,9 +181,10 @@ void any_pass(int radix, double *x, const pass_context &c) {
 template <int W>
 void run(const mixed_part &part, std::ptrdiff_t count, double *x, result_sink sink) {
   sink.step *= part.n / part.radix[part.passes - 1];
-  pass_context c = {part.n, count, part.roots, &part, &sink};
+  pass_context c = {part.n, count, part.roots, nullptr, part.order, &sink};
   for (int i = 0; i < part.passes; ++i) {
     const int radix = part.radix[i];
+    c.circle = part.circle[i];
     any_pass<W>(radix, x, c);
     c.blocks *= radix;
     c.n /= radix;
@@ -334,7 +339,7 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
   if constexpr (widest_lanes == 1) {
     run<1>(plan.rows, 1, work.buffer, sink);
   } else {  // primes only
-    prime_pass<1>(plan.rows.n, work.buffer, {plan.rows.n, 1, nullptr, &plan.rows, &sink});
+    prime_pass<1>(plan.rows.n, work.buffer, {plan.rows.n, 1, nullptr, plan.rows.circle[0], plan.rows.order, &sink});
   }
 }
 
@@ -363,12 +368,8 @@ void any_direct(std::int32_t n, double *x, double scale, bool inverse) {
       return direct<9>(x, scale, inverse);
     case 10:
       return direct<10>(x, scale, inverse);
-    case 11:
-      return direct<11>(x, scale, inverse);
-    case 12:
-      return direct<12>(x, scale, inverse);
     default:
-      return direct<13>(x, scale, inverse);
+      return direct<12>(x, scale, inverse);
   }
 }
 
@@ -377,11 +378,13 @@ constexpr auto any_direct = nullptr;
 #endif
 
 void transform(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
-  if constexpr (widest_lanes > 2) {
-    matrix<widest_lanes>(plan, work, x, scale, inverse);
+  if constexpr (widest_lanes == 8) {
+    matrix<8>(plan, work, x, scale, inverse);
   } else {
     if (plan.lanes == 1) return single(plan, work, x, scale, inverse);
-    if constexpr (widest_lanes == 2) matrix<2>(plan, work, x, scale, inverse);
+    if constexpr (widest_lanes == 4)
+      if (plan.lanes == 4) return matrix<4>(plan, work, x, scale, inverse);
+    if constexpr (widest_lanes > 1) matrix<2>(plan, work, x, scale, inverse);
   }
 }
 

@@ -1,4 +1,4 @@
-// Which passes a length takes.
+// Which passes a length takes. Costs are in cycles or so, as measured with AVX-512 and AVX2.
 #include <cmath>
 
 #include "dsp/fft/mixed.h"
@@ -7,19 +7,26 @@
 namespace dsp::fft {
 namespace {
 
-// Cycles of a butterfly on vectors, its products with roots included, as measured. Unlisted primes: the sum written
-// out.
+// Of a butterfly on vectors with its products with roots.
 struct radix_cost {
   std::int8_t radix;
   double cycles;
 };
 
-constexpr radix_cost butterflies[] = {{13, 160}, {11, 120}, {10, 74}, {9, 70}, {8, 48}, {7, 48},
-                                      {6, 36},   {5, 28},   {4, 20},  {3, 16}, {2, 10}};
+constexpr radix_cost butterflies[] = {{15, 115}, {13, 160}, {11, 120}, {10, 74}, {9, 70}, {8, 48},
+                                      {7, 48},   {6, 36},   {5, 28},   {4, 20},  {3, 16}, {2, 10}};
 
-double prime_cycles(std::int32_t p) { return 1.5 * p * p; }
+// The sum written out.
+constexpr double prime_cycles(std::int32_t p) { return 1.5 * p * p; }
 
-// A vector's share in the passes of a part, from those of its prime factors.
+std::int32_t without_small_factors(std::int32_t n) {
+  static constexpr std::int32_t small[] = {2, 3, 5, 7, 11, 13};
+  for (const std::int32_t p : small)
+    while (n % p == 0) n /= p;
+  return n;
+}
+
+// A vector's share in the passes of a part.
 double cycles_for(std::int32_t n) {
   double sum = 0;
   for (; n % 8 == 0; n /= 8) sum += 6;
@@ -37,40 +44,51 @@ double cycles_for(std::int32_t n) {
 constexpr std::int32_t groups_of(std::int32_t n, std::int32_t lanes) { return (n - 1) / lanes + 1; }
 
 // Beyond a level 2 cache, a matrix whose columns and rows both stay within it saves visits to memory.
-double strain(std::int32_t vectors, std::int32_t lanes) { return 16.0 * vectors * lanes > 1 << 20 ? 8 : 0; }
+constexpr double strain(std::int32_t vectors, std::int32_t lanes) { return 16.0 * vectors * lanes > 1 << 20 ? 8 : 0; }
 
-double transposing(std::int32_t n1, std::int32_t n2, std::int32_t lanes, double all) {
+// Of the two ways to run a matrix of n1 rows and n2 columns; `rest` is the cost of the passes but for the columns'.
+double transposing(std::int32_t n1, std::int32_t n2, std::int32_t lanes, double columns, double rows) {
   const std::int32_t m = n1 / lanes;
-  const double of_columns = cycles_for(m);
   const double calls = m > 1 ? 30.0 * (groups_of(n2, lanes) + m) : 30.0;
-  return static_cast<double>(groups_of(n2, lanes)) * n1 * (of_columns + (m > 1 ? 16 : 12) + strain(m, lanes)) +
-         static_cast<double>(m) * n2 * (all - of_columns + strain(n2, lanes)) + calls;
+  return static_cast<double>(groups_of(n2, lanes)) * n1 * (columns + (m > 1 ? 16 : 12) + strain(m, lanes)) +
+         static_cast<double>(m) * n2 * (rows + strain(n2, lanes)) + calls;
 }
 
-double gathering(std::int32_t n1, std::int32_t n2, std::int32_t lanes, double all) {
-  const double of_columns = cycles_for(n1);
-  return static_cast<double>(groups_of(n2, lanes)) * (n1 * (of_columns + 7 + strain(n1, lanes)) + 40) +
-         static_cast<double>(groups_of(n1, lanes)) * (n2 * (all - of_columns + 7 + strain(n2, lanes)) + 40);
+double gathering(std::int32_t n1, std::int32_t n2, std::int32_t lanes, double columns, double rows) {
+  return static_cast<double>(groups_of(n2, lanes)) * (n1 * (columns + 7 + strain(n1, lanes)) + 40) +
+         static_cast<double>(groups_of(n1, lanes)) * (n2 * (rows + 7 + strain(n2, lanes)) + 40);
 }
 
 void take_cheaper(mixed_shape *best, const mixed_shape &other) {
   if (other.cost < best->cost) *best = other;
 }
 
-void try_rows(std::int32_t n, std::int32_t n1, std::int32_t lanes, mixed_shape *best) {
+void try_rows(std::int32_t n, std::int32_t n1, std::int32_t widest, mixed_shape *best) {
   const std::int32_t n2 = n / n1;
-  if (n1 < lanes || n2 < lanes) return;
-  const double all = cycles_for(n);
-  take_cheaper(best, {lanes, false, n1, gathering(n1, n2, lanes, all)});
-  if (n1 % lanes == 0) take_cheaper(best, {lanes, true, n1, transposing(n1, n2, lanes, cycles_for(n / lanes))});
+  const double rows = cycles_for(n2);
+  const double columns = cycles_for(n1);
+  for (std::int32_t lanes = widest; lanes > 1; lanes /= 2) {
+    if (n1 < lanes || n2 < lanes) continue;
+    take_cheaper(best, {lanes, false, n1, gathering(n1, n2, lanes, columns, rows)});
+    if (n1 % lanes == 0)
+      take_cheaper(best, {lanes, true, n1, transposing(n1, n2, lanes, cycles_for(n1 / lanes), rows)});
+  }
 }
 
 struct search {
+  std::int32_t lanes;
   std::int8_t radix[32];
   std::int8_t best[32];
   std::int32_t count;
   double cost;
 };
+
+// Of the radices here.
+constexpr bool is_prime(std::int32_t r) { return r == 2 || r == 3 || r == 5 || r == 7 || r == 11 || r == 13; }
+
+double cycles_of(const radix_cost &butterfly, std::int32_t lanes) {
+  return has_butterfly(butterfly.radix, lanes) ? butterfly.cycles : prime_cycles(butterfly.radix);
+}
 
 void extend(search *s, std::int32_t n, std::int32_t passes, std::size_t from, double cost) {
   if (cost >= s->cost) return;
@@ -82,39 +100,28 @@ void extend(search *s, std::int32_t n, std::int32_t passes, std::size_t from, do
   }
   for (std::size_t i = from; i < sizeof butterflies / sizeof *butterflies; ++i) {
     const std::int32_t r = butterflies[i].radix;
-    if (n % r != 0) continue;
+    if (n % r != 0 || (!is_prime(r) && !has_butterfly(r, s->lanes))) continue;
     s->radix[passes] = butterflies[i].radix;
-    extend(s, n / r, passes + 1, i, cost + butterflies[i].cycles / r);
+    extend(s, n / r, passes + 1, i, cost + cycles_of(butterflies[i], s->lanes) / r);
   }
-}
-
-std::int32_t without_small_factors(std::int32_t n) {
-  static constexpr std::int32_t small[] = {2, 3, 5, 7, 11, 13};
-  for (const std::int32_t p : small)
-    while (n % p == 0) n /= p;
-  return n;
 }
 
 }  // namespace
 
 mixed_shape shape_of(std::int32_t n, std::int32_t widest) {
-  if (is_direct(n)) return {1, false, 1, static_cast<double>(10 * n)};
-  const bool all_lanes = widest == 1;
-  mixed_shape best = {1, false, 1, all_lanes ? n * cycles_for(n) : HUGE_VAL};
-  if (all_lanes) return best;
-  if (n <= largest_radix && without_small_factors(n) == n) return {1, false, 1, prime_cycles(n)};
+  if (widest == 1) return {1, false, 1, n * cycles_for(n)};
+  mixed_shape best = {1, false, 1, HUGE_VAL};
   for (std::int32_t d = 1; d <= n / d; ++d) {
     if (n % d != 0) continue;
-    for (std::int32_t lanes = widest; lanes > 1; lanes /= 2) {
-      try_rows(n, d, lanes, &best);
-      try_rows(n, n / d, lanes, &best);
-    }
+    try_rows(n, d, widest, &best);
+    try_rows(n, n / d, widest, &best);
   }
+  if (best.lanes == 1 && n <= largest_radix) best.cost = prime_cycles(n);  // a prime: it has no rows
   return best;
 }
 
-std::int32_t choose_radices(std::int32_t n, std::int8_t *radix) {
-  search s = {{}, {}, 0, HUGE_VAL};
+std::int32_t choose_radices(std::int32_t n, std::int32_t lanes, std::int8_t *radix) {
+  search s = {lanes, {}, {}, 0, HUGE_VAL};
   const std::int32_t prime = without_small_factors(n);
   if (prime > 1) s.radix[0] = static_cast<std::int8_t>(prime);
   extend(&s, n / prime, prime > 1 ? 1 : 0, 0, 0.0);
