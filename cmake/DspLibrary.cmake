@@ -101,8 +101,10 @@ else()
     # The version script also hides std:: template instances, which visibility flags do not; -Bsymbolic binds
     # calls inside the library to its own routines even when a program defines an `invert` of its own.
     set(dsp_exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-    target_link_options(dsp PRIVATE -Wl,--version-script=${dsp_exports} -Wl,-Bsymbolic ${dsp_hardened_link}
-                        $<$<NOT:$<BOOL:${DSP_SANITIZE}>>:-Wl,-z,defs>)
+    target_link_options(dsp PRIVATE -Wl,--version-script=${dsp_exports} -Wl,-Bsymbolic ${dsp_hardened_link})
+    if(NOT DSP_SANITIZE)
+      target_link_options(dsp PRIVATE -Wl,-z,defs)
+    endif()
     set_target_properties(dsp PROPERTIES LINK_DEPENDS ${dsp_exports})
   endif()
 endif()
