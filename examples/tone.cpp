@@ -12,6 +12,7 @@
 #include "examples/support/failure.h"
 #include "examples/support/json.h"
 #include "examples/support/line_fit.h"
+#include "examples/support/progress.h"
 #include "examples/support/recording.h"
 #include "examples/support/sample_reader.h"
 #include "examples/support/signal.h"
@@ -212,14 +213,27 @@ report measure(const signal &record, const examples::arguments &given) {
   return r;
 }
 
+/** Fills the record, or as much of it as there are samples. */
+void read_all(const examples::sample_reader &recording, examples::channel_reader &channel, const std::string &name,
+              signal *record) {
+  examples::progress progress("reading " + name);
+  constexpr int64_t at_once = 65536;
+  int64_t done = 0;
+  for (int64_t got = at_once; got == at_once && done < record->length; done += got) {
+    got = channel.read(record->data + done, std::min(at_once, record->length - done));
+    progress.show(recording.progress());
+  }
+  record->length = static_cast<int32_t>(done);
+  record->dx = 1.0 / recording.rate();
+}
+
 int tone_of(const examples::arguments &given) {
   if (given.words().size() != 1) throw failure("one recording is needed; --help tells more");
   const std::string &name = given.words()[0];
   const auto recording = examples::open_recording(given, name);
   examples::channel_reader channel(*recording, examples::channel_of(given));
   signal record(static_cast<int32_t>(given.integer("samples", 1 << 22, least_samples, 1 << 24)));
-  record.length = static_cast<int32_t>(channel.read(record.data, record.length));
-  record.dx = 1.0 / recording->rate();
+  read_all(*recording, channel, name, &record);
   if (record.length < least_samples)
     throw not_readable(name + " holds " + std::to_string(record.length) + " samples; it takes " +
                        std::to_string(least_samples) + " at least");

@@ -59,6 +59,8 @@ rows '%.0s%.9f' | comma | refused "several columns" --rate 1e4
 { echo 'Time,CH1'; rows '1,%.0s%g'; } | refused "do not rise"
 { echo 'second,"Volt'; rows '%g,"%g'; } | refused "quote that is not closed"
 { echo 'x-axis,1'; rows '%g,%g'; } | refused "a place and also the name of column 2" --rate 1 -k 1
+printf 'volt\n1\n2x\n3\n4\n5\n6\n' | refused "line 3: no numbers" --rate 1
+{ echo 'Time (s),CH1 (mV'; rows '%g,%g'; } | refused "'CH1 (mV' is not clear"
 scope | iconv -t UTF-16 | refused "ASCII or UTF-8" -k CH1
 printf 'Time,CH1\n' | refused "no numbers"
 

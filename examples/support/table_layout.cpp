@@ -88,12 +88,16 @@ char decimal_of(const std::string &path, const table &t, std::size_t from, char 
   return found ? found : '.';
 }
 
-table_column column_named(const std::string &text) {
+/** The unit stands in the last pair of brackets, wherever that is. */
+table_column column_named(const std::string &path, std::size_t line, const std::string &text) {
   table_column c = {text, text, "", false};
-  const std::size_t open = text.find_last_of("([");
-  if (open == std::string::npos || open == 0 || text.find_first_of(")]", open) != text.size() - 1) return c;
-  c.unit = text.substr(open + 1, text.size() - open - 2);
-  c.name = text.substr(0, text.find_last_not_of(" \t", open - 1) + 1);
+  const std::size_t open = text.find_last_of("(["), close = text.find_last_of(")]");
+  if (open == std::string::npos && close == std::string::npos) return c;
+  if (open == std::string::npos || close == std::string::npos || close < open)
+    refuse(path, line, "the unit in '" + text.substr(0, 40) + "' is not clear: a bracket is missing");
+  c.unit = text.substr(open + 1, close - open - 1);
+  c.name = text.substr(0, open) + text.substr(close + 1);
+  c.name.erase(c.name.find_last_not_of(" \t") + 1);
   return c;
 }
 
@@ -161,7 +165,7 @@ void read_header(const std::string &path, const table &t, table_layout *layout) 
   if (names.size() != n) return;  // a title
   for (std::size_t k = 0; k < n; ++k) {
     const bool has_numbers = layout->columns[k].has_numbers;
-    layout->columns[k] = column_named(names[k]);
+    layout->columns[k] = column_named(path, before.back(), names[k]);
     layout->columns[k].has_numbers = has_numbers;
     if (units && k < units->size()) layout->columns[k].unit = bare_unit((*units)[k]);
   }
@@ -206,6 +210,8 @@ table_layout find_layout(const std::string &path, const line_list &lines) {
   std::size_t first = 0;
   while (first < filled.size() && !(data_at(first) && (first + 1 == filled.size() || data_at(first + 1)))) ++first;
   if (first == filled.size()) refuse(path, middle, "no numbers, or not in the same columns as in the lines around it");
+  for (std::size_t k = 0; k < first; ++k)
+    if (data_at(k)) refuse(path, filled[k] + 1, "no numbers, unlike the lines before and after it");
   layout.first = filled[first];
   read_header(path, t, &layout);
   return layout;
