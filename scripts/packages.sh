@@ -60,4 +60,4 @@ tests=(gtest.pc=libgtest-dev)
 test_sources=(/usr/src/googletest/CMakeLists.txt=googletest)
 modules=/usr/lib/python3/dist-packages
 python=($modules/numpy/=python3-numpy $modules/scipy/=python3-scipy $modules/matplotlib/=python3-matplotlib
-  $modules/pytest/=python3-pytest)
+  $modules/pytest/=python3-pytest mypy=mypy)

@@ -130,7 +130,8 @@ def cscale(x: Samples, c: complex, *, out: Out = None) -> Signal:
     >>> dsp.cscale([1.0, 2.0], 1j)
     Signal([0.+1.j, 0.+2.j], dx=1)
     """
-    return changed(lib.dspi_cscale, x, c.real, c.imag, out=out, each=True)
+    factor = complex(c)
+    return changed(lib.dspi_cscale, x, factor.real, factor.imag, out=out, each=True)
 
 
 def recip(x: Samples, *, out: Out = None) -> Signal:

@@ -180,4 +180,6 @@ def edge(
     >>> dsp.edge([0.0, 1.0, 0.0], 0.5, falling=True, dx=0.1)
     Signal([0.05, 0.15], dx=1)
     """
-    return changed(lib.dspi_edge, x, rising * Edge.RISING | falling * Edge.FALLING, level, axis=axis, dx=dx, needs=[real_only])
+    return changed(
+        lib.dspi_edge, x, rising * Edge.RISING | falling * Edge.FALLING, level, axis=axis, dx=dx, needs=[real_only]
+    )

@@ -7,13 +7,15 @@ failure of the routine itself means that memory ran out.
 
 from __future__ import annotations
 
+import ctypes
 from typing import Any, Callable, Iterable, Iterator, Optional, Sequence
 
 import numpy as np
 
-from ._c import Error, lib, run
+from ._c import Error, Vec, lib, run
 from ._signal import Array, Number, Record, Samples, Signal, _Result, doubles, numbers, spacing
 
+NULL = ctypes.POINTER(Vec)()  # for an operand that is left out
 Need = Callable[..., None]  # takes the routine and its operands, samples along the last axis; raises Error
 
 
@@ -98,39 +100,53 @@ def made(routine: Any, *args: Any, axis: int = -1, each: bool = False, needs: Se
     Samples are lent where the routine takes records; those of several dimensions are taken row by row along `axis`,
     their other axes broadcast. `each`: see `changed`.
     """
-    places = [
-        k
-        for k, (letter, a) in enumerate(zip(routine.arguments, args))
-        if letter == "v" and not (a is ... or a is None or isinstance(a, Record))
-    ]
-    dx = {k: spacing(args[k]) for k in places}
-    operands = {k: moved(doubles(args[k]), axis) for k in places}
+    operands, dx = _operands(routine, args, axis, needs)
+    arrays = list(operands.values())
+    if each and arrays[0].ndim > 1:
+        flat = _filled(routine, args, {k: doubles(array).reshape(-1) for k, array in operands.items()}, dx).look()
+        return flat.reshape(arrays[0].shape)
+    if all(array.ndim == 1 for array in arrays):
+        return _filled(routine, args, operands, dx).look()
+    lead = np.broadcast_shapes(*(array.shape[:-1] for array in arrays))
+
+    def one(index: Any) -> Signal:
+        return _filled(routine, args, {k: row_of(array, lead, index) for k, array in operands.items()}, dx).look()
+
+    return by_rows(one, lead, axis)
+
+
+def number(routine: Any, x: Samples, *args: Any, axis: int = -1, needs: Sequence[Need] = ()) -> Number:
+    """The one sample that a routine writes: a number, or an array with one for each row."""
+    operands, dx = _operands(routine, (x, *args), axis, needs)
+    if all(array.ndim == 1 for array in operands.values()):
+        return _filled(routine, (x, *args), operands, dx).first()
+    return np.asarray(np.moveaxis(made(routine, x, *args, axis=axis), axis, -1)[..., 0])
+
+
+def _operands(
+    routine: Any, args: tuple[Any, ...], axis: int, needs: Sequence[Need]
+) -> tuple[dict[int, Array], dict[int, float]]:
+    """Samples along the last axis and their spacings, by their places among the arguments."""
+    operands, dx = {}, {}
+    for k, letter in enumerate(routine.arguments):
+        a = args[k]
+        if letter == "v" and not (a is ... or a is NULL or isinstance(a, Record)):
+            operands[k], dx[k] = moved(doubles(a), axis), spacing(a)
+    if axis != -1 and all(array.ndim == 1 for array in operands.values()):
+        np.moveaxis(next(iter(operands.values())), axis, -1)  # refuses an axis that is none
     for need in needs:
         need(routine, *operands.values())
-
-    def one(rows: dict[int, Array]) -> Signal:
-        result = _Result()
-        given = [result if a is ... else a for a in args]
-        for k, row in rows.items():
-            given[k] = Record.lent(row, dx[k])
-        run(routine, *given)
-        return result.look()
-
-    first = operands[places[0]]
-    if each and first.ndim > 1:
-        flat = one({k: doubles(operand).reshape(-1) for k, operand in operands.items()})
-        return flat.reshape(first.shape)
-    if all(operand.ndim == 1 for operand in operands.values()):
-        np.moveaxis(first, axis, -1)  # refuses an axis that is none
-        return one(operands)
-    lead = np.broadcast_shapes(*(operand.shape[:-1] for operand in operands.values()))
-    return by_rows(lambda index: one({k: row_of(a, lead, index) for k, a in operands.items()}), lead, axis)
+    return operands, dx
 
 
-def number(routine: Any, *args: Any, axis: int = -1, needs: Sequence[Need] = ()) -> Number:
-    """The one sample that a routine writes: a number, or an array with one for each row."""
-    result = made(routine, *args, axis=axis, needs=needs)
-    return result.item() if result.ndim == 1 else np.asarray(np.moveaxis(result, axis, -1)[..., 0])
+def _filled(routine: Any, args: tuple[Any, ...], rows: dict[int, Array], dx: dict[int, float]) -> _Result:
+    """The record that a routine has filled from one row of each operand."""
+    result = _Result()
+    given = [result if a is ... else a for a in args]
+    for k, row in rows.items():
+        given[k] = Record.lent(row, dx[k])
+    run(routine, *given)
+    return result
 
 
 def columns(result: Signal, axis: int = -1) -> list[Any]:
@@ -150,7 +166,7 @@ def pair(x: Samples, y: Samples) -> tuple[Samples, Samples]:
 
 def broadcast(x: Samples, y: Samples) -> tuple[Samples, Samples]:
     """As `pair`, of one shape: numbers and single samples are repeated, as NumPy does it."""
-    if np.shape(x) == np.shape(y):
+    if getattr(x, "shape", None) == getattr(y, "shape", ()) or np.shape(x) == np.shape(y):
         return pair(x, y)
     try:
         arrays = np.broadcast_arrays(numbers(x), numbers(y))
@@ -179,7 +195,8 @@ def changed(
         need(routine, moved(array, axis))
     if out is not None:
         return _into(out, routine, array, step, args, axis, each)
-    rows = np.moveaxis(array, axis, -1)
+    if array.ndim > 1 or axis != -1:
+        rows = np.moveaxis(array, axis, -1)
     if array.ndim == 1 or each:
         result = _changed_row(routine, array.reshape(-1), step, args)
         return result if array.ndim == 1 else result.reshape(array.shape)

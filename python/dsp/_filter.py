@@ -47,7 +47,7 @@ def fir(kind: Choice, length: int, f: float = 0.0, p: float = 0.0) -> Signal:
     array([0.    , 0.3183, 0.5   , 0.3183, 0.    ])
     """
     record, chosen = Record.sized(length), choose(Fir, kind)
-    if chosen in (Fir.BANDSTOP, Fir.HIGHPASS) and length > 0 and length % 2 == 0:
+    if chosen in (Fir.BANDSTOP, Fir.HIGHPASS) and length % 2 == 0:
         raise Error(f"a {Fir(chosen).name.lower()} takes an odd number of taps, got {length}", "dspc_fir")
     run(lib.dspc_fir, record, chosen, f, p)
     return record.signal()

@@ -7,7 +7,7 @@ from typing import Any, NamedTuple, Optional, Sequence, Union
 import numpy as np
 
 from ._c import Error, lib
-from ._call import Need, changed, made, pair, real_only, rising, same_length
+from ._call import NULL, Need, changed, made, pair, real_only, rising, same_length
 from ._names import Choice, Interp, Spline, choose
 from ._signal import Array, Samples, Signal, doubles, spacing
 
@@ -33,12 +33,13 @@ def _at(
     """Evaluates at queries in rising order, as the library wants them, and puts them back into theirs."""
     least = 4 if d2 is None and (not mode or mode[0] & 7 == Interp.SPLINE) else 0
     needs = _nodes(least, d2 is not None)
+    second = NULL if d2 is None else d2
     queries = doubles(xq)
     if queries.ndim > 1 or not np.any(queries[1:] < queries[:-1]):
-        return made(routine, x, y, d2, xq, ..., *mode, axis=axis, needs=needs)
+        return made(routine, x, y, second, xq, ..., *mode, axis=axis, needs=needs)
     order = np.argsort(queries, kind="stable")
     ahead = Signal(queries[order], spacing(xq))
-    ordered = made(routine, x, y, d2, ahead, ..., *mode, axis=axis, needs=needs)
+    ordered = made(routine, x, y, second, ahead, ..., *mode, axis=axis, needs=needs)
     result = np.empty_like(ordered)
     np.moveaxis(result, axis, -1)[..., order] = np.moveaxis(ordered, axis, -1)
     return result

@@ -87,7 +87,7 @@ class Resampler(Stream):
     Raises
     ------
     Error
-        If the ratio is not finite.
+        If the ratio is below 1 or not finite.
 
     Examples
     --------
@@ -97,8 +97,8 @@ class Resampler(Stream):
     """
 
     def __init__(self, ratio: float, *, mode: bool = False) -> None:
-        if not math.isfinite(ratio):
-            raise Error(f"a resampler takes a finite ratio, got {ratio}", "dsph_rsmp_coef_setup")
+        if not (ratio >= 1 and math.isfinite(ratio)):
+            raise Error(f"a resampler takes a finite ratio of 1 or more, got {ratio}", "dsph_rsmp_coef_setup")
         self._coefficients = _Coefficients(ratio, mode)
         super().__init__()
 

@@ -1,8 +1,12 @@
 # %% The envelope and the frequency of a chirp, by its analytic signal; and its spectrum, of any length.
+from pathlib import Path
+
 import matplotlib.pyplot as plt
 import numpy as np
 
 import dsp
+
+plt.style.use(Path(__file__).with_name("look.mplstyle"))
 
 n, dx = 3000, 1e-3
 t = np.arange(n) * dx
@@ -14,10 +18,15 @@ envelope = dsp.mag(analytic)
 frequency = dsp.scale(dsp.differ(dsp.unwrap(dsp.phase(analytic))), 1 / (2 * np.pi))
 spectrum = dsp.mag(dsp.rdft(chirp))
 
-_, (above, middle, below) = plt.subplots(3, layout="constrained")
-above.plot(chirp.axis(), chirp, envelope.axis(), envelope)
-middle.plot(t[300:-300], frequency[300:-300], t, 50 + 40 * t, "--")
-middle.set_ylabel("Hz")
+_, (above, middle, below) = plt.subplots(3)
+above.plot(chirp.axis(), chirp, lw=0.5, label="chirp")
+above.plot(envelope.axis(), envelope, label="envelope")
+above.set(xlabel="time (s)", ylabel="voltage (V)")
+middle.plot(t[300:-300], frequency[300:-300], label="as measured")
+middle.plot(t, 50 + 40 * t, "--", label="as made")
+middle.set(xlabel="time (s)", ylabel="frequency (Hz)")
 below.plot(spectrum.axis(), spectrum)
-below.set_xlabel("Hz")
+below.set(xlabel="frequency (Hz)", ylabel="amplitude (V)")
+for axes in (above, middle):
+    axes.legend(bbox_to_anchor=(1, 1))
 plt.savefig("fft.png")

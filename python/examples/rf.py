@@ -1,8 +1,12 @@
 # %% A reflectometer is calibrated with short, open and load, and its readings are corrected.
+from pathlib import Path
+
 import matplotlib.pyplot as plt
 import numpy as np
 
 import dsp
+
+plt.style.use(Path(__file__).with_name("look.mplstyle"))
 
 f = dsp.expand_log(201, 1e6, 1e9)
 
@@ -28,7 +32,7 @@ print(f"off by {np.abs(measured - device).max():.3f} as read, {np.abs(corrected 
 
 for a, name in ((measured, "as read"), (corrected, "corrected")):
     plt.semilogx(f, dsp.format_buffer(a, "level"), label=name)
-plt.xlabel("Hz")
-plt.ylabel("dB")
-plt.legend()
+plt.xlabel("frequency (Hz)")
+plt.ylabel("reflection (dB)")
+plt.legend(bbox_to_anchor=(1, 1))
 plt.savefig("rf.png")

@@ -1,8 +1,12 @@
 # %% From reflection points to a display: formats, smoothing, markers and pixels.
+from pathlib import Path
+
 import matplotlib.pyplot as plt
 import numpy as np
 
 import dsp
+
+plt.style.use(Path(__file__).with_name("look.mplstyle"))
 
 # %% An antenna: a resonance behind a cable, and noise.
 f = dsp.expand_linear(401, 800e6, 1000e6)
@@ -16,13 +20,15 @@ marker = dsp.find_min(level)
 print(f"best at {f[marker] / 1e6:.1f} MHz: {level[marker]:.1f} dB, SWR {dsp.format_buffer(points, 'swr')[marker]:.2f}")
 rows = dsp.scale_to_int(level, -40, 0, 479, 0)  # of a screen with 480
 
-_, (above, middle, below) = plt.subplots(3, layout="constrained")
-above.plot(f / 1e6, dsp.format_buffer(points, "level"), lw=0.5)
-above.plot(f / 1e6, level)
-above.plot(f[marker] / 1e6, level[marker], "v")
-above.set(xlabel="MHz", ylabel="dB")
+_, (above, middle, below) = plt.subplots(3)
+above.plot(f / 1e6, dsp.format_buffer(points, "level"), lw=0.5, label="as measured")
+above.plot(f / 1e6, level, label="smoothed")
+above.plot(f[marker] / 1e6, level[marker], "v", label=f"{f[marker] / 1e6:.1f} MHz")
+above.set(xlabel="frequency (MHz)", ylabel="reflection (dB)")
+above.legend(bbox_to_anchor=(1, 1))
 middle.plot(f / 1e6, dsp.unwrap_phase(points))
-middle.set_ylabel("rad")
+middle.set(xlabel="frequency (MHz)", ylabel="phase (rad)")
 below.plot(rows, drawstyle="steps-mid")
 below.invert_yaxis()
+below.set(xlabel="column (pixels)", ylabel="row (pixels)")
 plt.savefig("trace.png")

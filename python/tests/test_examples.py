@@ -13,7 +13,9 @@ EXAMPLES = sorted((Path(__file__).resolve().parents[1] / "examples").glob("*.py"
 def test_example(path, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     runpy.run_path(str(path))
-    lines = [line for axes in pyplot.gcf().axes for line in axes.lines + axes.images]
+    panes = pyplot.gcf().axes
+    lines = [line for axes in panes for line in axes.lines + axes.images]
+    assert all(axes.get_ylabel() and (axes.get_xlabel() or axes in panes[:-1]) for axes in panes)
     pyplot.close("all")
     assert lines and (tmp_path / f"{path.stem}.png").stat().st_size > 10000
 

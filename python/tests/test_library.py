@@ -188,9 +188,24 @@ def test_types(root, tmp_path):
         "import dsp\nm: float = dsp.mean([1.0])\ns: dsp.Signal = dsp.rfft([1.0, 2.0])[1:]\n"
         "p: tuple[float, float] = dsp.peak(s)[:2]\ndsp.mean()\n"
     )
-    command = ["-m", "mypy", "--strict", "--cache-dir", str(tmp_path), str(root / "python/dsp"), str(tmp_path / "use.py")]
+    command = [
+        "-m",
+        "mypy",
+        "--strict",
+        "--cache-dir",
+        str(tmp_path),
+        str(root / "python/dsp"),
+        str(tmp_path / "use.py"),
+    ]
     ran = subprocess.run([sys.executable, *command], capture_output=True, text=True, cwd=root / "python")
     assert re.findall(r"use.py:(\d): error|(?:dsp/.*error.*)", ran.stdout) == ["5"], ran.stdout
+
+
+def test_random_calls_are_answered_or_refused(root):
+    ran = subprocess.run(
+        [sys.executable, "-W", "ignore", root / "python/fuzz.py", "5000"], capture_output=True, text=True
+    )
+    assert ran.returncode == 0, ran.stderr
 
 
 def test_memory_comes_back():
@@ -230,7 +245,9 @@ def test_threads_take_turns():
 
 
 def test_what_cannot_be_is_told():
-    with pytest.raises(ValueError, match="rfft takes a power of two of samples, got 3; rdft takes any length") as caught:
+    with pytest.raises(
+        ValueError, match="rfft takes a power of two of samples, got 3; rdft takes any length"
+    ) as caught:
         dsp.rfft(np.ones(3))
     for error in (caught.value, pickle.loads(pickle.dumps(caught.value))):
         assert error.routine == "dspi_rfft" and "got 3" in str(error)
