@@ -131,7 +131,7 @@ TYPES: dict[str, Any] = {
     "R": ctypes.POINTER(ReallocHook),
 }
 EXPECTED = {
-    "v": "a Record", "i": "an integer", "u": "an integer", "d": "a number", "f": "a number", "s": "bytes",
+    "v": "a Record", "c": "coefficients", "t": "a state", "i": "an integer", "u": "an integer", "d": "a number", "f": "a number", "s": "bytes",
     "D": "a writable float64 array in one piece", "F": "a writable float32 array in one piece",
     "I": "a writable int32 array in one piece", "z": "a writable complex128 array in one piece",
 }  # fmt: skip
@@ -241,6 +241,15 @@ def candidates() -> Iterator[str]:
     yield ctypes.util.find_library("dsp") or "libdsp.so.2"
 
 
+# The places of records and arrays that may be null, where a routine has some.
+OPTIONAL = {
+    "dspi_limit": {3}, "dsp_interp": {2}, "dsp_cspline": {2}, "dspd_fir": {3}, "dspd_sfir": {5}, "dspd_deci": {3},
+    "dspd_hwfilt": {3}, "dspd_rsmp": {5}, "dspd_rsmp2": {5}, "dsph_avg": {2}, "dsph_corr": {3}, "dsph_rsmp": {2, 4},
+    "dsp_window_from_str": {1}, "dsp_window_scale": {0}, "dsp_window2_scale": {0}, "dsp_window_enbw": {0},
+    "dsp_window2_enbw": {0}, "dsph_rsmp_coef_init": {0}, "dsph_rsmp_coef_destroy": {0},
+}  # fmt: skip
+
+
 def _misfit(name: str, arguments: str, args: tuple[Any, ...], reason: Exception) -> TypeError:
     """Which argument does not fit its type, and what the routine takes there."""
     place = re.match(r"argument (\d+)", str(reason))
@@ -255,8 +264,13 @@ def _routine(library: ctypes.PyDLL, name: str, result: str, arguments: str) -> A
     function.restype = RESULTS[result]
     function.argtypes = [TYPES[letter] for letter in arguments]
     failure = FAILURES.get(name, -1 if result == "" else None)
+    needed = [k for k, letter in enumerate(arguments) if letter in "vctDFIz" and k not in OPTIONAL.get(name, ())]
 
     def call(*args: Any) -> Any:
+        if type(None) in map(type, args):
+            for k in needed:
+                if k < len(args) and args[k] is None:
+                    raise _misfit(name, arguments, args, TypeError(f"argument {k + 1}"))
         try:
             status = function(*args)
         except ctypes.ArgumentError as reason:
@@ -266,7 +280,7 @@ def _routine(library: ctypes.PyDLL, name: str, result: str, arguments: str) -> A
         return status
 
     call.__name__ = name
-    call.arguments = arguments  # type: ignore[attr-defined]
+    call.records = [k for k, letter in enumerate(arguments) if letter == "v"]  # type: ignore[attr-defined]
     return call
 
 

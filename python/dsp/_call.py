@@ -100,13 +100,13 @@ def made(routine: Any, *args: Any, axis: int = -1, each: bool = False, needs: Se
     Samples are lent where the routine takes records; those of several dimensions are taken row by row along `axis`,
     their other axes broadcast. `each`: see `changed`.
     """
-    operands, dx = _operands(routine, args, axis, needs)
+    operands, dx, plain = _operands(routine, args, axis, needs)
+    if plain:
+        return _filled(routine, args, operands, dx).look()
     arrays = list(operands.values())
-    if each and arrays[0].ndim > 1:
+    if each:
         flat = _filled(routine, args, {k: doubles(array).reshape(-1) for k, array in operands.items()}, dx).look()
         return flat.reshape(arrays[0].shape)
-    if all(array.ndim == 1 for array in arrays):
-        return _filled(routine, args, operands, dx).look()
     lead = np.broadcast_shapes(*(array.shape[:-1] for array in arrays))
 
     def one(index: Any) -> Signal:
@@ -117,26 +117,29 @@ def made(routine: Any, *args: Any, axis: int = -1, each: bool = False, needs: Se
 
 def number(routine: Any, x: Samples, *args: Any, axis: int = -1, needs: Sequence[Need] = ()) -> Number:
     """The one sample that a routine writes: a number, or an array with one for each row."""
-    operands, dx = _operands(routine, (x, *args), axis, needs)
-    if all(array.ndim == 1 for array in operands.values()):
+    operands, dx, plain = _operands(routine, (x, *args), axis, needs)
+    if plain:
         return _filled(routine, (x, *args), operands, dx).first()
     return np.asarray(np.moveaxis(made(routine, x, *args, axis=axis), axis, -1)[..., 0])
 
 
 def _operands(
     routine: Any, args: tuple[Any, ...], axis: int, needs: Sequence[Need]
-) -> tuple[dict[int, Array], dict[int, float]]:
-    """Samples along the last axis and their spacings, by their places among the arguments."""
-    operands, dx = {}, {}
-    for k, letter in enumerate(routine.arguments):
+) -> tuple[dict[int, Array], dict[int, float], bool]:
+    """Samples along the last axis and their spacings, by their places among the arguments; and whether all have one
+    dimension."""
+    operands, dx, plain = {}, {}, True
+    for k in routine.records:
         a = args[k]
-        if letter == "v" and not (a is ... or a is NULL or isinstance(a, Record)):
-            operands[k], dx[k] = moved(doubles(a), axis), spacing(a)
-    if axis != -1 and all(array.ndim == 1 for array in operands.values()):
+        if not (a is ... or a is NULL or isinstance(a, Record)):
+            array = doubles(a)
+            plain = plain and array.ndim == 1
+            operands[k], dx[k] = moved(array, axis), spacing(a)
+    if axis != -1 and plain:
         np.moveaxis(next(iter(operands.values())), axis, -1)  # refuses an axis that is none
     for need in needs:
         need(routine, *operands.values())
-    return operands, dx
+    return operands, dx, plain
 
 
 def _filled(routine: Any, args: tuple[Any, ...], rows: dict[int, Array], dx: dict[int, float]) -> _Result:
@@ -152,6 +155,11 @@ def _filled(routine: Any, args: tuple[Any, ...], rows: dict[int, Array], dx: dic
 def columns(result: Signal, axis: int = -1) -> list[Any]:
     """The few numbers that a routine writes, each a number or an array with one for each row."""
     return list(result.tolist() if result.ndim == 1 else np.moveaxis(np.asarray(result), axis, 0))
+
+
+def placed(x: Samples, dx: Optional[float]) -> Samples:
+    """An operand with a spacing that may be given for it."""
+    return x if dx is None else Signal(x, dx)
 
 
 def pair(x: Samples, y: Samples) -> tuple[Samples, Samples]:
@@ -171,7 +179,7 @@ def broadcast(x: Samples, y: Samples) -> tuple[Samples, Samples]:
     try:
         arrays = np.broadcast_arrays(numbers(x), numbers(y))
     except ValueError:
-        raise Error(f"shapes {np.shape(x)} and {np.shape(y)} do not go together") from None
+        raise Error(f"operands of shapes {np.shape(x)} and {np.shape(y)} do not go together") from None
     wide_x, wide_y = (Signal(a, s.dx) if hasattr(s, "dx") else a for a, s in zip(arrays, (x, y)))
     return pair(wide_x, wide_y)
 

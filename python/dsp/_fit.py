@@ -7,7 +7,7 @@ from typing import Any, NamedTuple, Optional
 import numpy as np
 
 from ._c import Error, lib
-from ._call import by_rows, columns, made, moved, number, real_only, row_of
+from ._call import by_rows, columns, made, moved, number, placed, real_only, row_of
 from ._names import Choice, Peak, choose
 from ._signal import Array, Number, Record, Samples, Signal, _Result, doubles, spacing
 
@@ -85,12 +85,6 @@ def peak(
         Value, position, place and whether the refinement was clamped; of complex samples the value is the squared
         magnitude.
 
-    Notes
-    -----
-    Of "gauss" and "gauss_corr" use the place only: their value jumps by 1.4 dB for a tone on a bin. Under the window
-    "gausstop" the squared magnitude at the place is y exp(0.631 d^2), y being that of the nearest bin and d its distance
-    from the position, in bins.
-
     Raises
     ------
     ValueError
@@ -108,14 +102,18 @@ def peak(
         raise ValueError("of no_interp, parabolic, gauss and gauss_corr a peak takes one")
     array, step = moved(doubles(x), axis), spacing(x, dx)
 
-    def one(at: Any) -> Array:
+    def one(row: Array) -> tuple[float, float, bool]:
         result = _Result()
-        clamped = _clamped(Record.lent(row_of(array, array.shape[:-1], at)), result, flags, index or 0)
-        return np.append(result.look(), clamped)
+        clamped = _clamped(Record.lent(row), result, flags, index or 0)
+        value, position = result.look().tolist()
+        return value, position, clamped
 
-    found = one(()) if array.ndim == 1 else by_rows(one, array.shape[:-1])
-    value, position, clamped = columns(found.view(Signal))
-    return Found(value, position, position * step, bool(clamped) if array.ndim == 1 else clamped != 0)
+    if array.ndim == 1:
+        value, position, clamped = one(array)
+        return Found(value, position, position * step, clamped)
+    lead = array.shape[:-1]
+    value, position, clamped = columns(by_rows(lambda at: np.array(one(row_of(array, lead, at))), lead))
+    return Found(value, position, position * step, clamped != 0)
 
 
 def _clamped(x: Record, result: _Result, flags: int, index: int) -> bool:
@@ -213,7 +211,7 @@ def lin_regres(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Lin
     >>> dsp.lin_regres([1.0, 3.0, 5.0], dx=0.5)
     Line(slope=4.0, intercept=1.0)
     """
-    return Line(*columns(made(lib.dsps_lin_regres, Signal(x, dx), ..., axis=axis), axis))
+    return Line(*columns(made(lib.dsps_lin_regres, placed(x, dx), ..., axis=axis), axis))
 
 
 def lin_regres2(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Regression:
@@ -239,4 +237,4 @@ def lin_regres2(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Re
     >>> fit.slope, fit.r
     (2.0, 1.0)
     """
-    return Regression(*columns(made(lib.dsps_lin_regres2, Signal(x, dx), ..., axis=axis), axis))
+    return Regression(*columns(made(lib.dsps_lin_regres2, placed(x, dx), ..., axis=axis), axis))

@@ -309,4 +309,5 @@ def dot(x: Samples, y: Samples, *, axis: int = -1) -> Number:
 
 def extended(x: Samples, y: Samples) -> tuple[Samples, Samples]:
     """As `pair`, a single number repeated for every sample of the other operand."""
-    return broadcast(x, y) if np.ndim(x) == 0 or np.ndim(y) == 0 else pair(x, y)
+    single = any(getattr(side, "ndim", None) == 0 or np.isscalar(side) for side in (x, y))
+    return broadcast(x, y) if single else pair(x, y)

@@ -35,12 +35,12 @@ def numbers(samples: Any, kind: str = "biufc") -> Array:
 
 def doubles(samples: Samples) -> Array:
     """Samples as the library takes them, float64 or complex128 in one piece: their own memory where that is so."""
-    array = numbers(samples)
+    array = samples if type(samples) is np.ndarray else numbers(samples)
     if array.ndim == 0:
         raise ValueError("a signal has one dimension or more: put a single sample into a list")
     if (array.dtype == FLOAT or array.dtype == COMPLEX) and array.flags.c_contiguous and array.flags.aligned:
         return array
-    return np.require(array, COMPLEX if array.dtype.kind == "c" else FLOAT, ["C", "A"])
+    return np.require(numbers(array), COMPLEX if array.dtype.kind == "c" else FLOAT, ["C", "A"])
 
 
 def spacing(samples: Any, dx: Optional[float] = None) -> float:

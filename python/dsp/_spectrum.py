@@ -6,7 +6,7 @@ import copy
 from typing import Any, Optional
 
 from ._c import Error, lib, run
-from ._call import made, pair
+from ._call import made, pair, placed
 from ._names import Avg, Choice, Spectrum, Window, choose
 from ._signal import Array, Record, Samples, Signal, doubles, spacing
 
@@ -62,7 +62,7 @@ def spectrum(
     (1.0, 1.0)
     """
     kind, chosen = choose(Window, window), choose(Spectrum, flags)
-    return made(lib.dsph_fft, Signal(x, dx), ..., n, fraction, kind, chosen, axis=axis)
+    return made(lib.dsph_fft, placed(x, dx), ..., n, fraction, kind, chosen, axis=axis)
 
 
 def spectrum_dft(
@@ -103,7 +103,7 @@ def spectrum_dft(
     >>> len(dsp.spectrum_dft(np.ones(1000), "flattop"))
     501
     """
-    return made(lib.dsph_dft, Signal(x, dx), ..., choose(Window, window), choose(Spectrum, flags), axis=axis)
+    return made(lib.dsph_dft, placed(x, dx), ..., choose(Window, window), choose(Spectrum, flags), axis=axis)
 
 
 def corr(ref: Samples, x: Samples, m: Optional[int] = None, *, halve: bool = False, axis: int = -1) -> Signal:
