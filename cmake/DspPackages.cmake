@@ -36,7 +36,7 @@ install(FILES ${dsp_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT to
 install(DIRECTORY python/dsp DESTINATION lib/python3/dist-packages COMPONENT python
         FILES_MATCHING PATTERN "*.py" PATTERN py.typed PATTERN __pycache__ EXCLUDE)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/reference/html DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libdsp-doc
-        COMPONENT documents)
+        COMPONENT documents PATTERN .nojekyll EXCLUDE)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT ${DSP_MAINTAINER})
