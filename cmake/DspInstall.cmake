@@ -18,7 +18,6 @@ dsp_relative_to_prefix(${CMAKE_INSTALL_LIBDIR} dsp_libdir)
 dsp_relative_to_prefix(${CMAKE_INSTALL_INCLUDEDIR} dsp_includedir)
 set(dsp_package_dir ${dsp_libdir}/cmake/dsp)
 
-get_target_property(dsp_type dsp TYPE)
 install(TARGETS dsp dsp_static EXPORT dsp
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
         LIBRARY DESTINATION ${dsp_libdir} COMPONENT runtime NAMELINK_COMPONENT development
@@ -49,7 +48,7 @@ endforeach()
 list(TRANSFORM dsp_runtime PREPEND -l OUTPUT_VARIABLE dsp_pc_runtime)
 list(JOIN dsp_pc_runtime " " dsp_pc_runtime)
 set(dsp_pc_private "Libs.private: ${dsp_pc_runtime}")
-if(dsp_type STREQUAL "INTERFACE_LIBRARY")
+if(NOT dsp_shared)
   set(dsp_pc_private "Libs.private:")
   set(dsp_pc_libs " ${dsp_pc_runtime}")
 endif()

@@ -103,4 +103,6 @@ dsp_package(documents doc "routines for measurement signals: manual and referenc
 The manual of the library libdsp, its reference with a page for each family
 of routines, and the measured figures of its accuracy and speed.]]
   ALL)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "gnuplot-nox | gnuplot")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS libdsp-doc)
 include(CPack)

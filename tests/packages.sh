@@ -1,7 +1,11 @@
 #!/bin/bash
 # usage: packages.sh FOLDER: installs the Debian packages in FOLDER, uses them as the README tells, and removes them again.
-# Takes root; leaves the machine as it was.
+# Leaves the machine as it was.
 set -eu
+if [ "$(id -u)" -ne 0 ]; then
+  echo "the packages are not installed and tried: this takes root"
+  exit
+fi
 folder=$(cd "$1" && pwd)
 readme=$(cd "$(dirname "$0")/.." && pwd)/README.md
 work=$(mktemp -d)
@@ -14,6 +18,7 @@ take_away() {
 }
 trap take_away EXIT
 
+apt-get -q -o DPkg::Lock::Timeout=300 update >/dev/null || true
 DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 install --no-install-recommends "$folder"/*.deb >/dev/null
 cd "$work"
 
