@@ -242,11 +242,14 @@ std::vector<peak> find_peaks(const signal &spectrum, const settings &s) {
   std::vector<peak> lines = {{0.0, spectrum[0] + 6.02}, {static_cast<double>(last), spectrum[last] + 6.02}}, peaks;
   for (const int32_t i : maxima) {
     if (static_cast<int64_t>(peaks.size()) == s.peaks) break;
-    if (is_side_lobe(spectrum, i, lines, line)) continue;
+    const bool is_shown = i * spectrum.dx >= s.from && i * spectrum.dx <= s.to;
+    const bool is_strong = lines.size() < 100;  // weaker ones leak less than these
+    if ((!is_shown && !is_strong) || is_side_lobe(spectrum, i, lines, line)) continue;
     double offset = 0.0, rise = 0.0;
     line.centre(spectrum, i, &offset, &rise);
-    lines.push_back({i + offset, spectrum[i] + rise});
-    if (i * spectrum.dx >= s.from && i * spectrum.dx <= s.to) peaks.push_back(lines.back());
+    const peak found = {i + offset, spectrum[i] + rise};
+    if (is_strong) lines.push_back(found);
+    if (is_shown) peaks.push_back(found);
   }
   std::stable_sort(peaks.begin(), peaks.end(), [](const peak &a, const peak &b) { return a.level > b.level; });
   return peaks;

@@ -160,9 +160,10 @@ void read_header(const std::string &path, const table &t, table_layout *layout) 
   }
   const line_list &names = t.rows[before.back()];
   const std::size_t n = layout->columns.size();
-  if (names.size() != n && (names.size() > 1 || n > 1) && !(names.size() == 1 && before.size() == 1 && !units))
+  if (names.size() != n) {
+    if (names.size() == 1 && !units) return;  // a title
     refuse(path, before.back(), std::to_string(names.size()) + " names above " + std::to_string(n) + " columns");
-  if (names.size() != n) return;  // a title
+  }
   for (std::size_t k = 0; k < n; ++k) {
     const bool has_numbers = layout->columns[k].has_numbers;
     layout->columns[k] = column_named(path, before.back(), names[k]);

@@ -60,7 +60,7 @@ void window_line::centre(const signal &levels, int32_t i, double *offset, double
   if (std::max(left, right) < levels[i] - 30.0) return;
   const double ratio = std::pow(10.0, -std::abs(right - left) / 10.0);
   double lo = 0.0, hi = std::max(shoulder_ / 2.0, 0.5);
-  for (int halving = 0; halving < 40; ++halving) {
+  for (int halving = 0; halving < 32; ++halving) {
     const double middle = (lo + hi) / 2.0;
     (power(shoulder_ + middle) > ratio * power(shoulder_ - middle) ? lo : hi) = middle;
   }
