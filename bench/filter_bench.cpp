@@ -2,8 +2,10 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bench/noise.h"
@@ -85,10 +87,8 @@ void tiled(benchmark::State &state, std::size_t block, std::size_t m) {
 }
 
 #ifdef HAVE_FFTW
-// Past and block in one transform of twice the block or, for filters longer than that, the next power of two.
-void overlap_save(benchmark::State &state, std::size_t block, std::size_t m) {
-  std::size_t size = 1;
-  while (size < block + m - 1) size *= 2;
+// Past and block in one transform.
+void overlap_save(benchmark::State &state, std::size_t block, std::size_t m, std::size_t size) {
   double *x = fftw_alloc_real(size), *y = fftw_alloc_real(size);
   fftw_complex *spectrum = fftw_alloc_complex(size / 2 + 1), *filter = fftw_alloc_complex(size / 2 + 1);
   const fftw_plan forward = fftw_plan_dft_r2c_1d(static_cast<int>(size), x, spectrum, FFTW_MEASURE);
@@ -117,6 +117,24 @@ void overlap_save(benchmark::State &state, std::size_t block, std::size_t m) {
        {static_cast<void *>(x), static_cast<void *>(y), static_cast<void *>(spectrum), static_cast<void *>(filter)})
     fftw_free(p);
 }
+
+// The next power of two that holds both.
+void overlap_save_power(benchmark::State &state, std::size_t block, std::size_t m) {
+  std::size_t size = 1;
+  while (size < block + m - 1) size *= 2;
+  overlap_save(state, block, m, size);
+}
+
+// The next product of a power of two with 1, 3, 5, 9 or 15, which suits FFTW best on most lengths.
+void overlap_save_product(benchmark::State &state, std::size_t block, std::size_t m) {
+  std::size_t size = SIZE_MAX;
+  for (const std::size_t factor : {1u, 3u, 5u, 9u, 15u}) {
+    std::size_t product = factor;
+    while (product < block + m - 1) product *= 2;
+    size = std::min(size, product);
+  }
+  overlap_save(state, block, m, size);
+}
 #endif
 
 // A filter given by its first half of `half` taps, the last of them the centre.
@@ -140,6 +158,26 @@ void folded_loop(benchmark::State &state, std::size_t block, std::size_t half) {
       double sum = taps[half - 1] * x[n + half - 1];
       for (std::size_t k = 0; k < half - 1; ++k) sum += taps[k] * (x[n + k] + x[n + m - 1 - k]);
       y[n] = sum;
+    }
+    benchmark::DoNotOptimize(y.data());
+  }
+  count(state, block);
+}
+
+void folded_tiled(benchmark::State &state, std::size_t block, std::size_t half) {
+  constexpr std::size_t tile = 64;
+  const std::size_t m = 2 * half - 1;
+  const reals taps = noise(half, 2), in = noise(block, 1);
+  reals x(m - 1 + block), y(block);
+  for (auto _ : state) {
+    std::memmove(x.data(), x.data() + block, (m - 1) * sizeof(double));
+    std::memcpy(x.data() + m - 1, in.data(), block * sizeof(double));
+    for (std::size_t n = 0; n < block; n += tile) {
+      double sum[tile];
+      for (std::size_t j = 0; j < tile; ++j) sum[j] = taps[half - 1] * x[n + j + half - 1];
+      for (std::size_t k = 0; k < half - 1; ++k)
+        for (std::size_t j = 0; j < tile; ++j) sum[j] += taps[k] * (x[n + j + k] + x[n + j + m - 1 - k]);
+      std::copy(sum, sum + tile, y.begin() + static_cast<std::ptrdiff_t>(n));
     }
     benchmark::DoNotOptimize(y.data());
   }
@@ -193,15 +231,31 @@ int main(int argc, char **argv) {
       add(name, "loop", loop, block, m);
       add(name, "tiled", tiled, block, m);
 #ifdef HAVE_FFTW
-      add(name, "fftw", overlap_save, block, m);
+      add(name, "fftw", overlap_save_power, block, m);
 #endif
     }
     for (const std::size_t m : {15u, 39u, 59u}) {
       add("sfir" + std::to_string(m), "dsp", ours_folded, block, (m + 1) / 2);
       add("sfir" + std::to_string(m), "loop", folded_loop, block, (m + 1) / 2);
+      add("sfir" + std::to_string(m), "tiled", folded_tiled, block, (m + 1) / 2);
     }
     add("hwfilt", "dsp", ours_recursive, block, 0);
     add("hwfilt", "loop", recursive_loop, block, 0);
+  }
+  // Streams of short blocks with long filters.
+  for (const auto &[m, block] : {std::pair<std::size_t, std::size_t>{64, 256},
+                                 {256, 1024},
+                                 {1024, 64},
+                                 {1024, 256},
+                                 {1024, 512},
+                                 {4096, 256},
+                                 {8192, 512}}) {
+    const std::string name = "live" + std::to_string(m);
+    add(name, "dsp", ours, block, m);
+#ifdef HAVE_FFTW
+    add(name, "fftw", overlap_save_power, block, m);
+    add(name, "fftw-product", overlap_save_product, block, m);
+#endif
   }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();

@@ -22,9 +22,9 @@ constexpr std::size_t block = 4096;
 
 void count(benchmark::State &state) { state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(block)); }
 
-void ours(benchmark::State &state, double ratio) {
-  reals in = noise(block, 1);
-  const dsp_vec x = {1.0, in.data(), 0, static_cast<int32_t>(block), 0, 0};
+void with_ours(benchmark::State &state, double ratio, uint32_t is_complex) {
+  reals in = noise(block * (is_complex + 1), 1);
+  const dsp_vec x = {1.0, in.data(), 0, static_cast<int32_t>(block), is_complex, 0};
   dsp_vec y, scratch;
   dsp_init(&y);
   dsp_init(&scratch);
@@ -34,7 +34,7 @@ void ours(benchmark::State &state, double ratio) {
   dsph_rsmp_coef_setup(&coef, 0, ratio, 0, 0);
   dsph_rsmp_state past;
   dsph_rsmp_state_init(&past);
-  dsph_rsmp_state_alloc(&coef, &past, 0);
+  dsph_rsmp_state_alloc(&coef, &past, is_complex);
   dsph_rsmp_state_reset(&coef, &past);
   for (auto _ : state) {
     dsph_rsmp(&x, &y, &scratch, &coef, &past);
@@ -47,28 +47,33 @@ void ours(benchmark::State &state, double ratio) {
   dsp_destroy(&y);
 }
 
+void ours(benchmark::State &state, double ratio) { with_ours(state, ratio, 0); }
+void ours_complex(benchmark::State &state, double ratio) { with_ours(state, ratio, 1); }
+
 #ifdef HAVE_SOXR
-void with_soxr(benchmark::State &state, double ratio, unsigned long recipe) {
-  const reals in = noise(block, 1);
-  reals out(block + 16);
+void with_soxr(benchmark::State &state, double ratio, unsigned long recipe, unsigned channels = 1) {
+  const reals in = noise(block * channels, 1);
+  reals out((block + 16) * channels);
   soxr_error_t error = nullptr;
   const soxr_io_spec_t io = soxr_io_spec(SOXR_FLOAT64_I, SOXR_FLOAT64_I);
   const soxr_quality_spec_t quality = soxr_quality_spec(recipe, 0);
   const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
-  const soxr_t s = soxr_create(ratio, 1.0, 1, &error, &io, &quality, &runtime);
+  const soxr_t s = soxr_create(ratio, 1.0, channels, &error, &io, &quality, &runtime);
   if (error != nullptr) {
     state.SkipWithError(soxr_strerror(error));
     return;
   }
   for (auto _ : state) {
     std::size_t used = 0, made = 0;
-    soxr_process(s, in.data(), block, &used, out.data(), out.size(), &made);
+    soxr_process(s, in.data(), block, &used, out.data(), block + 16, &made);
     benchmark::DoNotOptimize(out.data());
   }
   count(state);
   soxr_delete(s);
 }
+void soxr_medium(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_MQ); }
 void soxr_high(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_HQ); }
+void soxr_high_stereo(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_HQ, 2); }
 void soxr_very_high(benchmark::State &state, double ratio) { with_soxr(state, ratio, SOXR_VHQ); }
 #endif
 
@@ -100,8 +105,8 @@ void samplerate_medium(benchmark::State &state, double ratio) {
 
 using work = void (*)(benchmark::State &, double ratio);
 
-void add(double ratio, const std::string &size, const std::string &library, work f) {
-  benchmark::RegisterBenchmark(("resample/" + size + "/" + library).c_str(),
+void add(const std::string &name, double ratio, const std::string &size, const std::string &library, work f) {
+  benchmark::RegisterBenchmark((name + "/" + size + "/" + library).c_str(),
                                [=](benchmark::State &state) { f(state, ratio); });
 }
 
@@ -111,15 +116,19 @@ int main(int argc, char **argv) {
   const struct {
     double ratio;
     const char *name;
-  } ratios[] = {{1.25, "1.25"}, {1.3377, "1.3377"}, {2.0, "2"}, {2.7, "2.7"}, {8.0, "8"}};
+  } ratios[] = {{1.05, "1.05"}, {1.25, "1.25"}, {1.3377, "1.3377"}, {1.5, "1.5"},
+                {2.0, "2"},     {2.7, "2.7"},   {5.3, "5.3"},       {8.0, "8"}};
   for (const auto &[ratio, name] : ratios) {
-    add(ratio, name, "dsp", ours);
+    add("resample", ratio, name, "dsp", ours);
+    add("complex", ratio, name, "dsp", ours_complex);
 #ifdef HAVE_SOXR
-    add(ratio, name, "soxr-hq", soxr_high);
-    add(ratio, name, "soxr-vhq", soxr_very_high);
+    add("complex", ratio, name, "soxr-hq", soxr_high_stereo);
+    add("resample", ratio, name, "soxr-mq", soxr_medium);
+    add("resample", ratio, name, "soxr-hq", soxr_high);
+    add("resample", ratio, name, "soxr-vhq", soxr_very_high);
 #endif
 #ifdef HAVE_SAMPLERATE
-    add(ratio, name, "samplerate-medium", samplerate_medium);
+    add("resample", ratio, name, "samplerate-medium", samplerate_medium);
 #endif
   }
   benchmark::Initialize(&argc, argv);

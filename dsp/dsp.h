@@ -999,8 +999,8 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  * taps, oldest first. A shorter state is extended by zeros at its newest end; of a longer one the first M - 1 samples
  * count. out is complex if in or h is, and gets the length and dx of in. Without taps, in is copied to out.
  *
- * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly, each output from the oldest
- * sample to the newest: the results are the same bits for every division into blocks. Longer real filters run through
+ * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly: on one processor the results
+ * are the same bits for every division into blocks. Longer real filters run through
  * the FFT where that is cheaper; then blocks agree to 1e-13 of the sum of |h| times the largest input. A block is
  * summed directly if it or its past holds a sample that is not finite or beyond 1e50, so that such a sample reaches
  * only the outputs that weight it. The spectra of the last long filter are kept while the same taps (within 1.1e-15
@@ -1010,9 +1010,8 @@ DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_
 
 /** dspd_fir with a filter given by its first half: the L samples of `half`, then their mirror image, negated if `anti`
  * is not 0. If `odd` is not 0, the last sample of `half` is the centre, 2L - 1 taps in all (an antisymmetric filter
- * keeps its centre as given); else there are 2L taps. Real halves of filters of up to 60 taps add mirrored samples
- * before the product, which halves the multiplications; these results are the same bits for every division into
- * blocks. */
+ * keeps its centre as given); else there are 2L taps. Real halves of filters of up to 60 taps are summed directly:
+ * the same bits for every division into blocks. */
 DSP_API int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t odd, int32_t anti,
                           dsp_vec *state);
 
@@ -1154,8 +1153,8 @@ DSP_API int32_t dsph_rsmp_state_reset(const dsph_rsmp_coef *coef, dsph_rsmp_stat
  * After a reset, with k halvings, r = coef->ratio and h = 2^k, output m stands for the stream's sample
  * ratio m + (k > 0 ? 14 h + 19 : 0) + (delay2 > 0 ? h (r (delay2 - 9.5) - 17.5) : 0). `scratch` is work space that
  * saves allocations if it is kept from call to call (null: allocated each time). A null `state` converts the block on
- * its own and drops nothing. in, out and scratch may be the same record. -1: no memory; the state is then partly
- * updated. */
+ * its own and drops nothing. in, out and scratch may be the same record. -1: no memory, a ratio below
+ * 3e-8; the stream then begins anew, as after a reset. */
 DSP_API int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsph_rsmp_coef *coef,
                           dsph_rsmp_state *state);
 

@@ -26,6 +26,7 @@ void generators();
 void windows();
 void statistics();
 void filters();
+void conversion();
 
 using cells = std::vector<std::string>;
 void heading(const std::string &title, const std::string &text);

@@ -65,7 +65,7 @@ void measure_sums() {
                                "flat-top P501",
                                "flat-top P601"};
   for (dsp_window_type type = 2; type <= 13; ++type) {
-    const dsp::cosine_sum sum = dsp::catalogued_sum(type, dsp::window_scale::raw);
+    const dsp::window::cosine_sum sum = dsp::window::catalogued_sum(type, dsp::window::window_scale::raw);
     const apply ours = [=](dsp_vec *v, int32_t flags) { return dspi_window(v, type, flags); };
     const shape exact = [=](wide d, wide span, wide) {
       wide w = 0;
