@@ -365,6 +365,9 @@ TEST(Converter, NeedsLittleMemoryForAnyRatio) {
   heap_limit(SIZE_MAX);
   converter none(1e-9);
   EXPECT_EQ(none.run(&in, &out), -1);
+  converter hollow(1.3);
+  hollow.coef.kernel.length = 1;
+  EXPECT_EQ(hollow.run(&in, &out), -1);
 }
 
 double decibels(double x) { return 20 * std::log10(std::max(x, 1e-300)); }

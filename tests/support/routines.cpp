@@ -351,7 +351,7 @@ const std::vector<routine> &routines() {
     {"dspc_fir2", "b*", {0, 64}, 0x713a7ce9a2808665, [](call &c) { return dspc_fir2(c[0], 100 + c.variant); }, 3},
     {"dspd_fir", "i* o f*5 sr4", any, 0x8a9eb28afff5e26d, of(dspd_fir)},
     {"dspd_fir", "i* o f*20", few, 0x649c739e9a04bf6c, [](call &c) { return dspd_fir(c[0], c[1], c[2], nullptr); }},
-    {"dspd_fir", "i* o f*60 s*3", {7, 90}, of_transforms, of(dspd_fir)},
+    {"dspd_fir", "i* o fr4000 s*3", {7, 64}, of_transforms, of(dspd_fir)},
     {"dspd_sfir", "i* o f*10 sr30", any, 0xc19ee1183c35e3e3, [](call &c) {
        return dspd_sfir(c[0], c[1], c[2], c.variant % 2, c.variant / 2, c[3]);
      }, 4},
