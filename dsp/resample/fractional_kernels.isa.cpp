@@ -16,7 +16,7 @@ constexpr bool in_vectors = has_fused_products && has_vector_registers;
 constexpr std::int32_t vectors_of(std::int32_t taps) { return (taps + lane_count - 1) / lane_count; }
 
 // The first tap of a vector of weights.
-constexpr std::int32_t first_tap(std::int32_t vector, std::int32_t taps) {
+[[maybe_unused]] constexpr std::int32_t first_tap(std::int32_t vector, std::int32_t taps) {
   const std::int32_t last = taps - lane_count;
   return vector * lane_count < last ? vector * lane_count : last;
 }
@@ -130,7 +130,7 @@ DSP_INLINE lanes<W> sum_of_pairs(lanes<W> (&row)[W / 2]) {
   return sum;
 }
 
-DSP_INLINE widest paired_sums(const widest &a, const widest &b) {
+[[maybe_unused]] DSP_INLINE widest paired_sums(const widest &a, const widest &b) {
   return first_lanes<lane_count>(a, b) + second_lanes<lane_count>(a, b);
 }
 
