@@ -42,10 +42,11 @@ struct number {
   friend number operator/(number a, number b) { return a.x / b.x; }
   friend double abs(number a) { return std::abs(a.x); }
 };
-inline void product(const number &, const number &) {}
-inline void reciprocal(const number &) {}
-inline void find_pivot(const number *, std::size_t, std::size_t) {}
-inline void multiply(const number *, const number *, number *, std::size_t, std::size_t, std::size_t) {}
+[[maybe_unused]] inline void product(const number &, const number &) {}
+[[maybe_unused]] inline void reciprocal(const number &) {}
+[[maybe_unused]] inline void find_pivot(const number *, std::size_t, std::size_t) {}
+[[maybe_unused]] inline void multiply(const number *, const number *, number *, std::size_t, std::size_t, std::size_t) {
+}
 }  // namespace crowded
 
 template <class T>

@@ -87,7 +87,8 @@ const chirp_tables *add_chirp(std::int32_t n) {
   circle roots(2 * n);
   if (!roots.build()) return nullptr;
   void *block;
-  chirp_tables *tables = chirps.add(n, (static_cast<std::uint64_t>(n) + m + 8) * 2 * sizeof(double), &block);
+  chirp_tables *tables =
+      chirps.add(n, (static_cast<std::uint64_t>(n) + static_cast<std::uint64_t>(m) + 8) * 2 * sizeof(double), &block);
   if (tables == nullptr) return nullptr;
   auto *filter = static_cast<double *>(block);
   *tables = {m, filter + 2 * static_cast<std::ptrdiff_t>(m), filter};
