@@ -231,7 +231,7 @@ struct circle_fit {
 circle_fit refine(circle c, const cloud &points) {
   constexpr int most_passes = 60;
   constexpr double small_step = 0x1p-34;  // the next one is below rounding
-  const double noise = static_cast<double>(points.count()) * epsilon * epsilon;
+  const double noise = 256.0 * static_cast<double>(points.count()) * epsilon * epsilon;  // of the sum of squares
   expansion at(c, points);
   double damping = 0.0;
   for (int pass = 1; pass < most_passes; ++pass) {
