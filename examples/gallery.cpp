@@ -1,5 +1,5 @@
-// Pictures of what the library's windows, filters and sample-rate converter do, one file each, and the figures of
-// docs/filters.md. scripts/gallery runs it.
+// Pictures of what the library's windows, filters, sample-rate converter, polynomials, circles and arcs do, one file
+// each, and the figures of docs/filters.md. scripts/gallery runs it.
 
 #include <algorithm>
 #include <cmath>
@@ -263,6 +263,151 @@ void draw_converter(const std::string &directory) {
        "set xrange [0:2]; set yrange [-140:5]; " + stop);
 }
 
+/** Real and imaginary parts of complex samples. */
+std::vector<column> parts_of(const dsp_complex *z, std::size_t n) {
+  std::vector<column> parts(2);
+  for (std::size_t i = 0; i < n; ++i) {
+    parts[0].push_back(z[i].re);
+    parts[1].push_back(z[i].im);
+  }
+  return parts;
+}
+
+std::vector<column> parts_of(const signal &z) {
+  return parts_of(reinterpret_cast<const dsp_complex *>(z.data), static_cast<std::size_t>(z.length));
+}
+
+const char *const plane = "set xlabel 'real part'; set ylabel 'imaginary part'; set size ratio -1; ";
+
+/** The zeros of a lowpass filter: those of its stop band lie on the unit circle. */
+void draw_zeros(const std::string &directory) {
+  signal h;
+  h.length = 41;
+  require(dspc_fir(&h, DSP_FIR_LOWPASS, 0.15, 0.0), "design a filter");
+  require(dspi_window_fir(&h, DSP_WINDOW_HAMMING), "shape a filter");
+  column level = response(h);
+  for (double &l : level) l = decibels(l);
+  require(dspi_proots(&h), "find zeros");
+  examples::gnuplot plot(1100, 460);
+  plot.table("zeros", parts_of(h));
+  plot.table("response", {range(grid / 2 + 1, 0.0, 1.0 / grid), level});
+  draw(directory + "/proots.png", "a lowpass of 41 taps: the zeros of its polynomial, and its response", &plot,
+       std::string(plane) +
+           "set xrange [-1.6:1.6]; set yrange [-1.6:1.6]; set parametric; set trange [0:2*pi]; plot cos(t), sin(t) "
+           "linecolor rgb '#c0c0c0', $zeros using 1:2 with points pointtype 6 linetype 1; unset parametric",
+       "set size noratio; set xrange [0:0.5]; set yrange [-100:5]; set xlabel 'frequency / sample rate'; set ylabel "
+       "'gain / dB'; plot $response with lines");
+}
+
+/** A filter that stops three tones, from the zeros that do so. */
+void draw_coefficients(const std::string &directory) {
+  signal v(6, 1);
+  auto *const z = reinterpret_cast<dsp_complex *>(v.data);
+  const double tones[] = {0.1, 0.18, 0.3};
+  for (int k = 0; k < 3; ++k) {
+    z[2 * k] = {std::cos(2.0 * pi * tones[k]), std::sin(2.0 * pi * tones[k])};
+    z[2 * k + 1] = {z[2 * k].re, -z[2 * k].im};
+  }
+  require(dspi_pztoc(&v), "multiply zeros out");
+  column level = response(v);
+  for (double &l : level) l = decibels(l);
+  examples::gnuplot plot(1100, 460);
+  plot.table("taps", {range(v.length, 0.0, 1.0), column(v.data, v.data + v.length)});
+  plot.table("response", {range(grid / 2 + 1, 0.0, 1.0 / grid), level});
+  draw(directory + "/pztoc.png", "from zeros on the unit circle to the taps that stop 0.1, 0.18 and 0.3", &plot,
+       "set xlabel 'power'; set ylabel 'coefficient'; set xrange [-0.5:6.5]; plot $taps with impulses, $taps with "
+       "points linetype 1 pointtype 7",
+       "set xrange [0:0.5]; set yrange [-80:20]; set xlabel 'frequency / sample rate'; set ylabel 'gain / dB'; plot "
+       "$response with lines");
+}
+
+/** A curve inverted, and a family of equations solved in the plane. */
+void draw_solutions(const std::string &directory) {
+  double c[] = {0.0, 3.0, 0.0, -1.0};
+  const dsp_vec p = {1.0, c, 0, 4, 0, 0};
+  column x = range(221, -2.2, 0.02), y, places, values, readings = {-2.5, -1.0, 1.0};
+  for (const double at : x) y.push_back(at * (3.0 - at * at));
+  signal out;
+  for (const double reading : readings) {
+    require(dsps_psolve(&p, &out, reading), "solve an equation");
+    places.insert(places.end(), out.data, out.data + out.length);
+    values.insert(values.end(), static_cast<std::size_t>(out.length), reading);
+  }
+  std::vector<column> moduli(4);
+  for (int k = 0; k < 4; ++k)
+    for (double turn = 0.0; turn < 2.0 * pi; turn += 0.01) {
+      require(dsps_pcsolve(&p, &out, (k + 0.5) * std::cos(turn), (k + 0.5) * std::sin(turn)), "solve an equation");
+      for (int32_t i = 0; i < out.length; ++i) {
+        moduli[0].push_back(out.data[2 * i]);
+        moduli[1].push_back(out.data[2 * i + 1]);
+        moduli[2].push_back(k + 0.5);
+      }
+    }
+  moduli.pop_back();
+  examples::gnuplot plot(1100, 460);
+  plot.table("curve", {x, y});
+  plot.table("solutions", {places, values});
+  plot.table("plane", moduli);
+  draw(directory + "/solve.png",
+       "3 x - x^3: where it is -2.5, -1 and 1, and where its modulus is 0.5, 1.5, 2.5 and 3.5", &plot,
+       "set xlabel 'x'; set ylabel 'value'; plot $curve with lines, $solutions with points pointtype 7 linetype 2",
+       std::string(plane) + "unset colorbox; plot $plane using 1:2:3 with dots linecolor palette");
+}
+
+/** A resonance seen in noise, and the circle nearest to it. */
+void draw_circle(const std::string &directory) {
+  constexpr int32_t n = 160;
+  std::vector<dsp_complex> z;
+  double noise = 0.5;
+  const auto uniform = [&noise] { return noise = std::fmod(noise * 9301.0 + 0.49297, 1.0); };
+  for (int32_t i = 0; i < n; ++i) {
+    const double t = 0.06 * (i - n / 2), re = 1.0 / (1.0 + t * t);
+    z.push_back({0.7 - 1.2 * re + 0.1 * (uniform() - 0.5), 0.3 + 1.2 * t * re + 0.1 * (uniform() - 0.5)});
+  }
+  dsp_complex centre;
+  double radius, rms;
+  require(vfpd_CircleFit(z.data(), 0, n, &centre, &radius, &rms), "fit a circle");
+  column distance;
+  for (const dsp_complex &p : z) distance.push_back(std::hypot(p.re - centre.re, p.im - centre.im) - radius);
+  examples::gnuplot plot(1100, 460);
+  plot.table("points", parts_of(z.data(), z.size()));
+  plot.table("distance", {range(n, 0.0, 1.0), distance});
+  draw(directory + "/circle_fit.png",
+       text("a resonance in noise: radius %.4f,", radius) + text(" rms distance %.4f", rms), &plot,
+       std::string(plane) + "set parametric; set trange [0:2*pi]; plot $points using 1:2 with points pointtype 7 " +
+           "pointsize 0.4 linetype 1, " + text("%.6f + ", centre.re) + text("%.6f * cos(t), ", radius) +
+           text("%.6f + ", centre.im) + text("%.6f * sin(t) linetype 2; unset parametric", radius),
+       "set size noratio; set xlabel 'point'; set ylabel 'distance from the circle'; plot $distance with impulses");
+}
+
+/** A coarse trace and the arcs between its points. */
+void draw_arcs(const std::string &directory) {
+  const auto reflection = [](double x) {
+    return dsp_complex{0.9 * std::exp(-0.1 * x) * std::cos(1.4 * x), -0.9 * std::exp(-0.1 * x) * std::sin(1.4 * x)};
+  };
+  const column x = range(9, 0.0, 1.0), at = range(801, 0.0, 0.01);
+  std::vector<dsp_complex> z, zi(at.size());
+  for (const double each : x) z.push_back(reflection(each));
+  require(CircularInterpolation(x.data(), z.data(), 9, at.data(), zi.data(), 801), "interpolate");
+  column by_arcs, by_lines;
+  for (std::size_t i = 0; i < at.size(); ++i) {
+    const dsp_complex truth = reflection(at[i]);
+    const std::size_t k = std::min<std::size_t>(i / 100, 7);
+    const double t = at[i] - x[k];
+    const dsp_complex line = {z[k].re + t * (z[k + 1].re - z[k].re), z[k].im + t * (z[k + 1].im - z[k].im)};
+    by_arcs.push_back(std::hypot(zi[i].re - truth.re, zi[i].im - truth.im));
+    by_lines.push_back(std::hypot(line.re - truth.re, line.im - truth.im));
+  }
+  examples::gnuplot plot(1100, 460);
+  plot.table("nodes", parts_of(z.data(), z.size()));
+  plot.table("arcs", parts_of(zi.data(), zi.size()));
+  plot.table("errors", {at, by_arcs, by_lines});
+  draw(directory + "/arcs.png", "a reflection behind a lossy line, nine points of it, and the arcs between them", &plot,
+       std::string(plane) + "plot $arcs using 1:2 with lines, $nodes using 1:2 with points pointtype 7 linetype 1",
+       "set size noratio; set key top right; set xlabel 'x'; set ylabel 'error'; set logscale y; set yrange [1e-5:1]; "
+       "plot $errors using 1:2 with lines title 'arcs', $errors using 1:3 with lines title 'straight lines'");
+}
+
 int gallery(const examples::arguments &given) {
   if (given.has("table")) {
     print_table();
@@ -277,6 +422,7 @@ int gallery(const examples::arguments &given) {
   for (const window_name &w : windows) draw_window(directory, w);
   for (const filter_name &kind : filters) draw_filter(directory, kind);
   draw_converter(directory);
+  for (const auto picture : {draw_zeros, draw_coefficients, draw_solutions, draw_circle, draw_arcs}) picture(directory);
   return 0;
 }
 
