@@ -29,6 +29,8 @@ const std::vector<option> options = {
     {'f', "format", "FORMAT", "its numbers: ri (default), ma or db"},
     {'p', "plot", "FILE", "draw level and Smith chart (.png or .svg)"},
     {'s', "smooth", "POINTS", "average the level over an odd number of points\nbefore its minimum is looked for"},
+    {'m', "marker", "HZ",
+     "tell the reflection at this frequency, also between\npoints, where it is interpolated along arcs"},
     {0, "simulate", nullptr, "make a set instead of reading one: an antenna\nbehind a cable, the standards, and noise"},
     {0, "points", "N", "points of the simulated sweep (default 401)"},
     {0, "noise", "DB", "its noise, in dB below full reflection\n(default 70)"},
@@ -199,6 +201,69 @@ double delay_of(const reflection &device) {
   return (phase.front() - phase.back()) / (2.0 * pi * (device.frequency.back() - device.frequency.front()));
 }
 
+struct circle {
+  dsp_complex centre;
+  double rms;
+};
+
+// The circle nearest to a part of a trace; with an infinite rms when there is none.
+circle circle_near(const std::vector<dsp_complex> &s) {
+  circle c = {};
+  double radius;
+  if (vfpd_CircleFit(s.data(), 0, static_cast<int32_t>(s.size()), &c.centre, &radius, &c.rms) != 0) c.rms = HUGE_VAL;
+  return c;
+}
+
+// The points of [first, last] without a delay on the way there and back.
+std::vector<dsp_complex> undelayed(const reflection &device, std::size_t first, std::size_t last, double delay) {
+  std::vector<dsp_complex> s;
+  for (std::size_t i = first; i <= last; ++i) {
+    const double turn = 2.0 * pi * delay * (device.frequency[i] - device.frequency[first]);
+    s.push_back(product(device.s[i], {std::cos(turn), std::sin(turn)}));
+  }
+  return s;
+}
+
+// The loaded quality factor of the resonance at the least reflection; 0 where there is none. Between the half-power
+// frequencies the reflection runs through a circle, on which f is 2 atan(2 Q (f/f0 - 1)) from f0. A line in front bends
+// it: its delay is the one without which the points are nearest to a circle.
+double quality_of(const reflection &device, std::size_t least) {
+  const auto power = [&](std::size_t i) { return std::pow(device.s[i].re, 2) + std::pow(device.s[i].im, 2); };
+  const double half = 0.5 * (1.0 + power(least));
+  std::size_t first = least, last = least;
+  while (first > 0 && power(first - 1) <= half) --first;
+  while (last + 1 < device.s.size() && power(last + 1) <= half) ++last;
+  const double band = device.frequency[last] - device.frequency[first];
+  double delay = 0.0, best = HUGE_VAL;
+  for (double step = 0.02 / band; step > 1e-6 / band; step *= 0.2) {
+    const double middle = delay;
+    for (int k = -20; k <= 20; ++k) {
+      const double rms = circle_near(undelayed(device, first, last, middle + k * step)).rms;
+      if (rms < best) best = rms, delay = middle + k * step;
+    }
+  }
+  if (best == HUGE_VAL) return 0.0;
+  const std::vector<dsp_complex> s = undelayed(device, first, last, delay);
+  const dsp_complex centre = circle_near(s).centre;
+  const auto angle = [&](const dsp_complex &z) { return std::atan2(z.im - centre.im, z.re - centre.re); };
+  const double at_least = angle(s[least - first]);
+  const auto half_tangent = [&](const dsp_complex &z) { return std::fabs(std::tan(0.5 * (angle(z) - at_least))); };
+  return 0.5 * device.frequency[least] * (half_tangent(s.front()) + half_tangent(s.back())) / band;
+}
+
+// The reflection at a frequency, between points along arcs.
+dsp_complex at_marker(const reflection &device, double frequency) {
+  dsp_complex s;
+  if (CircularInterpolation(device.frequency.data(), device.s.data(), device.points(), &frequency, &s, 1) != 0)
+    throw failure("--marker: the frequencies of " + device.name + " do not rise");
+  return s;
+}
+
+std::vector<figure> figures_of_marker(const dsp_complex &s) {
+  return {{"marker, level", "marker_level", formatted(DSP_FORMAT_LEVEL, {s})[0], "%8.2f dB"},
+          {"marker, phase", "marker_phase", formatted(DSP_FORMAT_PHASE, {s})[0], "%8.1f degrees"}};
+}
+
 figure deviation_of(const reflection &device, const reflection &truth) {
   std::vector<dsp_complex> d = device.s;
   for (std::size_t i = 0; i < d.size(); ++i) d[i] = {d[i].re - truth.s[i].re, d[i].im - truth.s[i].im};
@@ -311,6 +376,11 @@ int calibrate(const arguments &args) {
 
   const std::vector<figure> of_terms = figures_of_terms(e);
   std::vector<figure> of_device = figures_of_device(device, least, delay_of(device));
+  const double quality = quality_of(device, least);
+  if (quality > 0.0) of_device.push_back({"quality factor", "quality_factor", quality, "%8.2f, loaded"});
+  if (args.has("marker"))
+    for (const figure &f : figures_of_marker(at_marker(device, args.number("marker", 0.0, 0.0, 1e15))))
+      of_device.push_back(f);
   if (args.has("simulate")) of_device.push_back(deviation_of(device, truth));
   if (args.has("json")) {
     std::vector<figure> all = of_terms;
