@@ -79,17 +79,23 @@ std::int32_t pair_up(entry *e, std::int32_t n) {
   return count;
 }
 
-// Real zeros get an imaginary part of exactly 0, and are refined with it.
+// Real zeros get an imaginary part of exactly 0. Where it was more than rounding they are refined on the axis.
 void settle_real(zero_search *search, entry *e, std::int32_t n) {
-  std::int32_t count = 0;
-  for (std::int32_t i = 0; i < n; ++i) {
-    if (e[i].is_pair) continue;
-    search->move_to_axis(e[i].index);
-    ++count;
+  constexpr std::int32_t settled = -1;
+  std::int32_t moved = 0;
+  for (entry *each = e; each != e + n; ++each) {
+    if (each->is_pair) continue;
+    if (std::fabs(each->z.im) <= 0x1p-52 * std::fabs(each->z.re)) {
+      each->z.im = 0.0;
+      each->index = settled;
+    } else {
+      search->move_to_axis(each->index);
+      ++moved;
+    }
   }
-  search->refine_moved(count);
-  for (std::int32_t i = 0; i < n; ++i)
-    if (!e[i].is_pair) e[i].z = search->zero(e[i].index);
+  search->refine_moved(moved);
+  for (entry *each = e; each != e + n; ++each)
+    if (!each->is_pair && each->index != settled) each->z = search->zero(each->index);
 }
 
 }  // namespace
