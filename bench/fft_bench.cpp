@@ -106,18 +106,23 @@ void add_complex(const char *work, std::size_t n, std::size_t room, dsp::isa set
 #endif
 }
 
-void add_real(std::size_t n) {
+void add_real(const char *forward, const char *inverse, std::size_t n) {
   const std::size_t room = 2 * n + 2;
-  add("rfft", n, "dsp", [=] { return ours(n, false, room, dspi_rfft); });
-  add("irfft", n, "dsp", [=] { return ours(n / 2 + 1, true, room, dspi_irfft); });
+  const bool odd = n % 2 != 0;
+  add(forward, n, "dsp", [=] { return ours(n, false, room, dspi_rdft); });
+  add(inverse, n, "dsp", [=] {
+    return ours(
+        n / 2 + 1, true, room,
+        odd ? [](dsp_vec *v) { return dspi_irdft(v, 1); } : [](dsp_vec *v) { return dspi_irdft(v, 0); });
+  });
 #ifdef HAVE_FFTW
   const int size = static_cast<int>(n);
-  add("rfft", n, "fftw", [=] {
+  add(forward, n, "fftw", [=] {
     return planned(
         room, [size](double *x) { return fftw_plan_dft_r2c_1d(size, x, complexes(x), FFTW_MEASURE); },
         [](fftw_plan p, double *x) { fftw_execute_dft_r2c(p, x, complexes(x)); });
   });
-  add("irfft", n, "fftw", [=] {
+  add(inverse, n, "fftw", [=] {
     return planned(
         room, [size](double *x) { return fftw_plan_dft_c2r_1d(size, complexes(x), x, FFTW_MEASURE); },
         [](fftw_plan p, double *x) { fftw_execute_dft_c2r(p, complexes(x), x); });
@@ -140,10 +145,15 @@ void add_cosine(std::size_t n) {
 
 int main(int argc, char **argv) {
   for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_complex("fft", n, 2 * n);
-  for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_real(n);
-  for (const std::size_t n : std::initializer_list<std::size_t>{1000, 1009, 4095, 10007, 65537, 100003})
-    add_complex("dft", n, 8 * n);
+  for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 2) add_real("rfft", "irfft", n);
+  using lengths = std::initializer_list<std::size_t>;
+  for (const std::size_t n : lengths{12, 24, 60, 100, 360, 1000, 1200, 1920, 4095, 4800, 44100, 48000, 100000, 1000000})
+    add_complex("dft", n, 2 * n);
+  for (const std::size_t n : lengths{1009, 10007, 20014, 44101, 100003}) add_complex("dft", n, 2 * n);
+  for (const std::size_t n : lengths{100, 360, 1000, 1200, 1920, 4095, 4800, 44100, 48000, 100000})
+    add_real("rdft", "irdft", n);
   for (std::size_t n = 16; n <= std::size_t{1} << 18; n *= 4) add_cosine(n);
+  for (const std::size_t n : lengths{1000, 4095}) add_cosine(n);
   if (best() == dsp::isa::avx512)
     for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= 4) add_complex("fft_avx2", n, 2 * n, dsp::isa::avx2);
   benchmark::Initialize(&argc, argv);

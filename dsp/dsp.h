@@ -476,11 +476,15 @@ DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
  *     for (k = 0; k < v.length; k++) ...        // frequency k * v.dx
  *     dspi_irdft(&v, 0);                        // the record again; 1 if its length had been odd
  *
- * Powers of two are the fastest lengths. The others go through two transforms whose length is the least power of two
- * from 2N - 2 on, and the buffer grows to that length. Relative errors are about 0.7e-16 times the square root of
- * log2 N. The first transform of a length builds its tables (about 2N doubles); they stay until dsp_free_internal.
+ * Cost per sample, from some hundred samples on: lengths whose prime factors are 13 at most take up to twice the time of
+ * a power of two, all others four to eight times, since they go through two transforms of such a length from 2N - 2 on.
+ * Real signals of even length take half the time of complex ones, those of odd length the same. Relative errors are
+ * about 0.7e-16 times the square root of log2 N. The first transform of a length builds its tables in less time than 30
+ * later ones take: about 2N doubles for powers of two, 5N with the work area for small prime factors, 20N for others.
+ * Tables of powers of two stay until dsp_free_internal, so do those of the sixteen other lengths used last, up to 256 MB
+ * of each kind (32 MB where addresses have 32 bits).
  * Sums are formed before they are scaled: samples beyond 1e308/N may overflow, forward and inverse. A NaN or infinite
- * sample spreads over the whole result. No buffer exceeds INT32_MAX doubles, so the longest transform has 2^29 samples.
+ * sample spreads over the whole result. No buffer exceeds INT32_MAX doubles, so the longest transform has 2^30 - 1 samples.
  * -1 for lack of memory leaves the samples undefined.
  * ========================================================================================================== */
 
@@ -512,10 +516,8 @@ DSP_API int32_t dspi_rfft(dsp_vec *v);
  * the full spectrum of N bins). */
 DSP_API int32_t dspi_irfft(dsp_vec *v);
 
-/** Transform of any length, otherwise as dspi_fft. For 0 and 1 samples only dx is inverted. For a length that is not a
- * power of two (Bluestein's method) the chirp and its spectrum of the last such length are kept, so that the next
- * transform of that length, in either direction, needs no preparation. -1: no memory, or a length above 2^28 that is
- * not a power of two. */
+/** Transform of any length, otherwise as dspi_fft. For 0 and 1 samples only dx is inverted. Complex samples are
+ * transformed where they lie. -1: no memory, or above 2^29 samples none of the fast lengths from 2N - 2 on below 2^31. */
 DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
 
 /** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. For 0 and 1 samples only dx is inverted,
@@ -533,7 +535,7 @@ enum {
 };
 
 /** Cosine transform of a real signal of any length N: y[k] = 1/N sum x[n] cos(pi k (2n + 1)/(2N)) (type II). dx becomes
- * 1/(2N dx), or 5e99 for a dx of 0; for an empty signal 0.5/dx, or 1e100. The table of the last length is kept. -1:
+ * 1/(2N dx), or 5e99 for a dx of 0; for an empty signal 0.5/dx, or 1e100. Tables are kept as above. -1:
  * complex signal (nothing changes), no memory. */
 DSP_API int32_t dspi_dct(dsp_vec *v, int32_t flags);
 

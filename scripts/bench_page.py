@@ -42,8 +42,8 @@ FAMILIES = [
 
 # Why, where we are slower: shown when a row that matches is behind the peer.
 REASONS = [
-    ("fft", r"dft/(1000|4095)/", "fftw", "Lengths of small factors: FFTW takes them apart, ours goes through a "
-     "convolution of the next power of two but one, whatever the factors."),
+    ("fft", r"r?i?r?dft/(12|24|60|100|360)/", "fftw", "Short lengths that are no powers of two: the way to the passes "
+     "counts, and lanes that stay empty."),
     ("elementwise", r"[^/]*/1000/", "loop", "At 1000 samples checks of the call count, and that results saturate rather "
      "than overflow."),
     ("rf", r"product/3/", "eigen", "A product of 3 x 3 takes little more than the call, its tests and its memory do."),

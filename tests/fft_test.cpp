@@ -7,6 +7,7 @@
 #include <map>
 
 #include "dsp/dsp.h"
+#include "dsp/fft/recent.h"
 #include "dsp/math/angle.h"
 #include "tests/support/each_isa.h"
 #include "tests/support/record.h"
@@ -95,7 +96,7 @@ std::vector<std::size_t> lengths(std::size_t longest) {
   std::vector<std::size_t> n;
   for (std::size_t i = 1; i <= 130; ++i) n.push_back(i);
   for (std::size_t i = 131; i <= 300; i += 13) n.push_back(i);
-  for (const std::size_t i : sizes{251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384, 32768, 65536})
+  for (const std::size_t i : sizes{251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 73728})
     if (i <= longest) n.push_back(i);
   return n;
 }
@@ -113,7 +114,7 @@ record rounded(const wides &z, bool is_complex, double dx) {
 }
 
 TEST(Transforms, AgreeWithTheDefinition) {
-  for (const std::size_t n : lengths(65536))
+  for (const std::size_t n : lengths(73728))
     for (const bool is_complex : {false, true}) {
       SCOPED_TRACE(testing::Message() << n << (is_complex ? " complex" : " real"));
       const record x = random_signal(n, is_complex, 7, 0.25);
@@ -192,6 +193,29 @@ TEST(Fft, RootsAreRightToTheLastBit) {
     }
     EXPECT_LE(worst, 0.501) << n;
   }
+}
+
+TEST(Fft, KeepsTheLengthsUsedLast) {
+  static dsp::fft::recent<int, 3, 1000> kept;
+  void *block;
+  for (const int key : {1, 2, 3}) *kept.add(key, 300, &block) = key;
+  const auto has = [](std::initializer_list<int> keys) {
+    bool all = true;
+    for (const int key : {1, 2, 3, 4, 5, 6}) {
+      const bool listed = std::find(keys.begin(), keys.end(), key) != keys.end();
+      if ((kept.find(key) != nullptr) != listed || (listed && *kept.find(key) != key)) all = false;
+    }
+    return all;
+  };
+  EXPECT_TRUE(has({1, 2, 3}));
+  *kept.add(4, 300, &block) = 4;
+  EXPECT_TRUE(has({2, 3, 4})) << "the one unused for longest goes";
+  *kept.add(5, 600, &block) = 5;
+  EXPECT_TRUE(has({4, 5})) << "and as many as make room";
+  *kept.add(6, 2000, &block) = 6;
+  EXPECT_TRUE(has({6})) << "but a large one is kept alone";
+  kept.release();
+  EXPECT_TRUE(has({}));
 }
 
 TEST(Fft, RefusalsAndSpacing) {

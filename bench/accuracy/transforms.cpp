@@ -22,12 +22,12 @@ double ours_with(dsp::isa set, const fft::kind &what, std::size_t n, std::size_t
   return error;
 }
 
-void powers_of_two(const fft::kind &what) {
+void errors_at(const fft::kind &what, const std::vector<std::size_t> &lengths) {
   cells head = {std::string(what.name) + ", n"};
   for (const auto &s : sets) head.emplace_back(s.name);
   head.emplace_back("FFTW");
   table(head);
-  for (std::size_t n = 16; n <= std::size_t{1} << 20; n *= n < 65536 ? 4 : 16) {
+  for (const std::size_t n : lengths) {
     const std::size_t draws = n < 4096 ? (std::size_t{1} << 15) / n : 8 * 4096 / n + 1;
     cells line = {std::to_string(n)};
     for (const auto &s : sets) line.push_back(figure(ours_with(s.set, what, n, draws)));
@@ -48,14 +48,19 @@ void transforms() {
   heading("Transforms of powers of two",
           "Relative error in the L2 norm, in units of 1e-16 (0.45 eps), on noise; FFTW with its measured plans.");
   for (const fft::kind *what : {&fft::complex, &fft::complex_inverse, &fft::real, &fft::real_inverse, &fft::cosine})
-    powers_of_two(*what);
+    errors_at(*what, {16, 64, 256, 1024, 4096, 16384, 65536, 1048576});
   held_by(
       "`Transforms.ErrLittle`, `Transforms.RealOnesGiveHalfTheSpectrumAndComeBack`, "
       "`Transforms.CosineHilbertAnalytic`");
 
-  heading("Transforms of any length",
-          "The worst relative error in the L2 norm over 2 eps sqrt(log2 m), m being the length of the transforms that "
-          "do the work: n for powers of two, else the one from 2n - 2 on.");
+  heading("Transforms of lengths with small prime factors", "As above.");
+  for (const fft::kind *what : {&fft::complex, &fft::complex_inverse, &fft::real, &fft::real_inverse})
+    errors_at(*what, {12, 24, 60, 100, 360, 1000, 1200, 1920, 4800, 44100});
+
+  heading(
+      "Transforms of any length",
+      "The worst relative error in the L2 norm over 2 eps sqrt(log2 m), m being n for powers of two, else the least "
+      "one from 2n - 2 on.");
   const fft::kind *const kinds[] = {&fft::complex, &fft::complex_inverse, &fft::real,
                                     &fft::cosine,  &fft::hilbert,         &fft::analytic};
   cells head = {"n"};

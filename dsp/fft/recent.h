@@ -8,13 +8,15 @@
 
 namespace dsp::fft {
 
-// Contents is plain data whose pointers lead into the block.
-template <class Contents>
+constexpr std::uint64_t bytes_to_keep = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
+
+// Contents is plain data whose pointers lead into the block. At most so many entries and, but for a single one, bytes.
+template <class Contents, std::int32_t Most = 16, std::uint64_t MostBytes = bytes_to_keep>
 class recent {
  public:
   Contents *find(std::int64_t key) {
     if (slots_[newest_].block != nullptr && slots_[newest_].key == key) return &slots_[newest_].contents;
-    for (std::int32_t i = 0; i < most; ++i)
+    for (std::int32_t i = 0; i < Most; ++i)
       if (slots_[i].block != nullptr && slots_[i].key == key) return touch(i);
     return nullptr;
   }
@@ -39,9 +41,6 @@ class recent {
   }
 
  private:
-  static constexpr std::int32_t most = 16;
-  static constexpr std::uint64_t most_bytes = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
-
   struct slot {
     std::int64_t key;
     std::uint64_t bytes;
@@ -71,18 +70,18 @@ class recent {
   std::int32_t make_room(std::uint64_t bytes) {
     for (;;) {
       std::uint64_t held = bytes;
-      std::int32_t free = most;
-      for (std::int32_t i = 0; i < most; ++i) {
+      std::int32_t free = Most;
+      for (std::int32_t i = 0; i < Most; ++i) {
         held += slots_[i].bytes;
         if (slots_[i].block == nullptr) free = i;
       }
       slot *const last = oldest();
-      if (free < most && (held <= most_bytes || last == nullptr)) return free;
+      if (free < Most && (held <= MostBytes || last == nullptr)) return free;
       drop(last);
     }
   }
 
-  slot slots_[most];
+  slot slots_[Most];
   std::int32_t newest_;
   std::uint64_t clock_;
 };

@@ -26,6 +26,7 @@ caller of(int32_t (*f)(P...), N... numbers) {
 
 const std::vector<int> any = {0, 1, 2, 7, 64, 2500};
 const std::vector<int> few = {0, 1, 2, 7, 64};
+const std::vector<int> transformed = {0, 1, 2, 7, 36, 64, 83};  // butterfly, passes, power of two, chirp
 const std::vector<int> powers = {1, 2, 16, 64};
 const std::vector<int> once = {0};
 
@@ -264,12 +265,12 @@ const std::vector<routine> &routines() {
      [](call &c) { return cf_dspi_fft(c[0]->data, c[0]->length, 1, c.variant != 0); }, 2},
     {"dspi_rfft", "br", powers, of_transforms, of(dspi_rfft)},
     {"dspi_irfft", "b*", {1, 2, 3, 9, 33}, of_transforms, of(dspi_irfft)},
-    {"dspi_dft", "b*", few, of_transforms, [](call &c) { return dspi_dft(c[0], c.variant); }, 2},
-    {"dspi_rdft", "br", few, of_transforms, of(dspi_rdft)},
-    {"dspi_irdft", "b*", few, of_transforms, [](call &c) { return dspi_irdft(c[0], c.variant != 0); }, 2},
-    {"dspi_dct", "br", few, of_transforms, [](call &c) { return dspi_dct(c[0], c.variant); }, 4},
-    {"dspi_hilbert", "b*", few, of_transforms, of(dspi_hilbert)},
-    {"dspi_analytic", "b*", few, of_transforms, of(dspi_analytic)},
+    {"dspi_dft", "b*", transformed, of_transforms, [](call &c) { return dspi_dft(c[0], c.variant); }, 2},
+    {"dspi_rdft", "br", transformed, of_transforms, of(dspi_rdft)},
+    {"dspi_irdft", "b*", transformed, of_transforms, [](call &c) { return dspi_irdft(c[0], c.variant != 0); }, 2},
+    {"dspi_dct", "br", transformed, of_transforms, [](call &c) { return dspi_dct(c[0], c.variant); }, 4},
+    {"dspi_hilbert", "b*", transformed, of_transforms, of(dspi_hilbert)},
+    {"dspi_analytic", "b*", transformed, of_transforms, of(dspi_analytic)},
 
     // windows
     {"dsp_window_scale", "", {0, 7, 64}, of_functions, [](call &c) {
