@@ -13,8 +13,8 @@ struct mixed_shape {
   double cost;  // infinite: not with these passes
 };
 
-// n >= 3 that is no power of two, on kernels of so many lanes.
-mixed_shape shape_of(std::int32_t n, std::int32_t lanes);
+// n >= 3 that is no power of two, on kernels of up to so many lanes.
+mixed_shape shape_of(std::int32_t n, std::int32_t widest);
 
 // The radices of a part on kernels of so many lanes, from the smallest to the largest; their number.
 std::int32_t choose_radices(std::int32_t n, std::int32_t lanes, std::int8_t *radix);

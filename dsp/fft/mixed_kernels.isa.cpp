@@ -113,34 +113,50 @@ struct prime_legs {
   }
 };
 
+// Takes the results of one such butterfly: in place with their roots, or in the last pass out.
+template <int W>
+struct prime_results {
+  double *at;
+  std::ptrdiff_t leg;
+  const double *root;
+  const result_sink *sink;
+  double *out;  // null: not the last pass
+  const double *between;
+
+  void take(int i, const points<W> &v) const {
+    const points<W> one[1] = {v};
+    if (out != nullptr)
+      put<W, 1>(*sink, out + i * sink->step, 0, between + i * root_values * W, one);
+    else
+      store_split<W>(at + i * leg, i == 0 ? v : times_one_root<W>(v, root + (i - 1) * root_values));
+  }
+};
+
+template <int W>
+void prime_butterfly(int p, const double *circle, const prime_results<W> &results) {
+  prime_legs<W> legs;
+  legs.load(results.at, results.leg, p);
+  results.take(0, legs.total(p));
+  for (int k = 1; k <= p / 2; ++k) {
+    points<W> low;
+    points<W> high;
+    legs.results(k, p, circle, &low, &high);
+    results.take(k, low);
+    results.take(p - k, high);
+  }
+}
+
 // As `pass`, for a prime without a butterfly of its own.
 template <int W>
 void prime_pass(int p, double *x, const pass_context &c) {
   const std::ptrdiff_t leg = 2 * W * (c.n / p);
   const bool last = c.n == p;
   const double *between = c.sink->roots;
-  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n) {
+  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n, between += root_values * W * p) {
+    double *const out = last ? c.sink->to + static_cast<std::ptrdiff_t>(c.order[block]) * c.sink->unit : nullptr;
     const double *root = c.roots;
-    for (double *at = x; at < x + leg; at += 2 * W) {
-      prime_legs<W> legs;
-      legs.load(at, leg, p);
-      points<W> v[2] = {legs.total(p), {}};
-      for (int k = 0; k <= p / 2; ++k) {
-        if (k > 0) legs.results(k, p, c.circle, &v[0], &v[1]);
-        for (int side = 0; side < (k > 0 ? 2 : 1); ++side) {
-          const int i = side == 0 ? k : p - k;
-          const points<W> one[1] = {v[side]};
-          if (last)
-            put<W, 1>(*c.sink,
-                      c.sink->to + static_cast<std::ptrdiff_t>(c.order[block]) * c.sink->unit + i * c.sink->step, 0,
-                      between + i * root_values * W, one);
-          else
-            store_split<W>(at + i * leg, i == 0 ? v[0] : times_one_root<W>(v[side], root + (i - 1) * root_values));
-        }
-      }
-      root += (p - 1) * root_values;
-    }
-    if (last && between != nullptr) between += root_values * W * p;
+    for (double *at = x; at < x + leg; at += 2 * W, root += (p - 1) * root_values)
+      prime_butterfly<W>(p, c.circle, {at, leg, root, c.sink, out, between});
   }
 }
 
@@ -245,8 +261,9 @@ void gather_rows(const double *area, std::ptrdiff_t groups, std::ptrdiff_t n, do
 
 constexpr std::ptrdiff_t smaller(std::ptrdiff_t a, std::ptrdiff_t b) { return a < b ? a : b; }
 
+// Reads no roots.
 result_sink to_record(double *x, std::ptrdiff_t stride, double scale, bool inverse) {
-  return {inverse ? result_sink::exchanged_pairs : result_sink::pairs, x, stride, stride, nullptr, scale};
+  return {inverse ? result_sink::exchanged_pairs : result_sink::pairs, x, stride, stride, x, scale};
 }
 
 // Any n1 and n2 from W on. The last group of columns and of rows overlaps the one before where W does not divide them.
@@ -339,7 +356,8 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
   if constexpr (widest_lanes == 1) {
     run<1>(plan.rows, 1, work.buffer, sink);
   } else {  // primes only
-    prime_pass<1>(plan.rows.n, work.buffer, {plan.rows.n, 1, nullptr, plan.rows.circle[0], plan.rows.order, &sink});
+    prime_pass<1>(plan.rows.n, work.buffer,
+                  {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink});
   }
 }
 
