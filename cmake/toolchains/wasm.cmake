@@ -1,11 +1,8 @@
 # WebAssembly with its vector instructions: Debian's emscripten, run by Node. The preset names the folder where Debian
 # keeps the modules of Node that emscripten uses, since another Node does not look there.
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)
-# Clang 14 moves vector loads past stores here, at several steps: a 3 x 3 matrix then comes out inverted wrongly. None of
-# the three options suffices without the others.
 foreach(language C CXX)
-  set(CMAKE_${language}_FLAGS_INIT
-      "-msimd128 -fwasm-exceptions -fno-slp-vectorize -fno-strict-aliasing -mllvm -enable-misched=false")
+  set(CMAKE_${language}_FLAGS_INIT -fwasm-exceptions)
 endforeach()
 # The link optimises no more: that would take minutes for a program.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-O1 -sALLOW_MEMORY_GROWTH -sNODERAWFS -sEXIT_RUNTIME")

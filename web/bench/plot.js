@@ -25,7 +25,7 @@ function outline(x, y, [lo, hi], place, columns) {
 }
 
 export class Plot {
-  /** options: id, x and y (labels), traces (their names), and on_mark, told the x of a new marker. */
+  /** options: id, x and y (labels), traces (their names), and what is told of markers and of drawing. */
   constructor(options) {
     Object.assign(this, { marks: [], height: 340, ...options });
     this.root = document.getElementById(options.id);
@@ -85,7 +85,7 @@ export class Plot {
         setCursor: [(u) => u.cursor.idx != null && this.read(u.cursor.idx)],
         setSelect: [(u) => u.select.width > 5 && this.zoom(u.posToVal(u.select.left, "x"), u.posToVal(u.select.left + u.select.width, "x"))],
         draw: [(u) => this.draw_marks(u)],
-        ready: [(u) => (u.over.ondblclick = () => this.zoom(...this.limits))],
+        ready: [(u) => ((u.over.ondblclick = () => this.zoom(...this.limits)), this.on_draw?.())],
       },
     };
   }

@@ -7,7 +7,7 @@ import { Plot } from "./plot.js";
 import { Waterfall } from "./waterfall.js";
 
 const waterfall = new Waterfall(element("waterfall"));
-const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks });
+const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: draw_waterfall });
 export let opened = ""; // the name of what is measured
 let about; // its rate, channels and frames
 let microphone;
@@ -40,23 +40,22 @@ function scaled(levels, { scale, linear }, enbw) {
 
 function show(settings, result, fresh) {
   measured = { settings, result };
-  const { levels, peaks, dx, rate, enbw, rows } = result;
+  const { levels, peaks, dx, enbw, rows } = result;
   const frequency = Float64Array.from(levels, (_, i) => i * dx);
   const [values, label] = scaled(levels, settings, enbw);
   plot.y = label;
+  waterfall.add(rows, fresh);
   const least = Math.max(values.reduce((a, b) => Math.min(a, b)), values.reduce((a, b) => Math.max(a, b)) - 160);
   const top = 10 * Math.ceil((values.reduce((a, b) => Math.max(a, b)) + 3) / 10);
   plot.show([frequency, values], { log: settings.log, y_range: settings.linear ? undefined : [10 * Math.floor(least / 10), top] });
   const decimals = Math.min(Math.max(3 - Math.floor(Math.log10(dx)), 0), 9);
   fill(element("peaks"), peaks.map((p) => [(p.bin * dx).toFixed(decimals), p.level.toFixed(2)]), ["frequency / Hz", "level / dB"]);
   element("method").textContent = method(settings, result);
-  waterfall.add(rows, fresh);
-  draw_waterfall(rate);
 }
 
-function draw_waterfall(rate) {
-  const row = waterfall.rows[0];
-  if (row) requestAnimationFrame(() => waterfall.draw(plot, rate / 2 / (row.length - 1 || 1))); // once the plot is laid out
+function draw_waterfall() {
+  const [row] = waterfall.rows;
+  if (row) waterfall.draw(plot, measured.result.rate / 2 / (row.length - 1));
 }
 
 /** Measures anew with the form's settings. */
@@ -139,6 +138,4 @@ export function start() {
     document.body.classList.remove("dropping");
     if (event.dataTransfer.files[0]) open(event.dataTransfer.files[0]);
   };
-  plot.root.addEventListener("mouseup", () => setTimeout(() => measured && draw_waterfall(measured.result.rate)));
-  plot.root.addEventListener("keyup", () => measured && draw_waterfall(measured.result.rate));
 }
