@@ -1,5 +1,7 @@
 #include "dsp/fft/chirp_kernels.h"
 
+#include <cstddef>
+
 #include "dsp/fft/times_root.h"
 
 namespace dsp::fft {
