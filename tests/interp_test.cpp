@@ -42,6 +42,7 @@ TEST(Grid, SchemesAndEnds) {
       {DSP_INTERP_LINEAR, x2, {1, 2}, {}, {}},
       // Nodes that do not rise: the last one ends every piece, whatever came before.
       {DSP_INTERP_HOLD, {0, 5, 2}, {7, 8, 9}, {0.5, 3, 0.5}, {7, 9, 9}},
+      {DSP_INTERP_HOLD, {0, 5, 2}, {7, 8, 9}, {0.5, 1}, {7, 7}},
       {DSP_INTERP_QUADRATIC | clamped, {0, 5, 7, 1}, {0, 25, 49, 6}, {0.5, 3, 0.5}, {0.25, 6, 6}},
   };
   for (const auto &c : cases) {

@@ -114,17 +114,6 @@ struct middle {
   }
 };
 
-// For nodes that do not rise: the last node may be less than one in the middle.
-struct middle_or_last {
-  middle half_way;
-  node last;
-  template <class V>
-  auto operator()(const V &t) const {
-    const auto is_middle = half_way(t), is_last = last(t);
-    return is_middle | is_last;
-  }
-};
-
 // Writes values from out[i] on up to the first query beyond the piece, and returns its index. The last vector may write
 // past it; those values are written again.
 template <class Piece, class Past>
@@ -135,6 +124,14 @@ std::int32_t fill(const queries &q, std::int32_t i, const Piece &piece, const Pa
     if (any(past(t))) break;
   }
   for (; i < q.n && !past(q.t[i]); ++i) q.out[i] = piece(q.t[i]);
+  return i;
+}
+
+// The first query in [begin, end) that is not below the last node, or `end`. For nodes that do not rise: their last one
+// may lie before the end of a piece.
+[[gnu::noinline]] std::int32_t first_from(double last, const queries &q, std::int32_t begin, std::int32_t end) {
+  std::int32_t i = begin;
+  while (i < end && !(q.t[i] >= last)) ++i;
   return i;
 }
 
@@ -158,13 +155,13 @@ template <class MakePiece>
 int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_end, std::int32_t j,
                    const MakePiece &piece) {
   const double last = f.x[f.n - 1];
-  const double bound = hold_end ? last : __builtin_inf();
   while (i < q.n) {
     if (!reach(f, q.t[i], &j)) return -1;
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
+    const std::int32_t begin = i;
     const bool ends = j < f.n - 1 || hold_end;  // GCOVR_EXCL_BR_LINE: some pieces always hold the end
-    const double end = bound < f.x[j] ? bound : f.x[j];
-    i = ends ? fill(q, i, piece(j), node{end}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
+    i = ends ? fill(q, i, piece(j), node{f.x[j]}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
+    if (hold_end && last < f.x[j]) i = first_from(last, q, begin, i);                 // GCOVR_EXCL_BR_LINE: as above
   }
   return 0;
 }
@@ -179,13 +176,12 @@ int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool h
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const parabola piece(f, m);
     if (piece.scale == 0.0) return -1;
-    const middle half_way = {f.x[m], f.x[m + 1]};
-    if (m < f.n - 2 && hold_end && last < half_way.x1)
-      i = fill(q, i, piece, middle_or_last{half_way, {last}});
-    else if (m < f.n - 2)
-      i = fill(q, i, piece, half_way);
+    const std::int32_t begin = i;
+    if (m < f.n - 2)
+      i = fill(q, i, piece, middle{f.x[m], f.x[m + 1]});
     else
       i = hold_end ? fill(q, i, piece, node{last}) : fill(q, i, piece, nowhere());
+    if (hold_end && last < f.x[m + 1]) i = first_from(last, q, begin, i);
   }
   return 0;
 }
