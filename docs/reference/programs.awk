@@ -14,5 +14,6 @@
 }
 {
   gsub(/\(howto\.md#/, "(@ref ")
+  gsub(/\.md#[a-z0-9-]+\)/, ".md)")  # of sections without a name of their own it knows the page only
   print
 }
