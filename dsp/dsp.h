@@ -476,16 +476,15 @@ DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
  *     for (k = 0; k < v.length; k++) ...        // frequency k * v.dx
  *     dspi_irdft(&v, 0);                        // the record again; 1 if its length had been odd
  *
- * Cost per sample, from some hundred samples on: lengths whose prime factors are 13 at most take up to twice the time of
- * a power of two, all others four to eight times, since they go through two transforms of such a length from 2N - 2 on.
- * Real signals of even length take half the time of complex ones, those of odd length the same. Relative errors are
+ * Cost per sample, from some hundred samples on: lengths whose prime factors are 13 at most take up to twice the time
+ * of a power of two, all others four to eight times, since they go through two transforms of such a length from 2N - 2
+ * on. Real signals of even length take half the time of complex ones, those of odd length the same. Relative errors are
  * about 0.7e-16 times the square root of log2 N. The first transform of a length builds its tables in less time than 30
  * later ones take: about 2N doubles for powers of two, 5N with the work area for small prime factors, 20N for others.
- * Tables of powers of two stay until dsp_free_internal, so do those of the sixteen other lengths used last, up to 256 MB
- * of each kind (32 MB where addresses have 32 bits).
- * Sums are formed before they are scaled: samples beyond 1e308/N may overflow, forward and inverse. A NaN or infinite
- * sample spreads over the whole result. No buffer exceeds INT32_MAX doubles, so the longest transform has 2^30 - 1 samples.
- * -1 for lack of memory leaves the samples undefined.
+ * Tables of powers of two stay until dsp_free_internal, so do those of the sixteen other lengths used last, up to 256
+ * MB of each kind (32 MB where addresses have 32 bits). Sums are formed before they are scaled: samples beyond 1e308/N
+ * may overflow, forward and inverse. A NaN or infinite sample spreads over the whole result. No buffer exceeds
+ * INT32_MAX doubles, so the longest transform has 2^30 - 1 samples. -1 for lack of memory leaves the samples undefined.
  * ========================================================================================================== */
 
 /** Transform of a signal whose length is a power of two: forward if `inverse` is 0, else inverse. The result is
@@ -517,7 +516,8 @@ DSP_API int32_t dspi_rfft(dsp_vec *v);
 DSP_API int32_t dspi_irfft(dsp_vec *v);
 
 /** Transform of any length, otherwise as dspi_fft. For 0 and 1 samples only dx is inverted. Complex samples are
- * transformed where they lie. -1: no memory, or above 2^29 samples none of the fast lengths from 2N - 2 on below 2^31. */
+ * transformed where they lie. -1: no memory, or above 2^29 samples none of the fast lengths from 2N - 2 on below 2^31.
+ */
 DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
 
 /** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. For 0 and 1 samples only dx is inverted,

@@ -4,7 +4,7 @@
 
 int32_t dsp_free_internal(void) {
   // A cache is released before the caches it was built from. Stops at the first failure.
-  using releaser = std::int32_t (*)();
+  using releaser = int32_t (*)();
   constexpr releaser order[] = {dsp::filter::free_fir_work,      dsp::filter::free_sfir_work,
                                 dsp::fft::free_bitrev_tables,    dsp::fft::free_dct_work,
                                 dsp::fft::free_chirp_state,      dsp::dsp_free_scratch,

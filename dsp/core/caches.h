@@ -6,27 +6,27 @@
 
 namespace dsp {
 
-std::int32_t dsp_free_scratch();  // scratch output and scratch state
+int32_t dsp_free_scratch();  // scratch output and scratch state
 
 namespace filter {
-std::int32_t free_fir_work();   // work signals and spectra of the transform route
-std::int32_t free_sfir_work();  // the filter expanded from its half
+int32_t free_fir_work();   // work signals and spectra of the transform route
+int32_t free_sfir_work();  // the filter expanded from its half
 }  // namespace filter
 
 namespace fft {
-std::int32_t free_bitrev_tables();   // the two caches of bit-reversal lists
-std::int32_t free_dct_work();        // work signal and rotation table of the cosine transform
-std::int32_t free_chirp_state();     // chirp and filter spectrum of the any-length transform
-std::int32_t free_twiddle_tables();  // twiddle tables
+int32_t free_bitrev_tables();   // the two caches of bit-reversal lists
+int32_t free_dct_work();        // work signal and rotation table of the cosine transform
+int32_t free_chirp_state();     // chirp and filter spectrum of the any-length transform
+int32_t free_twiddle_tables();  // twiddle tables
 }  // namespace fft
 
 namespace window {
-std::int32_t free_window_cache();  // generated windows
+int32_t free_window_cache();  // generated windows
 }
 
 namespace resample {
-std::int32_t free_kernel_rows();     // work signal of the fractional stage
-std::int32_t free_converter_work();  // outputs of that stage on their way through the converter
+int32_t free_kernel_rows();     // work signal of the fractional stage
+int32_t free_converter_work();  // outputs of that stage on their way through the converter
 }  // namespace resample
 
 }  // namespace dsp

@@ -11,16 +11,16 @@ namespace {
 int32_t sign_beyond(double d, double tolerance) { return d > tolerance ? 1 : d < -tolerance ? -1 : 0; }
 
 // Compares whole blocks without an early exit, which vectorises, and searches only a block that holds a difference.
-int32_t order_equal_widths(const double *a, const double *b, std::int64_t n, double tolerance) {
-  constexpr std::int64_t block = 64;
-  for (std::int64_t begin = 0; begin < n; begin += block) {
-    const std::int64_t end = std::min(n, begin + block);
+int32_t order_equal_widths(const double *a, const double *b, int64_t n, double tolerance) {
+  constexpr int64_t block = 64;
+  for (int64_t begin = 0; begin < n; begin += block) {
+    const int64_t end = std::min(n, begin + block);
     int beyond = 0;
-    for (std::int64_t i = begin; i < end; ++i) {
+    for (int64_t i = begin; i < end; ++i) {
       const double d = a[i] - b[i];
       beyond |= (d > tolerance) | (d < -tolerance);
     }
-    for (std::int64_t i = begin; beyond != 0 && i < end; ++i)  // GCOVR_EXCL_BR_LINE: a difference is found
+    for (int64_t i = begin; beyond != 0 && i < end; ++i)  // GCOVR_EXCL_BR_LINE: a difference is found
       if (const int32_t sign = sign_beyond(a[i] - b[i], tolerance); sign != 0) return sign;
   }
   return 0;

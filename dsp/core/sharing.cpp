@@ -11,10 +11,10 @@ namespace dsp {
 // Compared as integers: pointers into different blocks have no order.
 bool lies_within(const dsp_vec &view, const dsp_vec &whole) {
   if (view.data == nullptr || whole.data == nullptr) return false;
-  const auto begin = reinterpret_cast<std::uintptr_t>(whole.data);
-  const auto held = static_cast<std::uint64_t>(std::max<std::int64_t>(whole.capacity, doubles(whole)));
-  const auto at = reinterpret_cast<std::uintptr_t>(view.data);
-  return at >= begin && at - begin < std::max<std::uint64_t>(held, 1) * sizeof(double);
+  const auto begin = reinterpret_cast<uintptr_t>(whole.data);
+  const auto held = static_cast<uint64_t>(std::max<int64_t>(whole.capacity, doubles(whole)));
+  const auto at = reinterpret_cast<uintptr_t>(view.data);
+  return at >= begin && at - begin < std::max<uint64_t>(held, 1) * sizeof(double);
 }
 
 int32_t size_over(dsp_vec *out, int32_t held, const operand &a, const operand &b) {

@@ -21,7 +21,7 @@ int32_t install(Hook &slot, Hook hook, Hook *previous) {
   return 0;
 }
 
-std::size_t bytes(std::int64_t n) { return static_cast<std::size_t>(n) * sizeof(double); }
+std::size_t bytes(int64_t n) { return static_cast<std::size_t>(n) * sizeof(double); }
 
 void release(dsp_vec *v) {
   if (v->capacity <= 0) return;
@@ -32,7 +32,7 @@ void release(dsp_vec *v) {
 }
 
 // Sets the capacity after a hook or the heap has allocated.
-int32_t sized(dsp_vec *v, std::int64_t need) {
+int32_t sized(dsp_vec *v, int64_t need) {
   v->capacity = v->data != nullptr ? static_cast<int32_t>(need) : 0;
   return v->data != nullptr ? 0 : -1;
 }
@@ -66,7 +66,7 @@ int32_t dsp_destroy(dsp_vec *v) {
 }
 
 int32_t dsp_alloc(dsp_vec *v) {
-  const std::int64_t need = doubles(*v);
+  const int64_t need = doubles(*v);
   if (need <= not_negative(v->capacity)) return 0;
   if (!countable(need)) return refuse(v);
   if (alloc_hook != nullptr) {
@@ -79,8 +79,8 @@ int32_t dsp_alloc(dsp_vec *v) {
 }
 
 int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
-  const std::int64_t need = doubles(*v);
-  const std::int64_t owned = not_negative(v->capacity);
+  const int64_t need = doubles(*v);
+  const int64_t owned = not_negative(v->capacity);
   if (need <= owned) return 0;
   if (!countable(need)) return refuse(v);
   const double *borrowed = owned > 0 ? nullptr : v->data;
@@ -91,7 +91,7 @@ int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
     v->data = static_cast<double *>(heap_resize(v->data, bytes(owned), bytes(need)));
   if (sized(v, need) != 0) return -1;
   if (borrowed != nullptr) {
-    const std::int64_t old = doubles_of(old_length, old_is_complex != 0);
+    const int64_t old = doubles_of(old_length, old_is_complex != 0);
     dsp_move_doubles(v->data, borrowed, bytes(old < need ? old : need));
   }
   return 0;

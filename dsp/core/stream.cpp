@@ -10,7 +10,7 @@ int32_t shape_state(dsp_vec *state, bool is_complex, int32_t length) {
   return -1;
 }
 
-int32_t dsp_output_prepare(stream_block *block, const dsp_vec *second, int32_t state_length, std::uint32_t flags) {
+int32_t dsp_output_prepare(stream_block *block, const dsp_vec *second, int32_t state_length, uint32_t flags) {
   if (block->state == nullptr && (flags & DSP_OUT_SHARED_STATE) != 0) block->state = scratch_state.obtain();
   if (block->state != nullptr) {
     block->state->dx = block->in.dx;

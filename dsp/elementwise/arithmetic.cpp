@@ -18,7 +18,7 @@ dsp_complex principal_root(dsp_complex z) {
   return from_polar(m, std::atan2(z.im, z.re) / 2.0);
 }
 
-void root(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+void root(double *out, const double *in, int64_t n, bool is_complex, dsp_complex) {
   if (is_complex)
     walk<dsp_complex>(out, n, principal_root, as<dsp_complex>(in));
   else

@@ -36,8 +36,8 @@ struct conjugate_product_of {
 // A divisor whose squared magnitude vanishes counts as zero; zero over zero is zero.
 struct quotient_of {
   // Tests all parts for zeros of either sign at once, by their bits.
-  static std::uint64_t bits(double x) { return __builtin_bit_cast(std::uint64_t, x); }
-  static bool zero(std::uint64_t x) { return x << 1 == 0; }
+  static uint64_t bits(double x) { return __builtin_bit_cast(uint64_t, x); }
+  static bool zero(uint64_t x) { return x << 1 == 0; }
   static dsp_complex chosen(bool divides, double re, double im, bool all_zero) {
     const double instead = all_zero ? 0.0 : overflow_bound;
     return {divides ? re : instead, divides ? im : instead};
@@ -129,7 +129,7 @@ void better(double *out, const operands &in, double sign) {
 template <class Kernel>
 void each_double_pair(double *out, const operands &in, double w) {
   const Kernel kernel{w};
-  const std::int64_t n = in.length;
+  const int64_t n = in.length;
   if (in.a_complex == in.b_complex)
     walk<double>(out, in.a_complex ? 2 * n : n, kernel, in.a, in.b);
   else if (in.a_complex)

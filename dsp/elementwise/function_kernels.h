@@ -10,10 +10,10 @@ namespace dsp::elementwise {
 
 struct function_kernel_set {
   // e^(by x), 1e100 above the limit
-  void (*exponential)(double *x, std::int64_t n, double by, double limit);
+  void (*exponential)(double *x, int64_t n, double by, double limit);
   // natural logarithm, and `factor` times the common one; x below the smallest normal double counts as that
-  void (*logarithm)(double *x, std::int64_t n);
-  void (*decibels)(double *x, std::int64_t n, double factor);
+  void (*logarithm)(double *x, int64_t n);
+  void (*decibels)(double *x, int64_t n, double factor);
 };
 
 DSP_DECLARE_KERNELS(function)

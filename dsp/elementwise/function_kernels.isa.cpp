@@ -19,8 +19,8 @@ inline double fused(double a, double b, double c) {
 constexpr double ln2_high = 0x1.62e42feep-1;  // 32 bits: its product with an exponent is exact
 constexpr double ln2_low = 0x1.a39ef35793c76p-33;
 
-inline std::uint64_t bits(double x) { return __builtin_bit_cast(std::uint64_t, x); }
-inline double number(std::uint64_t b) { return __builtin_bit_cast(double, b); }
+inline uint64_t bits(double x) { return __builtin_bit_cast(uint64_t, x); }
+inline double number(uint64_t b) { return __builtin_bit_cast(double, b); }
 
 // Added to a number below 2^51 in size it leaves the nearest integer in the low bits.
 constexpr double rounder = 0x1.8p52;
@@ -78,9 +78,9 @@ struct reduced {
 };
 
 inline reduced reduce(double x) {
-  constexpr std::uint64_t one = 0x3ff0000000000000;
-  constexpr std::uint64_t root_half = 0x3fe6a09e667f3bcd;
-  const std::uint64_t exponent = (bits(x) + (one - root_half)) >> 52;  // 1023 + k
+  constexpr uint64_t one = 0x3ff0000000000000;
+  constexpr uint64_t root_half = 0x3fe6a09e667f3bcd;
+  const uint64_t exponent = (bits(x) + (one - root_half)) >> 52;  // 1023 + k
   const double f = number(bits(x) - (exponent << 52) + one) - 1.0;
   const double s = f / (2.0 + f);
   const double z = s * s;
@@ -111,7 +111,7 @@ inline double common(double x) {
   constexpr double log10_e_high = 0x1.bcb7b1p-2;
   constexpr double log10_e_low = 0x1.49b9438ca9aaep-28;
   const reduced y = reduce(x);
-  const double high = number(bits(y.f - y.half_square) & ~std::uint64_t{0x7ffffff});
+  const double high = number(bits(y.f - y.half_square) & ~uint64_t{0x7ffffff});
   const double low = ((y.f - high) - y.half_square) + y.rest;
   const double whole = y.k * log10_2_high;
   const double part = high * log10_e_high;
@@ -122,14 +122,14 @@ inline double common(double x) {
 
 // Block by block: a block stays in the L1 cache, so testing it first for results that are not normal, which are rare,
 // costs little.
-void exponentials(double *x, std::int64_t n, double by, double limit) {
-  constexpr std::int64_t block = 1024;
+void exponentials(double *x, int64_t n, double by, double limit) {
+  constexpr int64_t block = 1024;
   const double least = -708.0 / by;
-  for (std::int64_t done = 0; done < n; done += block) {
+  for (int64_t done = 0; done < n; done += block) {
     double *const y = x + done;
-    const std::int64_t m = n - done < block ? n - done : block;
-    std::int64_t vanishing = 0;
-    for (std::int64_t i = 0; i < m; ++i) vanishing |= y[i] < least ? 1 : 0;
+    const int64_t m = n - done < block ? n - done : block;
+    int64_t vanishing = 0;
+    for (int64_t i = 0; i < m; ++i) vanishing |= y[i] < least ? 1 : 0;
     const auto each = [=](auto power) {
       walk<double>(
           y, m, [=](double t) { return t > limit ? overflow_bound : power(t * by); }, static_cast<const double *>(y));
@@ -141,12 +141,12 @@ void exponentials(double *x, std::int64_t n, double by, double limit) {
   }
 }
 
-void logarithms(double *x, std::int64_t n) {
+void logarithms(double *x, int64_t n) {
   walk<double>(
       x, n, [](double t) { return settled(t, -708.3964185322641, natural(t)); }, static_cast<const double *>(x));
 }
 
-void decibels(double *x, std::int64_t n, double factor) {
+void decibels(double *x, int64_t n, double factor) {
   const double floor = factor * -307.6526555685888;
   walk<double>(
       x, n,

@@ -59,26 +59,26 @@ dsp_complex log_of(dsp_complex z) {
 
 // Loops for in_place(), where `out` is `in`.
 template <dsp_complex (*function)(dsp_complex), class Real>
-void loop(double *out, const double *in, std::int64_t n, bool is_complex, Real real) {
+void loop(double *out, const double *in, int64_t n, bool is_complex, Real real) {
   if (is_complex)
     walk<dsp_complex>(out, n, function, as<dsp_complex>(in));
   else
     real(out);
 }
 
-void exponentials(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+void exponentials(double *out, const double *in, int64_t n, bool is_complex, dsp_complex) {
   loop<exp_of>(out, in, n, is_complex, [n](double *x) { function_kernels().exponential(x, n, 1.0, largest_exponent); });
 }
 
 // A real sample below -1e100 ends the conversion; dsp.h says so.
-void exponentials_of_ten(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+void exponentials_of_ten(double *out, const double *in, int64_t n, bool is_complex, dsp_complex) {
   loop<exp10_of>(out, in, n, is_complex, [n](double *x) {
     const double *end = std::find_if(x, x + n, [](double sample) { return sample < -overflow_bound; });
     function_kernels().exponential(x, end - x, ln_10, 100.0);
   });
 }
 
-void logarithms(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+void logarithms(double *out, const double *in, int64_t n, bool is_complex, dsp_complex) {
   loop<log_of>(out, in, n, is_complex, [n](double *x) { function_kernels().logarithm(x, n); });
 }
 

@@ -35,7 +35,7 @@ int32_t dspc_line(dsp_vec *v, double slope, double offset) {
   const double step = slope * v->dx;
   double value = offset;
   auto *z = as<dsp_complex>(v->data);
-  for (std::int32_t i = 0; i < samples(*v); ++i, value += step) {
+  for (int32_t i = 0; i < samples(*v); ++i, value += step) {
     if (v->is_complex != 0)
       z[i] = {value, 0.0};
     else

@@ -12,7 +12,7 @@ namespace dsp::elementwise {
 
 // The loop of a kernel that is overloaded on real and complex samples.
 template <class Kernel>
-void loop_of(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex) {
+void loop_of(double *out, const double *in, int64_t n, bool is_complex, dsp_complex) {
   each_sample(out, in, n, is_complex, Kernel());
 }
 

@@ -58,24 +58,24 @@ bool scale_factor(int32_t mode, int32_t from, int32_t to, double *factor) {
 }
 
 // Overlapping ranges are safe: the loop runs in the direction of the move.
-void move_scaled(double *to, const double *from, std::int64_t n, double factor) {
+void move_scaled(double *to, const double *from, int64_t n, double factor) {
   if (factor == 1.0) {
     if (n > 0) dsp_move_doubles(to, from, static_cast<std::size_t>(n) * sizeof(double));
   } else if (to <= from) {
     DSP_INDEPENDENT
-    for (std::int64_t i = 0; i < n; ++i) to[i] = factor * from[i];
+    for (int64_t i = 0; i < n; ++i) to[i] = factor * from[i];
   } else {
     DSP_INDEPENDENT
-    for (std::int64_t i = n - 1; i >= 0; --i) to[i] = factor * from[i];
+    for (int64_t i = n - 1; i >= 0; --i) to[i] = factor * from[i];
   }
 }
 
-void clear(double *at, std::int64_t n) {
+void clear(double *at, int64_t n) {
   if (n > 0) std::memset(at, 0, static_cast<std::size_t>(n) * sizeof(double));
 }
 
 // Samples n ... length - 1 become the conjugates of the samples that mirror them about 0.
-int32_t mirror(dsp_vec *v, std::int64_t length) {
+int32_t mirror(dsp_vec *v, int64_t length) {
   const int32_t n = samples(*v);
   if (length > INT32_MAX) return -1;
   v->length = static_cast<int32_t>(length);
@@ -83,11 +83,11 @@ int32_t mirror(dsp_vec *v, std::int64_t length) {
   if (v->is_complex != 0) {
     auto *z = as<dsp_complex>(v->data);
     DSP_INDEPENDENT
-    for (std::int64_t m = n; m < length; ++m) z[m] = {z[length - m].re, -z[length - m].im};
+    for (int64_t m = n; m < length; ++m) z[m] = {z[length - m].re, -z[length - m].im};
   } else {
     double *x = v->data;
     DSP_INDEPENDENT
-    for (std::int64_t m = n; m < length; ++m) x[m] = x[length - m];
+    for (int64_t m = n; m < length; ++m) x[m] = x[length - m];
   }
   return 0;
 }
@@ -108,9 +108,9 @@ int32_t dspi_zpad2(dsp_vec *v, int32_t length, int32_t mode) {
   double factor;
   placement p;
   if (!scale_factor(mode, old, length, &factor) || !place(mode, old, length, &p)) return -1;
-  const std::int64_t width = v->is_complex != 0 ? 2 : 1;
-  const std::int64_t head = p.head * width, head_at = p.head_at * width;
-  const std::int64_t tail = old * width - head, tail_at = length * width - tail;
+  const int64_t width = v->is_complex != 0 ? 2 : 1;
+  const int64_t head = p.head * width, head_at = p.head_at * width;
+  const int64_t tail = old * width - head, tail_at = length * width - tail;
   move_scaled(v->data + tail_at, v->data + head, tail, factor);
   move_scaled(v->data + head_at, v->data, head, factor);
   clear(v->data, head_at);
@@ -125,8 +125,8 @@ int32_t dspi_unzpad(dsp_vec *v, int32_t length, int32_t mode) {
   double factor;
   placement p;
   if (!scale_factor(mode, old, kept, &factor) || !place(mode, kept, old, &p)) return -1;
-  const std::int64_t width = v->is_complex != 0 ? 2 : 1;
-  const std::int64_t head = p.head * width, tail = kept * width - head;
+  const int64_t width = v->is_complex != 0 ? 2 : 1;
+  const int64_t head = p.head * width, tail = kept * width - head;
   move_scaled(v->data, v->data + p.head_at * width, head, factor);
   move_scaled(v->data + head, v->data + old * width - tail, tail, factor);
   v->length = kept;
@@ -136,7 +136,7 @@ int32_t dspi_unzpad(dsp_vec *v, int32_t length, int32_t mode) {
 int32_t dspi_recon(dsp_vec *v) { return samples(*v) < 3 ? 0 : dspi_orecon(v, 0); }
 
 int32_t dspi_orecon(dsp_vec *v, int32_t odd) {
-  const std::int64_t n = samples(*v);
+  const int64_t n = samples(*v);
   if (n < 2 || (odd == 0 && n == 2)) return 0;
   return mirror(v, 2 * (n - 1) + (odd != 0 ? 1 : 0));
 }

@@ -14,15 +14,15 @@ template <class A, class B>
 using product_of = decltype(multiply(A(), B()));
 
 void convolve(const dsp_vec &a, const dsp_vec &b, double *out) {
-  const std::int64_t m = samples(a);
-  const std::int64_t n = samples(b);
+  const int64_t m = samples(a);
+  const int64_t n = samples(b);
   with_samples(a.data, a.is_complex != 0, b.data, b.is_complex != 0, [=](const auto *x, const auto *y) {
     using sample = product_of<std::decay_t<decltype(*x)>, std::decay_t<decltype(*y)>>;
     auto *to = as<sample>(out);
-    for (std::int64_t i = 0; i < m; ++i) {
+    for (int64_t i = 0; i < m; ++i) {
       const auto factor = x[i];
       DSP_INDEPENDENT
-      for (std::int64_t j = 0; j < n; ++j) accumulate(&to[i + j], multiply(factor, y[j]));
+      for (int64_t j = 0; j < n; ++j) accumulate(&to[i + j], multiply(factor, y[j]));
     }
   });
 }
@@ -34,9 +34,9 @@ using namespace dsp;
 using namespace dsp::elementwise;
 
 int32_t dspb_pmul(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  const std::int64_t m = samples(*a);
-  const std::int64_t n = samples(*b);
-  const std::int64_t length = m > 0 && n > 0 ? m + n - 1 : 0;
+  const int64_t m = samples(*a);
+  const int64_t n = samples(*b);
+  const int64_t length = m > 0 && n > 0 ? m + n - 1 : 0;
   if (length > INT32_MAX) return -1;
   output result(out, {a, b});
   if (result.shape(static_cast<int32_t>(length), a->is_complex != 0 || b->is_complex != 0, a->dx) != 0) return -1;

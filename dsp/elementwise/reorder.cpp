@@ -21,7 +21,7 @@ bool before(dsp_complex a, dsp_complex b) {
 }
 
 int32_t rotate_left(dsp_vec *v, int32_t k) {
-  const std::int64_t n = doubles(*v);
+  const int64_t n = doubles(*v);
   if (n > 0 && k == v->length - k)
     unary_kernels().exchange(v->data, v->data + n / 2, n / 2);
   else

@@ -33,7 +33,7 @@ dsp_complex complex_decibels(dsp_complex z, double factor) {
   return {factor * std::log10(p) * 0.5, factor * std::atan2(saturate(z.im), saturate(z.re)) * log10_e};
 }
 
-void decibels(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex factor) {
+void decibels(double *out, const double *in, int64_t n, bool is_complex, dsp_complex factor) {
   if (is_complex)
     walk<dsp_complex>(
         out, n, [=](dsp_complex z) { return complex_decibels(z, factor.re); }, as<dsp_complex>(in));

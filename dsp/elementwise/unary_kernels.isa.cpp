@@ -85,29 +85,29 @@ Kernel made(dsp_complex c) {
 }
 
 template <class Kernel>
-void each(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c) {
+void each(double *out, const double *in, int64_t n, bool is_complex, dsp_complex c) {
   each_sample(out, in, n, is_complex, made<Kernel>(c));
 }
 
 // Both components of complex samples alike.
 template <class Kernel>
-void each_double(double *out, const double *in, std::int64_t n, bool is_complex, dsp_complex c) {
+void each_double(double *out, const double *in, int64_t n, bool is_complex, dsp_complex c) {
   walk<double>(out, is_complex ? 2 * n : n, made<Kernel>(c), in);
 }
 
 template <class Sample, class Kernel>
-void only(double *out, const double *in, std::int64_t n, bool, dsp_complex) {
+void only(double *out, const double *in, int64_t n, bool, dsp_complex) {
   walk<decltype(Kernel()(Sample()))>(out, n, Kernel(), as<Sample>(in));
 }
 
-void root(double *out, const double *in, std::int64_t n) {
+void root(double *out, const double *in, int64_t n) {
   walk<double>(
       out, n, [](double x) { return x < 0.0 ? 0.0 : __builtin_sqrt(x); }, in);
 }
 
-bool clamp(double *x, std::int64_t n, double lo, double hi) {
-  std::int64_t out = 0;
-  for (std::int64_t i = 0; i < n; ++i) {
+bool clamp(double *x, int64_t n, double lo, double hi) {
+  int64_t out = 0;
+  for (int64_t i = 0; i < n; ++i) {
     out |= x[i] < lo || x[i] > hi ? 1 : 0;
     x[i] = x[i] < lo ? lo : x[i] > hi ? hi : x[i];
   }
@@ -116,13 +116,13 @@ bool clamp(double *x, std::int64_t n, double lo, double hi) {
 
 // From the last sample to the first, so that each is read before it is replaced.
 template <class Finish>
-void difference(double *x, std::int64_t n, std::int64_t width, Finish finish) {
+void difference(double *x, int64_t n, int64_t width, Finish finish) {
   DSP_INDEPENDENT
-  for (std::int64_t i = n - 1; i >= width; --i) x[i] = finish(x[i] - x[i - width]);
-  for (std::int64_t i = 0; i < width && i < n; ++i) x[i] = finish(x[i]);
+  for (int64_t i = n - 1; i >= width; --i) x[i] = finish(x[i] - x[i - width]);
+  for (int64_t i = 0; i < width && i < n; ++i) x[i] = finish(x[i]);
 }
 
-void difference_quotient(double *x, std::int64_t n, std::int64_t width, double dx) {
+void difference_quotient(double *x, int64_t n, int64_t width, double dx) {
   if (dx == 0.0)
     difference(x, n, width, [](double d) { return d * overflow_bound; });
   else
@@ -130,33 +130,33 @@ void difference_quotient(double *x, std::int64_t n, std::int64_t width, double d
 }
 
 template <class Sample>
-void derivative(Sample *x, std::int32_t n) {
+void derivative(Sample *x, int32_t n) {
   DSP_INDEPENDENT
-  for (std::int32_t i = 1; i < n; ++i) x[i - 1] = multiply(x[i], static_cast<double>(i));
+  for (int32_t i = 1; i < n; ++i) x[i - 1] = multiply(x[i], static_cast<double>(i));
 }
 
-void derivative_of(double *x, std::int32_t n, bool is_complex) {
+void derivative_of(double *x, int32_t n, bool is_complex) {
   with_samples(x, is_complex, [n](auto *sample) { derivative(sample, n); });
 }
 
 template <class Sample>
-void reverse(Sample *x, std::int32_t n) {
-  const std::int32_t half = n / 2;
+void reverse(Sample *x, int32_t n) {
+  const int32_t half = n / 2;
   DSP_INDEPENDENT
-  for (std::int32_t i = 0; i < half; ++i) {
+  for (int32_t i = 0; i < half; ++i) {
     const Sample front = x[i];
     x[i] = x[n - 1 - i];
     x[n - 1 - i] = front;
   }
 }
 
-void reverse_samples(double *x, std::int32_t n, bool is_complex) {
+void reverse_samples(double *x, int32_t n, bool is_complex) {
   with_samples(x, is_complex, [n](auto *sample) { reverse(sample, n); });
 }
 
-void exchange(double *x, double *y, std::int64_t n) {
+void exchange(double *x, double *y, int64_t n) {
   DSP_INDEPENDENT
-  for (std::int64_t i = 0; i < n; ++i) {
+  for (int64_t i = 0; i < n; ++i) {
     const double first = x[i];
     x[i] = y[i];
     y[i] = first;

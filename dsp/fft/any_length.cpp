@@ -7,7 +7,7 @@
 
 namespace dsp::fft {
 
-std::int32_t transform_of_any_length(double *x, std::int32_t n, bool inverse, double scale) {
+int32_t transform_of_any_length(double *x, int32_t n, bool inverse, double scale) {
   if (is_power_of_two(n)) return transform(x, log2_of(n), inverse, scale);
   if (is_direct(n)) return direct_transform(x, n, inverse, scale), 0;
   if (const mixed_entry *known = find_mixed(n)) return mixed_transform(known, x, inverse, scale);

@@ -35,11 +35,10 @@ void store(sample<Parts> *x, std::ptrdiff_t stride, const sample<Parts> (&from)[
 }
 
 template <int T, int Parts>
-void reverse_tiles(double *data, std::ptrdiff_t n, double scale, const std::uint32_t *pairs,
-                   const std::uint32_t *fixed) {
+void reverse_tiles(double *data, std::ptrdiff_t n, double scale, const uint32_t *pairs, const uint32_t *fixed) {
   auto *x = reinterpret_cast<sample<Parts> *>(data);
   const std::ptrdiff_t stride = n / T;
-  const auto tile = [x](std::uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * T; };
+  const auto tile = [x](uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * T; };
   for (; *fixed != bitrev_fixed_end; ++fixed) {
     sample<Parts> t[T][T];
     load(tile(*fixed), stride, scale, t);
@@ -60,8 +59,8 @@ void reverse_tiles(double *data, std::ptrdiff_t n, double scale, const std::uint
 int32_t reverse(dsp_vec *v, double scale) {
   const int bits = log2_of(v->length);
   const bool tiled = bits >= 4;
-  const std::uint32_t *pairs = bitrev_pairs(tiled ? bits - 4 : bits);
-  const std::uint32_t *fixed = bitrev_fixed(tiled ? bits - 4 : bits);
+  const uint32_t *pairs = bitrev_pairs(tiled ? bits - 4 : bits);
+  const uint32_t *fixed = bitrev_fixed(tiled ? bits - 4 : bits);
   if (pairs == nullptr || fixed == nullptr) return -1;
   const auto run = v->is_complex != 0 ? (tiled ? reverse_tiles<4, 2> : reverse_tiles<1, 2>)
                                       : (tiled ? reverse_tiles<4, 1> : reverse_tiles<1, 1>);

@@ -7,11 +7,11 @@
 namespace dsp::fft {
 namespace {
 
-table_cache<std::uint32_t> bitrev_pair_cache;
-table_cache<std::uint32_t> bitrev_fixed_cache;
+table_cache<uint32_t> bitrev_pair_cache;
+table_cache<uint32_t> bitrev_fixed_cache;
 
-std::uint32_t reversed(std::uint32_t value, int bits) {
-  std::uint32_t r = 0;
+uint32_t reversed(uint32_t value, int bits) {
+  uint32_t r = 0;
   for (int b = 0; b < bits; ++b, value >>= 1) r = r << 1 | (value & 1);
   return r;
 }
@@ -22,25 +22,25 @@ std::uint32_t reversed(std::uint32_t value, int bits) {
 template <class Visit>
 void visit_reversals(int bits, const Visit &visit) {
   const int half = bits / 2;
-  const std::uint32_t size = 1u << half;
-  const std::uint32_t middles = bits % 2 != 0 ? 2 : 1;
-  const std::uint32_t side = size < 8 ? size : 8;
-  const auto visit_square = [&](std::uint32_t first_a, std::uint32_t first_b, std::uint32_t middle) {
-    for (std::uint32_t a = first_a; a < first_a + side; ++a)
-      for (std::uint32_t b = a > first_b ? a : first_b; b < first_b + side; ++b)
+  const uint32_t size = 1u << half;
+  const uint32_t middles = bits % 2 != 0 ? 2 : 1;
+  const uint32_t side = size < 8 ? size : 8;
+  const auto visit_square = [&](uint32_t first_a, uint32_t first_b, uint32_t middle) {
+    for (uint32_t a = first_a; a < first_a + side; ++a)
+      for (uint32_t b = a > first_b ? a : first_b; b < first_b + side; ++b)
         visit(((reversed(a, half) * middles + middle) << half) | b,
               ((reversed(b, half) * middles + middle) << half) | a);
   };
-  for (std::uint32_t a = 0; a < size; a += side)
-    for (std::uint32_t b = a; b < size; b += side)
-      for (std::uint32_t middle = 0; middle < middles; ++middle) visit_square(a, b, middle);
+  for (uint32_t a = 0; a < size; a += side)
+    for (uint32_t b = a; b < size; b += side)
+      for (uint32_t middle = 0; middle < middles; ++middle) visit_square(a, b, middle);
 }
 
 }  // namespace
 
-const std::uint32_t *bitrev_pairs(int bits) {
-  return bitrev_pair_cache.find_or_build(bits, std::int64_t{1} << bits, [bits](std::uint32_t *table) {
-    visit_reversals(bits, [&table](std::uint32_t i, std::uint32_t j) {
+const uint32_t *bitrev_pairs(int bits) {
+  return bitrev_pair_cache.find_or_build(bits, int64_t{1} << bits, [bits](uint32_t *table) {
+    visit_reversals(bits, [&table](uint32_t i, uint32_t j) {
       if (i == j) return;
       *table++ = i;
       *table++ = j;
@@ -50,9 +50,9 @@ const std::uint32_t *bitrev_pairs(int bits) {
   });
 }
 
-const std::uint32_t *bitrev_fixed(int bits) {
-  return bitrev_fixed_cache.find_or_build(bits, (std::int64_t{2} << bits / 2) + 2, [bits](std::uint32_t *table) {
-    visit_reversals(bits, [&table](std::uint32_t i, std::uint32_t j) {
+const uint32_t *bitrev_fixed(int bits) {
+  return bitrev_fixed_cache.find_or_build(bits, (int64_t{2} << bits / 2) + 2, [bits](uint32_t *table) {
+    visit_reversals(bits, [&table](uint32_t i, uint32_t j) {
       if (i == j) *table++ = i;
     });
     *table = bitrev_fixed_end;
@@ -60,7 +60,7 @@ const std::uint32_t *bitrev_fixed(int bits) {
   });
 }
 
-std::int32_t free_bitrev_tables() {
+int32_t free_bitrev_tables() {
   forget_setups();
   bitrev_pair_cache.release();
   bitrev_fixed_cache.release();

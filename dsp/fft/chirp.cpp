@@ -17,7 +17,7 @@ namespace dsp::fft {
 namespace {
 
 struct chirp_tables {
-  std::int32_t grid;
+  int32_t grid;
   double *chirp;   // w[k] = exp(-i pi k^2/n)
   double *filter;  // spectrum of conj w
 };
@@ -25,22 +25,22 @@ struct chirp_tables {
 recent<chirp_tables> chirps;
 work_memory chirp_work;
 
-std::int32_t grid_transform(double *x, std::int32_t m, bool inverse, double scale) {
+int32_t grid_transform(double *x, int32_t m, bool inverse, double scale) {
   if (is_power_of_two(m)) return transform(x, log2_of(m), inverse, scale);
   return mixed_transform(find_or_make_mixed(m), x, inverse, scale);
 }
 
 struct grid {
-  std::int64_t length;
+  int64_t length;
   double cost;  // of a transform
 };
 
 // Lengths that transform fast: powers of two times a few odd numbers.
-grid cheapest_grid(std::int64_t least) {
+grid cheapest_grid(int64_t least) {
   grid best = {INT64_MAX, HUGE_VAL};
-  static constexpr std::int64_t odd_factors[] = {1, 3, 5, 7, 9, 15, 21, 25, 27, 35, 45, 49, 63, 75, 81, 105, 125, 135};
-  for (const std::int64_t odd : odd_factors) {
-    std::int64_t length = odd * power_of_two_from((least + odd - 1) / odd);
+  static constexpr int64_t odd_factors[] = {1, 3, 5, 7, 9, 15, 21, 25, 27, 35, 45, 49, 63, 75, 81, 105, 125, 135};
+  for (const int64_t odd : odd_factors) {
+    int64_t length = odd * power_of_two_from((least + odd - 1) / odd);
     const int levels = log2_of(length);
     // A power of two needs no work area; the first pass of the others has the radix of the lanes.
     const double cost = static_cast<double>(length) *
@@ -54,13 +54,13 @@ grid cheapest_grid(std::int64_t least) {
   return best;
 }
 
-grid grid_of(std::int32_t n) { return cheapest_grid(2 * std::int64_t{n} - 2); }
+grid grid_of(int32_t n) { return cheapest_grid(2 * int64_t{n} - 2); }
 
 // The square is carried modulo 2n.
-void fill_chirp(const circle &roots, std::int32_t n, double *w) {
-  const std::int64_t period = 2 * std::int64_t{n};
-  std::int64_t square = 0;
-  for (std::int64_t k = 0; k < n; ++k) {
+void fill_chirp(const circle &roots, int32_t n, double *w) {
+  const int64_t period = 2 * int64_t{n};
+  int64_t square = 0;
+  for (int64_t k = 0; k < n; ++k) {
     const root r = roots[square];
     w[2 * k] = r.cos;
     w[2 * k + 1] = -r.sin;
@@ -70,7 +70,7 @@ void fill_chirp(const circle &roots, std::int32_t n, double *w) {
 }
 
 // Where m is 2n - 2, the last sample and its mirror are one.
-std::int32_t fill_filter(const double *w, std::int32_t n, std::int32_t m, double *h) {
+int32_t fill_filter(const double *w, int32_t n, int32_t m, double *h) {
   std::memset(h, 0, static_cast<std::size_t>(m) * 2 * sizeof(double));
   for (std::ptrdiff_t k = 0; k < n; ++k) {
     const std::ptrdiff_t mirror = k == 0 ? 0 : m - k;
@@ -80,15 +80,15 @@ std::int32_t fill_filter(const double *w, std::int32_t n, std::int32_t m, double
   return grid_transform(h, m, false, 1.0);
 }
 
-const chirp_tables *add_chirp(std::int32_t n) {
-  const std::int64_t length = grid_of(n).length;
+const chirp_tables *add_chirp(int32_t n) {
+  const int64_t length = grid_of(n).length;
   if (length > INT32_MAX) return nullptr;
-  const auto m = static_cast<std::int32_t>(length);
+  const auto m = static_cast<int32_t>(length);
   circle roots(2 * n);
   if (!roots.build()) return nullptr;
   void *block;
   chirp_tables *tables =
-      chirps.add(n, (static_cast<std::uint64_t>(n) + static_cast<std::uint64_t>(m) + 8) * 2 * sizeof(double), &block);
+      chirps.add(n, (static_cast<uint64_t>(n) + static_cast<uint64_t>(m) + 8) * 2 * sizeof(double), &block);
   if (tables == nullptr) return nullptr;
   auto *filter = static_cast<double *>(block);
   *tables = {m, filter + 2 * static_cast<std::ptrdiff_t>(m), filter};
@@ -100,16 +100,16 @@ const chirp_tables *add_chirp(std::int32_t n) {
 
 }  // namespace
 
-bool has_chirp(std::int32_t n) { return chirps.find(n) != nullptr; }
+bool has_chirp(int32_t n) { return chirps.find(n) != nullptr; }
 
-double chirp_cost(std::int32_t n) { return 2 * grid_of(n).cost + 6.0 * n; }
+double chirp_cost(int32_t n) { return 2 * grid_of(n).cost + 6.0 * n; }
 
-std::int32_t chirp_transform(double *x, std::int32_t n, bool inverse, double scale) {
+int32_t chirp_transform(double *x, int32_t n, bool inverse, double scale) {
   const chirp_tables *tables = chirps.find(n);
   if (tables == nullptr) tables = add_chirp(n);
   if (tables == nullptr) return -1;
-  const std::int32_t m = tables->grid;
-  double *const y = chirp_work.at_least(2 * std::int64_t{m});
+  const int32_t m = tables->grid;
+  double *const y = chirp_work.at_least(2 * int64_t{m});
   if (y == nullptr) return -1;
   const chirp_kernel_set &kernels = chirp_kernels();
   kernels.multiply(x, tables->chirp, n, inverse, y);

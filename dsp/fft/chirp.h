@@ -7,12 +7,12 @@ namespace dsp::fft {
 
 // n >= 3. x: n complex samples, replaced by their transform times `scale`. -1: no memory, or no length to convolve on,
 // x untouched.
-std::int32_t chirp_transform(double *x, std::int32_t n, bool inverse, double scale);
+int32_t chirp_transform(double *x, int32_t n, bool inverse, double scale);
 
 // Whether what a length takes is at hand.
-bool has_chirp(std::int32_t n);
+bool has_chirp(int32_t n);
 
 // Cycles or so.
-double chirp_cost(std::int32_t n);
+double chirp_cost(int32_t n);
 
 }  // namespace dsp::fft

@@ -9,11 +9,7 @@ namespace dsp::fft {
 
 class circle {
  public:
-  explicit circle(std::int32_t n)
-      : multiple_(n % 4 == 0   ? 1
-                  : n % 2 == 0 ? 2
-                               : 4),
-        period_(std::int64_t{n} * multiple_) {}
+  explicit circle(int32_t n) : multiple_(n % 4 == 0 ? 1 : n % 2 == 0 ? 2 : 4), period_(int64_t{n} * multiple_) {}
   circle(const circle &) = delete;
   circle &operator=(const circle &) = delete;
   ~circle();
@@ -21,7 +17,7 @@ class circle {
   bool build();  // false: no memory
 
   // cos and sin of 2 pi k/n, 0 <= k < n.
-  root operator[](std::int64_t k) const {
+  root operator[](int64_t k) const {
     k *= multiple_;
     const bool below = 2 * k > period_;
     if (below) k = period_ - k;
@@ -35,8 +31,8 @@ class circle {
   }
 
  private:
-  std::int64_t multiple_;
-  std::int64_t period_;  // a multiple of 4, as the symmetries ask for
+  int64_t multiple_;
+  int64_t period_;  // a multiple of 4, as the symmetries ask for
   double *cosines_ = nullptr;
   double *sines_ = nullptr;
 };

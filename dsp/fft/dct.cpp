@@ -33,10 +33,10 @@ const dct_rotations *rotations_for(int32_t n) {
   if (const dct_rotations *known = dct_tables.find(n)) return known;
   const int32_t count = (n - 1) / 2;
   void *block;
-  dct_rotations *made = dct_tables.add(n, static_cast<std::uint64_t>(count + 1) * sizeof(dsp_complex), &block);
+  dct_rotations *made = dct_tables.add(n, static_cast<uint64_t>(count + 1) * sizeof(dsp_complex), &block);
   if (made == nullptr) return nullptr;
   made->entry = static_cast<dsp_complex *>(block);
-  fill_roots(&made->entry->re, &made->entry->im, 2, 1, count, 4 * std::int64_t{n});
+  fill_roots(&made->entry->re, &made->entry->im, 2, 1, count, 4 * int64_t{n});
   return made;
 }
 
@@ -83,7 +83,7 @@ int32_t backward(dsp_vec *v, bool normalised) {
 
 }  // namespace
 
-std::int32_t free_dct_work() {
+int32_t free_dct_work() {
   dct_tables.release();
   return dct_work.release();
 }

@@ -4,27 +4,27 @@ namespace dsp::fft {
 namespace DSP_ISA {
 namespace {
 
-void permute(const double *__restrict x, std::int32_t n, double *__restrict permuted) {
+void permute(const double *__restrict x, int32_t n, double *__restrict permuted) {
   double *const last = permuted + n - 1;
-  for (std::int32_t i = 0; i < n / 2; ++i) permuted[i] = x[2 * i];
-  for (std::int32_t i = 0; i < n / 2; ++i) last[-i] = x[2 * i + 1];
+  for (int32_t i = 0; i < n / 2; ++i) permuted[i] = x[2 * i];
+  for (int32_t i = 0; i < n / 2; ++i) last[-i] = x[2 * i + 1];
   if (n % 2 != 0) permuted[n / 2] = x[n - 1];
 }
 
-void unpermute(const double *__restrict permuted, std::int32_t n, double *__restrict x) {
+void unpermute(const double *__restrict permuted, int32_t n, double *__restrict x) {
   const double *const last = permuted + n - 1;
-  for (std::int32_t i = 0; i < n / 2; ++i) {
+  for (int32_t i = 0; i < n / 2; ++i) {
     x[2 * i] = permuted[i];
     x[2 * i + 1] = last[-i];
   }
   if (n % 2 != 0) x[n - 1] = permuted[n / 2];
 }
 
-void rotate(const dsp_complex *__restrict bins, const dsp_complex *__restrict rotations, std::int32_t n,
+void rotate(const dsp_complex *__restrict bins, const dsp_complex *__restrict rotations, int32_t n,
             double *__restrict y) {
-  const std::int32_t count = (n - 1) / 2;
+  const int32_t count = (n - 1) / 2;
   double *const last = y + n - 1;
-  for (std::int32_t k = 0; k < count; ++k) {
+  for (int32_t k = 0; k < count; ++k) {
     const dsp_complex w = rotations[k];
     const dsp_complex bin = bins[k + 1];
     y[k + 1] = w.re * bin.re + w.im * bin.im;
@@ -32,11 +32,11 @@ void rotate(const dsp_complex *__restrict bins, const dsp_complex *__restrict ro
   }
 }
 
-void rotate_back(const double *__restrict y, const dsp_complex *__restrict rotations, std::int32_t n,
+void rotate_back(const double *__restrict y, const dsp_complex *__restrict rotations, int32_t n,
                  dsp_complex *__restrict bins) {
-  const std::int32_t count = (n - 1) / 2;
+  const int32_t count = (n - 1) / 2;
   const double *const last = y + n - 1;
-  for (std::int32_t k = 0; k < count; ++k) {
+  for (int32_t k = 0; k < count; ++k) {
     const dsp_complex w = rotations[k];
     bins[k + 1].re = w.re * y[k + 1] + w.im * last[-k];
     bins[k + 1].im = w.im * y[k + 1] - w.re * last[-k];

@@ -14,7 +14,7 @@ int32_t dspi_dft(dsp_vec *v, int32_t inverse) {
     return dspi_rdft(v) == 0 ? dspi_orecon(v, 0) : -1;
   if (n > 1) {
     const double scale = inverse != 0 ? 1.0 : 1.0 / n;
-    if (!countable(2 * std::int64_t{n}) || dspi_rtoc(v) != 0 ||
+    if (!countable(2 * int64_t{n}) || dspi_rtoc(v) != 0 ||
         transform_of_any_length(v->data, n, inverse != 0, scale) != 0)
       return -1;
   }

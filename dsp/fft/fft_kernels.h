@@ -12,18 +12,18 @@ namespace dsp::fft {
 // samples, then one pass over tiles of 2^tile_bits times 2^tile_bits samples that does the rest and reverses the bits.
 // In between, `lanes` real and `lanes` imaginary parts lie in turn.
 struct fft_plan {
-  std::int8_t bits;
-  std::int8_t lanes;
-  std::int8_t tile_bits;
-  std::int8_t passes;
-  std::int8_t radix_bits[16];
+  int8_t bits;
+  int8_t lanes;
+  int8_t tile_bits;
+  int8_t passes;
+  int8_t radix_bits[16];
 };
 
 // What a kernel reads beside the samples.
 struct fft_tables {
   const double *roots;
-  const std::uint32_t *pairs;  // of tiles
-  const std::uint32_t *fixed;
+  const uint32_t *pairs;  // of tiles
+  const uint32_t *fixed;
 };
 
 struct fft_kernel_set {

@@ -192,13 +192,13 @@ struct tile {
 template <int W, int T, bool Exchange>
 void last_pass(const fft_tables &tables, double *x, std::ptrdiff_t n, double scale) {
   const std::ptrdiff_t stride = 2 * (n / T);
-  const auto at = [x](std::uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * 2 * T; };
-  for (const std::uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
+  const auto at = [x](uint32_t number) { return x + static_cast<std::ptrdiff_t>(number) * 2 * T; };
+  for (const uint32_t *i = tables.fixed; *i != bitrev_fixed_end; ++i) {
     tile<W, T> t;
     t.load(at(*i), stride);
     t.template finish<Exchange>(scale, at(*i), stride);
   }
-  for (const std::uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
+  for (const uint32_t *pair = tables.pairs; *pair != 0; pair += 2) {
     tile<W, T> from_a;
     tile<W, T> from_b;
     from_a.load(at(pair[0]), stride);

@@ -7,32 +7,30 @@ namespace dsp::fft {
 
 // How the record is laid out as a matrix, and what that costs, in cycles or so.
 struct mixed_shape {
-  std::int32_t lanes;  // as in mixed_plan
+  int32_t lanes;  // as in mixed_plan
   bool transposed;
-  std::int32_t n1;
+  int32_t n1;
   double cost;  // infinite: not with these passes
 };
 
 // n >= 3 that is no power of two, on kernels of up to so many lanes.
-mixed_shape shape_of(std::int32_t n, std::int32_t widest);
+mixed_shape shape_of(int32_t n, int32_t widest);
 
 // The radices of a part on kernels of so many lanes, from the smallest to the largest; their number.
-std::int32_t choose_radices(std::int32_t n, std::int32_t lanes, std::int8_t *radix);
+int32_t choose_radices(int32_t n, int32_t lanes, int8_t *radix);
 
 // Whether a length is one butterfly, which needs no plan.
-constexpr bool is_direct(std::int32_t n) {
-  return n == 3 || n == 5 || n == 6 || n == 7 || n == 9 || n == 10 || n == 12;
-}
+constexpr bool is_direct(int32_t n) { return n == 3 || n == 5 || n == 6 || n == 7 || n == 9 || n == 10 || n == 12; }
 
-void direct_transform(double *x, std::int32_t n, bool inverse, double scale);
+void direct_transform(double *x, int32_t n, bool inverse, double scale);
 
 // The plan of a length with its tables; null: not made yet, or no memory to make it.
 struct mixed_entry;
-const mixed_entry *find_mixed(std::int32_t n);
-const mixed_entry *find_or_make_mixed(std::int32_t n);
+const mixed_entry *find_mixed(int32_t n);
+const mixed_entry *find_or_make_mixed(int32_t n);
 
 // x: complex samples, replaced by their transform times `scale`. -1: no memory, x untouched.
-std::int32_t mixed_transform(const mixed_entry *entry, double *x, bool inverse, double scale);
+int32_t mixed_transform(const mixed_entry *entry, double *x, bool inverse, double scale);
 
 void free_mixed_plans();
 

@@ -10,30 +10,30 @@
 namespace dsp::fft {
 
 // Primes up to here have a pass.
-constexpr std::int32_t largest_radix = 61;
+constexpr int32_t largest_radix = 61;
 
 // Whether it is one of its own: 9 and 10 legs take 32 registers, 15 serve 60 samples, and those above 8 are much code.
-constexpr bool has_butterfly(std::int32_t radix, std::int32_t lanes) {
+constexpr bool has_butterfly(int32_t radix, int32_t lanes) {
   return radix <= 8 || (radix <= 10 && lanes == 8) || ((radix == 11 || radix == 13) && lanes >= 4) ||
          (radix == 15 && lanes == 4);
 }
 
 // A transform of n vectors whose lanes belong to different transforms: in place, one pass for each radix.
 struct mixed_part {
-  std::int32_t n;
-  std::int32_t passes;
-  std::int8_t radix[32];
-  const double *roots;         // of the passes but the last, each for all lanes
-  const double *circle[32];    // for a radix p without a butterfly of its own: cos and sin of 2 pi i/p, i = 0 .. p - 1
-  const std::uint32_t *order;  // where the first result of each block of the last pass goes
+  int32_t n;
+  int32_t passes;
+  int8_t radix[32];
+  const double *roots;       // of the passes but the last, each for all lanes
+  const double *circle[32];  // for a radix p without a butterfly of its own: cos and sin of 2 pi i/p, i = 0 .. p - 1
+  const uint32_t *order;     // where the first result of each block of the last pass goes
 };
 
 // The record is a matrix of n1 rows and n2 columns. The columns are transformed, multiplied by roots of n and stored in
 // the work area; then the rows are.
 struct mixed_plan {
-  std::int32_t lanes;       // 1: no matrix, all of the record is `rows`
-  std::int32_t transposed;  // n1 is a multiple of `lanes`: the first pass over columns has that radix, and transposes
-  std::int32_t n1;
+  int32_t lanes;       // 1: no matrix, all of the record is `rows`
+  int32_t transposed;  // n1 is a multiple of `lanes`: the first pass over columns has that radix, and transposes
+  int32_t n1;
   mixed_part columns;  // after that pass: n1/lanes vectors
   mixed_part rows;
   const double *first;   // roots of that pass
@@ -46,11 +46,11 @@ struct mixed_work {
 };
 
 struct mixed_kernel_set {
-  std::int32_t lanes;        // of the widest kernel
-  std::int32_t root_values;  // as in fft_kernel_set
+  int32_t lanes;        // of the widest kernel
+  int32_t root_values;  // as in fft_kernel_set
   void (*transform)(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse);
   // One butterfly: 3, 5, 6, 7, 9, 10 or 12 samples. Not in the set for AVX-512.
-  void (*direct)(std::int32_t n, double *x, double scale, bool inverse);
+  void (*direct)(int32_t n, double *x, double scale, bool inverse);
 };
 
 DSP_DECLARE_KERNELS(mixed)

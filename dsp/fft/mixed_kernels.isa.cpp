@@ -46,7 +46,7 @@ struct pass_context {
   std::ptrdiff_t blocks;
   const double *roots;
   const double *circle;  // for a prime without a butterfly
-  const std::uint32_t *order;
+  const uint32_t *order;
   const result_sink *sink;
 };
 
@@ -372,7 +372,7 @@ void direct(double *x, double scale, bool inverse) {
   DSP_UNROLL for (int i = 0; i < N; ++i) re[2 * i] = v[i].re * scale, im[2 * i] = v[i].im * scale;
 }
 
-void any_direct(std::int32_t n, double *x, double scale, bool inverse) {
+void any_direct(int32_t n, double *x, double scale, bool inverse) {
   switch (n) {
     case 3:
       return direct<3>(x, scale, inverse);

@@ -17,17 +17,17 @@ struct real_roots {
 
 recent<real_roots> real_tables;
 
-const real_roots *roots_for(std::int32_t n) {
+const real_roots *roots_for(int32_t n) {
   if (const real_roots *known = real_tables.find(n)) return known;
   circle roots(n);
   if (!roots.build()) return nullptr;
-  const std::int64_t count = n / 4 + 1;
+  const int64_t count = n / 4 + 1;
   void *block;
-  real_roots *made = real_tables.add(n, static_cast<std::uint64_t>(2 * count) * sizeof(double), &block);
+  real_roots *made = real_tables.add(n, static_cast<uint64_t>(2 * count) * sizeof(double), &block);
   if (made == nullptr) return nullptr;
   auto *const cosines = static_cast<double *>(block);
   *made = {cosines, cosines + count};
-  for (std::int64_t k = 0; k < count; ++k) {
+  for (int64_t k = 0; k < count; ++k) {
     const root r = roots[k];
     made->cosines[k] = r.cos;
     made->sines[k] = r.sin;
@@ -35,7 +35,7 @@ const real_roots *roots_for(std::int32_t n) {
   return made;
 }
 
-std::int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
+int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
   const fft_kernel_set &kernels = fft_kernels();
   const std::ptrdiff_t m = std::ptrdiff_t{1} << (bits - 1);
   const double *octant = octant_setup(bits);
@@ -49,7 +49,7 @@ std::int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
 
 }  // namespace
 
-std::int32_t real_transform(double *x, std::int32_t n, bool inverse) {
+int32_t real_transform(double *x, int32_t n, bool inverse) {
   const double scale = inverse ? 1.0 : 0.5 / n;
   if (is_power_of_two(n)) return power_of_two(x, log2_of(n), inverse, scale);
   const real_roots *roots = roots_for(n);

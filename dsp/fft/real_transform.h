@@ -7,7 +7,7 @@ namespace dsp::fft {
 
 // n even, at least 4: n real samples to n/2 + 1 bins, with the factor 1/n, or back without; in n + 2 doubles. -1: no
 // memory for a table.
-std::int32_t real_transform(double *x, std::int32_t n, bool inverse);
+int32_t real_transform(double *x, int32_t n, bool inverse);
 
 void free_real_roots();
 

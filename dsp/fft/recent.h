@@ -8,26 +8,26 @@
 
 namespace dsp::fft {
 
-constexpr std::uint64_t bytes_to_keep = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
+constexpr uint64_t bytes_to_keep = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
 
 // Contents is plain data whose pointers lead into the block. At most so many entries and, but for a single one, bytes.
-template <class Contents, std::int32_t Most = 16, std::uint64_t MostBytes = bytes_to_keep>
+template <class Contents, int32_t Most = 16, uint64_t MostBytes = bytes_to_keep>
 class recent {
  public:
-  Contents *find(std::int64_t key) {
+  Contents *find(int64_t key) {
     if (slots_[newest_].block != nullptr && slots_[newest_].key == key) return &slots_[newest_].contents;
-    for (std::int32_t i = 0; i < Most; ++i)
+    for (int32_t i = 0; i < Most; ++i)
       if (slots_[i].block != nullptr && slots_[i].key == key) return touch(i);
     return nullptr;
   }
 
   // Room for a new key: `bytes` of memory at *block, in place of the entries unused for longest where there are too
   // many or too large ones. Null, and nothing lost, without memory.
-  Contents *add(std::int64_t key, std::uint64_t bytes, void **block) {
+  Contents *add(int64_t key, uint64_t bytes, void **block) {
     if (bytes > SIZE_MAX / 2) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
     *block = heap_allocate(static_cast<std::size_t>(bytes));
     if (*block == nullptr) return nullptr;
-    const std::int32_t free = make_room(bytes);
+    const int32_t free = make_room(bytes);
     slots_[free] = {key, bytes, 0, *block, {}};
     return touch(free);
   }
@@ -42,14 +42,14 @@ class recent {
 
  private:
   struct slot {
-    std::int64_t key;
-    std::uint64_t bytes;
-    std::uint64_t used;
+    int64_t key;
+    uint64_t bytes;
+    uint64_t used;
     void *block;  // null: free
     Contents contents;
   };
 
-  Contents *touch(std::int32_t i) {
+  Contents *touch(int32_t i) {
     newest_ = i;
     slots_[i].used = ++clock_;
     return &slots_[i].contents;
@@ -67,11 +67,11 @@ class recent {
     return found;
   }
 
-  std::int32_t make_room(std::uint64_t bytes) {
+  int32_t make_room(uint64_t bytes) {
     for (;;) {
-      std::uint64_t held = bytes;
-      std::int32_t free = Most;
-      for (std::int32_t i = 0; i < Most; ++i) {
+      uint64_t held = bytes;
+      int32_t free = Most;
+      for (int32_t i = 0; i < Most; ++i) {
         held += slots_[i].bytes;
         if (slots_[i].block == nullptr) free = i;
       }
@@ -82,8 +82,8 @@ class recent {
   }
 
   slot slots_[Most];
-  std::int32_t newest_;
-  std::uint64_t clock_;
+  int32_t newest_;
+  uint64_t clock_;
 };
 
 }  // namespace dsp::fft

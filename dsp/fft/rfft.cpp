@@ -51,7 +51,7 @@ int32_t odd_half_spectrum(dsp_vec *v) {
 
 // What a half spectrum stands for; 0: by the complex transform.
 int32_t even_length(const dsp_vec *v) {
-  const std::int64_t n = 2 * (std::int64_t{v->length} - 1);
+  const int64_t n = 2 * (int64_t{v->length} - 1);
   return n > 2 && countable(2 * n) ? static_cast<int32_t>(n) : 0;
 }
 

@@ -12,22 +12,22 @@ template <class Element>
 struct table_cache {
   struct entry {
     Element *table;
-    std::int64_t key;
+    int64_t key;
   };
 
   entry *entries;
-  std::int32_t count;
-  std::int32_t capacity;
+  int32_t count;
+  int32_t capacity;
 
   // The key's table; if it is new, one of `elements` elements that `fill` (bool(Element *)) completes. Null when
   // memory runs out or `fill` says no; the cache then holds what it held before.
   template <class Fill>
-  const Element *find_or_build(std::int64_t key, std::int64_t elements, const Fill &fill) {
-    for (std::int32_t i = 0; i < count; ++i)
+  const Element *find_or_build(int64_t key, int64_t elements, const Fill &fill) {
+    for (int32_t i = 0; i < count; ++i)
       if (entries[i].key == key) return entries[i].table;
     if (!make_room()) return nullptr;
-    constexpr std::uint64_t most = SIZE_MAX / sizeof(Element);
-    if (static_cast<std::uint64_t>(elements) > most) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
+    constexpr uint64_t most = SIZE_MAX / sizeof(Element);
+    if (static_cast<uint64_t>(elements) > most) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
     auto *table = static_cast<Element *>(heap_allocate(static_cast<std::size_t>(elements) * sizeof(Element)));
     if (table == nullptr) return nullptr;
     if (!fill(table)) {
@@ -39,7 +39,7 @@ struct table_cache {
   }
 
   void release() {
-    for (std::int32_t i = 0; i < count; ++i) heap_release(entries[i].table);
+    for (int32_t i = 0; i < count; ++i) heap_release(entries[i].table);
     heap_release(entries);
     *this = {};
   }
@@ -47,11 +47,11 @@ struct table_cache {
  private:
   bool make_room() {
     if (count < capacity) return true;
-    constexpr std::int32_t step = 8;
-    const auto bytes = [](std::int32_t n) { return static_cast<std::size_t>(n) * sizeof(entry); };
+    constexpr int32_t step = 8;
+    const auto bytes = [](int32_t n) { return static_cast<std::size_t>(n) * sizeof(entry); };
     auto *grown = static_cast<entry *>(heap_allocate(bytes(capacity + step)));
     if (grown == nullptr) return false;
-    for (std::int32_t i = 0; i < count; ++i) grown[i] = entries[i];
+    for (int32_t i = 0; i < count; ++i) grown[i] = entries[i];
     heap_release(entries);
     entries = grown;
     capacity += step;

@@ -14,8 +14,8 @@ constexpr int smallest_planned = 4;  // bits
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
   const bool wide = lanes == 8 && bits >= 6;
-  plan.bits = static_cast<std::int8_t>(bits);
-  plan.lanes = static_cast<std::int8_t>(wide || lanes < 8 ? lanes : 4);
+  plan.bits = static_cast<int8_t>(bits);
+  plan.lanes = static_cast<int8_t>(wide || lanes < 8 ? lanes : 4);
   plan.tile_bits = wide ? 3 : 2;
   int left = bits - plan.tile_bits;
   const int eights = wide ? left / 3 - (left % 3 == 1 ? 1 : 0) : 0;
@@ -48,7 +48,7 @@ bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
 
 }  // namespace
 
-std::int32_t transform(double *x, int bits, bool inverse, double scale) {
+int32_t transform(double *x, int bits, bool inverse, double scale) {
   const fft_kernel_set &kernels = fft_kernels();
   if (bits < smallest_planned) {
     kernels.small(bits, x, scale, inverse);
@@ -63,7 +63,7 @@ std::int32_t transform(double *x, int bits, bool inverse, double scale) {
 const double *octant_setup(int bits) {
   static constexpr double one[] = {1.0, 0.0};
   if (bits == 2) return one;
-  if (octants[bits] == nullptr) octants[bits] = octant_table(std::int64_t{1} << bits);
+  if (octants[bits] == nullptr) octants[bits] = octant_table(int64_t{1} << bits);
   return octants[bits];
 }
 

@@ -10,9 +10,9 @@ namespace {
 
 table_cache<double> fft_twiddle_cache;
 
-constexpr std::int64_t octant_length(std::int64_t n) { return n / 8 + 1; }
+constexpr int64_t octant_length(int64_t n) { return n / 8 + 1; }
 
-void fill_octant_table(double *table, std::int64_t n) { fill_octant(table, table + octant_length(n), n); }
+void fill_octant_table(double *table, int64_t n) { fill_octant(table, table + octant_length(n), n); }
 
 void put_root(const root &r, int root_values, int lanes, double *to) {
   to[0] = r.cos;
@@ -25,18 +25,18 @@ template <class Visit>
 void visit_passes(const fft_plan &plan, const Visit &visit) {
   int bits = plan.bits;
   for (int pass = 0; pass < plan.passes; ++pass) {
-    visit(std::int64_t{1} << bits, 1 << plan.radix_bits[pass]);
+    visit(int64_t{1} << bits, 1 << plan.radix_bits[pass]);
     bits -= plan.radix_bits[pass];
   }
 }
 
 void fill_passes(const fft_plan &plan, int root_values, const double *octant, double *to) {
-  const std::int64_t whole = std::int64_t{1} << plan.bits;
-  visit_passes(plan, [&](std::int64_t n, int radix) {
-    for (std::int64_t j = 0; j < n / radix; j += plan.lanes) {
+  const int64_t whole = int64_t{1} << plan.bits;
+  visit_passes(plan, [&](int64_t n, int radix) {
+    for (int64_t j = 0; j < n / radix; j += plan.lanes) {
       for (int power = 1; power < radix; ++power, to += root_values * plan.lanes) {
         for (int lane = 0; lane < plan.lanes; ++lane) {
-          const std::int64_t k = power * (j + lane) * (whole / n);
+          const int64_t k = power * (j + lane) * (whole / n);
           put_root(root_from_octant(octant, octant + octant_length(whole), whole, k), root_values, plan.lanes,
                    to + lane);
         }
@@ -48,10 +48,10 @@ void fill_passes(const fft_plan &plan, int root_values, const double *octant, do
 }  // namespace
 
 const double *twiddle_table(const fft_plan &plan, int root_values) {
-  const std::int64_t n = std::int64_t{1} << plan.bits;
-  std::int64_t roots = 0;
-  visit_passes(plan, [&roots](std::int64_t block, int radix) { roots += block / radix * (radix - 1); });
-  const std::int64_t key = (n * 16 + plan.lanes) * 4 + root_values;
+  const int64_t n = int64_t{1} << plan.bits;
+  int64_t roots = 0;
+  visit_passes(plan, [&roots](int64_t block, int radix) { roots += block / radix * (radix - 1); });
+  const int64_t key = (n * 16 + plan.lanes) * 4 + root_values;
   return fft_twiddle_cache.find_or_build(key, roots * root_values, [&](double *table) {
     auto *octant =
         static_cast<double *>(heap_allocate(static_cast<std::size_t>(2 * octant_length(n)) * sizeof(double)));
@@ -63,14 +63,14 @@ const double *twiddle_table(const fft_plan &plan, int root_values) {
   });
 }
 
-const double *octant_table(std::int64_t n) {
+const double *octant_table(int64_t n) {
   return fft_twiddle_cache.find_or_build(n * 64, 2 * octant_length(n), [n](double *table) {
     fill_octant_table(table, n);
     return true;
   });
 }
 
-std::int32_t free_twiddle_tables() {
+int32_t free_twiddle_tables() {
   forget_setups();
   fft_twiddle_cache.release();
   return 0;

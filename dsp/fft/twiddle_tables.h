@@ -12,6 +12,6 @@ namespace dsp::fft {
 const double *twiddle_table(const fft_plan &plan, int root_values);
 
 // cos(2 pi k/n) for k = 0 .. n/8, then the sines; n is a power of two from 8 on.
-const double *octant_table(std::int64_t n);
+const double *octant_table(int64_t n);
 
 }  // namespace dsp::fft

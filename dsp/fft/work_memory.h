@@ -11,9 +11,9 @@ namespace dsp::fft {
 class work_memory {
  public:
   // Room for so many doubles, contents lost when it grows. Null, with the old room kept, without memory.
-  double *at_least(std::int64_t doubles) {
+  double *at_least(int64_t doubles) {
     if (doubles < room_) return memory_;
-    if (static_cast<std::uint64_t>(doubles) >= SIZE_MAX / sizeof(double))
+    if (static_cast<uint64_t>(doubles) >= SIZE_MAX / sizeof(double))
       return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
     void *const grown = heap_allocate(static_cast<std::size_t>(doubles + 1) * sizeof(double));
     if (grown == nullptr) return nullptr;
@@ -30,7 +30,7 @@ class work_memory {
 
  private:
   double *memory_;
-  std::int64_t room_;
+  int64_t room_;
 };
 
 }  // namespace dsp::fft

@@ -14,15 +14,15 @@ namespace {
 // Outputs are written over the block's front, never over samples that the next ones need.
 static_assert(halved_limit >= folded_limit);
 
-constexpr std::int64_t span_limit = 2 * halved_limit + folded_limit;  // samples that a tile of outputs needs
+constexpr int64_t span_limit = 2 * halved_limit + folded_limit;  // samples that a tile of outputs needs
 
 // Output m is that of the block's sample first + 2 m.
 void make_kept(const past_and_block &x, const folded_filter &h, const decimation &kept, double *y) {
   double joined[2 * span_limit];
-  for (std::int64_t m = 0; m < kept.count; m += halved_limit) {
-    const std::int64_t outputs = std::min<std::int64_t>(halved_limit, kept.count - m);
-    const std::int64_t needed = 2 * (outputs + h.length() / 2);
-    const std::int64_t first = kept.first + 2 * m;
+  for (int64_t m = 0; m < kept.count; m += halved_limit) {
+    const int64_t outputs = std::min<int64_t>(halved_limit, kept.count - m);
+    const int64_t needed = 2 * (outputs + h.length() / 2);
+    const int64_t first = kept.first + 2 * m;
     const double *span = x.contiguous(first, needed);
     if (span == nullptr) {
       x.copy(first, needed, joined);
@@ -34,12 +34,12 @@ void make_kept(const past_and_block &x, const folded_filter &h, const decimation
 
 }  // namespace
 
-std::int32_t decimate_by_two(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsp_vec *half, bool odd,
-                             dsp_vec *history, dsp_vec *phase) {
+int32_t decimate_by_two(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, const dsp_vec *half, bool odd,
+                        dsp_vec *history, dsp_vec *phase) {
   if (!foldable(*half, odd))
     return dspd_sfir(in, scratch, half, odd, 0, history) == 0 ? dspd_deci(scratch, out, 2, phase) : -1;
   const folded_filter filter = fold(*half, odd, false);
-  const std::int32_t past = filter.length() - 1;
+  const int32_t past = filter.length() - 1;
   stream_block block(in, out, history);
   if (dsp_output_prepare(&block, nullptr, past, 0) != 0) return -1;
   phase->dx = block.in.dx;

@@ -13,7 +13,7 @@ namespace {
 
 // Short filters are always summed, and so are complex ones.
 partition parts_for(const past_and_block &x, const dsp_vec &h) {
-  const std::int32_t longest_direct = x.width == 2 ? 35 : 45;
+  const int32_t longest_direct = x.width == 2 ? 35 : 45;
   if (h.is_complex != 0 || h.length <= longest_direct) return {0, 0, 0};
   return find_partition(x, h.length);
 }
@@ -32,7 +32,7 @@ int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *sta
   if (shares_buffer(state, out)) return -1;
   if (h->length <= 0) return dsp_copy(out, in);
   if (shares_buffer(out, h) || shares_buffer(state, h) || shares_buffer(state, in)) return -1;
-  const std::int32_t past = h->length - 1;
+  const int32_t past = h->length - 1;
   stream_block block(in, out, state);
   if (dsp_output_prepare(&block, h, past, DSP_OUT_ALIAS) != 0) return -1;
   const past_and_block x(block.in, state, past);

@@ -6,19 +6,19 @@ namespace dsp::filter {
 namespace {
 
 // Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
-constexpr std::int64_t joined_outputs = 64;
-constexpr std::int64_t joined_taps = 192;
+constexpr int64_t joined_outputs = 64;
+constexpr int64_t joined_taps = 192;
 
 // Calls kernel(first output, outputs, samples, first tap, taps). Taps count from the oldest sample; the runs of them
 // that one output needs come in order.
 template <class Source, class Kernel>
-void for_joined_spans(const Source &source, std::int64_t outputs, Kernel kernel) {
+void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel) {
   double span[(joined_outputs + joined_taps) * 2];
-  for (std::int64_t n = 0; n < outputs; n += joined_outputs) {
-    const std::int64_t count = std::min(joined_outputs, outputs - n);
-    const std::int64_t taps = source.taps_from(n);
-    for (std::int64_t tap = 0; tap < taps; tap += joined_taps) {
-      const std::int64_t some = std::min(joined_taps, taps - tap);
+  for (int64_t n = 0; n < outputs; n += joined_outputs) {
+    const int64_t count = std::min(joined_outputs, outputs - n);
+    const int64_t taps = source.taps_from(n);
+    for (int64_t tap = 0; tap < taps; tap += joined_taps) {
+      const int64_t some = std::min(joined_taps, taps - tap);
       source.copy(n + tap, count + some - 1, span);
       kernel(n, count, static_cast<const double *>(span), tap, some);
     }
@@ -29,25 +29,24 @@ void for_joined_spans(const Source &source, std::int64_t outputs, Kernel kernel)
 // tiles.
 template <class Kernel>
 void for_block(const past_and_block &x, Kernel kernel) {
-  const std::int64_t tiles = (x.past_length + joined_outputs - 1) / joined_outputs;
-  const std::int64_t joined = std::min(x.block_length, tiles * joined_outputs);
+  const int64_t tiles = (x.past_length + joined_outputs - 1) / joined_outputs;
+  const int64_t joined = std::min(x.block_length, tiles * joined_outputs);
   for_joined_spans(x, joined, kernel);
   if (joined < x.block_length)
     kernel(joined, x.block_length - joined, x.block + (joined - x.past_length) * x.width, 0, x.past_length + 1);
 }
 
 // Real samples, complex taps: the two parts apart, then woven together.
-void weave_complex_taps(double *y, const double *x, std::int64_t count, const double *h, std::int64_t taps,
-                        bool continued) {
-  constexpr std::int64_t most = 64;
+void weave_complex_taps(double *y, const double *x, int64_t count, const double *h, int64_t taps, bool continued) {
+  constexpr int64_t most = 64;
   double parts[2][most];
-  for (std::int64_t n = 0; n < count; n += most, y += 2 * most) {
-    const std::int64_t some = std::min(most, count - n);
+  for (int64_t n = 0; n < count; n += most, y += 2 * most) {
+    const int64_t some = std::min(most, count - n);
     for (int part = 0; part < 2; ++part) {
-      for (std::int64_t j = 0; continued && j < some; ++j) parts[part][j] = y[2 * j + part];
+      for (int64_t j = 0; continued && j < some; ++j) parts[part][j] = y[2 * j + part];
       fir_kernels().real_taps({parts[part], x + n, some, 1}, h + part, 2, taps, continued);
     }
-    for (std::int64_t j = 0; j < some; ++j) {
+    for (int64_t j = 0; j < some; ++j) {
       y[2 * j] = parts[0][j];
       y[2 * j + 1] = parts[1][j];
     }
@@ -58,9 +57,9 @@ void weave_complex_taps(double *y, const double *x, std::int64_t count, const do
 
 void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
   const bool complex_taps = h.is_complex != 0;
-  const std::int32_t tap_width = complex_taps ? 2 : 1;
-  const std::int32_t out_width = std::max(x.width, tap_width);
-  for_block(x, [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
+  const int32_t tap_width = complex_taps ? 2 : 1;
+  const int32_t out_width = std::max(x.width, tap_width);
+  for_block(x, [&](int64_t n, int64_t count, const double *span, int64_t tap, int64_t taps) {
     const double *newest = h.data + (x.past_length - tap) * tap_width;
     double *out = y + n * out_width;
     if (!complex_taps)
@@ -74,7 +73,7 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y) {
 
 void filter_folded(const past_and_block &x, const folded_filter &h, double *y) {
   static_assert(folded_limit <= joined_taps, "a folded filter takes its taps at once");
-  for_block(x, [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t, std::int64_t) {
+  for_block(x, [&](int64_t n, int64_t count, const double *span, int64_t, int64_t) {
     fir_kernels().folded_taps({y + n * x.width, span, count * x.width, x.width}, h);
   });
 }
@@ -85,30 +84,29 @@ namespace {
 // samples of the block, which stand in its place.
 struct displaced_past {
   const past_and_block &x;
-  std::int64_t length;     // samples without room
+  int64_t length;          // samples without room
   const double *stand_in;  // the samples of the block in the place of the oldest past
 
-  std::int64_t taps_from(std::int64_t n) const { return length - n; }
+  int64_t taps_from(int64_t n) const { return length - n; }
 
-  void copy(std::int64_t first, std::int64_t count, double *to) const {
+  void copy(int64_t first, int64_t count, double *to) const {
     x.copy(first, count, to);
-    const std::int64_t filled = std::clamp<std::int64_t>(length - first, 0, count) * x.width;
-    for (std::int64_t i = 0; i < filled; ++i) to[i] -= stand_in[first * x.width + i];
+    const int64_t filled = std::clamp<int64_t>(length - first, 0, count) * x.width;
+    for (int64_t i = 0; i < filled; ++i) to[i] -= stand_in[first * x.width + i];
     std::fill(to + filled, to + count * x.width, 0.0);
   }
 };
 
 }  // namespace
 
-void unwrap_past(const past_and_block &x, std::int64_t size, const dsp_vec &h, double *y) {
-  const std::int64_t displaced = x.past_length - (size - x.block_length);
+void unwrap_past(const past_and_block &x, int64_t size, const dsp_vec &h, double *y) {
+  const int64_t displaced = x.past_length - (size - x.block_length);
   if (displaced <= 0) return;
   const displaced_past past{x, displaced, x.block + (size - x.past_length) * x.width};
-  for_joined_spans(past, displaced,
-                   [&](std::int64_t n, std::int64_t count, const double *span, std::int64_t tap, std::int64_t taps) {
-                     fir_kernels().real_taps({y + n * x.width, span, count * x.width, x.width},
-                                             h.data + x.past_length - tap, 1, taps, true);
-                   });
+  for_joined_spans(past, displaced, [&](int64_t n, int64_t count, const double *span, int64_t tap, int64_t taps) {
+    fir_kernels().real_taps({y + n * x.width, span, count * x.width, x.width}, h.data + x.past_length - tap, 1, taps,
+                            true);
+  });
 }
 
 }  // namespace dsp::filter

@@ -15,38 +15,38 @@ namespace dsp::filter {
 struct fir_run {
   double *y;
   const double *x;
-  std::int64_t count;
-  std::int32_t step;
+  int64_t count;
+  int32_t step;
 };
 
 // A filter that is its own mirror image, by its first half.
 struct folded_filter {
   const double *half;
-  std::int32_t pairs;  // of taps that share a coefficient
-  bool has_centre;     // one more tap between them
-  bool anti;           // the second half is negated
+  int32_t pairs;    // of taps that share a coefficient
+  bool has_centre;  // one more tap between them
+  bool anti;        // the second half is negated
 
-  [[gnu::always_inline]] std::int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
+  [[gnu::always_inline]] int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
 };
-constexpr std::int32_t folded_limit = 60;  // taps
+constexpr int32_t folded_limit = 60;  // taps
 
-constexpr std::int64_t halved_limit = 128;  // outputs of one call of halved_taps
+constexpr int64_t halved_limit = 128;  // outputs of one call of halved_taps
 
 struct fir_kernel_set {
   // Products in the time that a transform takes per sample and doubling.
   double products_per_doubling;
   // y[j] = (continued ? y[j] : 0) + sum of h[-i stride] x[j + i step], i = 0 .. taps - 1.
-  void (*real_taps)(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued);
+  void (*real_taps)(const fir_run &run, const double *h, int32_t stride, int64_t taps, bool continued);
   // The same for complex samples and complex taps: h points at the last of the taps' real parts.
-  void (*complex_taps)(const fir_run &run, const double *h, std::int64_t taps, bool continued);
+  void (*complex_taps)(const fir_run &run, const double *h, int64_t taps, bool continued);
   // The filter is its own mirror image, of at most `folded_limit` taps.
   void (*folded_taps)(const fir_run &run, const folded_filter &filter);
   // folded_taps with every second output left out: output m is made from the sample 2 m of run.x on. No `anti`.
   void (*halved_taps)(const fir_run &run, const folded_filter &filter);
   // y[k] = (continued ? y[k] : 0) + x[k] h[k] for complex numbers.
-  void (*multiply)(double *y, const double *x, const double *h, std::int64_t count, bool continued);
+  void (*multiply)(double *y, const double *x, const double *h, int64_t count, bool continued);
   // Whether all of x[0 .. count - 1] are at most `bound` in magnitude; a NaN is not.
-  bool (*within)(const double *x, std::int64_t count, double bound);
+  bool (*within)(const double *x, int64_t count, double bound);
 };
 
 DSP_DECLARE_KERNELS(fir)

@@ -17,9 +17,9 @@ constexpr int medium = wide < 8 ? wide : 8;
 struct tap_run {
   const double *x;
   const double *h;
-  std::int32_t step;    // doubles from sample to sample
-  std::int32_t stride;  // doubles from tap to tap, backwards
-  std::int64_t count;
+  int32_t step;    // doubles from sample to sample
+  int32_t stride;  // doubles from tap to tap, backwards
+  int64_t count;
 };
 
 struct real_tap {
@@ -60,9 +60,9 @@ DSP_INLINE complex_tap load_tap(const double *h) {
 
 // Q taps that lie `group` taps apart, then those next to each of them, `rows` times.
 template <class V, int U, int Q, class Tap>
-DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, const double *h, std::int64_t group,
-                         std::int64_t rows) {
-  for (std::int64_t row = 0; row < rows; ++row, x += run.step, h -= run.stride) {
+DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, const double *h, int64_t group,
+                         int64_t rows) {
+  for (int64_t row = 0; row < rows; ++row, x += run.step, h -= run.stride) {
     Tap tap[Q];
 #pragma GCC unroll 4
     for (int q = 0; q < Q; ++q) tap[q] = load_tap<Tap>(h - q * group * run.stride);
@@ -78,7 +78,7 @@ DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, c
 
 template <class V, int U, class Tap>
 DSP_INLINE void add_some_rows(int q, carried<V> *sum, const tap_run &run, const double *x, const double *h,
-                              std::int64_t group, std::int64_t rows) {
+                              int64_t group, int64_t rows) {
   if (q == 1) add_rows<V, U, 1, Tap>(sum, run, x, h, group, rows);
   if (q == 2) add_rows<V, U, 2, Tap>(sum, run, x, h, group, rows);
   if (q == 3) add_rows<V, U, 3, Tap>(sum, run, x, h, group, rows);
@@ -86,19 +86,19 @@ DSP_INLINE void add_some_rows(int q, carried<V> *sum, const tap_run &run, const 
 }
 
 template <class V, int U, class Tap>
-DSP_INLINE void add_taps(carried<V> *sum, const tap_run &run, std::int64_t j) {
+DSP_INLINE void add_taps(carried<V> *sum, const tap_run &run, int64_t j) {
   const double *x = run.x + j;
   const double *h = run.h;
   if constexpr (depth == 1) {
     add_rows<V, U, 1, Tap>(sum, run, x, h, 1, run.count);
   } else {
-    const std::int64_t group = run.step == 1 ? lane_count : lane_count / 2;  // taps from vector to vector
-    const std::int64_t whole = depth * group;
-    std::int64_t left = run.count;
+    const int64_t group = run.step == 1 ? lane_count : lane_count / 2;  // taps from vector to vector
+    const int64_t whole = depth * group;
+    int64_t left = run.count;
     for (; left >= whole; left -= whole, x += depth * lane_count, h -= whole * run.stride)
       add_rows<V, U, depth, Tap>(sum, run, x, h, group, group);
     const auto full = static_cast<int>(run.step == 1 ? left / lane_count : left / (lane_count / 2));
-    const std::int64_t longer = left - full * group;  // rows of one tap more
+    const int64_t longer = left - full * group;  // rows of one tap more
     if (longer > 0) add_some_rows<V, U, Tap>(full + 1, sum, run, x, h, group, longer);
     add_some_rows<V, U, Tap>(full, sum, run, x + longer * run.step, h - longer * run.stride, group, group - longer);
   }
@@ -109,7 +109,7 @@ struct plain_taps {
   tap_run run;
 
   template <class V, int U>
-  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
+  DSP_INLINE void add(carried<V> *sum, int64_t j) const {
     add_taps<V, U, Tap>(sum, run, j);
   }
 };
@@ -119,7 +119,7 @@ struct split_taps {
   tap_run odd;
 
   template <class V, int U>
-  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
+  DSP_INLINE void add(carried<V> *sum, int64_t j) const {
     add_taps<V, U, real_tap>(sum, even, j);
     add_taps<V, U, real_tap>(sum, odd, j);
   }
@@ -133,8 +133,8 @@ struct mirrored_taps {
   Samples samples;
 
   template <class V, int U>
-  DSP_INLINE void add(carried<V> *sum, std::int64_t j) const {
-    for (std::int64_t i = 0; i < filter.pairs; ++i) {
+  DSP_INLINE void add(carried<V> *sum, int64_t j) const {
+    for (int64_t i = 0; i < filter.pairs; ++i) {
       const double tap = filter.half[i];
       const double *newer = samples.at(filter.length() - 1 - i) + j;
       const double *older = samples.at(i) + j;
@@ -152,19 +152,19 @@ struct mirrored_taps {
 
 struct contiguous {
   const double *x;
-  std::int32_t step;
-  const double *at(std::int64_t i) const { return x + i * step; }
+  int32_t step;
+  const double *at(int64_t i) const { return x + i * step; }
 };
 
 struct alternating {
   const double *even;
   const double *odd;
-  std::int32_t step;
-  const double *at(std::int64_t i) const { return ((i & 1) != 0 ? odd : even) + (i >> 1) * step; }
+  int32_t step;
+  const double *at(int64_t i) const { return ((i & 1) != 0 ? odd : even) + (i >> 1) * step; }
 };
 
 template <class V, int U, class Taps>
-inline void tile(double *y, const Taps &taps, std::int64_t j, bool continued) {
+inline void tile(double *y, const Taps &taps, int64_t j, bool continued) {
   carried<V> sum[U];
 #pragma GCC unroll 16
   for (int u = 0; u < U; ++u) sum[u] = continued ? load<V>(y + j + u * width_of<V>) : V{};
@@ -176,10 +176,10 @@ inline void tile(double *y, const Taps &taps, std::int64_t j, bool continued) {
 // Tiles of vectors, then single vectors, then what is left in the narrowest lane type that holds a sample. The last
 // tile and the last vector may begin among outputs that are done: they make them again.
 template <class Narrow, class Taps>
-void filter(double *y, std::int64_t count, const Taps &taps, bool continued) {
-  constexpr std::int64_t broad = wide * lane_count;
-  constexpr std::int64_t narrower = medium * lane_count;
-  std::int64_t j = 0;
+void filter(double *y, int64_t count, const Taps &taps, bool continued) {
+  constexpr int64_t broad = wide * lane_count;
+  constexpr int64_t narrower = medium * lane_count;
+  int64_t j = 0;
   for (; j + broad <= count; j += broad) tile<widest, wide>(y, taps, j, continued);
   if constexpr (medium < wide)
     for (; j + narrower <= count; j += narrower) tile<widest, medium>(y, taps, j, continued);
@@ -190,11 +190,11 @@ void filter(double *y, std::int64_t count, const Taps &taps, bool continued) {
   for (; j < count; j += width_of<Narrow>) tile<Narrow, 1>(y, taps, j, continued);
 }
 
-void real_taps(const fir_run &run, const double *h, std::int32_t stride, std::int64_t taps, bool continued) {
+void real_taps(const fir_run &run, const double *h, int32_t stride, int64_t taps, bool continued) {
   filter<double>(run.y, run.count, plain_taps<real_tap>{{run.x, h, run.step, stride, taps}}, continued);
 }
 
-void complex_taps(const fir_run &run, const double *h, std::int64_t taps, bool continued) {
+void complex_taps(const fir_run &run, const double *h, int64_t taps, bool continued) {
   filter<lanes<2>>(run.y, run.count, plain_taps<complex_tap>{{run.x, h, 2, 2, taps}}, continued);
 }
 
@@ -203,7 +203,7 @@ struct unfolded {
   double taps[folded_limit];
 
   explicit unfolded(const folded_filter &f) {
-    for (std::int32_t i = 0; i < f.length(); ++i)
+    for (int32_t i = 0; i < f.length(); ++i)
       taps[i] = i < f.length() - f.pairs ? f.half[i]
                 : f.anti                 ? -f.half[f.length() - 1 - i]
                                          : f.half[f.length() - 1 - i];
@@ -244,8 +244,8 @@ DSP_INLINE void split_vector(const double *x, double *even, double *odd) {
 }
 
 template <int Step>
-void split(const double *x, std::int64_t count, double *even, double *odd) {
-  std::int64_t i = 0;
+void split(const double *x, int64_t count, double *even, double *odd) {
+  int64_t i = 0;
   if constexpr (has_vector_registers)
     for (; i + lane_count <= count; i += lane_count) split_vector<Step, lane_count>(x + 2 * i, even + i, odd + i);
   for (; i < count; i += Step)
@@ -257,10 +257,10 @@ void split(const double *x, std::int64_t count, double *even, double *odd) {
 
 template <bool Fused>
 void halved_taps(const fir_run &run, const folded_filter &f) {
-  constexpr std::int64_t room = 2 * (halved_limit + folded_limit / 2);
+  constexpr int64_t room = 2 * (halved_limit + folded_limit / 2);
   alignas(64) double even[room];
   alignas(64) double odd[room];
-  const std::int64_t pairs = run.count + f.length() / 2 * run.step;
+  const int64_t pairs = run.count + f.length() / 2 * run.step;
   if (run.step == 1)
     split<1>(run.x, pairs, even, odd);
   else
@@ -268,7 +268,7 @@ void halved_taps(const fir_run &run, const folded_filter &f) {
   if constexpr (Fused) {
     const unfolded all(f);
     const double *newest = all.taps + f.length() - 1;
-    const std::int64_t evens = (f.length() + 1) / 2;
+    const int64_t evens = (f.length() + 1) / 2;
     filter<double>(run.y, run.count,
                    split_taps{{even, newest, run.step, 2, evens}, {odd, newest - 1, run.step, 2, f.length() - evens}},
                    false);
@@ -290,20 +290,20 @@ DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, boo
   store(y, sum);
 }
 
-void multiply(double *y, const double *x, const double *h, std::int64_t count, bool continued) {
-  std::int64_t i = 0;
+void multiply(double *y, const double *x, const double *h, int64_t count, bool continued) {
+  int64_t i = 0;
   for (; i + lane_count <= 2 * count; i += lane_count) multiply_vector<widest>(y + i, x + i, h + i, continued);
   for (; i < 2 * count; i += 2) multiply_vector<lanes<2>>(y + i, x + i, h + i, continued);
 }
 
 // Magnitudes compare as the integers of their bits do, NaN and infinity being the largest.
-bool within(const double *x, std::int64_t count, double bound) {
-  constexpr std::int64_t magnitude = INT64_MAX;
-  std::int64_t most = 0;
+bool within(const double *x, int64_t count, double bound) {
+  constexpr int64_t magnitude = INT64_MAX;
+  int64_t most = 0;
   __builtin_memcpy(&most, &bound, sizeof most);
-  std::int64_t margins = 0;  // negative as soon as one is
-  for (std::int64_t i = 0; i < count; ++i) {
-    std::int64_t bits = 0;
+  int64_t margins = 0;  // negative as soon as one is
+  for (int64_t i = 0; i < count; ++i) {
+    int64_t bits = 0;
     __builtin_memcpy(&bits, x + i, sizeof bits);
     margins |= most - (bits & magnitude);
   }

@@ -48,16 +48,16 @@ bool same_parts(const partition &a, const partition &b) {
   return a.size == b.size && a.taps == b.taps && a.parts == b.parts;
 }
 
-int32_t transform_part(const dsp_vec &h, std::int64_t first, const partition &p, bool complex_block, double *to) {
+int32_t transform_part(const dsp_vec &h, int64_t first, const partition &p, bool complex_block, double *to) {
   temporary part;
-  const std::int64_t taps = std::min<std::int64_t>(p.taps, h.length - first);
+  const int64_t taps = std::min<int64_t>(p.taps, h.length - first);
   part->length = p.size;
   part->is_complex = 1;  // also for real blocks: their transform grows to this
   if (dsp_alloc(part.get()) != 0) return -1;
   part->is_complex = complex_block;
-  const std::int32_t step = complex_block ? 2 : 1;
-  std::fill_n(part->data, std::int64_t{p.size} * step, 0.0);
-  for (std::int64_t k = 0; k < taps; ++k) part->data[k * step] = h.data[first + k];
+  const int32_t step = complex_block ? 2 : 1;
+  std::fill_n(part->data, int64_t{p.size} * step, 0.0);
+  for (int64_t k = 0; k < taps; ++k) part->data[k * step] = h.data[first + k];
   dspi_scale(part.get(), p.size);  // both forward transforms divide by it, one too many
   if ((complex_block ? dspi_fft(part.get(), 0) : dspi_rfft(part.get())) != 0) return -1;
   std::copy_n(part->data, 2 * p.bins(complex_block), to);
@@ -65,11 +65,11 @@ int32_t transform_part(const dsp_vec &h, std::int64_t first, const partition &p,
 }
 
 int32_t transform(const dsp_vec &h, const partition &p, bool complex_block, dsp_vec *to) {
-  const std::int64_t bins = p.bins(complex_block);
-  to->length = static_cast<std::int32_t>(p.parts * bins);
+  const int64_t bins = p.bins(complex_block);
+  to->length = static_cast<int32_t>(p.parts * bins);
   to->is_complex = 1;
   if (dsp_alloc(to) != 0) return -1;
-  for (std::int64_t i = 0; i < p.parts; ++i)
+  for (int64_t i = 0; i < p.parts; ++i)
     if (transform_part(h, i * p.taps, p, complex_block, to->data + 2 * i * bins) != 0) return -1;
   return 0;
 }

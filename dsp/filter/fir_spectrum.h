@@ -9,12 +9,12 @@ namespace dsp::filter {
 
 // A filter cut into parts, each for circular convolutions of `size` samples.
 struct partition {
-  std::int32_t size;
-  std::int32_t taps;  // of each part but the last
-  std::int32_t parts;
+  int32_t size;
+  int32_t taps;  // of each part but the last
+  int32_t parts;
 
   // Complex numbers in the spectrum of a part.
-  std::int64_t bins(bool complex_block) const { return complex_block ? size : size / 2 + 1; }
+  int64_t bins(bool complex_block) const { return complex_block ? size : size / 2 + 1; }
 };
 
 // The parts' spectra one after the other, scaled such that inverse(forward(x) * spectrum) is the convolution; for real

@@ -17,45 +17,43 @@ work_signal part_spectrum;  // of the samples that a part but the first meets
 struct price {
   double doubling;  // of a sample in a transform
 
-  explicit price(std::int32_t width) : doubling(fir_kernels().products_per_doubling * (width == 2 ? 0.75 : 1.0)) {}
+  explicit price(int32_t width) : doubling(fir_kernels().products_per_doubling * (width == 2 ? 0.75 : 1.0)) {}
 
   // Laying out, the product of spectra and the calls come to about one more doubling.
-  double transform(std::int64_t size) const {
+  double transform(int64_t size) const {
     double doublings = 1;
-    for (std::int64_t n = size; n > 1; n /= 2) ++doublings;
+    for (int64_t n = size; n > 1; n /= 2) ++doublings;
     return doubling * static_cast<double>(size + 64) * doublings;
   }
 
   // One transform of the whole block, with outputs repaired where the past had no room.
-  double one(std::int64_t block, std::int64_t taps, std::int64_t size) const {
-    const auto displaced = static_cast<double>(std::max<std::int64_t>(taps - 1 - (size - block), 0));
+  double one(int64_t block, int64_t taps, int64_t size) const {
+    const auto displaced = static_cast<double>(std::max<int64_t>(taps - 1 - (size - block), 0));
     return 2 * transform(size) + displaced * displaced;
   }
 
-  double several(std::int64_t parts, std::int64_t size) const {
-    return static_cast<double>(parts + 1) * transform(size);
-  }
+  double several(int64_t parts, int64_t size) const { return static_cast<double>(parts + 1) * transform(size); }
 };
 
 // The samples that a part meets whose first tap is number `delay`: those that its outputs are aligned with, silence,
 // and at the end, where a circular convolution finds them, as many of the samples before as there is room for.
-void lay_out(const past_and_block &x, std::int64_t delay, std::int64_t size, double *to) {
-  const std::int64_t first = x.past_length - delay;
-  const std::int64_t room = size - x.block_length;
-  const std::int64_t past = std::min(room, first);
+void lay_out(const past_and_block &x, int64_t delay, int64_t size, double *to) {
+  const int64_t first = x.past_length - delay;
+  const int64_t room = size - x.block_length;
+  const int64_t past = std::min(room, first);
   x.copy(first, x.block_length, to);
   to = std::fill_n(to + x.block_length * x.width, (room - past) * x.width, 0.0);
   x.copy(first - past, past, to);
 }
 
 // Room for the samples and, of a real block too, for their spectrum.
-int32_t reserve(dsp_vec *v, std::int32_t size) {
+int32_t reserve(dsp_vec *v, int32_t size) {
   v->length = size;
   v->is_complex = 1;
   return dsp_alloc(v);
 }
 
-int32_t transform(const past_and_block &x, std::int64_t delay, std::int32_t size, dsp_vec *v) {
+int32_t transform(const past_and_block &x, int64_t delay, int32_t size, dsp_vec *v) {
   v->length = size;
   v->is_complex = x.width == 2;
   lay_out(x, delay, size, v->data);
@@ -64,21 +62,21 @@ int32_t transform(const past_and_block &x, std::int64_t delay, std::int32_t size
 
 }  // namespace
 
-partition find_partition(const past_and_block &x, std::int32_t taps) {
-  const std::int64_t block = x.block_length;
+partition find_partition(const past_and_block &x, int32_t taps) {
+  const int64_t block = x.block_length;
   const price cost(x.width);
   partition best = {0, 0, 0};
   double least = static_cast<double>(block) * taps;
-  const auto take_if_cheaper = [&](double products, std::int64_t size, std::int64_t part, std::int64_t parts) {
+  const auto take_if_cheaper = [&](double products, int64_t size, int64_t part, int64_t parts) {
     if (!(products < least)) return;
     least = products;
-    best = {static_cast<std::int32_t>(size), static_cast<std::int32_t>(part), static_cast<std::int32_t>(parts)};
+    best = {static_cast<int32_t>(size), static_cast<int32_t>(part), static_cast<int32_t>(parts)};
   };
-  const std::int64_t largest = std::min<std::int64_t>(power_of_two_from(block + taps - 1), INT32_MAX / 4 + 1);
-  for (std::int64_t size = power_of_two_from(block); size <= largest; size *= 2) {
+  const int64_t largest = std::min<int64_t>(power_of_two_from(block + taps - 1), INT32_MAX / 4 + 1);
+  for (int64_t size = power_of_two_from(block); size <= largest; size *= 2) {
     if (size >= taps) take_if_cheaper(cost.one(block, taps, size), size, taps, 1);
-    const std::int64_t part = size - block + 1;
-    const std::int64_t parts = (taps + part - 1) / part;
+    const int64_t part = size - block + 1;
+    const int64_t parts = (taps + part - 1) / part;
     if (parts > 1 && countable(2 * parts * size))  // GCOVR_EXCL_BR_LINE: the latter takes gigabytes
       take_if_cheaper(cost.several(parts, size), size, part, parts);
   }
@@ -97,20 +95,20 @@ int32_t filter_by_transforms(const past_and_block &x, const dsp_vec &h, const pa
   if (reserve(out, p.size) != 0) return -1;
   dsp_vec *const later = part_spectrum.obtain();
   if (p.parts > 1 && reserve(later, p.size) != 0) return -1;
-  const std::int64_t bins = p.bins(complex_block);
-  for (std::int64_t i = 0; i < p.parts; ++i) {
+  const int64_t bins = p.bins(complex_block);
+  for (int64_t i = 0; i < p.parts; ++i) {
     dsp_vec *v = i == 0 ? out : later;
     if (transform(x, i * p.taps, p.size, v) != 0) return -1;  // GCOVR_EXCL_BR_LINE: tables are there
     fir_kernels().multiply(out->data, v->data, spectra + 2 * i * bins, bins, i > 0);
   }
   if ((complex_block ? dspi_fft(out, 1) : dspi_irfft(out)) != 0) return -1;  // GCOVR_EXCL_BR_LINE: tables are there
-  out->length = static_cast<std::int32_t>(x.block_length);
+  out->length = static_cast<int32_t>(x.block_length);
   out->dx = dx;
   if (p.parts == 1) unwrap_past(x, p.size, h, out->data);
   return 0;
 }
 
-std::int32_t free_fir_work() {
+int32_t free_fir_work() {
   free_fir_spectra();
   return part_spectrum.release();
 }

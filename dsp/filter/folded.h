@@ -8,7 +8,7 @@
 
 namespace dsp::filter {
 
-inline std::int64_t full_length(const dsp_vec &half, bool odd) { return 2 * std::int64_t{half.length} - (odd ? 1 : 0); }
+inline int64_t full_length(const dsp_vec &half, bool odd) { return 2 * int64_t{half.length} - (odd ? 1 : 0); }
 
 // Whether the filter is real and short enough to add mirrored samples before the product.
 inline bool foldable(const dsp_vec &half, bool odd) {

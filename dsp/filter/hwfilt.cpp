@@ -11,13 +11,13 @@ using namespace dsp::filter;
 
 int32_t dspd_hwfilt(const dsp_vec *in, dsp_vec *out, const void *reserved, dsp_vec *state) {
   if (reserved != nullptr || shares_buffer(state, in) || shares_buffer(state, out)) return -1;
-  constexpr std::int32_t state_length = hwfilt_sections * hwfilt_section_values;
+  constexpr int32_t state_length = hwfilt_sections * hwfilt_section_values;
   stream_block block(in, out, state);
   if (dsp_output_prepare(&block, nullptr, state_length, DSP_OUT_SHARED_STATE) != 0) return -1;
   const dsp_vec &source = block.in;
   if (samples(source) == 0) return 0;
-  const std::int32_t width = source.is_complex != 0 ? 2 : 1;
-  for (std::int32_t channel = 0; channel < width; ++channel)
+  const int32_t width = source.is_complex != 0 ? 2 : 1;
+  for (int32_t channel = 0; channel < width; ++channel)
     hwfilt_kernels().run_channel(source.data + channel, out->data + channel, samples(source),
                                  block.state->data + channel, width);
   return 0;

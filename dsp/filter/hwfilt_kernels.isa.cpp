@@ -25,13 +25,13 @@ struct section {
 };
 
 // Sections work side by side, each this many samples behind the one that feeds it: then none waits for another.
-constexpr std::int64_t lag = 4;
-constexpr std::int64_t lead = lag * (hwfilt_sections - 1);
-constexpr std::int64_t worth_staggering = 4 * lead;
+constexpr int64_t lag = 4;
+constexpr int64_t lead = lag * (hwfilt_sections - 1);
+constexpr int64_t worth_staggering = 4 * lead;
 
 // All sections on all samples but the first of the later sections and the last of the earlier ones. `fed` holds what
 // each section has ready for the next.
-void run_staggered(const double *x, double *y, std::int64_t count, std::int32_t width, section<double> *cascade,
+void run_staggered(const double *x, double *y, int64_t count, int32_t width, section<double> *cascade,
                    double (*fed)[lag]) {
   section<quad> all;
   quad w[lag];
@@ -41,7 +41,7 @@ void run_staggered(const double *x, double *y, std::int64_t count, std::int32_t 
     all.s2[i] = cascade[i].s2;
     for (int k = 0; k < lag; ++k) w[k][i] = fed[i][k];
   }
-  std::int64_t n = lead;
+  int64_t n = lead;
   for (; n + lag <= count; n += lag)
     for (int k = 0; k < lag; ++k) {
       const quad in = {x[(n + k) * width]};
@@ -55,34 +55,34 @@ void run_staggered(const double *x, double *y, std::int64_t count, std::int32_t 
 }
 
 // `count` is a whole number of lags.
-void run_long(const double *x, double *y, std::int64_t count, std::int32_t width, section<double> *cascade) {
+void run_long(const double *x, double *y, int64_t count, int32_t width, section<double> *cascade) {
   // How far each section is ahead of the last one when the staggered run begins, and behind the first when it ends.
   double fed[hwfilt_sections][lag] = {};
   double ready[lead];
-  for (std::int64_t n = 0; n < lead; ++n) ready[n] = x[n * width];
+  for (int64_t n = 0; n < lead; ++n) ready[n] = x[n * width];
   for (int i = 0; i < hwfilt_sections - 1; ++i) {
-    const std::int64_t ahead = lead - i * lag;
-    for (std::int64_t n = 0; n < ahead; ++n) ready[n] = cascade[i].step(ready[n]);
-    for (std::int64_t k = 0; k < lag; ++k) fed[i][k] = ready[ahead - lag + k];
+    const int64_t ahead = lead - i * lag;
+    for (int64_t n = 0; n < ahead; ++n) ready[n] = cascade[i].step(ready[n]);
+    for (int64_t k = 0; k < lag; ++k) fed[i][k] = ready[ahead - lag + k];
   }
   run_staggered(x, y, count, width, cascade, fed);
   // Each later section takes what the one before has ready, and what that makes of what it took itself.
-  for (std::int64_t n = 0; n < lead; ++n) ready[n] = 0.0;
+  for (int64_t n = 0; n < lead; ++n) ready[n] = 0.0;
   for (int i = 1; i < hwfilt_sections; ++i) {
-    for (std::int64_t n = (i - 1) * lag; n-- > 0;) ready[n + lag] = ready[n];
-    for (std::int64_t k = 0; k < lag; ++k) ready[k] = fed[i - 1][k];
-    for (std::int64_t n = 0; n < i * lag; ++n) ready[n] = cascade[i].step(ready[n]);
+    for (int64_t n = (i - 1) * lag; n-- > 0;) ready[n + lag] = ready[n];
+    for (int64_t k = 0; k < lag; ++k) ready[k] = fed[i - 1][k];
+    for (int64_t n = 0; n < i * lag; ++n) ready[n] = cascade[i].step(ready[n]);
   }
-  for (std::int64_t n = 0; n < lead; ++n) y[(count - lead + n) * width] = ready[n];
+  for (int64_t n = 0; n < lead; ++n) y[(count - lead + n) * width] = ready[n];
 }
 
-void run_channel(const double *x, double *y, std::int64_t count, double *state, std::int32_t width) {
+void run_channel(const double *x, double *y, int64_t count, double *state, int32_t width) {
   section<double> cascade[hwfilt_sections];
   for (int i = 0; i < hwfilt_sections; ++i) {
     const double *s = state + hwfilt_section_values * i * width;
     cascade[i] = {s[0], s[width], s[2 * width]};
   }
-  std::int64_t n = 0;
+  int64_t n = 0;
   if (count >= worth_staggering) {
     n = count / lag * lag;
     run_long(x, y, n, width, cascade);

@@ -16,17 +16,17 @@ work_signal full_filter;
 
 // The half and its mirror image, in a signal that stays for the next call.
 const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
-  const std::int64_t length = full_length(half, odd);
+  const int64_t length = full_length(half, odd);
   if (length > INT32_MAX) return nullptr;
   dsp_vec *full = full_filter.obtain();
   full->dx = half.dx;
   full->is_complex = half.is_complex;
-  full->length = static_cast<std::int32_t>(length);
+  full->length = static_cast<int32_t>(length);
   if (dsp_alloc(full) != 0) return nullptr;
-  const std::int64_t width = half.is_complex != 0 ? 2 : 1;
-  const std::int64_t given = doubles(half);
+  const int64_t width = half.is_complex != 0 ? 2 : 1;
+  const int64_t given = doubles(half);
   std::copy_n(half.data, given, full->data);
-  for (std::int64_t i = given; i < length * width; ++i) {
+  for (int64_t i = given; i < length * width; ++i) {
     const double mirrored = half.data[(length - 1 - i / width) * width + i % width];
     full->data[i] = anti ? -mirrored : mirrored;
   }
@@ -35,7 +35,7 @@ const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
 
 }  // namespace
 
-std::int32_t free_sfir_work() { return full_filter.release(); }
+int32_t free_sfir_work() { return full_filter.release(); }
 
 }  // namespace dsp::filter
 
@@ -52,7 +52,7 @@ int32_t dspd_sfir(const dsp_vec *in, dsp_vec *out, const dsp_vec *half, int32_t 
   }
   if (shares_buffer(state, in)) return -1;
   const folded_filter filter = fold(*half, odd != 0, anti != 0);
-  const std::int32_t past = filter.length() - 1;
+  const int32_t past = filter.length() - 1;
   stream_block block(in, out, state);
   if (dsp_output_prepare(&block, nullptr, past, DSP_OUT_ALIAS) != 0) return -1;
   const past_and_block x(block.in, state, past);

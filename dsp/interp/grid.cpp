@@ -13,17 +13,17 @@ namespace {
 // Fewer than two nodes: 0, a constant, or a spline's single parabola.
 void without_interval(const nodes &f, const queries &q, bool is_spline) {
   const double curvature = f.n == 1 && is_spline ? f.d2[0] * 0.5 : 0.0;
-  for (std::int32_t i = 0; i < q.n; ++i) {
+  for (int32_t i = 0; i < q.n; ++i) {
     q.out[i] = f.n == 1 ? f.y[0] : 0.0;
     if (f.n == 1 && is_spline) q.out[i] += (q.t[i] - f.x[0]) * (q.t[i] - f.x[0]) * curvature;
   }
 }
 
-constexpr std::int32_t scheme_mask = 7;
+constexpr int32_t scheme_mask = 7;
 
 // Parabolas and splines, which have both low bits set, need three nodes.
-std::int32_t scheme_for(std::int32_t mode, std::int32_t n) {
-  const std::int32_t scheme = mode & scheme_mask;
+int32_t scheme_for(int32_t mode, int32_t n) {
+  const int32_t scheme = mode & scheme_mask;
   return (scheme & DSP_INTERP_QUADRATIC) == DSP_INTERP_QUADRATIC && n < 3 ? DSP_INTERP_LINEAR : scheme;
 }
 
@@ -41,7 +41,7 @@ int32_t dsp_interp(const dsp_vec *x, const dsp_vec *y, const dsp_vec *d2, const 
     if (dspb_cspline_2d(x, y, made.get(), 0.0, 0.0, DSP_SPLINE_NOT_A_KNOT, DSP_SPLINE_NOT_A_KNOT) != 0) return -1;
     d2 = made.get();
   }
-  const std::int32_t n = samples(*x);
+  const int32_t n = samples(*x);
   if (x->is_complex != 0 || y->is_complex != 0 || xq->is_complex != 0 || n != samples(*y)) return -1;
   if (is_spline && (d2->is_complex != 0 || samples(*d2) != n)) return -1;
   output result(out, {x, y, xq, is_spline ? d2 : nullptr});

@@ -19,7 +19,7 @@ struct complex_pair {
 dsp_complex widened(double x) { return {x, 0.0}; }
 dsp_complex widened(dsp_complex z) { return z; }
 
-bool doubles_fit(std::int32_t n) { return n <= INT32_MAX / 2; }
+bool doubles_fit(int32_t n) { return n <= INT32_MAX / 2; }
 
 }  // namespace
 }  // namespace dsp::interp
@@ -28,7 +28,7 @@ using namespace dsp;
 using namespace dsp::interp;
 
 int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
-  const std::int32_t n = samples(*a);
+  const int32_t n = samples(*a);
   if (n != samples(*b) || !doubles_fit(n)) return -1;
   const operand even(*a, *out);
   const operand odd(*b, *out);
@@ -54,7 +54,7 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
 }
 
 int32_t dspi_zinter(dsp_vec *v) {
-  const std::int32_t n = samples(*v);
+  const int32_t n = samples(*v);
   if (!doubles_fit(n)) return -1;
   v->length = 2 * n;
   v->dx *= 0.5;

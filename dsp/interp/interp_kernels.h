@@ -13,21 +13,21 @@ struct nodes {
   const double *x;
   const double *y;
   const double *d2;
-  std::int32_t n;
+  int32_t n;
 };
 
 // Abscissae, and the output, which overlaps no input.
 struct queries {
   const double *t;
   double *out;
-  std::int32_t n;
+  int32_t n;
 };
 
 struct interp_kernel_set {
   // Needs two nodes, three for parabolas. -1: a query met an interval of zero width.
-  int32_t (*interpolate)(const nodes &f, const queries &q, std::int32_t scheme, bool clamp);
+  int32_t (*interpolate)(const nodes &f, const queries &q, int32_t scheme, bool clamp);
   // Interleaves real samples, written from the back: `out` may be `a` or `b`.
-  void (*interleave)(const double *a, const double *b, double *out, std::int64_t n);
+  void (*interleave)(const double *a, const double *b, double *out, int64_t n);
 };
 
 DSP_DECLARE_KERNELS(interp)

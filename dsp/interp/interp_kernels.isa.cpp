@@ -48,7 +48,7 @@ struct constant {
 
 struct line {
   double x0, x1, y0, y1, h;
-  line(const nodes &f, std::int32_t j) : x0(f.x[j - 1]), x1(f.x[j]), y0(f.y[j - 1]), y1(f.y[j]), h(x1 - x0) {}
+  line(const nodes &f, int32_t j) : x0(f.x[j - 1]), x1(f.x[j]), y0(f.y[j - 1]), y1(f.y[j]), h(x1 - x0) {}
   template <class V>
   V operator()(const V &t) const {
     return ((x1 - t) * y0 + (t - x0) * y1) / h;
@@ -58,7 +58,7 @@ struct line {
 // a (y0/h + (a^2 - h^2) d0/6h) + b (y1/h + (b^2 - h^2) d1/6h) in the distances a, b to the nodes.
 struct cubic {
   double x0, x1, square, y0, y1, d0, d1;
-  cubic(const nodes &f, std::int32_t j) : x0(f.x[j - 1]), x1(f.x[j]) {
+  cubic(const nodes &f, int32_t j) : x0(f.x[j - 1]), x1(f.x[j]) {
     const double h = x1 - x0, sixth = 1.0 / (6.0 * h);
     square = h * h;
     y0 = f.y[j - 1] / h;
@@ -75,7 +75,7 @@ struct cubic {
 
 struct parabola {
   double x0, x1, x2, y0, y1, y2, p, q, s, scale;
-  parabola(const nodes &f, std::int32_t m)
+  parabola(const nodes &f, int32_t m)
       : x0(f.x[m - 1]), x1(f.x[m]), x2(f.x[m + 1]), y0(f.y[m - 1]), y1(f.y[m]), y2(f.y[m + 1]) {
     p = x1 - x0;
     q = x2 - x1;
@@ -117,7 +117,7 @@ struct middle {
 // Writes values from out[i] on up to the first query beyond the piece, and returns its index. The last vector may write
 // past it; those values are written again.
 template <class Piece, class Past>
-std::int32_t fill(const queries &q, std::int32_t i, const Piece &piece, const Past &past) {
+int32_t fill(const queries &q, int32_t i, const Piece &piece, const Past &past) {
   for (; i <= q.n - lane_count; i += lane_count) {
     const widest t = load<widest>(q.t + i);
     store(q.out + i, piece(t));
@@ -129,20 +129,20 @@ std::int32_t fill(const queries &q, std::int32_t i, const Piece &piece, const Pa
 
 // The first query in [begin, end) that is not below the last node, or `end`. For nodes that do not rise: their last one
 // may lie before the end of a piece.
-[[gnu::noinline]] std::int32_t first_from(double last, const queries &q, std::int32_t begin, std::int32_t end) {
-  std::int32_t i = begin;
+[[gnu::noinline]] int32_t first_from(double last, const queries &q, int32_t begin, int32_t end) {
+  int32_t i = begin;
   while (i < end && !(q.t[i] >= last)) ++i;
   return i;
 }
 
-int32_t hold_last(const nodes &f, const queries &q, std::int32_t i) {
+int32_t hold_last(const nodes &f, const queries &q, int32_t i) {
   fill(q, i, constant{f.y[f.n - 1]}, nowhere());
   return 0;
 }
 
 // Moves the bracket [j - 1, j] right until it holds t or is the last one; false when it meets an interval of zero
 // width.
-bool reach(const nodes &f, double t, std::int32_t *j) {
+bool reach(const nodes &f, double t, int32_t *j) {
   while (f.x[*j] - f.x[*j - 1] != 0.0) {
     if (!(t >= f.x[*j]) || *j == f.n - 1) return true;
     ++*j;
@@ -152,13 +152,12 @@ bool reach(const nodes &f, double t, std::int32_t *j) {
 
 // piece(j) returns the piece of bracket j.
 template <class MakePiece>
-int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_end, std::int32_t j,
-                   const MakePiece &piece) {
+int32_t by_bracket(const nodes &f, const queries &q, int32_t i, bool hold_end, int32_t j, const MakePiece &piece) {
   const double last = f.x[f.n - 1];
   while (i < q.n) {
     if (!reach(f, q.t[i], &j)) return -1;
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
-    const std::int32_t begin = i;
+    const int32_t begin = i;
     const bool ends = j < f.n - 1 || hold_end;  // GCOVR_EXCL_BR_LINE: some pieces always hold the end
     i = ends ? fill(q, i, piece(j), node{f.x[j]}) : fill(q, i, piece(j), nowhere());  // GCOVR_EXCL_BR_LINE: as above
     if (hold_end && last < f.x[j]) i = first_from(last, q, begin, i);                 // GCOVR_EXCL_BR_LINE: as above
@@ -166,9 +165,9 @@ int32_t by_bracket(const nodes &f, const queries &q, std::int32_t i, bool hold_e
   return 0;
 }
 
-int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool hold_end, std::int32_t j) {
+int32_t by_nearest_node(const nodes &f, const queries &q, int32_t i, bool hold_end, int32_t j) {
   const double last = f.x[f.n - 1];
-  std::int32_t m = j >= 2 && q.t[i] - f.x[j - 1] < f.x[j] - q.t[i] ? j - 1 : j;
+  int32_t m = j >= 2 && q.t[i] - f.x[j - 1] < f.x[j] - q.t[i] ? j - 1 : j;
   if (m > f.n - 2) m = f.n - 2;
   while (i < q.n) {
     if (!reach(f, q.t[i], &j)) return -1;
@@ -176,7 +175,7 @@ int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool h
     if (hold_end && q.t[i] >= last) return hold_last(f, q, i);
     const parabola piece(f, m);
     if (piece.scale == 0.0) return -1;
-    const std::int32_t begin = i;
+    const int32_t begin = i;
     if (m < f.n - 2)
       i = fill(q, i, piece, middle{f.x[m], f.x[m + 1]});
     else
@@ -186,28 +185,28 @@ int32_t by_nearest_node(const nodes &f, const queries &q, std::int32_t i, bool h
   return 0;
 }
 
-int32_t interpolate(const nodes &f, const queries &q, std::int32_t scheme, bool clamp) {
-  std::int32_t first = 0;
+int32_t interpolate(const nodes &f, const queries &q, int32_t scheme, bool clamp) {
+  int32_t first = 0;
   for (; clamp && first < q.n && q.t[first] < f.x[0]; ++first) q.out[first] = f.y[0];
   if (first == q.n) return 0;
-  std::int32_t j = 1;
+  int32_t j = 1;
   if (!reach(f, q.t[first], &j)) return -1;
   switch (scheme) {
     case DSP_INTERP_HOLD:
-      return by_bracket(f, q, first, true, j, [&f](std::int32_t k) { return constant{f.y[k - 1]}; });
+      return by_bracket(f, q, first, true, j, [&f](int32_t k) { return constant{f.y[k - 1]}; });
     case DSP_INTERP_LINEAR:
-      return by_bracket(f, q, first, clamp, j, [&f](std::int32_t k) { return line(f, k); });
+      return by_bracket(f, q, first, clamp, j, [&f](int32_t k) { return line(f, k); });
     case DSP_INTERP_SPLINE:
-      return by_bracket(f, q, first, clamp, j, [&f](std::int32_t k) { return cubic(f, k); });
+      return by_bracket(f, q, first, clamp, j, [&f](int32_t k) { return cubic(f, k); });
     case DSP_INTERP_QUADRATIC:
       return by_nearest_node(f, q, first, clamp, j);
     default:
-      return by_bracket(f, q, first, clamp, j, [value = f.y[j]](std::int32_t) { return constant{value}; });
+      return by_bracket(f, q, first, clamp, j, [value = f.y[j]](int32_t) { return constant{value}; });
   }
 }
 
-void interleave(const double *a, const double *b, double *out, std::int64_t n) {
-  std::int64_t i = n;
+void interleave(const double *a, const double *b, double *out, int64_t n) {
+  int64_t i = n;
   for (; i >= lane_count; i -= lane_count) {
     const widest x = load<widest>(a + i - lane_count), y = load<widest>(b + i - lane_count);
     store_in_turn(out + 2 * (i - lane_count), x, y);

@@ -11,10 +11,10 @@
 namespace dsp::interp {
 namespace {
 
-bool is_end_condition(std::int32_t value) { return value >= DSP_SPLINE_NOT_A_KNOT && value <= DSP_SPLINE_NATURAL; }
+bool is_end_condition(int32_t value) { return value >= DSP_SPLINE_NOT_A_KNOT && value <= DSP_SPLINE_NATURAL; }
 
-bool increases(const double *x, std::int32_t n) {
-  for (std::int32_t i = 1; i < n; ++i)
+bool increases(const double *x, int32_t n) {
+  for (int32_t i = 1; i < n; ++i)
     if (!(x[i] - x[i - 1] > 0.0)) return false;
   return true;
 }
@@ -38,7 +38,7 @@ struct end_row {
 
 // `slope` and `width` are those of the end interval, `value` the given derivative, both seen from inside: at the right
 // end their signs are reversed.
-end_row end_condition(std::int32_t condition, double value, double slope, double width) {
+end_row end_condition(int32_t condition, double value, double slope, double width) {
   if (condition == DSP_SPLINE_CLAMPED) return {2.0, 1.0, 6.0 / width * (slope - value)};
   return {1.0, 0.0, condition == DSP_SPLINE_NATURAL ? 0.0 : value};
 }
@@ -65,15 +65,15 @@ struct system_of_nodes {
   const double *x, *y;
   double *diagonal, *right;
 
-  double width(std::int32_t i) const { return x[i] - x[i - 1]; }
-  double slope(std::int32_t i) const { return (y[i] - y[i - 1]) / width(i); }
+  double width(int32_t i) const { return x[i] - x[i - 1]; }
+  double slope(int32_t i) const { return (y[i] - y[i - 1]) / width(i); }
 
   // From row `end` to row `begin`, then back; the solution is left in `right`.
-  void solve(std::int32_t begin, std::int32_t end, const end_row &first, const end_row &last) const {
-    const auto lower = [&](std::int32_t i) { return i == end ? last.far : width(i) / width(i + 1); };
+  void solve(int32_t begin, int32_t end, const end_row &first, const end_row &last) const {
+    const auto lower = [&](int32_t i) { return i == end ? last.far : width(i) / width(i + 1); };
     diagonal[end] = last.near;
     right[end] = last.right;
-    for (std::int32_t i = end; i-- > begin;) {
+    for (int32_t i = end; i-- > begin;) {
       const bool is_first = i == begin;
       const double next = width(i + 1);
       const double factor = (is_first ? first.far : 1.0) / diagonal[i + 1];
@@ -81,20 +81,20 @@ struct system_of_nodes {
       right[i] = (is_first ? first.right : 6.0 / next * (slope(i + 1) - slope(i))) - factor * right[i + 1];
     }
     right[begin] /= diagonal[begin];
-    for (std::int32_t i = begin + 1; i <= end; ++i) right[i] = (right[i] - lower(i) * right[i - 1]) / diagonal[i];
+    for (int32_t i = begin + 1; i <= end; ++i) right[i] = (right[i] - lower(i) * right[i - 1]) / diagonal[i];
   }
 };
 
 struct end {
-  std::int32_t condition;
+  int32_t condition;
   double value;
   bool is_knot() const { return condition != DSP_SPLINE_NOT_A_KNOT; }
 };
 
 // Writes n second derivatives to `m` after the last node has been read. `memory` holds 2 n doubles.
-void solve_spline(const double *x, const double *y, std::int32_t n, end left, end right, double *memory, double *m) {
+void solve_spline(const double *x, const double *y, int32_t n, end left, end right, double *memory, double *m) {
   const system_of_nodes nodes = {x, y, memory, memory + n};
-  const std::int32_t last = n - 1;
+  const int32_t last = n - 1;
   const one_cubic at_left(x, y, 1), at_right(x + last, y + last, -1);
   const double right_value = right.condition == DSP_SPLINE_CLAMPED ? -right.value : right.value;
   nodes.solve(
@@ -115,7 +115,7 @@ using namespace dsp::interp;
 
 int32_t dspb_cspline_2d(const dsp_vec *x, const dsp_vec *y, dsp_vec *d2, double left_value, double right_value,
                         int32_t left, int32_t right) {
-  const std::int32_t n = samples(*x);
+  const int32_t n = samples(*x);
   if (x->is_complex != 0 || y->is_complex != 0 || n != samples(*y) || n < 4) return -1;
   if (!is_end_condition(left) || !is_end_condition(right) || !increases(x->data, n)) return -1;
   const bool lone_cubic = n == 4 && left == DSP_SPLINE_NOT_A_KNOT && right == DSP_SPLINE_NOT_A_KNOT;

@@ -5,7 +5,7 @@
 namespace dsp {
 namespace {
 
-constexpr std::int64_t steps_per_seed = 256;
+constexpr int64_t steps_per_seed = 256;
 
 struct exact_rotation {
   double_double cos;
@@ -31,33 +31,32 @@ exact_rotation rotation_by(double_double angle) {
   return sum;
 }
 
-exact_rotation rotation_by(std::int64_t k, std::int64_t n) {
+exact_rotation rotation_by(int64_t k, int64_t n) {
   return rotation_by(double_double{static_cast<double>(k), 0.0} * exact_two_pi / static_cast<double>(n));
 }
 
 }  // namespace
 
-void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, std::int64_t first, std::int64_t last,
-                std::int64_t n) {
+void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, int64_t first, int64_t last, int64_t n) {
   const exact_rotation step = rotation_by(1, n);
   exact_rotation at{};
-  for (std::int64_t k = first; k <= last; ++k, cosines += spacing, sines += spacing) {
+  for (int64_t k = first; k <= last; ++k, cosines += spacing, sines += spacing) {
     at = k == first || k % steps_per_seed == 0 ? rotation_by(k, n) : at * step;
     *cosines = at.cos.hi;
     *sines = at.sin.hi;
   }
 }
 
-void fill_octant(double *cosines, double *sines, std::int64_t n) {
+void fill_octant(double *cosines, double *sines, int64_t n) {
   fill_roots(cosines, sines, 1, 0, n / 8, n);
   cosines[n / 8] = sines[n / 8] = half_sqrt2;
 }
 
-root root_from_octant(const double *cosines, const double *sines, std::int64_t n, std::int64_t k) {
-  const std::int64_t quarter = n / 4;
-  const std::int64_t in_quarter = k % quarter;
+root root_from_octant(const double *cosines, const double *sines, int64_t n, int64_t k) {
+  const int64_t quarter = n / 4;
+  const int64_t in_quarter = k % quarter;
   const bool upper = in_quarter > n / 8;
-  const std::int64_t i = upper ? quarter - in_quarter : in_quarter;
+  const int64_t i = upper ? quarter - in_quarter : in_quarter;
   const root r = upper ? root{sines[i], cosines[i]} : root{cosines[i], sines[i]};
   switch (k / quarter) {
     case 0:

@@ -15,14 +15,13 @@ struct root {
 };
 
 // cos and sin of 2 pi k/n for k = first .. last <= n/8, `spacing` doubles apart.
-void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, std::int64_t first, std::int64_t last,
-                std::int64_t n);
+void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, int64_t first, int64_t last, int64_t n);
 
 // cos and sin of 2 pi k/n for the first eighth of the circle, k = 0 .. n/8; n is a power of two from 8 on.
-void fill_octant(double *cosines, double *sines, std::int64_t n);
+void fill_octant(double *cosines, double *sines, int64_t n);
 
 // cos and sin of 2 pi k/n for 0 <= k < n from such an octant.
-root root_from_octant(const double *cosines, const double *sines, std::int64_t n, std::int64_t k);
+root root_from_octant(const double *cosines, const double *sines, int64_t n, int64_t k);
 
 // At part/period of a turn, part >= 0. The part is reduced to the first octant before it is multiplied by pi; each step
 // of the reduction is exact, so the result is right to about an ulp for any number of turns. An infinite period gives

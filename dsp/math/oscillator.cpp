@@ -21,7 +21,7 @@ oscillator::oscillator(double phase, double w) : phase_(phase), w_(w), lane_c_{1
   if (slow_) cos_ = 2.0 * half_sine * half_sine;
 }
 
-void oscillator::operator()(std::int32_t first, std::int32_t count, double *c, double *s) const {
+void oscillator::operator()(int32_t first, int32_t count, double *c, double *s) const {
   const double angle = phase_ + w_ * first;
   const double seed_c = std::cos(angle);
   const double seed_s = std::sin(angle);
@@ -31,7 +31,7 @@ void oscillator::operator()(std::int32_t first, std::int32_t count, double *c, d
   }
   c[0] = seed_c;
   s[0] = seed_s;
-  for (std::int32_t i = lanes; i < count; i += lanes) turn(c + i, s + i);
+  for (int32_t i = lanes; i < count; i += lanes) turn(c + i, s + i);
 }
 
 void oscillator::turn(double *c, double *s) const {

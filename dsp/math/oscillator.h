@@ -12,12 +12,12 @@ namespace dsp {
 
 class oscillator {
  public:
-  static constexpr std::int32_t block = 256;
+  static constexpr int32_t block = 256;
 
   oscillator(double phase, double w);
 
   // c[i], s[i] for k = first + i, i < count <= block. Writes up to a whole block, whatever `count` is.
-  void operator()(std::int32_t first, std::int32_t count, double *c, double *s) const;
+  void operator()(int32_t first, int32_t count, double *c, double *s) const;
 
  private:
   static constexpr int lanes = 8;

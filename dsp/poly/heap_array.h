@@ -11,7 +11,7 @@ namespace dsp::poly {
 template <class T>
 class heap_array {
  public:
-  explicit heap_array(std::int64_t count) : data_(allocate(count)) {}
+  explicit heap_array(int64_t count) : data_(allocate(count)) {}
   ~heap_array() { heap_release(data_); }
   heap_array(const heap_array &) = delete;
   heap_array &operator=(const heap_array &) = delete;
@@ -19,12 +19,12 @@ class heap_array {
   // False when memory ran out.
   explicit operator bool() const { return data_ != nullptr; }
   T *get() const { return data_; }
-  T &operator[](std::int64_t i) const { return data_[i]; }
+  T &operator[](int64_t i) const { return data_[i]; }
 
  private:
   // One element more than asked for: a block of 0 bytes is no memory.
-  static T *allocate(std::int64_t count) {
-    const auto elements = static_cast<std::uint64_t>(count) + 1;
+  static T *allocate(int64_t count) {
+    const auto elements = static_cast<uint64_t>(count) + 1;
     if (elements > SIZE_MAX / sizeof(T)) return nullptr;  // GCOVR_EXCL_BR_LINE: 64 bits hold the product
     return static_cast<T *>(heap_allocate(static_cast<std::size_t>(elements) * sizeof(T)));
   }

@@ -12,7 +12,7 @@ namespace {
 struct candidate {
   dsp_complex z;
   double fraction;  // from 0.5 to 1
-  std::int64_t exponent;
+  int64_t exponent;
 
   void multiply(double x) {
     int e;
@@ -34,10 +34,10 @@ double quarter_apart(dsp_complex a, dsp_complex b) {
 
 }  // namespace
 
-int32_t sort_leja(dsp_complex *z, std::int32_t n) {
+int32_t sort_leja(dsp_complex *z, int32_t n) {
   const heap_array<candidate> rest(n);
   if (!rest) return -1;
-  for (std::int32_t i = 0; i < n; ++i) rest[i] = {z[i], 0.5, 0};
+  for (int32_t i = 0; i < n; ++i) rest[i] = {z[i], 0.5, 0};
   const auto smaller = [](const candidate &a, const candidate &b) {
     return quarter_modulus(a.z) < quarter_modulus(b.z);
   };

@@ -9,6 +9,6 @@
 namespace dsp::poly {
 
 // Sorts z[0..n). -1: no memory.
-int32_t sort_leja(dsp_complex *z, std::int32_t n);
+int32_t sort_leja(dsp_complex *z, int32_t n);
 
 }  // namespace dsp::poly

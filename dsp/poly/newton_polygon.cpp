@@ -22,9 +22,9 @@ double log2_modulus(dsp_complex z) {
 
 }  // namespace
 
-newton_polygon::newton_polygon(const polynomial &p) : vertices_(p.degree() + std::int64_t{1}) {
+newton_polygon::newton_polygon(const polynomial &p) : vertices_(p.degree() + int64_t{1}) {
   if (!is_valid()) return;
-  for (std::int32_t k = 0; k <= p.degree(); ++k) {
+  for (int32_t k = 0; k <= p.degree(); ++k) {
     const dsp_complex c = p[k];
     if (largest_part(c) > 0.0) add({k, log2_modulus(c)});
   }
@@ -36,37 +36,37 @@ void newton_polygon::add(vertex v) {
   vertices_[count_++] = v;
 }
 
-double newton_polygon::log_radius(std::int32_t e) const {
+double newton_polygon::log_radius(int32_t e) const {
   return (vertices_[e].height - vertices_[e + 1].height) / (end(e) - begin(e));
 }
 
 double newton_polygon::log_largest(const zero_group &g) const {
   double largest = vertices_[g.first_edge].height + 1.0 * begin(g.first_edge) * g.exponent;
-  for (std::int32_t e = g.first_edge; e < g.end_edge; ++e)
+  for (int32_t e = g.first_edge; e < g.end_edge; ++e)
     largest = std::max(largest, vertices_[e + 1].height + 1.0 * end(e) * g.exponent);
   return largest;
 }
 
 // How many bits the sum of all terms loses on the way from the seed's radius, where it is as large as its largest
 // coefficient, to another edge's: inwards as it stands, outwards after division by z^n.
-double newton_polygon::shrinkage(std::int32_t seed, std::int32_t edge) const {
+double newton_polygon::shrinkage(int32_t seed, int32_t edge) const {
   double bits = 0.0;
-  for (std::int32_t e = edge; e < seed; ++e) bits += (log_radius(e + 1) - log_radius(e)) * end(e);
-  for (std::int32_t e = seed; e < edge; ++e) bits += (log_radius(e + 1) - log_radius(e)) * (end(edges() - 1) - end(e));
+  for (int32_t e = edge; e < seed; ++e) bits += (log_radius(e + 1) - log_radius(e)) * end(e);
+  for (int32_t e = seed; e < edge; ++e) bits += (log_radius(e + 1) - log_radius(e)) * (end(edges() - 1) - end(e));
   return bits;
 }
 
-zero_group newton_polygon::group_from(std::int32_t edge) const {
-  const auto zeros = [this](std::int32_t e) { return end(e) - begin(e); };
-  std::int32_t seed = edge;
-  std::int32_t next = edge + 1;
+zero_group newton_polygon::group_from(int32_t edge) const {
+  const auto zeros = [this](int32_t e) { return end(e) - begin(e); };
+  int32_t seed = edge;
+  int32_t next = edge + 1;
   for (; next < edges(); ++next) {
-    const std::int32_t wanted = zeros(next) > zeros(seed) ? next : seed;
+    const int32_t wanted = zeros(next) > zeros(seed) ? next : seed;
     if (shrinkage(wanted, edge) > most_shrinkage || shrinkage(wanted, next) > most_shrinkage) break;
     seed = wanted;
   }
   const double border = next < edges() ? 0.5 * (log_radius(next - 1) + log_radius(next)) : HUGE_VAL;
-  return {edge, next, static_cast<std::int32_t>(std::lround(log_radius(seed))), border};
+  return {edge, next, static_cast<int32_t>(std::lround(log_radius(seed))), border};
 }
 
 }  // namespace dsp::poly

@@ -12,8 +12,8 @@ namespace dsp::poly {
 // Edges whose zeros are sought with the variable scaled by 2^exponent, which keeps every term that matters within the
 // range of a double.
 struct zero_group {
-  std::int32_t first_edge, end_edge;
-  std::int32_t exponent;
+  int32_t first_edge, end_edge;
+  int32_t exponent;
   double log_border;  // to the next group, log2 of the modulus
 };
 
@@ -23,26 +23,26 @@ class newton_polygon {
 
   // False when memory ran out.
   bool is_valid() const { return static_cast<bool>(vertices_); }
-  std::int32_t edges() const { return count_ - 1; }
+  int32_t edges() const { return count_ - 1; }
   // The zeros of edge e: the first and the one behind the last.
-  std::int32_t begin(std::int32_t e) const { return vertices_[e].k; }
-  std::int32_t end(std::int32_t e) const { return vertices_[e + 1].k; }
-  double log_radius(std::int32_t e) const;
+  int32_t begin(int32_t e) const { return vertices_[e].k; }
+  int32_t end(int32_t e) const { return vertices_[e + 1].k; }
+  double log_radius(int32_t e) const;
   // log2 of the largest term where |z| = 2^x, x the exponent of a group.
   double log_largest(const zero_group &g) const;
   // As many edges from `edge` on as one scaling serves.
-  zero_group group_from(std::int32_t edge) const;
+  zero_group group_from(int32_t edge) const;
 
  private:
   struct vertex {
-    std::int32_t k;
+    int32_t k;
     double height;
   };
   void add(vertex v);
-  double shrinkage(std::int32_t seed, std::int32_t edge) const;
+  double shrinkage(int32_t seed, int32_t edge) const;
 
   heap_array<vertex> vertices_;
-  std::int32_t count_ = 0;
+  int32_t count_ = 0;
 };
 
 }  // namespace dsp::poly

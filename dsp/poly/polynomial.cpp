@@ -11,7 +11,7 @@ namespace {
 
 bool is_real_signal(const dsp_vec &c) {
   if (c.is_complex == 0) return true;
-  for (std::int64_t i = 0; i < samples(c); ++i)
+  for (int64_t i = 0; i < samples(c); ++i)
     if (c.data[2 * i + 1] != 0.0) return false;
   return true;
 }
@@ -35,8 +35,8 @@ polynomial::polynomial(const dsp_vec &c, dsp_complex y)
   degree_ -= at_origin_;
 }
 
-dsp_complex polynomial::coefficient(std::int32_t k) const {
-  const std::int64_t at = k;
+dsp_complex polynomial::coefficient(int32_t k) const {
+  const int64_t at = k;
   dsp_complex c = {0.0, 0.0};
   if (at < samples(c_))
     c = c_.is_complex != 0 ? dsp_complex{c_.data[2 * at], c_.data[2 * at + 1]} : dsp_complex{c_.data[at], 0.0};
@@ -44,6 +44,6 @@ dsp_complex polynomial::coefficient(std::int32_t k) const {
   return {c.re * scale_ - y_.re * y, c.im * scale_ - y_.im * y};
 }
 
-bool polynomial::is_zero_at(std::int32_t k) const { return largest_part(coefficient(k)) == 0.0; }
+bool polynomial::is_zero_at(int32_t k) const { return largest_part(coefficient(k)) == 0.0; }
 
 }  // namespace dsp::poly

@@ -16,21 +16,21 @@ class polynomial {
   bool is_zero() const { return degree_ < 0; }
   bool is_real() const { return is_real_; }
   // Of what is left after division by z^at_origin(); -1 for the zero polynomial.
-  std::int32_t degree() const { return degree_; }
+  int32_t degree() const { return degree_; }
   // Zeros at 0.
-  std::int32_t at_origin() const { return at_origin_; }
-  std::int32_t zeros() const { return is_zero() ? 0 : degree_ + at_origin_; }
+  int32_t at_origin() const { return at_origin_; }
+  int32_t zeros() const { return is_zero() ? 0 : degree_ + at_origin_; }
   // The coefficient of z^k after that division.
-  dsp_complex operator[](std::int32_t k) const { return coefficient(k + at_origin_); }
+  dsp_complex operator[](int32_t k) const { return coefficient(k + at_origin_); }
 
  private:
-  dsp_complex coefficient(std::int32_t k) const;
-  bool is_zero_at(std::int32_t k) const;
+  dsp_complex coefficient(int32_t k) const;
+  bool is_zero_at(int32_t k) const;
 
   const dsp_vec &c_;
   dsp_complex y_;
-  std::int32_t degree_;
-  std::int32_t at_origin_ = 0;
+  int32_t degree_;
+  int32_t at_origin_ = 0;
   double scale_ = 1.0;
   bool is_finite_;
   bool is_real_;

@@ -18,11 +18,11 @@ namespace {
 // A number in twice the digits and without bounds, times 2^exponent; both parts within +-1.
 struct coefficient {
   double_double re, im;
-  std::int64_t exponent;
+  int64_t exponent;
 
   bool is_zero() const { return re.hi == 0.0 && im.hi == 0.0; }
   double value(double_double part) const {
-    return std::ldexp(part.hi, static_cast<int>(std::clamp<std::int64_t>(exponent, -5000, 5000)));
+    return std::ldexp(part.hi, static_cast<int>(std::clamp<int64_t>(exponent, -5000, 5000)));
   }
 };
 
@@ -34,8 +34,8 @@ int exponent_of(double x) {
 
 double_double scaled(double_double a, double power) { return {a.hi * power, a.lo * power}; }
 
-coefficient shifted(const coefficient &a, std::int64_t exponent) {
-  const double power = std::ldexp(1.0, static_cast<int>(std::max<std::int64_t>(exponent, -1000)));
+coefficient shifted(const coefficient &a, int64_t exponent) {
+  const double power = std::ldexp(1.0, static_cast<int>(std::max<int64_t>(exponent, -1000)));
   return {scaled(a.re, power), scaled(a.im, power), a.exponent - exponent};
 }
 
@@ -43,7 +43,7 @@ coefficient normalised(const coefficient &a) { return shifted(a, -exponent_of(la
 
 coefficient sum(const coefficient &a, const coefficient &b) {
   if (a.is_zero() || b.is_zero()) return a.is_zero() ? b : a;
-  const std::int64_t exponent = std::max(a.exponent, b.exponent);
+  const int64_t exponent = std::max(a.exponent, b.exponent);
   const coefficient x = shifted(a, a.exponent - exponent), y = shifted(b, b.exponent - exponent);
   return normalised({x.re + y.re, x.im + y.im, exponent});
 }
@@ -55,11 +55,11 @@ coefficient negative_product(const coefficient &a, double re, double im, int exp
 }
 
 // Multiplies the polynomial c of the given degree by z - zero.
-void multiply(coefficient *c, std::int64_t degree, dsp_complex zero) {
+void multiply(coefficient *c, int64_t degree, dsp_complex zero) {
   const int exponent = exponent_of(largest_part(zero));
   const double re = std::ldexp(zero.re, -exponent), im = std::ldexp(zero.im, -exponent);
   c[degree + 1] = c[degree];
-  for (std::int64_t k = degree; k > 0; --k) c[k] = sum(c[k - 1], negative_product(c[k], re, im, exponent));
+  for (int64_t k = degree; k > 0; --k) c[k] = sum(c[k - 1], negative_product(c[k], re, im, exponent));
   c[0] = negative_product(c[0], re, im, exponent);
 }
 
@@ -68,7 +68,7 @@ bool is_before(const dsp_complex &a, const dsp_complex &b) { return a.re < b.re 
 bool is_same(const dsp_complex &a, const dsp_complex &b) { return a.re == b.re && a.im == b.im; }
 
 // Whether each zero that is not real has its conjugate: those above the axis, and those below mirrored, sort alike.
-bool is_symmetric(dsp_complex *z, std::int32_t n) {
+bool is_symmetric(dsp_complex *z, int32_t n) {
   dsp_complex *const end = z + n;
   dsp_complex *const complex = std::partition(z, end, [](const dsp_complex &a) { return a.im == 0.0; });
   dsp_complex *const lower = std::partition(complex, end, [](const dsp_complex &a) { return a.im > 0.0; });
@@ -81,20 +81,20 @@ bool is_symmetric(dsp_complex *z, std::int32_t n) {
   return result;
 }
 
-dsp_complex sample(const dsp_vec &v, std::int64_t i) {
+dsp_complex sample(const dsp_vec &v, int64_t i) {
   return v.is_complex != 0 ? complex_samples(v)[i] : dsp_complex{v.data[i], 0.0};
 }
 
 // Multiplies z[0..n) out into c, n + 1 samples, the lowest n - count of which are 0.
-int32_t multiply_out(dsp_complex *z, std::int32_t n, std::int32_t count, dsp_vec *c) {
-  const heap_array<coefficient> room(n + std::int64_t{1});
+int32_t multiply_out(dsp_complex *z, int32_t n, int32_t count, dsp_vec *c) {
+  const heap_array<coefficient> room(n + int64_t{1});
   if (!room || sort_leja(z, count) != 0) return -1;
   room[0] = {{1.0, 0.0}, {0.0, 0.0}, 0};
-  for (std::int32_t i = 0; i < count; ++i) multiply(room.get(), i, z[i]);
+  for (int32_t i = 0; i < count; ++i) multiply(room.get(), i, z[i]);
   const bool is_complex = c->is_complex != 0;
   std::fill_n(c->data, doubles(*c), 0.0);
-  for (std::int64_t k = 0; k <= count; ++k) {
-    const std::int64_t at = k + n - count;
+  for (int64_t k = 0; k <= count; ++k) {
+    const int64_t at = k + n - count;
     c->data[is_complex ? 2 * at : at] = room[k].value(room[k].re);
     if (is_complex) c->data[2 * at + 1] = room[k].value(room[k].im);
   }
@@ -108,13 +108,13 @@ using namespace dsp;
 using namespace dsp::poly;
 
 int32_t dspi_pztoc(dsp_vec *v) {
-  const std::int32_t n = samples(*v);
+  const int32_t n = samples(*v);
   if (n == INT32_MAX) return -1;
   if (!std::all_of(v->data, v->data + doubles(*v), [](double x) { return std::isfinite(x); })) return -1;
   const heap_array<dsp_complex> z(n);
   if (!z) return -1;
-  std::int32_t count = 0;  // zeros elsewhere than at 0, which only move the coefficients up
-  for (std::int32_t i = 0; i < n; ++i) {
+  int32_t count = 0;  // zeros elsewhere than at 0, which only move the coefficients up
+  for (int32_t i = 0; i < n; ++i) {
     z[count] = sample(*v, i);
     if (z[count].re != 0.0 || z[count].im != 0.0) ++count;
   }

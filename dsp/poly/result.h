@@ -12,15 +12,15 @@ namespace dsp::poly {
 
 inline dsp_complex *complex_samples(const dsp_vec &v) { return reinterpret_cast<dsp_complex *>(v.data); }
 
-inline int32_t size_as(dsp_vec *v, std::int32_t length, bool is_complex) {
+inline int32_t size_as(dsp_vec *v, int32_t length, bool is_complex) {
   v->length = length;
   v->is_complex = is_complex ? 1 : 0;
   return dsp_alloc(v);
 }
 
 // Makes `to` what `result` is: in a buffer that has room for `room` doubles, or else in that of `result`.
-inline void hand_over(dsp_vec *result, dsp_vec *to, std::int64_t room) {
-  const std::int64_t need = doubles(*result);
+inline void hand_over(dsp_vec *result, dsp_vec *to, int64_t room) {
+  const int64_t need = doubles(*result);
   if (need > room) {
     std::swap(to->data, result->data);
     std::swap(to->capacity, result->capacity);

@@ -19,13 +19,13 @@ namespace {
 // Tells where p - y is no more than the rounding error of a solution.
 class noise_test {
  public:
-  noise_test(const dsp_vec &c, double y, std::int32_t degree)
+  noise_test(const dsp_vec &c, double y, int32_t degree)
       : degree_(degree), re_(degree_ + 1), im_(degree_ + 1), modulus_(degree_ + 1) {
     if (!is_valid()) return;
     double largest = std::fabs(y);
-    for (std::int64_t k = 0; k <= degree_; ++k) largest = std::max(largest, std::fabs(c.data[k]));
+    for (int64_t k = 0; k <= degree_; ++k) largest = std::max(largest, std::fabs(c.data[k]));
     const double scale = largest > 0x1p900 ? 0x1p-100 : 1.0;  // sums do not overflow
-    for (std::int64_t k = 0; k <= degree_; ++k) {
+    for (int64_t k = 0; k <= degree_; ++k) {
       const double offset = k == 0 ? scale * y : 0.0;
       re_[k] = scale * c.data[k] - offset;
       im_[k] = 0.0;
@@ -51,7 +51,7 @@ class noise_test {
     b.re[0] = z.real();
     b.im[0] = z.imag();
     b.modulus[0] = std::abs(z);
-    const std::int64_t first = is_outside ? 0 : degree_;
+    const int64_t first = is_outside ? 0 : degree_;
     const coefficient_run run = {re_.get() + first, im_.get() + first, modulus_.get() + first, is_outside ? 1 : -1,
                                  degree_};
     zero_kernels().evaluate(run, &b, 1);
@@ -59,17 +59,17 @@ class noise_test {
     return std::hypot(b.value_re[0], b.value_im[0]) <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * b.terms[0];
   }
 
-  std::int64_t degree_;
+  int64_t degree_;
   heap_array<double> re_, im_, modulus_;
 };
 
 // Keeps the real ones of the n zeros of c - y, sorted, and returns their number; -1: no memory.
-std::int32_t keep_real(dsp_complex *z, std::int32_t n, const dsp_vec &c, double y) {
+int32_t keep_real(dsp_complex *z, int32_t n, const dsp_vec &c, double y) {
   if (n == 0) return 0;
   const noise_test noise(c, y, n);
   if (!noise.is_valid()) return -1;
-  std::int32_t count = 0;
-  for (std::int32_t i = 0; i < n; ++i) {
+  int32_t count = 0;
+  for (int32_t i = 0; i < n; ++i) {
     const dsp_complex zero = z[i];
     const bool is_pair = zero.im != 0.0;
     if (is_pair) ++i;
@@ -94,10 +94,10 @@ int32_t dsps_psolve(const dsp_vec *c, dsp_vec *out, double y) {
   if (c->is_complex != 0 || !has_solutions(p)) return -1;
   const heap_array<dsp_complex> z(p.zeros());
   if (!z || find_zeros(p, z.get()) != 0) return -1;
-  const std::int32_t count = keep_real(z.get(), p.zeros(), *c, y);
+  const int32_t count = keep_real(z.get(), p.zeros(), *c, y);
   temporary solutions;
   if (count < 0 || size_as(solutions.get(), count, false) != 0) return -1;
-  for (std::int32_t i = 0; i < count; ++i) solutions->data[i] = z[i].re;
+  for (int32_t i = 0; i < count; ++i) solutions->data[i] = z[i].re;
   put(solutions.get(), out);
   return 0;
 }

@@ -22,8 +22,8 @@ struct alignas(64) point_block {
 // Coefficients from the highest power to the lowest, `step` doubles apart.
 struct coefficient_run {
   const double *re, *im, *modulus;
-  std::int64_t step;
-  std::int64_t degree;
+  int64_t step;
+  int64_t degree;
 };
 
 // Each serves the first `count` points of a block.
@@ -33,7 +33,7 @@ struct zero_kernel_set {
   // The value alone, as if computed with twice the digits and then rounded.
   void (*evaluate_twofold)(const coefficient_run &c, point_block *b, int count);
   // The push by n approximations, of which those equal to a point do not count.
-  void (*repel)(const double *x_re, const double *x_im, std::int64_t n, point_block *b, int count);
+  void (*repel)(const double *x_re, const double *x_im, int64_t n, point_block *b, int count);
 };
 
 DSP_DECLARE_KERNELS(zero)

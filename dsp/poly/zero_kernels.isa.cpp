@@ -25,7 +25,7 @@ DSP_INLINE void evaluate_vectors(const coefficient_run &c, point_block *b, int a
     im[v] = load<V>(b->im + at + v * lane_count);
     modulus[v] = load<V>(b->modulus + at + v * lane_count);
   }
-  for (std::int64_t k = 0, i = 0; k <= c.degree; ++k, i += c.step) {
+  for (int64_t k = 0, i = 0; k <= c.degree; ++k, i += c.step) {
     for (int v = 0; v < W; ++v) {
       const V slope_re = s.slope_re[v] * re[v] - s.slope_im[v] * im[v] + s.re[v];
       s.slope_im[v] = s.slope_re[v] * im[v] + s.slope_im[v] * re[v] + s.im[v];
@@ -78,7 +78,7 @@ void evaluate_twofold(const coefficient_run &c, point_block *b, int count) {
     const V x = load<V>(b->re + at), y = load<V>(b->im + at);
     const halves x_halves(x), y_halves(y);
     V re = {}, im = {}, error_re = {}, error_im = {};
-    for (std::int64_t k = 0, i = 0; k <= c.degree; ++k, i += c.step) {
+    for (int64_t k = 0, i = 0; k <= c.degree; ++k, i += c.step) {
       const halves re_halves(re), im_halves(im);
       const V rx = re * x, iy = -im * y, ry = re * y, ix = im * x;
       const V product_re = rx + iy, product_im = ry + ix;
@@ -99,13 +99,13 @@ void evaluate_twofold(const coefficient_run &c, point_block *b, int count) {
 }
 
 template <int W>
-DSP_INLINE void repel_vectors(const double *x_re, const double *x_im, std::int64_t n, point_block *b, int at) {
+DSP_INLINE void repel_vectors(const double *x_re, const double *x_im, int64_t n, point_block *b, int at) {
   V re[W], im[W], sum_re[W] = {}, sum_im[W] = {};
   for (int v = 0; v < W; ++v) {
     re[v] = load<V>(b->at_re + at + v * lane_count);
     im[v] = load<V>(b->at_im + at + v * lane_count);
   }
-  for (std::int64_t j = 0; j < n; ++j) {
+  for (int64_t j = 0; j < n; ++j) {
     for (int v = 0; v < W; ++v) {
       const V d_re = re[v] - x_re[j];
       const V d_im = im[v] - x_im[j];
@@ -121,7 +121,7 @@ DSP_INLINE void repel_vectors(const double *x_re, const double *x_im, std::int64
   }
 }
 
-void repel(const double *x_re, const double *x_im, std::int64_t n, point_block *b, int count) {
+void repel(const double *x_re, const double *x_im, int64_t n, point_block *b, int count) {
   int at = 0;
   for (; at + lane_count < count; at += 2 * lane_count) repel_vectors<2>(x_re, x_im, n, b, at);
   if (at < count) repel_vectors<1>(x_re, x_im, n, b, at);

@@ -23,9 +23,9 @@ constexpr double small_step = 0x1p-14;  // relative; the one after it is about a
 constexpr int most_sweeps = 2000;
 constexpr int most_refinements = 60;
 
-dsp_complex scaled(dsp_complex z, std::int64_t exponent) {
+dsp_complex scaled(dsp_complex z, int64_t exponent) {
   if (exponent == 0) return z;
-  const int e = static_cast<int>(std::clamp<std::int64_t>(exponent, -5000, 5000));
+  const int e = static_cast<int>(std::clamp<int64_t>(exponent, -5000, 5000));
   if (std::abs(e) > 1000) return {std::ldexp(z.re, e), std::ldexp(z.im, e)};
   const double power = std::ldexp(1.0, e);
   return {z.re * power, z.im * power};
@@ -55,7 +55,7 @@ zero_search::zero_search(const polynomial &p)
       polygon_(p),
       groups_(p.degree()),
       zeros_(p.degree()),
-      numbers_(5 * (p.degree() + std::int64_t{1})),
+      numbers_(5 * (p.degree() + int64_t{1})),
       re_(numbers_.get()),
       im_(re_ + p.degree() + 1),
       modulus_(im_ + p.degree() + 1),
@@ -66,19 +66,19 @@ zero_search::zero_search(const polynomial &p)
 bool zero_search::is_valid() const { return polygon_.is_valid() && groups_ && zeros_ && numbers_; }
 
 void zero_search::run() {
-  for (std::int32_t e = 0; e < polygon_.edges(); e = groups_[group_count_ - 1].end_edge) {
+  for (int32_t e = 0; e < polygon_.edges(); e = groups_[group_count_ - 1].end_edge) {
     groups_[group_count_] = polygon_.group_from(e);
     start(group_count_++);
   }
   for (int sweep = 0; open_ > 0 && sweep < most_sweeps; ++sweep)  // GCOVR_EXCL_BR_LINE: most_sweeps is a safeguard
-    for (std::int32_t g = 0; g < group_count_; ++g) pass(g, state::searched);
-  for (std::int32_t i = 0; i < p_.degree(); ++i) zeros_[i].now = state::found;
+    for (int32_t g = 0; g < group_count_; ++g) pass(g, state::searched);
+  for (int32_t i = 0; i < p_.degree(); ++i) zeros_[i].now = state::found;
   refine_all(state::found, p_.degree());
 }
 
-dsp_complex zero_search::zero(std::int32_t i) const { return scaled(zeros_[i].z, exponent(zeros_[i].group)); }
+dsp_complex zero_search::zero(int32_t i) const { return scaled(zeros_[i].z, exponent(zeros_[i].group)); }
 
-void zero_search::move_to_axis(std::int32_t i) {
+void zero_search::move_to_axis(int32_t i) {
   approximation &zero = zeros_[i];
   zero.z.im = 0.0;
   zero.has_kept = false;
@@ -89,16 +89,16 @@ void zero_search::move_to_axis(std::int32_t i) {
     entered_ = -1;
 }
 
-void zero_search::refine_moved(std::int32_t count) { refine_all(state::on_axis, count); }
+void zero_search::refine_moved(int32_t count) { refine_all(state::on_axis, count); }
 
 // Evenly on the circle of each edge, turned so that no two edges and no conjugates face each other.
-void zero_search::start(std::int32_t group) {
+void zero_search::start(int32_t group) {
   const zero_group &g = groups_[group];
-  for (std::int32_t e = g.first_edge; e < g.end_edge; ++e) {
+  for (int32_t e = g.first_edge; e < g.end_edge; ++e) {
     const double radius = std::exp2(polygon_.log_radius(e) - g.exponent);
     const double turn = two_pi * polygon_.begin(e) / p_.degree() + 0.7;
     const double step = two_pi / (polygon_.end(e) - polygon_.begin(e));
-    for (std::int32_t i = polygon_.begin(e); i < polygon_.end(e); ++i) {
+    for (int32_t i = polygon_.begin(e); i < polygon_.end(e); ++i) {
       const double angle = turn + step * (i - polygon_.begin(e));
       zeros_[i] = {{radius * std::cos(angle), radius * std::sin(angle)}, {}, false, group, state::searched};
     }
@@ -106,17 +106,17 @@ void zero_search::start(std::int32_t group) {
 }
 
 // Scales the coefficients so that the largest term at the group's radius is about 1, and all zeros.
-void zero_search::enter(std::int32_t group) {
+void zero_search::enter(int32_t group) {
   if (entered_ == group) return;
   entered_ = group;
-  const auto largest = static_cast<std::int64_t>(std::ceil(polygon_.log_largest(groups_[group])));
-  for (std::int32_t k = 0; k <= p_.degree(); ++k) {
+  const auto largest = static_cast<int64_t>(std::ceil(polygon_.log_largest(groups_[group])));
+  for (int32_t k = 0; k <= p_.degree(); ++k) {
     const dsp_complex c = scaled(p_[k], exponent(group) * k - largest);
     re_[k] = c.re;
     im_[k] = c.im;
     modulus_[k] = std::sqrt(square(c));
   }
-  for (std::int32_t i = 0; i < p_.degree(); ++i) {
+  for (int32_t i = 0; i < p_.degree(); ++i) {
     const dsp_complex x = scaled(zeros_[i].z, exponent(zeros_[i].group) - exponent(group));
     x_re_[i] = not_far(x.re);
     x_im_[i] = not_far(x.im);
@@ -124,8 +124,8 @@ void zero_search::enter(std::int32_t group) {
 }
 
 // Moves the wanted zeros of a group once.
-void zero_search::pass(std::int32_t group, state wanted) {
-  for (std::int32_t i = 0; i < p_.degree(); ++i) {
+void zero_search::pass(int32_t group, state wanted) {
+  for (int32_t i = 0; i < p_.degree(); ++i) {
     const approximation &zero = zeros_[i];
     if (zero.group != group || zero.now != wanted) continue;
     enter(group);
@@ -137,7 +137,7 @@ void zero_search::pass(std::int32_t group, state wanted) {
     if (sides_[is_outside].count > 0) serve(is_outside, wanted);
 }
 
-void zero_search::add(std::int32_t i, bool is_outside) {
+void zero_search::add(int32_t i, bool is_outside) {
   const dsp_complex z = zeros_[i].z;
   const dsp_complex w = is_outside ? quotient({1.0, 0.0}, z) : z;
   batch &b = sides_[is_outside];
@@ -153,7 +153,7 @@ void zero_search::add(std::int32_t i, bool is_outside) {
 // Outside the unit circle the polynomial of 1/z is evaluated.
 void zero_search::serve(bool is_outside, state wanted) {
   const zero_kernel_set &kernels = zero_kernels();
-  const std::int64_t first = is_outside ? 0 : p_.degree();
+  const int64_t first = is_outside ? 0 : p_.degree();
   const coefficient_run c = {re_ + first, im_ + first, modulus_ + first, is_outside ? 1 : -1, p_.degree()};
   batch &b = sides_[is_outside];
   kernels.evaluate(c, &b.points, b.count);
@@ -191,7 +191,7 @@ zero_search::result zero_search::judge(bool is_outside, int lane) const {
   return {b.index[lane], std::sqrt(square(value)), step, std::sqrt(square(push))};
 }
 
-void zero_search::move(std::int32_t i, dsp_complex step) {
+void zero_search::move(int32_t i, dsp_complex step) {
   dsp_complex &z = zeros_[i].z;
   z = {z.re - step.re, z.im - step.im};
   x_re_[i] = z.re;
@@ -200,14 +200,14 @@ void zero_search::move(std::int32_t i, dsp_complex step) {
 
 // Zeros that leave their group's range are served by the group whose range they enter.
 void zero_search::change_group(approximation *zero) const {
-  const std::int32_t old = zero->group;
+  const int32_t old = zero->group;
   const double log_modulus = 0.5 * std::log2(square(zero->z)) + groups_[old].exponent;
   while (zero->group > 0 && log_modulus < groups_[zero->group - 1].log_border) --zero->group;
   while (log_modulus > groups_[zero->group].log_border) ++zero->group;
   zero->z = scaled(zero->z, exponent(old) - exponent(zero->group));
 }
 
-void zero_search::close(std::int32_t i, state now) {
+void zero_search::close(int32_t i, state now) {
   zeros_[i].now = now;
   --open_;
 }
@@ -237,11 +237,11 @@ void zero_search::refine(const result &r) {
   if (is_good && (is_last || is_noise)) close(r.index, state::refined);
 }
 
-void zero_search::refine_all(state wanted, std::int32_t count) {
+void zero_search::refine_all(state wanted, int32_t count) {
   open_ = count;
   for (int round = 0; open_ > 0 && round < most_refinements; ++round)
-    for (std::int32_t g = 0; g < group_count_; ++g) pass(g, wanted);
-  for (std::int32_t i = 0; i < p_.degree(); ++i) {
+    for (int32_t g = 0; g < group_count_; ++g) pass(g, wanted);
+  for (int32_t i = 0; i < p_.degree(); ++i) {
     approximation &zero = zeros_[i];
     if (zero.now == wanted && zero.has_kept) zero.z = zero.kept;  // GCOVR_EXCL_BR_LINE: there was a good place
     if (zero.now == wanted) zero.now = state::refined;

@@ -15,7 +15,7 @@ namespace {
 // A zero, or a conjugate pair named by its upper one.
 struct entry {
   dsp_complex z;
-  std::int32_t index;  // in the search
+  int32_t index;  // in the search
   bool is_pair;
   double modulus;
   double phase;  // from 0 to 2 pi
@@ -29,19 +29,19 @@ double phase_of(dsp_complex z) {
   return phase < 0.0 ? phase + two_pi : phase;
 }
 
-void sort_by_phase(entry *e, std::int32_t n) {
+void sort_by_phase(entry *e, int32_t n) {
   if (n < 2) return;
-  for (std::int32_t i = 0; i < n; ++i) e[i].phase = phase_of(e[i].z);
+  for (int32_t i = 0; i < n; ++i) e[i].phase = phase_of(e[i].z);
   sort(e, n, [](const entry &a, const entry &b) { return a.phase < b.phase; });
 }
 
-void put_in_order(entry *e, std::int32_t n) {
-  for (std::int32_t i = 0; i < n; ++i) {
+void put_in_order(entry *e, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) {
     e[i].z = {e[i].z.re + 0.0, e[i].z.im + 0.0};  // no negative zeros
     e[i].modulus = std::hypot(e[i].z.re, e[i].z.im);
   }
   sort(e, n, [](const entry &a, const entry &b) { return a.modulus < b.modulus; });
-  for (std::int32_t first = 0, end = 0; first < n; first = end) {
+  for (int32_t first = 0, end = 0; first < n; first = end) {
     while (end < n && e[end].modulus <= e[first].modulus * equal_moduli) ++end;
     sort_by_phase(e + first, end - first);
   }
@@ -53,21 +53,21 @@ double quarter_distance(dsp_complex a, dsp_complex b) {
 }
 
 // The zero among e[0..n) that is nearest to the conjugate of the first: the first itself if that is real.
-std::int32_t partner_of_first(const entry *e, std::int32_t n) {
+int32_t partner_of_first(const entry *e, int32_t n) {
   const dsp_complex conjugate = {e->z.re, -e->z.im};
-  std::int32_t nearest = 0;
-  for (std::int32_t i = 1; i < n; ++i)
+  int32_t nearest = 0;
+  for (int32_t i = 1; i < n; ++i)
     if (quarter_distance(e[i].z, conjugate) < quarter_distance(e[nearest].z, conjugate)) nearest = i;
   return nearest;
 }
 
 // Makes one entry of each pair and returns how many entries are left. Zeros far from the axis choose first: their
 // partners are beyond doubt.
-std::int32_t pair_up(entry *e, std::int32_t n) {
+int32_t pair_up(entry *e, int32_t n) {
   sort(e, n, [](const entry &a, const entry &b) { return std::fabs(a.z.im) > std::fabs(b.z.im); });
-  std::int32_t count = 0;
-  for (std::int32_t i = 0; i < n; ++i) {
-    const std::int32_t partner = i + partner_of_first(e + i, n - i);
+  int32_t count = 0;
+  for (int32_t i = 0; i < n; ++i) {
+    const int32_t partner = i + partner_of_first(e + i, n - i);
     e[count] = e[i];
     e[count].is_pair = partner != i;
     e[count].z.im = std::fabs(e[count].z.im);
@@ -80,9 +80,9 @@ std::int32_t pair_up(entry *e, std::int32_t n) {
 }
 
 // Real zeros get an imaginary part of exactly 0. Where it was more than rounding they are refined on the axis.
-void settle_real(zero_search *search, entry *e, std::int32_t n) {
-  constexpr std::int32_t settled = -1;
-  std::int32_t moved = 0;
+void settle_real(zero_search *search, entry *e, int32_t n) {
+  constexpr int32_t settled = -1;
+  int32_t moved = 0;
   for (entry *each = e; each != e + n; ++each) {
     if (each->is_pair) continue;
     if (std::fabs(each->z.im) <= 0x1p-52 * std::fabs(each->z.re)) {
@@ -107,15 +107,15 @@ int32_t find_zeros(const polynomial &p, dsp_complex *z) {
   const heap_array<entry> e(p.degree());
   if (!search.is_valid() || !e) return -1;
   search.run();
-  std::int32_t count = p.degree();
-  for (std::int32_t i = 0; i < count; ++i) e[i] = {search.zero(i), i, false, 0.0, 0.0};
+  int32_t count = p.degree();
+  for (int32_t i = 0; i < count; ++i) e[i] = {search.zero(i), i, false, 0.0, 0.0};
   if (p.is_real()) {
     count = pair_up(e.get(), count);
     settle_real(&search, e.get(), count);
   }
   if (!std::all_of(e.get(), e.get() + count, [](const entry &each) { return is_finite(each.z); })) return -1;
   put_in_order(e.get(), count);
-  for (std::int32_t i = 0; i < count; ++i) {
+  for (int32_t i = 0; i < count; ++i) {
     *z++ = e[i].z;
     if (e[i].is_pair) *z++ = {e[i].z.re, -e[i].z.im};
   }

@@ -15,7 +15,7 @@
 namespace dsp::resample {
 namespace {
 
-constexpr std::int32_t piece_length = 2048;  // samples at twice the output rate
+constexpr int32_t piece_length = 2048;  // samples at twice the output rate
 work_signal piece_store;
 
 class temporary_state {
@@ -32,8 +32,8 @@ class temporary_state {
 };
 
 // Takes the filters' delay out of the front of a stream.
-int32_t drop(dsp_vec *v, std::int32_t *delay) {
-  const std::int32_t dropped = std::clamp(*delay, 0, samples(*v));
+int32_t drop(dsp_vec *v, int32_t *delay) {
+  const int32_t dropped = std::clamp(*delay, 0, samples(*v));
   *delay -= dropped;
   return dspi_shift(v, dropped);
 }
@@ -45,7 +45,7 @@ struct cascade {
   bool carries_on;  // the state outlives the call
 
   int32_t halve(const dsp_vec *in, dsp_vec *out) const {
-    for (std::int32_t i = 0; i < coef.halvings; ++i, in = out)
+    for (int32_t i = 0; i < coef.halvings; ++i, in = out)
       if (filter::decimate_by_two(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
                                   &state.stage_phase[i]) != 0)
         return -1;
@@ -53,30 +53,30 @@ struct cascade {
   }
 
   // `block` is the length of the converter's own input, and the most that comes out.
-  int32_t convert_rest(const dsp_vec *in, dsp_vec *out, std::int32_t block) const {
+  int32_t convert_rest(const dsp_vec *in, dsp_vec *out, int32_t block) const {
     if (dspd_sfir(in, scratch, &coef.prefilter, coef.prefilter_odd, 0, &state.pre_hist) != 0) return -1;
     // At twice the output rate and a ratio of 1 or more, no more than this can come out.
-    const std::int64_t most = carries_on ? 2 * (std::int64_t{block} + state.delay2) + kernel_taps(coef.kernel) - 1
-                                         : 2 * std::int64_t{block} - 1;
+    const int64_t most =
+        carries_on ? 2 * (int64_t{block} + state.delay2) + kernel_taps(coef.kernel) - 1 : 2 * int64_t{block} - 1;
     kernel k;
     if (most > INT32_MAX || !k.read(coef.kernel)) return -1;
     fractional_stage stage(k, coef.interp != 0, coef.ratio * 0.5);
     if (stage.begin(*scratch, &state.rsmp_state) != 0) return -1;
     out->length = block;
     out->is_complex = scratch->is_complex;
-    if (dsp_alloc(out) != 0 || collect(&stage, static_cast<std::int32_t>(most), out) != 0) return -1;
+    if (dsp_alloc(out) != 0 || collect(&stage, static_cast<int32_t>(most), out) != 0) return -1;
     out->dx = scratch->dx * coef.ratio;
     stage.end();
     return 0;
   }
 
   // In pieces that stay in the L1 cache, so that the work space is small for any ratio.
-  int32_t collect(fractional_stage *stage, std::int32_t most, dsp_vec *out) const {
+  int32_t collect(fractional_stage *stage, int32_t most, dsp_vec *out) const {
     dsp_vec *piece = piece_store.obtain();
     temporary aside;
-    const std::int64_t width = out->is_complex != 0 ? 2 : 1;
-    std::int32_t kept = 0;
-    for (std::int32_t made = 1; made > 0; most -= made) {
+    const int64_t width = out->is_complex != 0 ? 2 : 1;
+    int32_t kept = 0;
+    for (int32_t made = 1; made > 0; most -= made) {
       piece->length = std::min(most, piece_length);
       piece->is_complex = out->is_complex;
       if (dsp_alloc(piece) != 0) return -1;
@@ -85,7 +85,7 @@ struct cascade {
                                   &state.post_phase) != 0 ||
           drop(piece, &state.delay2) != 0)
         return -1;
-      const std::int32_t some = std::min(piece->length, out->length - kept);
+      const int32_t some = std::min(piece->length, out->length - kept);
       std::copy_n(piece->data, some * width, out->data + kept * width);
       kept += some;
     }
@@ -94,7 +94,7 @@ struct cascade {
   }
 
   int32_t run(const dsp_vec *in, dsp_vec *out) const {
-    const std::int32_t block = samples(*in);
+    const int32_t block = samples(*in);
     if (dsph_rsmp_state_alloc(&coef, &state, in->is_complex) != 0) return -1;
     const bool halves = coef.halvings > 0;
     const bool fractional = coef.mode != 0 || coef.ratio != 1.0;
@@ -108,7 +108,7 @@ struct cascade {
 
 }  // namespace
 
-std::int32_t free_converter_work() { return piece_store.release(); }
+int32_t free_converter_work() { return piece_store.release(); }
 
 }  // namespace dsp::resample
 

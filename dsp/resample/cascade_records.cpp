@@ -11,20 +11,20 @@
 namespace dsp::resample {
 namespace {
 
-constexpr std::int32_t kernel_kind = 4;
-constexpr std::int32_t kernel_length = 13314;
+constexpr int32_t kernel_kind = 4;
+constexpr int32_t kernel_length = 13314;
 
 // Samples by which the filters delay a stream. The ceiling forgives rounding noise just above an integer.
-constexpr std::int32_t halving_delay = 33;
-std::int32_t fractional_delay(double ratio) {
+constexpr int32_t halving_delay = 33;
+int32_t fractional_delay(double ratio) {
   const double delay = 19 + std::ceil(35 / ratio * 0.9999999999999956);
-  return static_cast<std::int32_t>(std::min(delay, static_cast<double>(INT32_MAX)));
+  return static_cast<int32_t>(std::min(delay, static_cast<double>(INT32_MAX)));
 }
 
 // Calls f with every signal of the state until one call fails.
 template <class F>
 int32_t for_each_signal(dsph_rsmp_state *s, F f) {
-  for (std::int32_t i = 0; i < s->stages; ++i)
+  for (int32_t i = 0; i < s->stages; ++i)
     if (f(&s->stage_hist[i]) != 0 || f(&s->stage_phase[i]) != 0) return -1;  // GCOVR_EXCL_BR_LINE: not every f fails
   for (dsp_vec *v : {&s->pre_hist, &s->rsmp_state, &s->post_hist, &s->post_phase})
     if (f(v) != 0) return -1;  // GCOVR_EXCL_BR_LINE: not every f fails
@@ -32,7 +32,7 @@ int32_t for_each_signal(dsph_rsmp_state *s, F f) {
 }
 
 void free_stages(dsph_rsmp_state *s) {
-  for (std::int32_t i = 0; i < s->stages; ++i) {
+  for (int32_t i = 0; i < s->stages; ++i) {
     dsp_destroy(&s->stage_hist[i]);
     dsp_destroy(&s->stage_phase[i]);
   }
@@ -42,7 +42,7 @@ void free_stages(dsph_rsmp_state *s) {
   s->stage_hist = s->stage_phase = nullptr;
 }
 
-int32_t allocate_stages(dsph_rsmp_state *s, std::int32_t stages) {
+int32_t allocate_stages(dsph_rsmp_state *s, int32_t stages) {
   free_stages(s);
   if (stages <= 0) return 0;
   const std::size_t bytes = static_cast<std::size_t>(stages) * sizeof(dsp_vec);
@@ -52,7 +52,7 @@ int32_t allocate_stages(dsph_rsmp_state *s, std::int32_t stages) {
     free_stages(s);
     return -1;
   }
-  for (std::int32_t i = 0; i < stages; ++i) {
+  for (int32_t i = 0; i < stages; ++i) {
     dsp_init(&s->stage_hist[i]);
     dsp_init(&s->stage_phase[i]);
   }
@@ -61,9 +61,9 @@ int32_t allocate_stages(dsph_rsmp_state *s, std::int32_t stages) {
 }
 
 // Samples before the present one that a filter given by its half reaches.
-std::int32_t past_of(const dsp_vec &half, std::int32_t odd) {
-  const std::int64_t past = 2 * std::int64_t{half.length} - (odd != 0 ? 1 : 0) - 1;
-  return static_cast<std::int32_t>(std::min<std::int64_t>(past, INT32_MAX));
+int32_t past_of(const dsp_vec &half, int32_t odd) {
+  const int64_t past = 2 * int64_t{half.length} - (odd != 0 ? 1 : 0) - 1;
+  return static_cast<int32_t>(std::min<int64_t>(past, INT32_MAX));
 }
 
 }  // namespace
@@ -99,7 +99,7 @@ int32_t dsph_rsmp_coef_alloc(dsph_rsmp_coef *coef, int32_t reserved) {
 int32_t dsph_rsmp_coef_setup(dsph_rsmp_coef *coef, int32_t, double ratio, int32_t mode, int32_t reserved) {
   if (!std::isfinite(ratio) || reserved != 0) return -1;
   if (ratio <= 0.0) ratio = 1.0;
-  std::int32_t halvings = 0;
+  int32_t halvings = 0;
   for (; ratio >= 2.0; ratio *= 0.5) ++halvings;
   coef->ratio = ratio;
   coef->halvings = halvings;
@@ -123,12 +123,12 @@ int32_t dsph_rsmp_state_destroy(dsph_rsmp_state *state) {
 int32_t dsph_rsmp_state_alloc(const dsph_rsmp_coef *coef, dsph_rsmp_state *state, uint32_t is_complex) {
   if (state->stages != coef->halvings && allocate_stages(state, coef->halvings) != 0) return -1;
   const bool complex_stream = is_complex != 0;
-  const std::int32_t halving_past = past_of(coef->halfband, coef->halfband_odd);
-  for (std::int32_t i = 0; i < state->stages; ++i)
+  const int32_t halving_past = past_of(coef->halfband, coef->halfband_odd);
+  for (int32_t i = 0; i < state->stages; ++i)
     if (shape_state(&state->stage_hist[i], complex_stream, halving_past) != 0 ||
         shape_state(&state->stage_phase[i], complex_stream, 1) != 0)
       return -1;
-  const std::int32_t rsmp_length = kernel_taps(coef->kernel) + 2;
+  const int32_t rsmp_length = kernel_taps(coef->kernel) + 2;
   const bool shaped =
       shape_state(&state->pre_hist, complex_stream, past_of(coef->prefilter, coef->prefilter_odd)) == 0 &&
       shape_state(&state->rsmp_state, complex_stream, rsmp_length) == 0 &&

@@ -24,14 +24,14 @@ work_signal row_store;
 
 // One channel of an output whose span may begin in the past, summed without rows. A past that is not held adds
 // nothing, however many taps reach into it.
-double interpolate_anywhere(const past_and_block &x, std::int32_t channel, std::int64_t start, const kernel &k,
+double interpolate_anywhere(const past_and_block &x, int32_t channel, int64_t start, const kernel &k,
                             const kernel_phase &at) {
   double lanes[5] = {};
-  const std::int64_t silent = x.past == nullptr ? std::clamp<std::int64_t>(-start, 0, k.taps) : 0;
-  for (auto i = static_cast<std::int32_t>(silent); i < k.taps; ++i) {
-    const double *tap = k.points + at.point + std::int64_t{i} * k.phases;
+  const int64_t silent = x.past == nullptr ? std::clamp<int64_t>(-start, 0, k.taps) : 0;
+  for (auto i = static_cast<int32_t>(silent); i < k.taps; ++i) {
+    const double *tap = k.points + at.point + int64_t{i} * k.phases;
     const double w = tap[0] + at.fraction * (tap[1] - tap[0]);
-    const std::int64_t sample = start + i;
+    const int64_t sample = start + i;
     const double *from = sample >= 0 ? x.block + sample * x.width : x.past + (k.taps + sample) * x.width;
     lanes[i < k.taps / 4 * 4 ? i % 4 : 4] += w * from[channel];
   }
@@ -56,7 +56,7 @@ int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
   at_ = {0.0, -static_cast<double>(k_.taps)};
   state_ = state;
   if (state != nullptr) {
-    const double *stored = state->data + std::int64_t{k_.taps} * x_.width;
+    const double *stored = state->data + int64_t{k_.taps} * x_.width;
     at_.offset = stored[0];
     at_.start += stored[x_.width];
     if (!(at_.offset >= -1.0 && std::isfinite(at_.offset) && std::isfinite(at_.start))) return -1;
@@ -65,49 +65,48 @@ int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
 }
 
 int32_t fractional_stage::prepare_rows() {
-  const std::int64_t rows = rows_of(k_.phases) * row_stride(k_.taps);
-  const std::int64_t joined = 2 * std::int64_t{k_.taps} * x_.width;
-  const std::int64_t marks = rows_of(k_.phases) / static_cast<std::int64_t>(sizeof(double)) + 1;
+  const int64_t rows = rows_of(k_.phases) * row_stride(k_.taps);
+  const int64_t joined = 2 * int64_t{k_.taps} * x_.width;
+  const int64_t marks = rows_of(k_.phases) / static_cast<int64_t>(sizeof(double)) + 1;
   if (!countable(rows + joined + marks)) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
   dsp_vec *store = row_store.obtain();
-  store->length = static_cast<std::int32_t>(rows + joined + marks);
+  store->length = static_cast<int32_t>(rows + joined + marks);
   if (dsp_alloc(store) != 0) return -1;
   joined_ = store->data + rows;
   double *ready = joined_ + joined;
   std::memset(ready, 0, static_cast<std::size_t>(marks) * sizeof(double));
   rows_ = {k_.points, k_.taps, k_.phases, store->data, reinterpret_cast<unsigned char *>(ready), 0};
-  x_.copy(0, 2 * std::int64_t{k_.taps} - 1, joined_);
+  x_.copy(0, 2 * int64_t{k_.taps} - 1, joined_);
   return 0;
 }
 
-int32_t fractional_stage::make(std::int32_t most, double *y) {
-  std::int32_t made = 0;
+int32_t fractional_stage::make(int32_t most, double *y) {
+  int32_t made = 0;
   while (made < most) {
     carry_whole_samples(&at_);
     at_.start = std::max(at_.start, -static_cast<double>(k_.taps));  // nothing older is held
     if (at_.start > static_cast<double>(newest_)) break;
-    made += by_rows_ ? make_by_rows(most - made, y + std::int64_t{made} * x_.width)
-                     : make_one(y + std::int64_t{made} * x_.width);
+    made += by_rows_ ? make_by_rows(most - made, y + int64_t{made} * x_.width) : make_one(y + int64_t{made} * x_.width);
   }
   return made;
 }
 
 // Spans that begin in the past lie in the joined samples, of which number 0 is the oldest of the past.
-int32_t fractional_stage::make_by_rows(std::int32_t most, double *y) {
+int32_t fractional_stage::make_by_rows(int32_t most, double *y) {
   const bool in_past = at_.start < 0;
-  const std::int64_t origin = in_past ? k_.taps : 0;
-  const std::int64_t newest = (in_past ? std::min<std::int64_t>(newest_, -1) : newest_) + origin;
+  const int64_t origin = in_past ? k_.taps : 0;
+  const int64_t newest = (in_past ? std::min<int64_t>(newest_, -1) : newest_) + origin;
   const fractional_run run = {in_past ? joined_ : x_.block, x_.width, newest, linear_, step_, y, most};
-  std::int64_t start = static_cast<std::int64_t>(at_.start) + origin;
-  const std::int32_t made = fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
+  int64_t start = static_cast<int64_t>(at_.start) + origin;
+  const int32_t made = fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
   at_.start = static_cast<double>(start - origin);
   return made;
 }
 
 int32_t fractional_stage::make_one(double *y) {
   const kernel_phase phase(at_.offset, k_.phases, linear_);
-  const auto start = static_cast<std::int64_t>(at_.start);
-  for (std::int32_t channel = 0; channel < x_.width; ++channel)
+  const auto start = static_cast<int64_t>(at_.start);
+  for (int32_t channel = 0; channel < x_.width; ++channel)
     y[channel] = interpolate_anywhere(x_, channel, start, k_, phase);
   at_.offset += step_;
   return 1;
@@ -116,12 +115,12 @@ int32_t fractional_stage::make_one(double *y) {
 void fractional_stage::end() {
   if (state_ == nullptr) return;
   x_.remember(state_);
-  double *stored = state_->data + std::int64_t{k_.taps} * x_.width;
+  double *stored = state_->data + int64_t{k_.taps} * x_.width;
   stored[0] = at_.offset;
   stored[x_.width] = at_.start - static_cast<double>(newest_);
 }
 
-std::int32_t free_kernel_rows() { return row_store.release(); }
+int32_t free_kernel_rows() { return row_store.release(); }
 
 }  // namespace dsp::resample
 

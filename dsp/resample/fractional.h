@@ -13,9 +13,9 @@ namespace dsp::resample {
 // A kernel table taken apart.
 struct kernel {
   const double *points;  // phases * taps + 1 of them, or two alike
-  std::int32_t taps;
-  std::int32_t phases;  // points from tap to tap
-  double alike[2];      // a table of one point, which weighs all samples the same
+  int32_t taps;
+  int32_t phases;   // points from tap to tap
+  double alike[2];  // a table of one point, which weighs all samples the same
 
   // False when the table holds no kernel.
   bool read(const dsp_vec &table);
@@ -31,13 +31,13 @@ class fractional_stage {
   // or no memory; nothing has changed.
   int32_t begin(const dsp_vec &in, dsp_vec *state);
   // The next outputs, at most `most`; fewer when the block is used up. Returns how many.
-  int32_t make(std::int32_t most, double *y);
+  int32_t make(int32_t most, double *y);
   // Leaves the state for the next block.
   void end();
 
  private:
   int32_t prepare_rows();
-  int32_t make_by_rows(std::int32_t most, double *y);
+  int32_t make_by_rows(int32_t most, double *y);
   int32_t make_one(double *y);
 
   const kernel &k_;
@@ -45,7 +45,7 @@ class fractional_stage {
   double step_;
   bool by_rows_;
   past_and_block x_ = {{}, nullptr, 0};
-  std::int64_t newest_ = 0;  // the last sample at which a span may begin
+  int64_t newest_ = 0;  // the last sample at which a span may begin
   position at_ = {0.0, 0.0};
   dsp_vec *state_ = nullptr;
   kernel_rows rows_ = {};

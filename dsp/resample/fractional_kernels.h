@@ -10,35 +10,35 @@ namespace dsp::resample {
 // The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
 // the cache. So they are copied into rows when first needed: one row for each point that a kernel begins at, and the
 // one after the last. An output is interpolated between a row and the next.
-static constexpr std::int64_t rows_of(std::int32_t phases) { return std::int64_t{phases} + 1; }
+static constexpr int64_t rows_of(int32_t phases) { return int64_t{phases} + 1; }
 
 // From row to row: room for whole vectors, on lines of the cache.
-static constexpr std::int64_t row_stride(std::int32_t taps) { return (std::int64_t{taps} + 7) / 8 * 8; }
+static constexpr int64_t row_stride(int32_t taps) { return (int64_t{taps} + 7) / 8 * 8; }
 
 struct kernel_rows {
   const double *points;
-  std::int32_t taps;
-  std::int32_t phases;
+  int32_t taps;
+  int32_t phases;
   double *rows;
   unsigned char *ready;  // by row: it and the next one are filled
-  std::int32_t fills;    // so far
+  int32_t fills;         // so far
 };
 
 struct fractional_run {
   const double *block;
-  std::int32_t width;   // doubles in a sample
-  std::int64_t newest;  // the last sample at which a span may begin
+  int32_t width;   // doubles in a sample
+  int64_t newest;  // the last sample at which a span may begin
   bool linear;
   double step;  // below 2^31
   double *y;
-  std::int32_t most;
+  int32_t most;
 };
 
 struct fractional_kernel_set {
   // Makes outputs while there are spans within the block and at most `most`, at least one; returns how many. `offset`
   // and `start` enter with whole samples carried, 0 <= start <= newest. They leave as they stand after the last output,
   // or with whole samples carried when the block is used up.
-  std::int32_t (*interpolate)(const fractional_run &run, kernel_rows &kernel, double *offset, std::int64_t *start);
+  int32_t (*interpolate)(const fractional_run &run, kernel_rows &kernel, double *offset, int64_t *start);
 };
 
 DSP_DECLARE_KERNELS(fractional)

@@ -13,47 +13,47 @@ namespace {
 // kernels shorter than a vector, they lie in four lanes as far as whole fours go, on every processor alike.
 constexpr bool in_vectors = has_fused_products && has_vector_registers;
 
-constexpr std::int32_t vectors_of(std::int32_t taps) { return (taps + lane_count - 1) / lane_count; }
+constexpr int32_t vectors_of(int32_t taps) { return (taps + lane_count - 1) / lane_count; }
 
 // The first tap of a vector of weights.
-[[maybe_unused]] constexpr std::int32_t first_tap(std::int32_t vector, std::int32_t taps) {
-  const std::int32_t last = taps - lane_count;
+[[maybe_unused]] constexpr int32_t first_tap(int32_t vector, int32_t taps) {
+  const int32_t last = taps - lane_count;
   return vector * lane_count < last ? vector * lane_count : last;
 }
 
 // Copies a tap's points to a column of neighbouring rows.
-void fill_column(const double *points, double scale, std::int32_t count, std::int64_t stride, double *rows) {
-  for (std::int32_t j = 0; j < count; ++j) rows[j * stride] = scale * points[j];
+void fill_column(const double *points, double scale, int32_t count, int64_t stride, double *rows) {
+  for (int32_t j = 0; j < count; ++j) rows[j * stride] = scale * points[j];
 }
 
-void fill_rows(const kernel_rows &k, std::int32_t first, std::int32_t count) {
-  const std::int64_t stride = row_stride(k.taps);
+void fill_rows(const kernel_rows &k, int32_t first, int32_t count) {
+  const int64_t stride = row_stride(k.taps);
   double *rows = k.rows + first * stride;
-  const auto points = [&](std::int32_t tap) { return k.points + first + std::int64_t{tap} * k.phases; };
-  const std::int32_t last = in_vectors && k.taps >= lane_count ? (vectors_of(k.taps) - 1) * lane_count : k.taps;
-  const std::int32_t begin = k.taps - lane_count;  // of the last vector
-  for (std::int32_t i = 0; i < last; ++i)
+  const auto points = [&](int32_t tap) { return k.points + first + int64_t{tap} * k.phases; };
+  const int32_t last = in_vectors && k.taps >= lane_count ? (vectors_of(k.taps) - 1) * lane_count : k.taps;
+  const int32_t begin = k.taps - lane_count;  // of the last vector
+  for (int32_t i = 0; i < last; ++i)
     fill_column(points(i), last < k.taps && i >= begin ? 0.5 : 1.0, count, stride, rows + i);
-  for (std::int32_t i = 0; last < k.taps && i < lane_count; ++i)
+  for (int32_t i = 0; last < k.taps && i < lane_count; ++i)
     fill_column(points(begin + i), begin + i < last ? 0.5 : 1.0, count, stride, rows + last + i);
-  for (std::int32_t j = 0; j < count - 1; ++j) k.ready[first + j] = 1;
+  for (int32_t j = 0; j < count - 1; ++j) k.ready[first + j] = 1;
 }
 
 // A row and the next one; when many are needed, all whose points share lines of the cache.
-void make_ready(kernel_rows *k, std::int32_t row) {
-  constexpr std::int32_t many = 64;
-  constexpr std::int32_t together = 8;
+void make_ready(kernel_rows *k, int32_t row) {
+  constexpr int32_t many = 64;
+  constexpr int32_t together = 8;
   if (++k->fills <= many) return fill_rows(*k, row, 2);
-  const std::int32_t first = row / together * together;
+  const int32_t first = row / together * together;
   fill_rows(*k, first, k->phases - first < together ? k->phases - first + 1 : together + 1);
 }
 
 // One channel of an output, in four lanes and the rest.
 template <int Width>
-inline double interpolate_in_fours(const double *x, const double *row, double fraction, std::int32_t taps) {
+inline double interpolate_in_fours(const double *x, const double *row, double fraction, int32_t taps) {
   const double *next = row + row_stride(taps);
-  const std::int32_t fours = taps / 4 * 4;
-  const auto four = [=](std::int32_t i) {
+  const int32_t fours = taps / 4 * 4;
+  const auto four = [=](int32_t i) {
     const lanes<4> a = load<lanes<4>>(row + i);
     const lanes<4> w = a + fraction * (load<lanes<4>>(next + i) - a);
     const double *z = x + i * Width;
@@ -65,8 +65,8 @@ inline double interpolate_in_fours(const double *x, const double *row, double fr
   lanes<4> sum = {};
   double rest = 0;
   if (fours > 0) sum = four(0);  // a zero of either sign will do: the rest begins with one of sign +
-  for (std::int32_t i = 4; i < fours; i += 4) sum += four(i);
-  for (std::int32_t i = fours; i < taps; ++i) rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
+  for (int32_t i = 4; i < fours; i += 4) sum += four(i);
+  for (int32_t i = fours; i < taps; ++i) rest += (row[i] + fraction * (next[i] - row[i])) * x[i * Width];
   return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + rest;
 }
 
@@ -99,10 +99,10 @@ struct products {
 };
 
 template <int Width>
-DSP_INLINE products products_of(const double *x, const double *row, std::int32_t taps, std::int32_t vectors) {
+DSP_INLINE products products_of(const double *x, const double *row, int32_t taps, int32_t vectors) {
   const double *next = row + row_stride(taps);
   products sum = {};
-  for (std::int32_t v = 0; v < vectors; ++v) {
+  for (int32_t v = 0; v < vectors; ++v) {
     const widest a = load<widest>(row + v * lane_count);
     const widest b = load<widest>(next + v * lane_count);
     const double *from = x + first_tap(v, taps) * Width;
@@ -156,52 +156,52 @@ DSP_INLINE products sums_of(const Products &of) {
 }
 
 // Where a batch of outputs, and the one after it, lie: found before anything is weighed.
-constexpr std::int32_t batch_limit = 128;
+constexpr int32_t batch_limit = 128;
 struct batch {
   double offset[batch_limit + 1];
-  std::int64_t start[batch_limit + 1];
-  std::uint32_t row[batch_limit];
+  int64_t start[batch_limit + 1];
+  uint32_t row[batch_limit];
   double fraction[batch_limit];
-  std::int32_t count;
+  int32_t count;
 };
 
-constexpr std::int64_t one_sample = std::int64_t{1} << 53;
+constexpr int64_t one_sample = int64_t{1} << 53;
 
 // With steps of the converter's size, positions are whole multiples of 2^-53 throughout and no sum of them rounds.
 bool is_exact(double step, double offset) {
   const double scaled = offset * one_sample;
-  return step >= 0.5 && step < 1.0 && static_cast<double>(static_cast<std::int64_t>(scaled)) == scaled;
+  return step >= 0.5 && step < 1.0 && static_cast<double>(static_cast<int64_t>(scaled)) == scaled;
 }
 
 // Then each output's position follows from the first one's: none waits for another.
-void place_exactly(double step, double offset, std::int64_t start, batch *b) {
-  const auto first = static_cast<std::int64_t>(offset * one_sample);
-  const auto stride = static_cast<std::int64_t>(step * one_sample);
-  for (std::int64_t n = 0; n <= batch_limit; ++n) {
-    const std::int64_t at = first + n * stride;
-    const std::int64_t whole = at > 0 ? (at + (one_sample - 1)) / one_sample : 0;
+void place_exactly(double step, double offset, int64_t start, batch *b) {
+  const auto first = static_cast<int64_t>(offset * one_sample);
+  const auto stride = static_cast<int64_t>(step * one_sample);
+  for (int64_t n = 0; n <= batch_limit; ++n) {
+    const int64_t at = first + n * stride;
+    const int64_t whole = at > 0 ? (at + (one_sample - 1)) / one_sample : 0;
     b->offset[n] = static_cast<double>(at - whole * one_sample) * (1.0 / one_sample);
     b->start[n] = start + whole;
   }
 }
 
-void place_in_turn(double step, double offset, std::int64_t start, batch *b) {
+void place_in_turn(double step, double offset, int64_t start, batch *b) {
   position at = {offset, 0.0};
-  for (std::int32_t n = 0; n <= batch_limit; ++n) {
+  for (int32_t n = 0; n <= batch_limit; ++n) {
     b->offset[n] = at.offset;
-    b->start[n] = start + static_cast<std::int64_t>(at.start);
+    b->start[n] = start + static_cast<int64_t>(at.start);
     at.offset += step;
     carry_whole_samples(&at);
   }
 }
 
 // Fills the batch and moves on; false when it is the last one, for want of samples or after `left` outputs.
-bool find_positions(const fractional_run &run, std::int32_t left, batch *b, double *offset, std::int64_t *start) {
+bool find_positions(const fractional_run &run, int32_t left, batch *b, double *offset, int64_t *start) {
   if (is_exact(run.step, *offset))
     place_exactly(run.step, *offset, *start, b);
   else
     place_in_turn(run.step, *offset, *start, b);
-  std::int32_t count = left < batch_limit ? left : batch_limit;
+  int32_t count = left < batch_limit ? left : batch_limit;
   while (b->start[count - 1] > run.newest) --count;
   b->count = count;
   if (count == left) {
@@ -217,12 +217,12 @@ bool find_positions(const fractional_run &run, std::int32_t left, batch *b, doub
 // Outputs that complete the last vector repeat the last one.
 void find_phases(const kernel_rows &k, bool linear, batch *b) {
   const double phases = k.phases;
-  for (std::int32_t n = 0; n < b->count; ++n) {
+  for (int32_t n = 0; n < b->count; ++n) {
     const kernel_phase p(b->offset[n], phases, linear);
-    b->row[n] = static_cast<std::uint32_t>(p.point);
+    b->row[n] = static_cast<uint32_t>(p.point);
     b->fraction[n] = p.fraction;
   }
-  for (std::int32_t n = b->count; n % lane_count != 0; ++n) {
+  for (int32_t n = b->count; n % lane_count != 0; ++n) {
     b->start[n] = b->start[b->count - 1];
     b->row[n] = b->row[b->count - 1];
     b->fraction[n] = b->fraction[b->count - 1];
@@ -232,26 +232,26 @@ void find_phases(const kernel_rows &k, bool linear, batch *b) {
 // Taps is the kernel's number of taps where that is known when compiling, else 0.
 template <int Width, int Taps>
 void interpolate_in_vectors(const fractional_run &run, const kernel_rows &k, const batch &b, double *y) {
-  constexpr std::int32_t outputs = lane_count / Width;
-  const std::int32_t taps = Taps > 0 ? Taps : k.taps;
-  const std::int32_t vectors = vectors_of(taps);
+  constexpr int32_t outputs = lane_count / Width;
+  const int32_t taps = Taps > 0 ? Taps : k.taps;
+  const int32_t vectors = vectors_of(taps);
   const double *const block = run.block;
   const double *const rows = k.rows;
-  const std::int64_t stride = row_stride(taps);
-  const auto interpolated = [&](std::int32_t n) {
-    const products sums = sums_of<Width>([&](std::int32_t i) {
+  const int64_t stride = row_stride(taps);
+  const auto interpolated = [&](int32_t n) {
+    const products sums = sums_of<Width>([&](int32_t i) {
       return products_of<Width>(block + b.start[n + i] * Width, rows + b.row[n + i] * stride, taps, vectors);
     });
     widest fraction = load<widest>(b.fraction + n);
     if constexpr (Width == 2) fraction = doubled_low<lane_count>(fraction);
     return sums.before + fraction * (sums.after - sums.before);
   };
-  std::int32_t n = 0;
+  int32_t n = 0;
   for (; n + outputs <= b.count; n += outputs) store(y + n * Width, interpolated(n));
   if (n == b.count) return;
   double last[lane_count];
   store(last, interpolated(n));
-  for (std::int32_t i = 0; i < (b.count - n) * Width; ++i) y[n * Width + i] = last[i];
+  for (int32_t i = 0; i < (b.count - n) * Width; ++i) y[n * Width + i] = last[i];
 }
 
 template <int Width>
@@ -260,7 +260,7 @@ void interpolate_batch(const fractional_run &run, const kernel_rows &k, const ba
     if (k.taps == 13) return interpolate_in_vectors<Width, 13>(run, k, b, y);  // the converter's kernel
     if (k.taps >= lane_count) return interpolate_in_vectors<Width, 0>(run, k, b, y);
   }
-  for (std::int32_t n = 0; n < b.count; ++n)
+  for (int32_t n = 0; n < b.count; ++n)
     for (int channel = 0; channel < Width; ++channel)
       y[n * Width + channel] = interpolate_in_fours<Width>(
           run.block + b.start[n] * Width + channel, k.rows + b.row[n] * row_stride(k.taps), b.fraction[n], k.taps);
@@ -268,20 +268,20 @@ void interpolate_batch(const fractional_run &run, const kernel_rows &k, const ba
 
 void make_rows_ready(kernel_rows *k, const batch &b) {
   unsigned all = 1;
-  for (std::int32_t n = 0; n < b.count; ++n) all &= k->ready[b.row[n]];
+  for (int32_t n = 0; n < b.count; ++n) all &= k->ready[b.row[n]];
   if (all != 0) return;
-  for (std::int32_t n = 0; n < b.count; ++n)
-    if (k->ready[b.row[n]] == 0) make_ready(k, static_cast<std::int32_t>(b.row[n]));
+  for (int32_t n = 0; n < b.count; ++n)
+    if (k->ready[b.row[n]] == 0) make_ready(k, static_cast<int32_t>(b.row[n]));
 }
 
-std::int32_t interpolate(const fractional_run &run, kernel_rows &k, double *offset, std::int64_t *start) {
-  std::int32_t made = 0;
+int32_t interpolate(const fractional_run &run, kernel_rows &k, double *offset, int64_t *start) {
+  int32_t made = 0;
   batch b;
   for (bool more = true; more;) {
     more = find_positions(run, run.most - made, &b, offset, start);
     find_phases(k, run.linear, &b);
     make_rows_ready(&k, b);
-    double *y = run.y + static_cast<std::int64_t>(made) * run.width;
+    double *y = run.y + static_cast<int64_t>(made) * run.width;
     if (run.width == 1)
       interpolate_batch<1>(run, k, b, y);
     else

@@ -77,20 +77,19 @@ constexpr double series13[] = {13.0,
                                1.3496559259455587e-07};
 static_assert(sizeof series13 / sizeof *series13 == 40);
 
-template <std::int32_t N>
-constexpr kernel_list list(const double (&c)[N], std::int32_t (*build)(dsp_vec *, const dsp_vec *),
-                           std::int32_t table_length) {
+template <int32_t N>
+constexpr kernel_list list(const double (&c)[N], int32_t (*build)(dsp_vec *, const dsp_vec *), int32_t table_length) {
   return {c, N, build, table_length};
 }
 
 }  // namespace
 
-const kernel_list *find_kernel_list(std::int32_t kind) {
+const kernel_list *find_kernel_list(int32_t kind) {
   static const kernel_list lists[] = {
       list(power8, dspc_rsmp_pcos, 8194),   list(power13, dspc_rsmp_pcos, 13314), list(series8, dspc_rsmp_cos, 2050),
       list(series10, dspc_rsmp_cos, 10242), list(series13, dspc_rsmp_cos, 13314),
   };
-  constexpr std::int32_t count = sizeof lists / sizeof *lists;
+  constexpr int32_t count = sizeof lists / sizeof *lists;
   return kind >= 0 && kind < count ? &lists[kind] : nullptr;
 }
 

@@ -12,7 +12,7 @@ namespace dsp::resample {
 namespace {
 
 // Angle j of the `period` that a turn is divided into.
-double cosine(std::int64_t j, std::int64_t period) {
+double cosine(int64_t j, int64_t period) {
   return period > 0 ? std::cos(static_cast<double>(j) * (6.283185307179586 / static_cast<double>(period))) : 1.0;
 }
 
@@ -26,9 +26,9 @@ int32_t build_empty(dsp_vec *v, const dsp_vec &c) {
 // value(j) is the kernel at j points from its centre.
 template <class Value>
 void fill_mirrored(dsp_vec *v, double taps, Value value) {
-  const std::int32_t centre = v->length / 2;
+  const int32_t centre = v->length / 2;
   v->data[0] = taps;
-  for (std::int32_t j = 0; j < centre; ++j) v->data[centre + j] = v->data[centre - j] = value(j);
+  for (int32_t j = 0; j < centre; ++j) v->data[centre + j] = v->data[centre - j] = value(j);
 }
 
 template <class Fill>
@@ -58,15 +58,15 @@ int32_t dspc_rsmp(dsp_vec *v, int32_t kind) {
 int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c) {
   return build(v, *c, [=] {
     // All multiples of the step are multiples of it modulo a turn: one cosine for each suffices.
-    const std::int64_t period = v->length - 2;
+    const int64_t period = v->length - 2;
     temporary cosines;
     cosines->length = v->length / 2;
     if (dsp_alloc(cosines.get()) != 0) return -1;
-    for (std::int32_t j = 0; j < cosines->length; ++j) cosines->data[j] = cosine(j, period);
-    fill_mirrored(v, c->data[0], [&](std::int64_t j) {
+    for (int32_t j = 0; j < cosines->length; ++j) cosines->data[j] = cosine(j, period);
+    fill_mirrored(v, c->data[0], [&](int64_t j) {
       double sum = c->data[1];
-      std::int64_t at = 0;
-      for (std::int32_t k = 2; k < c->length; ++k) {
+      int64_t at = 0;
+      for (int32_t k = 2; k < c->length; ++k) {
         at += j;
         if (at >= period) at -= period;
         sum += c->data[k] * cosines->data[at <= period / 2 ? at : period - at];
@@ -79,10 +79,10 @@ int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c) {
 
 int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c) {
   return build(v, *c, [=] {
-    fill_mirrored(v, c->data[0], [=](std::int64_t j) {
+    fill_mirrored(v, c->data[0], [=](int64_t j) {
       const double x = cosine(j, v->length - 2);
       double sum = 0.0;
-      for (std::int32_t k = c->length - 1; k >= 1; --k) sum = sum * x + c->data[k];
+      for (int32_t k = c->length - 1; k >= 1; --k) sum = sum * x + c->data[k];
       return sum;
     });
     return 0;

@@ -20,7 +20,7 @@ namespace {
 inline void carry_whole_samples(position *at) {
   if (!(at->offset > 0.0)) return;
   double whole =
-      at->offset < 0x1p31 ? static_cast<double>(static_cast<std::int32_t>(at->offset)) : __builtin_ceil(at->offset);
+      at->offset < 0x1p31 ? static_cast<double>(static_cast<int32_t>(at->offset)) : __builtin_ceil(at->offset);
   if (whole < at->offset) whole += 1.0;
   at->offset -= whole;
   at->start += whole;
@@ -28,12 +28,12 @@ inline void carry_whole_samples(position *at) {
 
 // The kernel between two of its points: `fraction` of the way from `point` to the next.
 struct kernel_phase {
-  std::int32_t point;
+  int32_t point;
   double fraction;
 
   kernel_phase(double offset, double phases, bool linear) {
     const double f = -offset * phases;
-    point = static_cast<std::int32_t>(f);
+    point = static_cast<int32_t>(f);
     fraction = linear ? f - point : 0.0;
     // A whole sample: the kernel may end with this point, so come from the one before.
     const bool at_end = point > 0 && f == phases;

@@ -77,7 +77,7 @@ class curve {
 // Serves one abscissa after the other; the curves of an interval stay until another is asked for.
 class trace {
  public:
-  trace(const double *x, const dsp_complex *z, std::int32_t n) : x_(x), z_(z), n_(n) {}
+  trace(const double *x, const dsp_complex *z, int32_t n) : x_(x), z_(z), n_(n) {}
 
   complex at(double x) {
     if (n_ == 1) return value(z_[0]) + 0.0 * (x - x);
@@ -94,8 +94,8 @@ class trace {
  private:
   void enter(double x) {
     if (k_ >= 0 && x >= x_[k_] && x < x_[k_ + 1]) return;
-    const auto above = static_cast<std::int32_t>(std::upper_bound(x_, x_ + n_, x) - x_);
-    const std::int32_t k = std::clamp(above - 1, 0, n_ - 2);
+    const auto above = static_cast<int32_t>(std::upper_bound(x_, x_ + n_, x) - x_);
+    const int32_t k = std::clamp(above - 1, 0, n_ - 2);
     if (k == k_) return;
     k_ = k;
     if (k > 0) previous_ = curve(x_ + k - 1, z_ + k - 1);
@@ -104,13 +104,13 @@ class trace {
 
   const double *x_;
   const dsp_complex *z_;
-  std::int32_t n_;
-  std::int32_t k_ = -1;
+  int32_t n_;
+  int32_t k_ = -1;
   curve previous_, next_;  // through the nodes from k - 1 on and from k on
 };
 
-bool rises(const double *x, std::int32_t n) {
-  for (std::int32_t i = 1; i < n; ++i)
+bool rises(const double *x, int32_t n) {
+  for (int32_t i = 1; i < n; ++i)
     if (!(x[i - 1] < x[i])) return false;
   return n > 0 && x[0] == x[0];
 }
@@ -125,7 +125,7 @@ int32_t CircularInterpolation(const double *x, const dsp_complex *z, int32_t n, 
                               int32_t m) {
   if (!rises(x, n)) return -1;
   trace curves(x, z, n);
-  for (std::int32_t i = 0; i < m; ++i) {
+  for (int32_t i = 0; i < m; ++i) {
     const complex value = curves.at(xi[i]);
     zi[i] = {value.real(), value.imag()};
   }

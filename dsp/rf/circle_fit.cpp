@@ -31,24 +31,24 @@ int exponent_of(double x) {
 // Points moved to about their mean and scaled by powers of two: the farthest is about 1 away.
 class cloud {
  public:
-  cloud(const dsp_complex *z, std::int64_t n) : z_(z), n_(n) {
+  cloud(const dsp_complex *z, int64_t n) : z_(z), n_(n) {
     double largest = 0.0;
-    for (std::int64_t i = 0; i < n; ++i) {
+    for (int64_t i = 0; i < n; ++i) {
       is_finite_ = is_finite_ && is_finite(z[i]);
       largest = std::max(largest, largest_part(z[i]));
     }
     coarse_ = exponent_of(largest);
-    const dsp_complex mean = sum([this](std::int64_t i) { return coarse(i); });
+    const dsp_complex mean = sum([this](int64_t i) { return coarse(i); });
     centre_ = 1.0 / static_cast<double>(n) * mean;
     double width = 0.0;
-    for (std::int64_t i = 0; i < n; ++i) width = std::max(width, largest_part(coarse(i) - centre_));
+    for (int64_t i = 0; i < n; ++i) width = std::max(width, largest_part(coarse(i) - centre_));
     fine_ = exponent_of(width);
     largest_ = std::ldexp(largest, -coarse_ - fine_);
   }
 
   bool is_finite_throughout() const { return is_finite_; }
-  std::int64_t count() const { return n_; }
-  dsp_complex operator[](std::int64_t i) const { return std::ldexp(1.0, -fine_) * (coarse(i) - centre_); }
+  int64_t count() const { return n_; }
+  dsp_complex operator[](int64_t i) const { return std::ldexp(1.0, -fine_) * (coarse(i) - centre_); }
   // Of all coordinates, about 0.
   double largest() const { return largest_; }
 
@@ -62,15 +62,15 @@ class cloud {
   template <class Term>
   dsp_complex sum(Term term) const {
     dsp_complex s = {0.0, 0.0};
-    for (std::int64_t i = 0; i < n_; ++i) s = s + term(i);
+    for (int64_t i = 0; i < n_; ++i) s = s + term(i);
     return s;
   }
 
  private:
-  dsp_complex coarse(std::int64_t i) const { return std::ldexp(1.0, -coarse_) * z_[i]; }
+  dsp_complex coarse(int64_t i) const { return std::ldexp(1.0, -coarse_) * z_[i]; }
 
   const dsp_complex *z_;
-  std::int64_t n_;
+  int64_t n_;
   bool is_finite_ = true;
   int coarse_, fine_;
   dsp_complex centre_;
@@ -92,9 +92,9 @@ struct line_fit {
 // The line through the mean of the points, along the axis of their least moment of inertia.
 line_fit fit_line(const cloud &points) {
   const auto n = static_cast<double>(points.count());
-  const dsp_complex mean = 1.0 / n * points.sum([&](std::int64_t i) { return points[i]; });
+  const dsp_complex mean = 1.0 / n * points.sum([&](int64_t i) { return points[i]; });
   double xx = 0.0, xy = 0.0, yy = 0.0;
-  for (std::int64_t i = 0; i < points.count(); ++i) {
+  for (int64_t i = 0; i < points.count(); ++i) {
     const dsp_complex p = points[i] - mean;
     xx += p.re * p.re;
     xy += p.re * p.im;
@@ -102,7 +102,7 @@ line_fit fit_line(const cloud &points) {
   }
   const double angle = 0.5 * std::atan2(2.0 * xy, xx - yy);
   line_fit fit = {{mean, {-std::sin(angle), std::cos(angle)}, 0.0}, 0.0, 0.0};
-  for (std::int64_t i = 0; i < points.count(); ++i) {
+  for (int64_t i = 0; i < points.count(); ++i) {
     const double d = dot(points[i] - mean, fit.line.normal);
     fit.sum_of_squares += d * d;
     fit.farthest = std::max(fit.farthest, std::fabs(d));
@@ -125,7 +125,7 @@ struct moments {
 
   moments(const cloud &points, const circle &line) {
     const double weight = 1.0 / static_cast<double>(points.count());
-    for (std::int64_t i = 0; i < points.count(); ++i) {
+    for (int64_t i = 0; i < points.count(); ++i) {
       const dsp_complex p = points[i] - line.origin;
       const double u = dot(p, line.normal), v = dot(p, left_of(line.normal)), z = u * u + v * v;
       uu += weight * u * u;
@@ -190,7 +190,7 @@ struct expansion {
   }
 
   expansion(const circle &c, const cloud &points) {
-    for (std::int64_t i = 0; i < points.count(); ++i) add(c, points[i]);
+    for (int64_t i = 0; i < points.count(); ++i) add(c, points[i]);
   }
 };
 
@@ -262,7 +262,7 @@ using namespace dsp::rf;
 
 int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop, dsp_complex *centre, double *radius,
                        double *rms) {
-  const std::int64_t n = std::int64_t{stop} - start;
+  const int64_t n = int64_t{stop} - start;
   if (n < 3) return -1;
   const cloud points(z + start, n);
   if (!points.is_finite_throughout()) return -1;

@@ -81,7 +81,7 @@ template <>
 inline void eliminate(rf::complex_value *a, std::size_t n, std::size_t k) {
   constexpr std::size_t worth_a_call = 4;
   if (n < worth_a_call) return eliminate_rows(a, n, k);
-  rf::matrix_kernels().eliminate(rf::doubles(a), static_cast<std::int64_t>(n), static_cast<std::int64_t>(k));
+  rf::matrix_kernels().eliminate(rf::doubles(a), static_cast<int64_t>(n), static_cast<int64_t>(k));
 }
 
 }  // namespace dsp::field

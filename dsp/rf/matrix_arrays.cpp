@@ -10,8 +10,8 @@
 namespace dsp::rf {
 namespace {
 
-complex_matrix matrix_of(std::int32_t rows, std::int32_t cols) {
-  return {static_cast<std::uint32_t>(rows), static_cast<std::uint32_t>(cols)};
+complex_matrix matrix_of(int32_t rows, int32_t cols) {
+  return {static_cast<uint32_t>(rows), static_cast<uint32_t>(cols)};
 }
 
 void to_array(const complex_matrix &m, dsp_complex *array) { std::copy_n(m.data(), m.size(), array); }
@@ -24,8 +24,8 @@ using namespace dsp::rf;
 
 int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k, int32_t p) {
   if (m < 0 || k < 0 || p < 0) return -1;
-  const std::int64_t written = std::int64_t{m} * p;
-  if (std::int64_t{k} * k > std::int64_t{m} * k || written > INT32_MAX) return -1;
+  const int64_t written = int64_t{m} * p;
+  if (int64_t{k} * k > int64_t{m} * k || written > INT32_MAX) return -1;
   if (k == 0) {  // empty sums; a and b may be null
     std::fill_n(out, written, dsp_complex{0.0, 0.0});
     return static_cast<int32_t>(written);

@@ -29,17 +29,17 @@ void subtract_multiple(double *row, const double *pivot, const factor<V> &f) {
   store(row, load<V>(row) - f.times(z, swap_pairs(z)));
 }
 
-void eliminate(double *a, std::int64_t n, std::int64_t k) {
-  const std::int64_t width = 2 * n;
+void eliminate(double *a, int64_t n, int64_t k) {
+  const int64_t width = 2 * n;
   const double *const pivot = a + k * width;
-  for (std::int64_t i = 0; i < n; ++i) {
+  for (int64_t i = 0; i < n; ++i) {
     if (i == k) continue;
     double *const row = a + i * width;
     const double f[2] = {row[2 * k], row[2 * k + 1]};
     row[2 * k] = row[2 * k + 1] = 0.0;
     const factor<widest> wide(f);
     const factor<lanes<2>> narrow(f);
-    std::int64_t j = 0;
+    int64_t j = 0;
     for (; j + lane_count <= width; j += lane_count) subtract_multiple(row + j, pivot + j, wide);
     for (; j < width; j += 2) subtract_multiple(row + j, pivot + j, narrow);  // GCOVR_EXCL_BR_LINE: pairs leave no rest
   }
@@ -47,10 +47,10 @@ void eliminate(double *a, std::int64_t n, std::int64_t k) {
 
 // R rows of a times C neighbouring vectors of columns of b. Each sum starts with its first term.
 template <class V, int R, int C>
-void multiply_tile(const double *a, const double *b, double *out, std::int64_t k, std::int64_t p) {
+void multiply_tile(const double *a, const double *b, double *out, int64_t k, int64_t p) {
   constexpr int size = sizeof(V) / sizeof(double);
   V sum[R][C] = {};
-  for (std::int64_t t = 0; t < k; ++t, b += 2 * p) {
+  for (int64_t t = 0; t < k; ++t, b += 2 * p) {
     for (int r = 0; r < R; ++r) {
       const factor<V> f(a + 2 * (r * k + t));
       for (int c = 0; c < C; ++c) {
@@ -64,15 +64,15 @@ void multiply_tile(const double *a, const double *b, double *out, std::int64_t k
 }
 
 template <int R>
-void multiply_rows(const double *a, const double *b, double *out, std::int64_t k, std::int64_t p) {
-  std::int64_t j = 0;
+void multiply_rows(const double *a, const double *b, double *out, int64_t k, int64_t p) {
+  int64_t j = 0;
   for (; j + 4 * lane_count <= 2 * p; j += 4 * lane_count) multiply_tile<widest, R, 4>(a, b + j, out + j, k, p);
   for (; j + lane_count <= 2 * p; j += lane_count) multiply_tile<widest, R, 1>(a, b + j, out + j, k, p);
   for (; j < 2 * p; j += 2) multiply_tile<lanes<2>, R, 1>(a, b + j, out + j, k, p);
 }
 
-void multiply(const double *a, const double *b, double *out, std::int64_t m, std::int64_t k, std::int64_t p) {
-  std::int64_t i = 0;
+void multiply(const double *a, const double *b, double *out, int64_t m, int64_t k, int64_t p) {
+  int64_t i = 0;
   for (; i + 2 <= m; i += 2) multiply_rows<2>(a + 2 * i * k, b, out + 2 * i * p, k, p);
   if (i < m) multiply_rows<1>(a + 2 * i * k, b, out + 2 * i * p, k, p);
 }

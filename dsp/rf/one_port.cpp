@@ -10,7 +10,7 @@ namespace dsp::rf {
 namespace {
 
 // Each standard gives an equation a D + e00 + a g e11 = g, linear in D = e10e01 - e00 e11, e00 and -e11.
-void solve_point(complex_matrix *m, dsp_complex *const *g, const dsp_complex *const *a, std::int64_t i) {
+void solve_point(complex_matrix *m, dsp_complex *const *g, const dsp_complex *const *a, int64_t i) {
   const complex_value measured[] = {g[0][i], g[1][i], g[2][i]};
   const complex_value actual[] = {a[0][i], a[1][i], a[2][i]};
   complex_value *row = m->data();
@@ -37,15 +37,15 @@ void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3, const 
                        const dsp_complex *a3, int32_t first, int32_t end) {
   if (first >= end) return;
   complex_matrix m(3, 3);
-  constexpr std::int64_t most_lanes = 8;
-  for (std::int64_t i = first; i < end;) {
+  constexpr int64_t most_lanes = 8;
+  for (int64_t i = first; i < end;) {
     dsp_complex *const g[] = {g1 + i, g2 + i, g3 + i};
     const dsp_complex *const a[] = {a1 + i, a2 + i, a3 + i};
     double *const measured[] = {doubles(g[0]), doubles(g[1]), doubles(g[2])};
     const double *const actual[] = {doubles(a[0]), doubles(a[1]), doubles(a[2])};
-    const std::int64_t solved = one_port_kernels().solve_points(measured, actual, end - i);
-    const std::int64_t stop = std::min(solved + most_lanes, end - i);
-    for (std::int64_t n = solved; n < stop; ++n) solve_point(&m, g, a, n);
+    const int64_t solved = one_port_kernels().solve_points(measured, actual, end - i);
+    const int64_t stop = std::min(solved + most_lanes, end - i);
+    for (int64_t n = solved; n < stop; ++n) solve_point(&m, g, a, n);
     i += stop;
   }
 }

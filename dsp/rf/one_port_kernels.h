@@ -11,7 +11,7 @@ struct one_port_kernel_set {
   // Solves points from the front and returns how many. It stops before a point with an extreme pivot and before an
   // incomplete last vector. g and a hold the three standards' measured and actual coefficients; g becomes the error
   // terms.
-  std::int64_t (*solve_points)(double *const *g, const double *const *a, std::int64_t count);
+  int64_t (*solve_points)(double *const *g, const double *const *a, int64_t count);
 };
 
 DSP_DECLARE_KERNELS(one_port)

@@ -122,7 +122,7 @@ struct inverse {
   }
 };
 
-bool solve(double *const *g, const double *const *a, std::int64_t at) {
+bool solve(double *const *g, const double *const *a, int64_t at) {
   inverse m;
   numbers measured[3], unknown[3];
   for (int r = 0; r < 3; ++r) {
@@ -143,8 +143,8 @@ bool solve(double *const *g, const double *const *a, std::int64_t at) {
   return true;
 }
 
-std::int64_t solve_points(double *const *g, const double *const *a, std::int64_t count) {
-  std::int64_t n = 0;
+int64_t solve_points(double *const *g, const double *const *a, int64_t count) {
+  int64_t n = 0;
   if constexpr (has_vector_registers)
     while (n + lane_count <= count && solve(g, a, 2 * n)) n += lane_count;
   return n;

@@ -7,7 +7,7 @@
 
 namespace dsp {
 
-enum class isa : std::int32_t { baseline, avx2, avx512 };
+enum class isa : int32_t { baseline, avx2, avx512 };
 
 // The best set of this processor that was compiled in, found when the library is loaded, unless a test forced another.
 extern isa chosen_isa;

@@ -46,20 +46,20 @@ static inline void with_samples(const double *x, bool x_complex, const double *y
 // first the upper half, then the upper half of the rest, and so on. Each half lies behind all samples still to be read,
 // so the loops vectorise.
 template <class Out, class Kernel, class... In>
-static inline void walk(double *out, std::int64_t n, Kernel kernel, const In *...in) {
+static inline void walk(double *out, int64_t n, Kernel kernel, const In *...in) {
   Out *const to = as<Out>(out);
   constexpr bool widens = ((sizeof(In) < sizeof(Out)) || ...);
-  for (std::int64_t end = n, begin; end > 0; end = begin) {
+  for (int64_t end = n, begin; end > 0; end = begin) {
     begin = widens && end > 1 ? end - end / 2 : 0;
     DSP_INDEPENDENT
-    for (std::int64_t i = begin; i < end; ++i) to[i] = kernel(in[i]...);
+    for (int64_t i = begin; i < end; ++i) to[i] = kernel(in[i]...);
   }
 }
 
 // out[i] = kernel(in[i]) for a kernel overloaded on real and complex samples; what it returns is the representation of
 // the output.
 template <class Kernel>
-static inline void each_sample(double *out, const double *in, std::int64_t n, bool is_complex, const Kernel &kernel) {
+static inline void each_sample(double *out, const double *in, int64_t n, bool is_complex, const Kernel &kernel) {
   if (is_complex)
     walk<decltype(kernel(dsp_complex()))>(out, n, kernel, as<dsp_complex>(in));
   else

@@ -9,7 +9,7 @@
 namespace dsp::spectrum {
 namespace {
 
-double derived_weight(std::int32_t flags, std::int32_t count, double limit) {
+double derived_weight(int32_t flags, int32_t count, double limit) {
   double effective = count;
   if ((flags & DSP_AVG_LIMIT) != 0 && limit > 0.0 && effective >= limit) effective = limit;
   return 1.0 / effective;
@@ -26,7 +26,7 @@ int32_t average_mapped(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, double we
   return dspb_avg_add(work, avg, avg, weight) != 0 ? -1 : back(avg);
 }
 
-bool replaces(std::int32_t period, std::int32_t count) { return period == 1 || (period > 0 && count % period == 1); }
+bool replaces(int32_t period, int32_t count) { return period == 1 || (period > 0 && count % period == 1); }
 
 int32_t fold(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int32_t count, int32_t period,
              double weight, double limit) {
@@ -36,7 +36,7 @@ int32_t fold(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, int3
     if (dspu_magsq(in, work) != 0) return -1;
     in = work;
   }
-  const std::int32_t mode = flags & DSP_AVG_MODE_MASK;
+  const int32_t mode = flags & DSP_AVG_MODE_MASK;
   if (count < 2 || mode == DSP_AVG_REPLACE) return dsp_copy(avg, in);
   if (weight < 0.0) weight = derived_weight(flags, count, limit);
   switch (mode) {

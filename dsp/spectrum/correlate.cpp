@@ -9,18 +9,18 @@
 namespace dsp::spectrum {
 namespace {
 
-int32_t transform(dsp_vec *v, std::int32_t length, bool is_complex) {
+int32_t transform(dsp_vec *v, int32_t length, bool is_complex) {
   if (dspi_zpad(v, length) != 0) return -1;
   return is_complex ? dspi_fft(v, 0) : dspi_rfft(v);
 }
 
-int32_t correlate(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, std::int32_t m, bool halve) {
+int32_t correlate(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *work, int32_t m, bool halve) {
   const bool is_complex = ref->is_complex != 0 || in->is_complex != 0;
   const double dx = mean_spacing(in->dx, ref->dx);
-  const std::int32_t lags = samples(*in) - m + 1;
-  const std::int64_t size = power_of_two_from(samples(*in));
+  const int32_t lags = samples(*in) - m + 1;
+  const int64_t size = power_of_two_from(samples(*in));
   if (size > INT32_MAX) return -1;
-  const auto p = static_cast<std::int32_t>(size);
+  const auto p = static_cast<int32_t>(size);
   if (dsp_copy(work, in) != 0 || dsp_copy_at_most(out, ref, m) != 0) return -1;
   if (transform(out, p, is_complex) != 0 || transform(work, p, is_complex) != 0) return -1;
   if (dspb_conj_mul(work, out, out) != 0) return -1;                      // a transform of one sample is that sample

@@ -18,7 +18,7 @@ struct spectrum_flags {
   bool raw;             // the transform only
   bool swaps;           // halves are swapped in the time domain
 
-  spectrum_flags(std::int32_t word, dsp_window_type window)
+  spectrum_flags(int32_t word, dsp_window_type window)
       : inverse((word & DSP_SPECTRUM_INVERSE) != 0),
         two_sided((word & DSP_SPECTRUM_TWO_SIDED) != 0),
         sum((word & DSP_SPECTRUM_SUM) != 0),

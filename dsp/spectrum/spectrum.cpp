@@ -11,20 +11,20 @@
 namespace dsp::spectrum {
 namespace {
 
-constexpr std::int32_t largest_transform = 1 << 30;
+constexpr int32_t largest_transform = 1 << 30;
 
-std::int32_t transform_length(std::int32_t n) {
-  return n < largest_transform ? static_cast<std::int32_t>(power_of_two_from(n)) : largest_transform;
+int32_t transform_length(int32_t n) {
+  return n < largest_transform ? static_cast<int32_t>(power_of_two_from(n)) : largest_transform;
 }
 
-std::int32_t rounded(double x) { return static_cast<std::int32_t>(std::round(x)); }
+int32_t rounded(double x) { return static_cast<int32_t>(std::round(x)); }
 
 // For real one-sided data, half of the spectrum is enough.
 bool one_sided(const spectrum_flags &f, bool is_complex) { return !is_complex && !f.two_sided && !f.raw; }
 
 int32_t window_or_swap(dsp_vec *v, dsp_window_type window, const spectrum_flags &f, bool by_active_length) {
   if (f.unwindowed) return f.swaps ? dspi_swap_halves2(v) : 0;
-  const std::int32_t swap = f.centred || f.sum ? DSP_WND_SWAP_UNIFORM : 0;
+  const int32_t swap = f.centred || f.sum ? DSP_WND_SWAP_UNIFORM : 0;
   // Windows without an active length take the record's own length, which is the active one.
   const bool has_active_form = window != DSP_WINDOW_TRIANGULAR && window < DSP_WINDOW_KAISER70;
   if (!by_active_length || !has_active_form) return dspi_window(v, window, swap);
@@ -45,14 +45,14 @@ int32_t finish_inverse(dsp_vec *v, const spectrum_flags &f) {
   return f.two_sided ? 0 : dspi_scale(v, 0.5);
 }
 
-int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double fraction, dsp_window_type window,
+int32_t forward_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window,
                     const spectrum_flags &f) {
   const bool half = one_sided(f, in->is_complex != 0);
-  const std::int32_t length = samples(*in);
-  const std::int32_t m = transform_length(n < 1 ? length : n);
-  const std::int32_t active = rounded(std::fmin(fraction * m, length));
+  const int32_t length = samples(*in);
+  const int32_t m = transform_length(n < 1 ? length : n);
+  const int32_t active = rounded(std::fmin(fraction * m, length));
   if (dspu_subvec(in, out, 0, active) != 0) return -1;
-  std::int32_t mode = DSP_PAD_UNSCALED;
+  int32_t mode = DSP_PAD_UNSCALED;
   if (!f.raw) {
     if (window_or_swap(out, window, f, true) != 0) return -1;
     scale_forward(out, f, m);
@@ -65,7 +65,7 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double frac
 }
 
 // A record of m samples from a two-sided spectrum with 0 in the middle, or from its upper half.
-int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
+int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, int32_t m) {
   if (dsp_copy(out, in) != 0) return -1;
   dspi_swap_halves2(out);
   if (dspi_zpad2(out, m, DSP_PAD_SPLIT | DSP_PAD_UNSCALED) != 0) return -1;
@@ -73,24 +73,24 @@ int32_t inverse_of_both_sides(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
   return dspi_fft(out, 1);
 }
 
-int32_t inverse_of_half(const dsp_vec *in, dsp_vec *out, std::int32_t m) {
-  const std::int32_t bins = m / 2 + 1;
+int32_t inverse_of_half(const dsp_vec *in, dsp_vec *out, int32_t m) {
+  const int32_t bins = m / 2 + 1;
   if (dspu_subvec(in, out, 0, bins) != 0 || dspi_zpad(out, bins) != 0) return -1;
   return dspi_irfft(out);
 }
 
-int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, std::int32_t n, double fraction, const spectrum_flags &f) {
+int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, const spectrum_flags &f) {
   const bool full = f.from_two_sided || f.two_sided;
-  const std::int64_t bins = samples(*in);
-  const std::int64_t natural = full || f.raw ? bins : 2 * (bins - 1);
-  const std::int32_t m = transform_length(
-      n >= 1 ? n : static_cast<std::int32_t>(natural < largest_transform ? natural : largest_transform));
+  const int64_t bins = samples(*in);
+  const int64_t natural = full || f.raw ? bins : 2 * (bins - 1);
+  const int32_t m =
+      transform_length(n >= 1 ? n : static_cast<int32_t>(natural < largest_transform ? natural : largest_transform));
   if (f.raw) {
     if (dspu_subvec(in, out, 0, m) != 0 || dspi_zpad(out, m) != 0) return -1;
     return dspi_fft(out, 1);
   }
   if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
-  const std::int32_t mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
+  const int32_t mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
   dspi_unzpad(out, rounded(fraction * m), mode);
   return finish_inverse(out, f);
 }

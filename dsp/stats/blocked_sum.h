@@ -117,9 +117,9 @@ struct running_totals {
 // block(x, n, pair) sums the even and the odd elements of a block's n doubles. total[k * parts + part] becomes the k-th
 // sum; parts is 2 for complex samples, whose components are summed separately, else 1.
 template <int Sums, class Block>
-void add_blocks(const double *x, std::int64_t samples, int parts, const Block &block, double *total) {
+void add_blocks(const double *x, int64_t samples, int parts, const Block &block, double *total) {
   running_totals sum[Sums] = {};
-  for (std::int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
+  for (int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
     lanes<2> pair[Sums];
     block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, pair);
     for (int k = 0; k < Sums; ++k) {
@@ -138,7 +138,7 @@ void add_blocks(const double *x, std::int64_t samples, int parts, const Block &b
 }
 
 template <class Kernel>
-void blocked_sum(const double *x, std::int64_t samples, int parts, const Kernel &kernel, double *total) {
+void blocked_sum(const double *x, int64_t samples, int parts, const Kernel &kernel, double *total) {
   const auto block = [&](const double *at, int n, lanes<2> *pair) {
     sum_one_block<groups_at_once(Kernel::sums)>(at, n, kernel, pair);
   };
@@ -148,7 +148,7 @@ void blocked_sum(const double *x, std::int64_t samples, int parts, const Kernel 
 // The same for a kernel that treats rare values in a costly way: `fast` omits that. A block whose sum number `Guard`,
 // of non-negative terms, exceeds `limit` is summed again with `exact`.
 template <int Guard, class Fast, class Exact>
-void blocked_sum(const double *x, std::int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
+void blocked_sum(const double *x, int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
                  double *total) {
   const auto block = [&](const double *at, int n, lanes<2> *pair) {
     sum_one_block<groups_at_once(Fast::sums)>(at, n, fast, pair);

@@ -9,7 +9,7 @@ namespace dsp::stats {
 namespace {
 
 // Writes the sample at index `at`, or (re, im) when the search found none.
-int32_t put_extreme(const stats_input &x, dsp_vec *out, std::int64_t at, double re, double im) {
+int32_t put_extreme(const stats_input &x, dsp_vec *out, int64_t at, double re, double im) {
   if (x.n < 1) return put_sample(out, x.is_complex, 0.0, 0.0);
   if (at < 0) return put_sample(out, x.is_complex, re, im);
   const double *sample = x.data + at * x.parts;

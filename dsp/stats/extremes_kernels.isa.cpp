@@ -94,13 +94,11 @@ best_of<double> best_in_block(const double *x, int n) {
 
 // The same for any number of doubles: finds the best key of each block, then searches the first block that has it.
 template <class Key, bool Least>
-best_of<double> first_best(const double *x, std::int64_t n) {
+best_of<double> first_best(const double *x, int64_t n) {
   if (n <= block_doubles) return best_in_block<Key, Least>(x, static_cast<int>(n));
-  const auto length = [n](std::int64_t at) {
-    return static_cast<int>(n - at < block_doubles ? n - at : block_doubles);
-  };
+  const auto length = [n](int64_t at) { return static_cast<int>(n - at < block_doubles ? n - at : block_doubles); };
   best_of<widest> best = {broadcast(start<Least>), broadcast(nowhere)};
-  for (std::int64_t at = 0; at < n; at += block_doubles) {
+  for (int64_t at = 0; at < n; at += block_doubles) {
     widest m[groups];
     for (widest &v : m) v = broadcast(start<Least>);
     each_key<Key>(x + at, length(at),
@@ -110,7 +108,7 @@ best_of<double> first_best(const double *x, std::int64_t n) {
   }
   best_of<double> first = best_lane<Least>(best);
   if (first.place < nowhere) {
-    const auto at = static_cast<std::int64_t>(first.place);
+    const auto at = static_cast<int64_t>(first.place);
     first.place += best_in_block<Key, Least>(x + at, length(at)).place;
   }
   return first;
@@ -119,12 +117,12 @@ best_of<double> first_best(const double *x, std::int64_t n) {
 // Searches complex samples by plain keys first, and again with saturation when the best is so great that a component
 // may be beyond the bound. (A least key never is: it would not beat the start.)
 template <bool Least>
-std::int64_t find(const double *x, std::int64_t n, int parts) {
+int64_t find(const double *x, int64_t n, int parts) {
   best_of<double> first =
       parts == 1 ? first_best<value_key, Least>(x, n) : first_best<plain_magnitude_key, Least>(x, 2 * n);
   if constexpr (!Least)
     if (parts == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
-  return first.place < nowhere ? static_cast<std::int64_t>(first.place) / parts : -1;
+  return first.place < nowhere ? static_cast<int64_t>(first.place) / parts : -1;
 }
 
 }  // namespace

@@ -23,8 +23,8 @@ double magnitude(double re, double im) {
 
 // value(i) is the number counted for sample i.
 template <class Value>
-void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
-  for (std::int64_t i = 0; i < n; ++i) {
+void count(int64_t n, const Value &value, const bins &b, double *counts) {
+  for (int64_t i = 0; i < n; ++i) {
     double u = value(i) - b.start;
     if (b.width != 0.0)
       u /= b.width;
@@ -33,7 +33,7 @@ void count(std::int64_t n, const Value &value, const bins &b, double *counts) {
     if (u >= 0.0 && u < b.count)
       counts[static_cast<int32_t>(u)] += 1.0;
     else if (u >= b.count && u < b.count * upper_edge)
-      counts[static_cast<std::int64_t>(u) - 1] += 1.0;
+      counts[static_cast<int64_t>(u) - 1] += 1.0;
   }
 }
 
@@ -43,10 +43,10 @@ int32_t histogram(const stats_input &x, output *out, const bins &b, int32_t leng
   dspi_zero(out->get());
   if (x.is_complex)
     count(
-        x.n, [&](std::int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, counts);
+        x.n, [&](int64_t i) { return magnitude(x.data[2 * i], x.data[2 * i + 1]); }, b, counts);
   else
     count(
-        x.n, [&](std::int64_t i) { return x.data[i]; }, b, counts);
+        x.n, [&](int64_t i) { return x.data[i]; }, b, counts);
   return 0;
 }
 

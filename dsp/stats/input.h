@@ -10,7 +10,7 @@ namespace dsp::stats {
 
 struct stats_input {
   const double *data;
-  std::int64_t n;
+  int64_t n;
   bool is_complex;
   int parts;  // doubles per sample
 

@@ -32,7 +32,7 @@ struct complex_reciprocal {
 
 double real_geometric_mean(const stats_input &x) {
   double product = 1.0;
-  for (std::int64_t i = 0; i < x.n; ++i) product *= x.data[i];
+  for (int64_t i = 0; i < x.n; ++i) product *= x.data[i];
   if (product < smallest_normal) return 0.0;
   return std::exp(std::log(product) / static_cast<double>(x.n));
 }
@@ -40,7 +40,7 @@ double real_geometric_mean(const stats_input &x) {
 // The principal root.
 dsp_complex complex_geometric_mean(const stats_input &x) {
   dsp_complex product = {1.0, 0.0};
-  for (std::int64_t i = 0; i < x.n; ++i) {
+  for (int64_t i = 0; i < x.n; ++i) {
     const double re = x.data[2 * i];
     const double im = x.data[2 * i + 1];
     product = {product.re * re - product.im * im, product.re * im + product.im * re};

@@ -10,10 +10,10 @@ namespace dsp::stats {
 namespace {
 
 // Four independent maxima, so that comparisons do not wait for one another.
-double greatest(const double *x, std::int64_t n) {
+double greatest(const double *x, int64_t n) {
   const auto greater = [](double a, double b) { return a > b ? a : b; };
   double best[4] = {x[0], x[0], x[0], x[0]};
-  std::int64_t i = 0;
+  int64_t i = 0;
   for (; i + 4 <= n; i += 4)
     for (int k = 0; k < 4; ++k) best[k] = greater(x[i + k], best[k]);
   for (; i < n; ++i) best[0] = greater(x[i], best[0]);
@@ -21,9 +21,9 @@ double greatest(const double *x, std::int64_t n) {
 }
 
 // The middle two of n >= 1 real samples, by selection instead of a full sort. NaN comes last, as in dspi_sort.
-void select_middle(double *x, std::int64_t n, double *lower, double *upper) {
-  const std::int64_t numbers = numbers_first(x, n);
-  const std::int64_t middle = n / 2;
+void select_middle(double *x, int64_t n, double *lower, double *upper) {
+  const int64_t numbers = numbers_first(x, n);
+  const int64_t middle = n / 2;
   if (middle < numbers) select(x, numbers, middle, [](double a, double b) { return a < b; });
   *upper = x[middle];
   *lower = middle < numbers && n > 1 ? greatest(x, middle) : x[middle];

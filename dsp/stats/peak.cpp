@@ -13,7 +13,7 @@ namespace {
 struct peak {
   double value;
   double position;
-  std::int32_t status;
+  int32_t status;
 };
 
 // The values searched: real samples, or the squared magnitudes of complex ones.
@@ -21,35 +21,35 @@ class trace {
  public:
   explicit trace(const dsp_vec &v) : data_(v.data), length_(samples(v)), is_complex_(v.is_complex != 0) {}
 
-  std::int32_t length() const { return length_; }
+  int32_t length() const { return length_; }
 
-  double operator[](std::int32_t i) const {
+  double operator[](int32_t i) const {
     if (!is_complex_) return data_[i];
-    const double *z = data_ + 2 * static_cast<std::int64_t>(i);
+    const double *z = data_ + 2 * static_cast<int64_t>(i);
     return z[0] * z[0] + z[1] * z[1];
   }
 
-  std::int32_t extreme(bool least) const {
+  int32_t extreme(bool least) const {
     const auto search = least ? extremes_kernels().least : extremes_kernels().greatest;
-    const std::int64_t at = search(data_, length_, is_complex_ ? 2 : 1);
-    return at < 0 ? 0 : static_cast<std::int32_t>(at);
+    const int64_t at = search(data_, length_, is_complex_ ? 2 : 1);
+    return at < 0 ? 0 : static_cast<int32_t>(at);
   }
 
  private:
   const double *data_;
-  std::int32_t length_;
+  int32_t length_;
   bool is_complex_;
 };
 
-std::int32_t chosen_sample(const trace &y, std::int32_t flags, std::int32_t index) {
-  const std::int32_t last = y.length() - 1;
+int32_t chosen_sample(const trace &y, int32_t flags, int32_t index) {
+  const int32_t last = y.length() - 1;
   if ((flags & DSP_PEAK_AT_INDEX) != 0) return index < 0 ? 0 : index > last ? last : index;
   return y.extreme((flags & DSP_PEAK_MIN) != 0);
 }
 
-peak unrefined(const trace &y, std::int32_t i) { return {y[i], static_cast<double>(i), 0}; }
+peak unrefined(const trace &y, int32_t i) { return {y[i], static_cast<double>(i), 0}; }
 
-peak parabolic(const trace &y, std::int32_t i) {
+peak parabolic(const trace &y, int32_t i) {
   if (i == 0 || i == y.length() - 1) return unrefined(y, i);
   const double slope = (y[i + 1] - y[i - 1]) * 0.5;
   const double curvature = (y[i - 1] + y[i + 1] - 2 * y[i]) * 0.5;
@@ -58,13 +58,13 @@ peak parabolic(const trace &y, std::int32_t i) {
 
 // A Gaussian of fixed width through the maximum and its larger neighbour. `sharpness` is the drop of the logarithm one
 // sample from the centre; the logarithm of the ratio of the two samples gives the centre's distance from their middle.
-peak gaussian(const trace &y, std::int32_t i, bool corrected) {
+peak gaussian(const trace &y, int32_t i, bool corrected) {
   constexpr double sharpness = 0.315563649157834;
   constexpr double ratio_per_sample = 1.262254596631336;
-  const std::int32_t last = y.length() - 1;
+  const int32_t last = y.length() - 1;
   if (last < 1) return unrefined(y, i);
   const bool pair_to_the_left = i == last || (i > 0 && y[i - 1] > y[i + 1]);
-  const std::int32_t k = pair_to_the_left ? i - 1 : i;
+  const int32_t k = pair_to_the_left ? i - 1 : i;
   const double a = y[k];
   double u = std::log(y[k + 1] / a) / ratio_per_sample;
   if (corrected) u *= 1 - (u * u - 0.25) * 0.02036;
@@ -90,7 +90,7 @@ int32_t dsps_peak(const dsp_vec *in, dsp_vec *out, int32_t flags, int32_t index)
   const trace y(*in);
   peak found = {0.0, 0.0, 0};
   if (y.length() > 0) {
-    const std::int32_t i = chosen_sample(y, flags, index);
+    const int32_t i = chosen_sample(y, flags, index);
     switch (flags & DSP_PEAK_INTERP_MASK) {
       case DSP_PEAK_NO_INTERP:
         found = unrefined(y, i);

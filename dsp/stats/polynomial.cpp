@@ -11,7 +11,7 @@ int32_t dsps_peval(const dsp_vec *c, dsp_vec *out, double x) {
   const stats_input coefficients(*c);
   double value = 0.0;
   if (coefficients.n > 0) {
-    std::int64_t i = coefficients.n - 1;
+    int64_t i = coefficients.n - 1;
     value = coefficients.data[i];
     while (i-- > 0) value = coefficients.data[i] + x * value;
   }

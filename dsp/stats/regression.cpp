@@ -55,7 +55,7 @@ struct plane_points {
 double not_below_zero(double x) { return x < 0.0 ? 0.0 : x; }
 
 // `sum` in the order of trace_points.
-scatter scatter_about(double shift_x, double shift_y, std::int64_t points, const double *sum) {
+scatter scatter_about(double shift_x, double shift_y, int64_t points, const double *sum) {
   const auto n = static_cast<double>(points);
   const double mx = sum[0] / n;
   const double my = sum[1] / n;

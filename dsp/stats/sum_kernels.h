@@ -11,11 +11,11 @@ namespace dsp::stats {
 // samples are pairs, over the real and over the imaginary parts.
 struct sum_kernel_set {
   // x
-  void (*values)(const double *x, std::int64_t n, int parts, double *total);
+  void (*values)(const double *x, int64_t n, int parts, double *total);
   // x^2, but 1e100 for a sample with a part beyond +-1e100
-  void (*squares)(const double *x, std::int64_t n, int parts, double *total);
+  void (*squares)(const double *x, int64_t n, int parts, double *total);
   // d = x - reference and d^2; +-1e100 and 1e200 for a d beyond +-1e100. The reference is a number, or re and im.
-  void (*spread)(const double *x, std::int64_t n, int parts, const double *reference, double *total);
+  void (*spread)(const double *x, int64_t n, int parts, const double *reference, double *total);
 };
 
 DSP_DECLARE_KERNELS(sum)

@@ -39,13 +39,13 @@ struct difference_and_square {
   }
 };
 
-void values(const double *x, std::int64_t n, int parts, double *total) { blocked_sum(x, n, parts, identity(), total); }
+void values(const double *x, int64_t n, int parts, double *total) { blocked_sum(x, n, parts, identity(), total); }
 
-void squares(const double *x, std::int64_t n, int parts, double *total) {
+void squares(const double *x, int64_t n, int parts, double *total) {
   blocked_sum<0>(x, n, parts, plain_square(), saturated_square{parts}, squares_within_bound, total);
 }
 
-void spread(const double *x, std::int64_t n, int parts, const double *reference, double *total) {
+void spread(const double *x, int64_t n, int parts, const double *reference, double *total) {
   const widest about = alternating(reference[0], reference[parts - 1]);
   const difference_and_square<plain_powers> fast = {about};
   const difference_and_square<saturated_powers> exact = {about};

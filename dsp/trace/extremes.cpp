@@ -11,25 +11,25 @@ namespace {
 
 struct largest {
   static bool better(double a, double b) { return a > b; }
-  static double of(const double *x, std::int64_t n, double than) { return trace_kernels().largest(x, n, than); }
+  static double of(const double *x, int64_t n, double than) { return trace_kernels().largest(x, n, than); }
 };
 
 struct smallest {
   static bool better(double a, double b) { return a < b; }
-  static double of(const double *x, std::int64_t n, double than) { return trace_kernels().smallest(x, n, than); }
+  static double of(const double *x, int64_t n, double than) { return trace_kernels().smallest(x, n, than); }
 };
 
 struct candidate {
   double value;
-  std::int64_t at;
+  int64_t at;
 };
 
 // Compares block by block, and searches only the best block for the index.
 template <class Extreme>
-void search(const double *x, std::int64_t begin, std::int64_t end, candidate *best) {
-  constexpr std::int64_t block = 512;
-  std::int64_t found = -1;
-  for (std::int64_t i = begin; i < end; i += block) {
+void search(const double *x, int64_t begin, int64_t end, candidate *best) {
+  constexpr int64_t block = 512;
+  int64_t found = -1;
+  for (int64_t i = begin; i < end; i += block) {
     const double value = Extreme::of(x + i, std::min(block, end - i), best->value);
     if (!Extreme::better(value, best->value)) continue;
     best->value = value;
@@ -39,10 +39,9 @@ void search(const double *x, std::int64_t begin, std::int64_t end, candidate *be
 }
 
 template <class Extreme>
-int32_t search_outside(const double *x, std::int64_t start, std::int64_t stop, std::int64_t skip_lo,
-                       std::int64_t skip_hi) {
+int32_t search_outside(const double *x, int64_t start, int64_t stop, int64_t skip_lo, int64_t skip_hi) {
   const bool starts_inside = start >= skip_lo && start < skip_hi;
-  const std::int64_t first = starts_inside ? skip_hi : start;
+  const int64_t first = starts_inside ? skip_hi : start;
   if (starts_inside && first >= stop) return -1;
   if (first + 1 >= stop) return static_cast<int32_t>(first);
   candidate best = {x[first], first};
@@ -63,9 +62,9 @@ int32_t vfpd_FindMax(const double *arr, int32_t start, int32_t stop) {
 }
 
 int32_t vfpd_FindMin(const double *arr, int32_t start, int32_t stop) {
-  if (std::int64_t{start} + 1 >= stop) return start;
+  if (int64_t{start} + 1 >= stop) return start;
   candidate best = {std::numeric_limits<double>::max(), start};  // the first element itself is never chosen
-  search<smallest>(arr, std::int64_t{start} + 1, stop, &best);
+  search<smallest>(arr, int64_t{start} + 1, stop, &best);
   return static_cast<int32_t>(best.at);
 }
 

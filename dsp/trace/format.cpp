@@ -15,11 +15,11 @@ constexpr double degrees_per_radian = 57.29577951307855;
 double phase(const dsp_complex &z) { return std::atan2(z.im, z.re); }
 
 template <class Format>
-void each(const dsp_complex *in, double *out, std::int64_t n, Format format) {
-  for (std::int64_t i = 0; i < n; ++i) out[i] = format(in[i]);
+void each(const dsp_complex *in, double *out, int64_t n, Format format) {
+  for (int64_t i = 0; i < n; ++i) out[i] = format(in[i]);
 }
 
-void level(const dsp_complex *in, double *out, std::int64_t n, double factor) {
+void level(const dsp_complex *in, double *out, int64_t n, double factor) {
   each(in, out, n, [factor](const dsp_complex &z) { return factor * std::log10(z.re * z.re + z.im * z.im); });
 }
 
@@ -38,7 +38,7 @@ using namespace dsp::trace;
 
 void vfpd_FormatBuffer(uint32_t format, const dsp_complex *in, double *out, int32_t start, int32_t stop) {
   if (start >= stop) return;
-  const std::int64_t n = std::int64_t{stop} - start;
+  const int64_t n = int64_t{stop} - start;
   in += start;
   out += start;
   switch (format) {

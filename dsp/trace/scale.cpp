@@ -14,7 +14,7 @@ void vfpdbMul2(double scale, double *buf, int32_t n) { trace_kernels().scale(sca
 void vfpsbMul2(float scale, float *buf, int32_t n) { trace_kernels().scale_single(scale, buf, n); }
 
 void vfpdb_ScaleToInt(const double *in, int32_t n, double lo, double hi, int32_t *out, int32_t out_lo, int32_t out_hi) {
-  const double k = static_cast<double>(std::int64_t{out_hi} - out_lo) / (hi - lo);
+  const double k = static_cast<double>(int64_t{out_hi} - out_lo) / (hi - lo);
   trace_kernels().map_to_int(in, n, lo, k, out, out_lo);
 }
 

@@ -93,7 +93,7 @@ class turns_in_window {
 
   // Unwrapping starts one point later from now on.
   void leave(int32_t j) {
-    const std::int64_t turns = wrap(j);
+    const int64_t turns = wrap(j);
     sum_ -= turns * count_;
     newest_ -= turns;
     --count_;
@@ -104,16 +104,16 @@ class turns_in_window {
 
  private:
   // Turns that unwrapping adds from point j on.
-  std::int64_t wrap(int32_t j) const {
+  int64_t wrap(int32_t j) const {
     if (j == 0) return 0;
     const double step = in_[j] - in_[j - 1];
     return (step < -pi ? 1 : 0) - (step > pi ? 1 : 0);
   }
 
   const double *in_;
-  std::int64_t count_ = 0;   // points
-  std::int64_t newest_ = 0;  // turns added to the newest of them
-  std::int64_t sum_ = 0;     // turns added to all of them
+  int64_t count_ = 0;   // points
+  int64_t newest_ = 0;  // turns added to the newest of them
+  int64_t sum_ = 0;     // turns added to all of them
 };
 
 // The mean over the window of a phase that is unwrapped from the point before the window on, wrapped again.

@@ -22,7 +22,7 @@ class window_sum {
   }
 
   // As trace_kernels().slide; false, and nothing is done, also when a value in the window needs more care.
-  bool slide(const double *enters, const double *leaves, std::int32_t n, double divisor, double *out) {
+  bool slide(const double *enters, const double *leaves, int32_t n, double divisor, double *out) {
     return special_ == 0 && trace_kernels().slide(&numbers_, enters, leaves, n, divisor, out);
   }
 
@@ -35,14 +35,14 @@ class window_sum {
     s->lost += sum.lo;
   }
 
-  void change(double x, std::int32_t by) {
+  void change(double x, int32_t by) {
     if (std::fabs(x) <= 0x1p990)
       add_to(&numbers_, by * x);
     else
       change_special(x, by);
   }
 
-  void change_special(double x, std::int32_t by) {
+  void change_special(double x, int32_t by) {
     special_ += by;
     if (std::isfinite(x))
       add_to(&large_, by * x * scale);
@@ -57,7 +57,7 @@ class window_sum {
   }
 
   compensated_sum numbers_, large_;
-  std::int32_t special_ = 0, nan_ = 0, plus_ = 0, minus_ = 0;
+  int32_t special_ = 0, nan_ = 0, plus_ = 0, minus_ = 0;
 };
 
 }  // namespace dsp::trace

@@ -10,19 +10,19 @@ namespace {
 struct slot {
   dsp_vec window;
   dsp_window_type type;  // no_type: empty
-  std::int32_t flags;
+  int32_t flags;
   double active;
 };
 
 constexpr dsp_window_type no_type = -1;
-constexpr std::int32_t capacity = 16;
-constexpr std::int32_t telling_flags = DSP_WND_SCALE_MASK | DSP_WND_SYMMETRIC | DSP_WND_ACTIVE;
+constexpr int32_t capacity = 16;
+constexpr int32_t telling_flags = DSP_WND_SCALE_MASK | DSP_WND_SYMMETRIC | DSP_WND_ACTIVE;
 
 slot *slots = nullptr;
-std::int32_t used = 0;
-std::int32_t oldest = 0;  // the next entry to replace, once all are used
+int32_t used = 0;
+int32_t oldest = 0;  // the next entry to replace, once all are used
 
-slot *find(std::int32_t n, dsp_window_type type, std::int32_t flags, double active) {
+slot *find(int32_t n, dsp_window_type type, int32_t flags, double active) {
   for (slot *s = slots; s != slots + used; ++s)
     if (s->window.length == n && s->type == type && s->flags == flags &&
         ((flags & DSP_WND_ACTIVE) == 0 || s->active == active))
@@ -48,7 +48,7 @@ void count_in(const slot *s) {
 
 }  // namespace
 
-const dsp_vec *cached_window(std::int32_t n, dsp_window_type type, std::int32_t flags, double active) {
+const dsp_vec *cached_window(int32_t n, dsp_window_type type, int32_t flags, double active) {
   flags &= telling_flags;
   if (const slot *s = find(n, type, flags, active)) return &s->window;
   slot *s = next_slot();
@@ -64,7 +64,7 @@ const dsp_vec *cached_window(std::int32_t n, dsp_window_type type, std::int32_t 
   return &s->window;
 }
 
-std::int32_t free_window_cache() {
+int32_t free_window_cache() {
   for (slot *s = slots; s != slots + used; ++s) dsp_destroy(&s->window);
   heap_release(slots);
   slots = nullptr;

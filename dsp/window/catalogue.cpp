@@ -8,7 +8,7 @@ namespace {
 // raw ones over sqrt(a0^2 + sum a_k^2 / 2).
 struct sets {
   dsp_window_type type;
-  std::int32_t terms;
+  int32_t terms;
   double c[3][7];  // by window_scale
 };
 

@@ -11,7 +11,7 @@ namespace {
 // b) = cos a - (cos a (1 - cos b) + sin a sin b), which loses almost no digits.
 class harmonic {
  public:
-  harmonic(double c, double k, double period, std::int32_t count) : c_(c), k_(k), period_(period) {
+  harmonic(double c, double k, double period, int32_t count) : c_(c), k_(k), period_(period) {
     while (stride_ * stride_ < count && stride_ < longest) stride_ *= 2;
     for (int r = 0; r < stride_ && r < count; ++r) {
       const root b = root_at(k * r, period);
@@ -20,8 +20,8 @@ class harmonic {
     }
   }
 
-  void add(double first, std::int32_t count, double *to) const {
-    for (std::int32_t done = 0; done < count; done += stride_) {
+  void add(double first, int32_t count, double *to) const {
+    for (int32_t done = 0; done < count; done += stride_) {
       const root a = root_at(k_ * (first + done), period_);
       const double c = c_ * a.cos;
       const double s = c_ * a.sin;
@@ -41,31 +41,31 @@ class harmonic {
   double sine_[longest];
 };
 
-double mean_gain(const cosine_sum &sum, std::int64_t n) {
+double mean_gain(const cosine_sum &sum, int64_t n) {
   double constant = 0.0;
-  for (std::int64_t k = 0; k < sum.terms; k += n) constant += sum.c[k];
+  for (int64_t k = 0; k < sum.terms; k += n) constant += sum.c[k];
   return constant / sum.c[0];
 }
 
-double aliased_power(const cosine_sum &sum, std::int64_t n) {
+double aliased_power(const cosine_sum &sum, int64_t n) {
   const double *c = sum.c;
   double x = 0.0;
-  for (std::int64_t k = 0; k < sum.terms; ++k) {
+  for (int64_t k = 0; k < sum.terms; ++k) {
     if (k > 0 && 2 * k % n == 0) x += c[k] * c[k] / 2;
-    for (std::int64_t j = k + 1; j < sum.terms; ++j) x += c[k] * c[j] * (((j - k) % n == 0) + ((j + k) % n == 0));
+    for (int64_t j = k + 1; j < sum.terms; ++j) x += c[k] * c[j] * (((j - k) % n == 0) + ((j + k) % n == 0));
   }
   return x;
 }
 
 }  // namespace
 
-void evaluate(const cosine_sum &sum, double period, double first, std::int32_t count, double *to) {
-  for (std::int32_t i = 0; i < count; ++i) to[i] = sum.terms > 0 ? sum.c[0] : 0.0;
-  for (std::int64_t k = 1; k < sum.terms; ++k)
+void evaluate(const cosine_sum &sum, double period, double first, int32_t count, double *to) {
+  for (int32_t i = 0; i < count; ++i) to[i] = sum.terms > 0 ? sum.c[0] : 0.0;
+  for (int64_t k = 1; k < sum.terms; ++k)
     harmonic(sum.c[k], static_cast<double>(k), period, count).add(first, count, to);
 }
 
-double coherent_gain(const cosine_sum &sum, window_scale scale, std::int64_t n) {
+double coherent_gain(const cosine_sum &sum, window_scale scale, int64_t n) {
   if (scale == window_scale::raw || n >= 2 * sum.terms - 1)
     return 1.0;  // no product of two terms aliases to a constant
   return scale == window_scale::amplitude ? mean_gain(sum, n) : std::sqrt(1.0 + aliased_power(sum, n));

@@ -8,23 +8,23 @@
 namespace dsp::window {
 
 struct window_layout {
-  std::int32_t n;
+  int32_t n;
   double span;           // width in samples that the shape is stretched over
   bool between = false;  // the centre lies between two samples
 };
 
 // The periodic form has its centre on sample n/2, one period is n samples; the symmetric form has an end on the first
 // and on the last sample.
-inline window_layout layout_of(std::int32_t n, std::int32_t flags) {
+inline window_layout layout_of(int32_t n, int32_t flags) {
   const bool symmetric = (flags & DSP_WND_SYMMETRIC) != 0;
   return {n, static_cast<double>(symmetric ? n - 1 : n), symmetric && n % 2 == 0};
 }
 
 // For filter taps: symmetric, but as wide as the periodic form, which has no taps of weight 0 at its ends.
-inline window_layout tap_layout(std::int32_t n) { return {n, static_cast<double>(n), n % 2 == 0}; }
+inline window_layout tap_layout(int32_t n) { return {n, static_cast<double>(n), n % 2 == 0}; }
 
 // Samples in the right half, from the centre on.
-inline std::int32_t right_half(const window_layout &at) { return at.n - at.n / 2; }
+inline int32_t right_half(const window_layout &at) { return at.n - at.n / 2; }
 
 // Copies the right half, w[n/2] on, to the left one.
 void mirror(double *w, const window_layout &at);

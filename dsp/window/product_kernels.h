@@ -10,10 +10,10 @@ namespace dsp::window {
 
 // v: n samples, w: n weights. The swapping ones need an even n.
 struct product_kernel_set {
-  void (*real)(double *v, const double *w, std::int32_t n);
-  void (*complex)(double *v, const double *w, std::int32_t n);
-  void (*swapped_real)(double *v, const double *w, std::int32_t n);
-  void (*swapped_complex)(double *v, const double *w, std::int32_t n);
+  void (*real)(double *v, const double *w, int32_t n);
+  void (*complex)(double *v, const double *w, int32_t n);
+  void (*swapped_real)(double *v, const double *w, int32_t n);
+  void (*swapped_complex)(double *v, const double *w, int32_t n);
 };
 
 DSP_DECLARE_KERNELS(product)

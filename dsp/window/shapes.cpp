@@ -18,8 +18,8 @@ void fill(double *w, const window_layout &at, window_scale scale, double peak, c
     w[0] = scale == window_scale::raw ? peak : 1.0;
     return;
   }
-  fill_symmetric(w, at, [&](double first, std::int32_t count, double *to) {
-    for (std::int32_t i = 0; i < count; ++i) to[i] = value(first + i);
+  fill_symmetric(w, at, [&](double first, int32_t count, double *to) {
+    for (int32_t i = 0; i < count; ++i) to[i] = value(first + i);
   });
   normalise(w, at.n, scale);
 }
@@ -33,12 +33,12 @@ class kaiser_shape {
         square_span_(double_double::product(span, span)),
         top_(double_double::product(beta / 2, beta / 2)) {}
 
-  void operator()(double first, std::int32_t count, double *to) const {
-    for (std::int32_t done = 0; done < count; done += bessel_batch) {
+  void operator()(double first, int32_t count, double *to) const {
+    for (int32_t done = 0; done < count; done += bessel_batch) {
       double y[bessel_batch], rest[bessel_batch], value[bessel_batch];
       for (int i = 0; i < bessel_batch; ++i) argument(first + done + i, y + i, rest + i);
       bessel_i0(y, rest, value);
-      for (std::int32_t i = 0; i < bessel_batch && done + i < count; ++i) to[done + i] = value[i];
+      for (int32_t i = 0; i < bessel_batch && done + i < count; ++i) to[done + i] = value[i];
     }
   }
 
@@ -74,7 +74,7 @@ void kaiser(double *w, const window_layout &at, window_scale scale, double beta)
   fill_symmetric(w, at, kaiser_shape(beta, at.span));
   if (scale != window_scale::raw) return normalise(w, at.n, scale);
   const double centre = w[at.n / 2];
-  for (std::int32_t i = 0; i < at.n; ++i) w[i] /= centre;
+  for (int32_t i = 0; i < at.n; ++i) w[i] /= centre;
 }
 
 void gauss(double *w, const window_layout &at, window_scale scale, double sigma) {
@@ -84,8 +84,8 @@ void gauss(double *w, const window_layout &at, window_scale scale, double sigma)
     return;
   }
   const double unit = sigma * at.span;
-  fill_symmetric(w, at, [=](double first, std::int32_t count, double *to) {
-    for (std::int32_t i = 0; i < count; ++i) {
+  fill_symmetric(w, at, [=](double first, int32_t count, double *to) {
+    for (int32_t i = 0; i < count; ++i) {
       const double t = (first + i) / unit;
       to[i] = -0.5 * (t * t);
     }
