@@ -92,6 +92,7 @@ int32_t fractional_stage::make(int32_t most, double *y) {
 }
 
 // Spans that begin in the past lie in the joined samples, of which number 0 is the oldest of the past.
+// NOLINTNEXTLINE(readability-non-const-parameter): the kernel writes to y
 int32_t fractional_stage::make_by_rows(int32_t most, double *y) {
   const bool in_past = at_.start < 0;
   const int64_t origin = in_past ? k_.taps : 0;

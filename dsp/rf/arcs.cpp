@@ -58,7 +58,9 @@ class curve {
     if (!is_arc_)
       return from + done * (chord / step + left * bend(value(z_[1]) - value(z_[0]), value(z_[2]) - value(z_[1])));
     const double half = done * (half_[first] / step + left * bend(half_[0], half_[1]));
-    return from + product(chord, std::polar(std::sin(half) / std::sin(half_[first]), half - half_[first]));
+    // Not std::polar, which takes no negative modulus.
+    const double modulus = std::sin(half) / std::sin(half_[first]), turn = half - half_[first];
+    return from + product(chord, {modulus * std::cos(turn), modulus * std::sin(turn)});
   }
 
  private:
@@ -68,10 +70,10 @@ class curve {
     return (second / (x_[2] - x_[1]) - first / (x_[1] - x_[0])) / (x_[2] - x_[0]);
   }
 
-  const double *x_;
-  const dsp_complex *z_;
-  bool is_arc_;
-  double half_[2];  // half the angle of each of the two arcs
+  const double *x_ = nullptr;
+  const dsp_complex *z_ = nullptr;
+  bool is_arc_ = false;
+  double half_[2] = {};  // half the angle of each of the two arcs
 };
 
 // Serves one abscissa after the other; the curves of an interval stay until another is asked for.

@@ -63,10 +63,10 @@ inline const double *doubles(const dsp_complex *z) { return reinterpret_cast<con
 namespace dsp::field {
 
 template <>
-inline rf::complex_value reciprocal(const rf::complex_value &z) {
-  const double sum = rf::sum_of_squares(z);
-  if (is_safe(sum)) return z.conjugate_over(sum);
-  const std::complex<double> r = scaled_reciprocal(rf::standard(z));
+inline rf::complex_value reciprocal(const rf::complex_value &x) {
+  const double sum = rf::sum_of_squares(x);
+  if (is_safe(sum)) return x.conjugate_over(sum);
+  const std::complex<double> r = scaled_reciprocal(rf::standard(x));
   return {r.real(), r.imag()};
 }
 

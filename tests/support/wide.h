@@ -98,7 +98,7 @@ class wide {
 
   // The sine of a and so many quarters of a turn: by the series within an eighth of a turn.
   static wide sine(wide a, int quarters) {
-    const wide quarter = wide(dsp::two_pi) / 4;
+    const wide quarter = wide(dsp::exact_two_pi) / 4;
     const double whole = std::nearbyint((a / quarter).v_.hi);
     const wide x = a - whole * quarter;
     quarters = (quarters + static_cast<int>(std::fmod(whole, 4)) + 4) % 4;
@@ -110,7 +110,7 @@ class wide {
   dsp::double_double v_ = {0, 0};
 };
 
-const wide wide_pi = wide(dsp::two_pi) / 2;
+const wide wide_pi = wide(dsp::exact_two_pi) / 2;
 
 #endif
 
