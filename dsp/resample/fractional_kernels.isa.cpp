@@ -161,7 +161,7 @@ struct batch {
   double offset[batch_limit + 1];
   int64_t start[batch_limit + 1];
   uint32_t row[batch_limit];
-  double fraction[batch_limit];
+  double fraction[batch_limit + lane_count];  // a vector may be loaded from each
   int32_t count;
 };
 
@@ -202,7 +202,7 @@ bool find_positions(const fractional_run &run, int32_t left, batch *b, double *o
   else
     place_in_turn(run.step, *offset, *start, b);
   int32_t count = left < batch_limit ? left : batch_limit;
-  while (b->start[count - 1] > run.newest) --count;
+  while (count > 0 && b->start[count - 1] > run.newest) --count;
   b->count = count;
   if (count == left) {
     *offset = b->offset[count - 1] + run.step;
