@@ -17,6 +17,7 @@
 #include "examples/support/gnuplot.h"
 #include "examples/support/json.h"
 #include "examples/support/output_file.h"
+#include "examples/support/peaks.h"
 #include "examples/support/progress.h"
 #include "examples/support/recording.h"
 #include "examples/support/sample_reader.h"
@@ -29,6 +30,7 @@ using examples::fixed;
 using examples::frequency_axis;
 using examples::frequency_unit;
 using examples::json;
+using examples::peak;
 using examples::require;
 using examples::signal;
 using examples::unit_for;
@@ -206,55 +208,6 @@ int32_t measure(examples::sample_reader &recording, const settings &s, signal *s
   return count;
 }
 
-struct peak {
-  double bin, level;
-};
-
-/** Does it rise 6 dB above the valleys towards higher maxima, or towards the ends? */
-bool stands_out(const signal &spectrum, int32_t i) {
-  constexpr double excursion = 6.0;
-  for (int32_t step : {-1, 1}) {
-    double valley = spectrum[i];
-    for (int32_t k = i + step; k >= 0 && k < spectrum.length && spectrum[k] <= spectrum[i]; k += step)
-      valley = std::min(valley, spectrum[k]);
-    if (spectrum[i] - valley < excursion) return false;
-  }
-  return true;
-}
-
-/** Is it no more than a side lobe of one of these lines, or of several that add up? */
-bool is_side_lobe(const signal &spectrum, int32_t i, const std::vector<peak> &lines, const window_line &line) {
-  constexpr double margin = 4.0;
-  for (const peak &p : lines)
-    if (spectrum[i] < p.level + line.side_lobe(std::abs(i - p.bin)) + margin) return true;
-  return false;
-}
-
-/** The strongest peaks in the range shown, strongest first. The main lobe at frequency 0 holds an offset, no tone. */
-std::vector<peak> find_peaks(const signal &spectrum, const settings &s) {
-  const window_line line(s.window, s.active, s.grid);
-  const int32_t last = spectrum.length - 1;
-  std::vector<int32_t> maxima;
-  for (int32_t i = line.half_width(); i < last; ++i)
-    if (spectrum[i] > spectrum[i - 1] && spectrum[i] >= spectrum[i + 1] && stands_out(spectrum, i)) maxima.push_back(i);
-  std::stable_sort(maxima.begin(), maxima.end(), [&](int32_t a, int32_t b) { return spectrum[a] > spectrum[b]; });
-  // Both ends of the spectrum, which were not doubled, are lines like the others in what they leak.
-  std::vector<peak> lines = {{0.0, spectrum[0] + 6.02}, {static_cast<double>(last), spectrum[last] + 6.02}}, peaks;
-  for (const int32_t i : maxima) {
-    if (static_cast<int64_t>(peaks.size()) == s.peaks) break;
-    const bool is_shown = i * spectrum.dx >= s.from && i * spectrum.dx <= s.to;
-    const bool is_strong = lines.size() < 100;  // weaker ones leak less than these
-    if ((!is_shown && !is_strong) || is_side_lobe(spectrum, i, lines, line)) continue;
-    double offset = 0.0, rise = 0.0;
-    line.centre(spectrum, i, &offset, &rise);
-    const peak found = {i + offset, spectrum[i] + rise};
-    if (is_strong) lines.push_back(found);
-    if (is_shown) peaks.push_back(found);
-  }
-  std::stable_sort(peaks.begin(), peaks.end(), [](const peak &a, const peak &b) { return a.level > b.level; });
-  return peaks;
-}
-
 std::string text(const char *format, double value) {
   char buffer[64];
   std::snprintf(buffer, sizeof buffer, format, value);
@@ -409,7 +362,8 @@ int spectrum_of(const examples::arguments &given) {
 
   signal spectrum;
   const int32_t count = measure(*recording, s, &spectrum);
-  const std::vector<peak> peaks = find_peaks(spectrum, s);
+  const window_line line(s.window, s.active, s.grid);
+  const std::vector<peak> peaks = examples::find_peaks(spectrum, line, s.from, s.to, s.peaks);
   const std::string how = method(s, count, rate), read = examples::channel_read(given, *recording);
   if (s.kind == output_kind::csv) write_csv(spectrum, s, file ? file->stream() : stdout);
   if (s.kind == output_kind::picture) draw(spectrum, peaks, s, how, *file);

@@ -25,7 +25,7 @@ double ones(double offset, double n) {
 
 }  // namespace
 
-line_fit::line_fit(const signal &record) : n_(record.length) {
+line_fit::line_fit(const dsp_vec &record) : n_(record.length) {
   signal mean;
   require(dsps_mean(&record, &mean), "compute the mean");
   require(dsp_copy(&bins_, &record), "copy the recording");

@@ -20,7 +20,7 @@ struct tone_fit {
  * wide to either side and falls by 30 dB an octave beyond. */
 class line_fit {
  public:
-  explicit line_fit(const signal &record);
+  explicit line_fit(const dsp_vec &record);
 
   double half_rate() const { return n_ / 2.0; }  // in bins
   /** The place of the strongest line within lo ... hi bins, to a quarter of a bin; -1 in silence. */

@@ -28,9 +28,12 @@ struct header {
 }
 
 std::vector<std::string> words_of(const std::string &line) {
-  std::istringstream in(line);
+  static const char *const blanks = " \t\r\n\v\f";
   std::vector<std::string> words;
-  for (std::string word; in >> word;) words.push_back(word);
+  for (std::size_t at = 0, end = 0; (at = line.find_first_not_of(blanks, end)) != std::string::npos;) {
+    end = std::min(line.find_first_of(blanks, at), line.size());
+    words.push_back(line.substr(at, end - at));
+  }
   return words;
 }
 
@@ -84,54 +87,78 @@ void encode(number_format format, const dsp_complex &z, double *first, double *s
   *second = std::atan2(z.im, z.re) * degrees_per_radian;
 }
 
-void add_point(reflection *r, const std::string &path, int line, const header &h,
-               const std::vector<std::string> &words) {
-  double numbers[3] = {};
-  if (words.size() != 3)
-    refuse(path, line, std::to_string(words.size()) + " numbers; a one-port has three: frequency and two parts");
-  for (std::size_t i = 0; i < 3; ++i)
-    if (!parse_number(words[i], &numbers[i]) || !std::isfinite(numbers[i]))
-      refuse(path, line, "'" + words[i] + "' is not a number");
-  const double frequency = numbers[0] * h.unit;
-  if (frequency < 0.0 || (!r->frequency.empty() && frequency <= r->frequency.back()))
-    refuse(path, line, "the frequencies do not rise");
-  const std::complex<double> s = decode(h.format, numbers[1], numbers[2]);
-  r->frequency.push_back(frequency);
-  r->s.push_back({s.real(), s.imag()});
-}
+class parser {
+ public:
+  explicit parser(const std::string &path) { r_.name = path; }
+
+  void add(std::string text) {
+    ++line_;
+    text.erase(std::min(text.find('!'), text.size()));
+    std::vector<std::string> words = words_of(text);
+    if (words.empty()) return;
+    if (words[0][0] == '#') {
+      if (!has_header_) read_header(std::move(words));  // only the first one counts
+    } else if (words[0][0] == '[') {
+      refuse(r_.name, line_, "keywords of version 2; this program reads version 1");
+    } else if (!has_header_) {
+      refuse(r_.name, line_, "no header before the data; it should read like # MHz S RI R 50");
+    } else {
+      add_point(words);
+    }
+  }
+
+  reflection done() {
+    if (r_.s.empty()) throw failure(r_.name + ": no measured point");
+    r_.resistance = header_.resistance;
+    return std::move(r_);
+  }
+
+ private:
+  void read_header(std::vector<std::string> words) {
+    words[0].erase(0, 1);
+    if (words[0].empty()) words.erase(words.begin());
+    header_ = parse_header(r_.name, line_, words);
+    has_header_ = true;
+  }
+
+  void add_point(const std::vector<std::string> &words) {
+    double numbers[3] = {};
+    if (words.size() != 3)
+      refuse(r_.name, line_, std::to_string(words.size()) + " numbers; a one-port has three: frequency and two parts");
+    for (std::size_t i = 0; i < 3; ++i)
+      if (!parse_number(words[i], &numbers[i]) || !std::isfinite(numbers[i]))
+        refuse(r_.name, line_, "'" + words[i].substr(0, 40) + "' is not a number");
+    const double frequency = numbers[0] * header_.unit;
+    if (frequency < 0.0 || (!r_.frequency.empty() && frequency <= r_.frequency.back()))
+      refuse(r_.name, line_, "the frequencies do not rise");
+    const std::complex<double> s = decode(header_.format, numbers[1], numbers[2]);
+    r_.frequency.push_back(frequency);
+    r_.s.push_back({s.real(), s.imag()});
+  }
+
+  reflection r_;
+  header header_;
+  bool has_header_ = false;
+  int line_ = 0;
+};
 
 }  // namespace
 
 reflection read_touchstone(const std::string &path) {
   readable_size(path);
   std::ifstream file(path);
-  reflection r;
-  r.name = path;
-  header h;
-  bool has_header = false;
-  int line = 0;
-  for (std::string text; std::getline(file, text);) {
-    ++line;
-    text.erase(std::min(text.find('!'), text.size()));
-    std::vector<std::string> words = words_of(text);
-    if (words.empty()) continue;
-    if (words[0][0] == '#') {
-      if (has_header) continue;  // only the first one counts
-      words[0].erase(0, 1);
-      if (words[0].empty()) words.erase(words.begin());
-      h = parse_header(path, line, words);
-      has_header = true;
-    } else if (words[0][0] == '[') {
-      refuse(path, line, "keywords of version 2; this program reads version 1");
-    } else if (!has_header) {
-      refuse(path, line, "no header before the data; it should read like # MHz S RI R 50");
-    } else {
-      add_point(&r, path, line, h, words);
-    }
+  parser p(path);
+  for (std::string line; std::getline(file, line);) p.add(line);
+  return p.done();
+}
+
+reflection parse_touchstone(const std::string &name, const std::string &text) {
+  parser p(name);
+  for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
+    end = std::min(text.find('\n', at), text.size());
+    p.add(text.substr(at, end - at));
   }
-  if (r.s.empty()) throw failure(path + ": no measured point");
-  r.resistance = h.resistance;
-  return r;
+  return p.done();
 }
 
 std::string touchstone(const reflection &r, number_format format, const std::string &comment) {
