@@ -10,7 +10,9 @@
 
 Signals are arrays, lists or `Signal`s, arrays that know the spacing `dx` of their samples; results are `Signal`s. Real
 and complex go by the dtype. Arrays of several dimensions hold a record in each row, along `axis`, the last one unless
-said otherwise; two operands are broadcast. Nothing changes its arguments, but for `out`.
+said otherwise; two operands are broadcast. Nothing changes its arguments, but for `out`: an array of the kind and shape
+of the operand, which takes the result. Docstrings in the source leave out what these parameters, `x`, `y`, `axis`, `dx`
+and `out`, mean everywhere; help() shows it.
 
 The names are those of dsp.h without their prefixes, and the docstrings name the routine whose contract, in dsp.h, holds
 here, too. What a routine refuses raises `Error`, a ValueError that says why; MemoryError means what it says. Constants
@@ -23,6 +25,7 @@ lock until it is done. A server that must answer meanwhile gives long records to
 pools of them) or cuts them into blocks, which streams are for. A stream belongs to one thread at a time.
 """
 
+from . import _docs
 from ._arithmetic import *
 from ._c import Error, lib
 from ._calculus import *
@@ -47,3 +50,5 @@ from ._trace import *
 from ._window import *
 
 __version__ = "2.5.0"
+
+_docs.explain_common_parameters(globals())

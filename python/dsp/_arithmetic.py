@@ -18,22 +18,10 @@ __all__ = [
 def neg(x: Samples, *, out: Out = None) -> Signal:
     """Negative (dspi_neg).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         -x.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -48,22 +36,13 @@ def offset(x: Samples, c: float, *, out: Out = None) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     c : float
         What is added.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Signal
         x + c; of complex samples only the real part moves.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -78,22 +57,13 @@ def scale(x: Samples, k: float, *, out: Out = None) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     k : float
         The factor.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Signal
         k x.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -108,12 +78,8 @@ def cscale(x: Samples, c: complex, *, out: Out = None) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     c : complex
         The factor.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -137,22 +103,10 @@ def cscale(x: Samples, c: complex, *, out: Out = None) -> Signal:
 def recip(x: Samples, *, out: Out = None) -> Signal:
     """Reciprocal (dspi_recip).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         1/x, and 1e100 for 0.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -165,22 +119,10 @@ def recip(x: Samples, *, out: Out = None) -> Signal:
 def sqrt(x: Samples, *, out: Out = None) -> Signal:
     """Square root (dspi_sqrt).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         The root; 0 for negative real samples, the principal root of complex ones.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -193,22 +135,10 @@ def sqrt(x: Samples, *, out: Out = None) -> Signal:
 def square(x: Samples, *, out: Out = None) -> Signal:
     """Square (dspi_square).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         x x.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -220,13 +150,6 @@ def square(x: Samples, *, out: Out = None) -> Signal:
 
 def timesi(x: Samples, *, out: Out = None) -> Signal:
     """Multiplies by the imaginary unit (dspi_timesi).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -249,22 +172,10 @@ def timesi(x: Samples, *, out: Out = None) -> Signal:
 def zero(x: Samples, *, out: Out = None) -> Signal:
     """Zeros in the form of a signal (dspi_zero).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         As many zeros as `x` has samples, of its kind and spacing.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -286,26 +197,15 @@ def limit(x: Samples, lo: float, hi: float, *, axis: int = -1, out: Out = None) 
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     lo : float
         The least value.
     hi : float
         The greatest value.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Limited
         The samples, and whether any was outside: of a signal a bool, of more dimensions one for each row.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------

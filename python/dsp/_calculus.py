@@ -15,26 +15,10 @@ __all__ = ["differ", "edge", "integ", "pdiffer", "unwrap"]
 def differ(x: Samples, *, axis: int = -1, dx: Optional[float] = None, out: Out = None) -> Signal:
     """Differences over dx, from a sample 0 before the first (dspi_differ).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         (x[i] - x[i - 1])/dx.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -47,26 +31,10 @@ def differ(x: Samples, *, axis: int = -1, dx: Optional[float] = None, out: Out =
 def integ(x: Samples, *, axis: int = -1, dx: Optional[float] = None, out: Out = None) -> Signal:
     """Running sums times dx (dspi_integ).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         dx (x[0] + ... + x[i]).
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -83,8 +51,6 @@ def pdiffer(x: Samples, *, axis: int = -1) -> Signal:
     ----------
     x : array_like
         Coefficients in ascending powers.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -113,10 +79,6 @@ def unwrap(x: Samples, window: int = 1, *, axis: int = -1, out: Out = None) -> S
         Phases in radians.
     window : int
         How many samples that mean takes in; 0 wraps each sample into [-pi, pi].
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -150,18 +112,12 @@ def edge(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     level : float
         The level.
     rising : bool
         Finds crossings upwards.
     falling : bool
         Finds crossings downwards.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -170,8 +126,6 @@ def edge(
 
     Raises
     ------
-    Error
-        If `x` is complex.
     ValueError
         If rows do not have the same number of crossings.
 

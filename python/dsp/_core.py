@@ -18,22 +18,13 @@ def append(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     y : array_like
         What comes behind.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
     Signal
         y behind x, whose dx is kept; complex when either is.
-
-    Raises
-    ------
-    ValueError
-        If the other axes cannot be broadcast.
 
     Examples
     --------
@@ -56,14 +47,10 @@ def subvec(x: Samples, start: int, count: int, *, axis: int = -1) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     start : int
         The first sample.
     count : int
         How many.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -83,24 +70,13 @@ def cmp(x: Samples, y: Samples, tolerance: float = 0.0, *, axis: int = -1) -> Nu
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    y : array_like
-        The other operand.
     tolerance : float
         By how much samples may differ.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
     int, or an array of one for each row
         0 when dx and all samples agree within the tolerance, else the sign of the first difference.
-
-    Raises
-    ------
-    Error
-        If the lengths differ.
 
     Examples
     --------

@@ -19,15 +19,6 @@ __all__ = [
 def fft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     """Fourier transform of a power-of-two length (dspi_fft).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
-
     Returns
     -------
     Signal
@@ -53,10 +44,6 @@ def ifft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     ----------
     x : array_like
         A spectrum, as the forward transform gives it.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -88,11 +75,7 @@ def rfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+        Real samples.
 
     Returns
     -------
@@ -119,10 +102,6 @@ def irfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     ----------
     x : array_like
         A spectrum, as the forward transform gives it.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -145,15 +124,6 @@ def irfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
 def dft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     """Fourier transform of any length (dspi_dft).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
-
     Returns
     -------
     Signal
@@ -174,10 +144,6 @@ def idft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     ----------
     x : array_like
         A spectrum, as the forward transform gives it.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -198,21 +164,12 @@ def rdft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
+        Real samples.
 
     Returns
     -------
     Signal
         n/2 + 1 complex bins, rounded down.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -231,10 +188,6 @@ def irdft(x: Samples, odd: bool = False, *, axis: int = -1, dx: Optional[float] 
         A spectrum, as the forward transform gives it.
     odd : bool
         The signal had an odd length, which a half spectrum does not tell.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -255,23 +208,14 @@ def dct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[fl
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
+        Real samples.
     normalised : bool
         The orthonormal form but for a factor: y[0] over the root of 2, all times 2.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
     Signal
         n coefficients; dx becomes 1/(2 n dx).
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -290,20 +234,11 @@ def idct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[f
         Coefficients, as `dct` gives them.
     normalised : bool
         The orthonormal form but for a factor: y[0] over the root of 2, all times 2.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
     Signal
         n real samples.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -315,13 +250,6 @@ def idct(x: Samples, *, normalised: bool = False, axis: int = -1, dx: Optional[f
 
 def hilbert(x: Samples, *, axis: int = -1) -> Signal:
     """Hilbert transform: every frequency a quarter period later (dspi_hilbert).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -338,13 +266,6 @@ def hilbert(x: Samples, *, axis: int = -1) -> Signal:
 
 def analytic(x: Samples, *, axis: int = -1) -> Signal:
     """Analytic signal: x plus i times its Hilbert transform (dspi_analytic).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -364,12 +285,8 @@ def bitrev(x: Samples, *, scale: bool = False, axis: int = -1) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     scale : bool
         Divides by the length.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------

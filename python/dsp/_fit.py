@@ -19,16 +19,12 @@ def hist(x: Samples, start: float, bin_width: float, bins: int, *, axis: int = -
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     start : float
         Lower border of the first bin.
     bin_width : float
         Width of a bin.
     bins : int
         Number of bins.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -68,16 +64,10 @@ def peak(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     how : int or str
         The refinement, "parabolic", "gauss", "gauss_corr" or "no_interp"; and "min" for the least sample.
     index : int, optional
         Refines the sample of this index.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -136,8 +126,6 @@ def peval(c: Samples, x: float, *, axis: int = -1) -> Number:
         Real coefficients in ascending powers.
     x : float
         The argument.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -196,10 +184,6 @@ def lin_regres(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Lin
     ----------
     x : array_like
         Real samples over their places, or complex points (re, im).
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -221,10 +205,6 @@ def lin_regres2(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Re
     ----------
     x : array_like
         Real samples over their places, or complex points (re, im).
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------

@@ -22,19 +22,12 @@ def asin(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         Radians; 0 where |x| > 1.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -50,19 +43,12 @@ def acos(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         Radians; 0 where |x| > 1.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -78,19 +64,12 @@ def sinh(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         The sine, at most 1e100 in magnitude.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -106,19 +85,12 @@ def cosh(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         The cosine, at most 1e100.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -134,19 +106,12 @@ def besy0(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         Y0(x); 0 where x <= 0.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -162,19 +127,12 @@ def besy1(x: Samples, *, out: Out = None) -> Signal:
     Parameters
     ----------
     x : array_like
-        Real samples, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
+        Real samples.
 
     Returns
     -------
     Signal
         Y1(x); 0 where x <= 0.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -187,22 +145,10 @@ def besy1(x: Samples, *, out: Out = None) -> Signal:
 def exp(x: Samples, *, out: Out = None) -> Signal:
     """Exponential (dspi_exp).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         e to the power x, at most 1e100 in magnitude.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -215,24 +161,10 @@ def exp(x: Samples, *, out: Out = None) -> Signal:
 def exp10(x: Samples, *, axis: int = -1, out: Out = None) -> Signal:
     """Power of ten (dspi_exp10).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         10 to the power x, at most 1e100 in magnitude. A real sample below -1e100 ends the conversion of its row.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -245,22 +177,10 @@ def exp10(x: Samples, *, axis: int = -1, out: Out = None) -> Signal:
 def log(x: Samples, *, out: Out = None) -> Signal:
     """Natural logarithm (dspi_log).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         The logarithm; -708.4 for real samples that have none.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -273,22 +193,10 @@ def log(x: Samples, *, out: Out = None) -> Signal:
 def log10(x: Samples, *, out: Out = None) -> Signal:
     """Common logarithm (dspi_log10).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         The logarithm; -307.7 for real samples that have none.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -313,8 +221,6 @@ def addcos(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     freq : float
         Frequency in cycles per unit of dx: hertz where that is in seconds.
     amp : float
@@ -323,22 +229,11 @@ def addcos(
         Phase of the first sample in radians.
     both : bool
         Adds i sin to complex samples as well, so a complex exponential.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Signal
         x + amp cos(phase + 2 pi freq t), t the place of the sample.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------

@@ -27,11 +27,6 @@ def line(length: int, slope: float = 1.0, offset: float = 0.0, *, dx: float = 1.
     Signal
         offset + slope dx k at sample k.
 
-    Raises
-    ------
-    MemoryError
-        If there is not that much memory.
-
     Examples
     --------
     >>> dsp.line(4, 2.0, 1.0, dx=0.5)
@@ -61,11 +56,6 @@ def cos(length: int, freq: float, phase: float = 0.0, *, dx: float = 1.0) -> Sig
     Signal
         cos(phase + 2 pi freq dx k) at sample k.
 
-    Raises
-    ------
-    MemoryError
-        If there is not that much memory.
-
     Examples
     --------
     >>> dsp.cos(3, 250.0, dx=1e-3).round(6)
@@ -94,11 +84,6 @@ def cexp(length: int, freq: float, phase: float = 0.0, *, dx: float = 1.0) -> Si
     -------
     Signal
         exp(i (phase + 2 pi freq dx k)) at sample k.
-
-    Raises
-    ------
-    MemoryError
-        If there is not that much memory.
 
     Examples
     --------

@@ -68,8 +68,6 @@ def interp(
         One of "hold", "linear", "quadratic" and "spline", and "clamp" to hold the ends outside.
     d2 : array_like, optional
         Second derivatives at the nodes, from `cspline_2d`; by default those of not-a-knot ends.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -104,8 +102,6 @@ def cspline(x: Samples, y: Samples, xq: Samples, *, d2: Optional[Samples] = None
         Where the function is wanted; in rows of several dimensions these rise, too.
     d2 : array_like, optional
         Second derivatives at the nodes, from `cspline_2d`; by default those of not-a-knot ends.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -152,8 +148,6 @@ def cspline_2d(
         The first end: "not_a_knot", "natural", End("clamped", slope) or End("second_derivative", value).
     right : int, str or End
         The last end.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -181,24 +175,10 @@ def cspline_2d(
 def inter(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
     """Samples of two signals in turn (dspb_inter).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    y : array_like
-        The other operand.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     Signal
         x[0], y[0], x[1], y[1], ..., dx halved.
-
-    Raises
-    ------
-    Error
-        If the lengths differ.
 
     Examples
     --------
@@ -210,13 +190,6 @@ def inter(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
 
 def zinter(x: Samples, *, axis: int = -1) -> Signal:
     """A zero after every sample (dspi_zinter).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------

@@ -13,24 +13,10 @@ __all__ = ["orecon", "recon", "rev", "shift", "sort", "swap_halves", "unzpad", "
 def rev(x: Samples, *, axis: int = -1, out: Out = None) -> Signal:
     """Back to front (dspi_rev).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         The samples in reverse order.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -45,12 +31,8 @@ def shift(x: Samples, k: int, *, axis: int = -1) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     k : int
         How many, between 0 and all.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -68,24 +50,10 @@ def shift(x: Samples, k: int, *, axis: int = -1) -> Signal:
 def sort(x: Samples, *, axis: int = -1, out: Out = None) -> Signal:
     """Sorts (dspi_sort).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         Rising samples, complex ones by magnitude; NaN last.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -100,24 +68,13 @@ def swap_halves(x: Samples, *, undo: bool = False, axis: int = -1, out: Out = No
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     undo : bool
         The way back, which differs for an odd number of samples.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Signal
         The samples; a spectrum then has frequency 0 in the middle.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -139,14 +96,10 @@ def zpad(x: Samples, length: int, mode: Choice = Pad.UNSCALED, *, axis: int = -1
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     length : int
         Number of samples wanted.
     mode : int or str
         One of "scaled", "root_scaled" and "unscaled", with one of "front", "centre", "back" and "split".
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -173,14 +126,10 @@ def unzpad(x: Samples, length: int, mode: Choice = Pad.UNSCALED, *, axis: int = 
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     length : int
         Number of samples wanted.
     mode : int or str
         One of "scaled", "root_scaled" and "unscaled", with one of "front", "centre", "back" and "split".
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -203,13 +152,6 @@ def unzpad(x: Samples, length: int, mode: Choice = Pad.UNSCALED, *, axis: int = 
 def recon(x: Samples, *, axis: int = -1) -> Signal:
     """Completes the spectrum of a real signal from its one side (dspi_recon).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     Signal
@@ -228,12 +170,8 @@ def orecon(x: Samples, odd: bool = True, *, axis: int = -1) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     odd : bool
         False: 2 (n - 1) bins, as `recon`.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------

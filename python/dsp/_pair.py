@@ -16,24 +16,10 @@ __all__ = ["add", "avg_add", "conj_mul", "div", "dot", "maximum", "minimum", "mu
 def add(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
     """Sum of two signals, the shorter one extended with zeros (dspb_add).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     Signal
         x + y. A single number is taken for every sample.
-
-    Raises
-    ------
-    ValueError
-        If the other axes cannot be broadcast.
 
     Examples
     --------
@@ -48,24 +34,10 @@ def add(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
 def sub(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
     """Difference of two signals, the shorter one extended with zeros (dspb_sub).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     Signal
         x - y. A single number is taken for every sample.
-
-    Raises
-    ------
-    ValueError
-        If the other axes cannot be broadcast.
 
     Examples
     --------
@@ -80,22 +52,10 @@ def sub(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
 def mul(x: Samples, y: Samples) -> Signal:
     """Product (dspb_mul).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-
     Returns
     -------
     Signal
         x y.
-
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
 
     Examples
     --------
@@ -108,22 +68,10 @@ def mul(x: Samples, y: Samples) -> Signal:
 def conj_mul(x: Samples, y: Samples) -> Signal:
     """Product with the conjugate (dspb_conj_mul).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-
     Returns
     -------
     Signal
         x times the conjugate of y.
-
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
 
     Examples
     --------
@@ -136,22 +84,10 @@ def conj_mul(x: Samples, y: Samples) -> Signal:
 def div(x: Samples, y: Samples) -> Signal:
     """Quotient (dspb_div).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-
     Returns
     -------
     Signal
         x/y; 0/0 is 0, and x/0 is 1e100.
-
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
 
     Examples
     --------
@@ -178,11 +114,6 @@ def avg_add(x: Samples, average: Samples, weight: float) -> Signal:
     Signal
         average + weight (x - average).
 
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
-
     Examples
     --------
     >>> dsp.avg_add([4.0], [2.0], 0.25)
@@ -194,22 +125,10 @@ def avg_add(x: Samples, average: Samples, weight: float) -> Signal:
 def maximum(x: Samples, y: Samples) -> Signal:
     """The larger sample of each pair (dspb_max).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-
     Returns
     -------
     Signal
         Samples of `x` or `y`, compared by magnitude when one is complex.
-
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
 
     Examples
     --------
@@ -222,22 +141,10 @@ def maximum(x: Samples, y: Samples) -> Signal:
 def minimum(x: Samples, y: Samples) -> Signal:
     """The smaller sample of each pair (dspb_min).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-
     Returns
     -------
     Signal
         Samples of `x` or `y`, compared by magnitude when one is complex.
-
-    Raises
-    ------
-    Error
-        If the shapes do not go together.
 
     Examples
     --------
@@ -250,24 +157,10 @@ def minimum(x: Samples, y: Samples) -> Signal:
 def pmul(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
     """Product of polynomials, the full convolution (dspb_pmul).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     Signal
         len(x) + len(y) - 1 coefficients.
-
-    Raises
-    ------
-    ValueError
-        If the other axes cannot be broadcast.
 
     Examples
     --------
@@ -280,24 +173,10 @@ def pmul(x: Samples, y: Samples, *, axis: int = -1) -> Signal:
 def dot(x: Samples, y: Samples, *, axis: int = -1) -> Number:
     """Sum of the products, without conjugation (dspbs_dot).
 
-    Parameters
-    ----------
-    x : array_like
-        One operand, real or complex.
-    y : array_like
-        The other one.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
         The sum.
-
-    Raises
-    ------
-    Error
-        If the lengths differ.
 
     Examples
     --------

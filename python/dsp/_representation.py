@@ -16,22 +16,13 @@ def db(x: Samples, factor: float = 20.0, *, out: Out = None) -> Signal:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     factor : float
         20 for amplitudes, 10 for powers.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
     Signal
         factor log10 x; finite also for 0, where it is -307.65 times the factor.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -45,11 +36,6 @@ def db(x: Samples, factor: float = 20.0, *, out: Out = None) -> Signal:
 
 def real(x: Samples) -> Signal:
     """Real parts (dspi_real).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
 
     Returns
     -------
@@ -67,11 +53,6 @@ def real(x: Samples) -> Signal:
 def imag(x: Samples) -> Signal:
     """Imaginary parts (dspi_imag).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-
     Returns
     -------
     Signal
@@ -87,11 +68,6 @@ def imag(x: Samples) -> Signal:
 
 def rtoc(x: Samples) -> Signal:
     """Complex form (dspi_rtoc).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
 
     Returns
     -------
@@ -109,22 +85,10 @@ def rtoc(x: Samples) -> Signal:
 def conj(x: Samples, *, out: Out = None) -> Signal:
     """Complex conjugate (dspi_conj).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         The conjugate; real samples stay.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -136,11 +100,6 @@ def conj(x: Samples, *, out: Out = None) -> Signal:
 
 def mag(x: Samples) -> Signal:
     """Magnitude (dspu_mag).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
 
     Returns
     -------
@@ -158,11 +117,6 @@ def mag(x: Samples) -> Signal:
 def magsq(x: Samples) -> Signal:
     """Squared magnitude (dspu_magsq).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-
     Returns
     -------
     Signal
@@ -179,11 +133,6 @@ def magsq(x: Samples) -> Signal:
 def phase(x: Samples) -> Signal:
     """Phase (dspi_phase).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-
     Returns
     -------
     Signal
@@ -199,13 +148,6 @@ def phase(x: Samples) -> Signal:
 
 def rtop(x: Samples, *, out: Out = None) -> Signal:
     """To polar form (dspi_rtop).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -228,22 +170,10 @@ def rtop(x: Samples, *, out: Out = None) -> Signal:
 def ptor(x: Samples, *, out: Out = None) -> Signal:
     """From polar form (dspi_ptor).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
-
     Returns
     -------
     Signal
         Complex samples, of those that `rtop` gives.
-
-    Raises
-    ------
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------

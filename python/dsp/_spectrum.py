@@ -29,8 +29,6 @@ def spectrum(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     window : int or str
         The window, "hann", "flattop", ...: see `Window`.
     flags : int or str
@@ -39,10 +37,6 @@ def spectrum(
         Number of bins wanted, 0: the record's length.
     fraction : float
         The part of m samples that is windowed; the rest is zeros.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -77,16 +71,10 @@ def spectrum_dft(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     window : int or str
         The window, "hann", "flattop", ...: see `Window`.
     flags : int or str
         Flags, for instance "two_sided, centred": see `Spectrum`.
-    axis : int
-        The axis along which the samples lie.
-    dx : float, optional
-        Spacing of the samples; by default that of `x`, 1 for plain arrays.
 
     Returns
     -------
@@ -113,14 +101,10 @@ def corr(ref: Samples, x: Samples, m: Optional[int] = None, *, halve: bool = Fal
     ----------
     ref : array_like
         The reference.
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     m : int, optional
         How many of its samples; by default all.
     halve : bool
         Halves the result.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------

@@ -15,13 +15,6 @@ __all__ = [
 def sum(x: Samples, *, axis: int = -1) -> Number:
     """Sum (dsps_sum).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -37,13 +30,6 @@ def sum(x: Samples, *, axis: int = -1) -> Number:
 
 def mean(x: Samples, *, axis: int = -1) -> Number:
     """Arithmetic mean (dsps_mean).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -63,13 +49,6 @@ def mean(x: Samples, *, axis: int = -1) -> Number:
 def gmean(x: Samples, *, axis: int = -1) -> Number:
     """Geometric mean (dsps_gmean).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -85,13 +64,6 @@ def gmean(x: Samples, *, axis: int = -1) -> Number:
 
 def hmean(x: Samples, *, axis: int = -1) -> Number:
     """Harmonic mean (dsps_hmean).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -109,13 +81,6 @@ def hmean(x: Samples, *, axis: int = -1) -> Number:
 def median(x: Samples, *, axis: int = -1) -> Number:
     """Median, of complex samples in the order of magnitudes (dsps_median).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -131,13 +96,6 @@ def median(x: Samples, *, axis: int = -1) -> Number:
 
 def max(x: Samples, *, axis: int = -1) -> Number:
     """The greatest sample, by magnitude when complex (dsps_max).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -155,13 +113,6 @@ def max(x: Samples, *, axis: int = -1) -> Number:
 def min(x: Samples, *, axis: int = -1) -> Number:
     """The least sample, by magnitude when complex (dsps_min).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -177,13 +128,6 @@ def min(x: Samples, *, axis: int = -1) -> Number:
 
 def magsq_sum(x: Samples, *, axis: int = -1) -> Number:
     """Energy, the sum of |x|^2 (dsps_magsq_sum).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -201,13 +145,6 @@ def magsq_sum(x: Samples, *, axis: int = -1) -> Number:
 def rms(x: Samples, *, axis: int = -1) -> Number:
     """Root of the mean of |x|^2 (dsps_rms).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -223,13 +160,6 @@ def rms(x: Samples, *, axis: int = -1) -> Number:
 
 def pop_var(x: Samples, *, axis: int = -1) -> Number:
     """Variance of the samples as they are, over n (dsps_pop_var).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -247,13 +177,6 @@ def pop_var(x: Samples, *, axis: int = -1) -> Number:
 def samp_var(x: Samples, *, axis: int = -1) -> Number:
     """Variance of what the samples are drawn from, over n - 1 (dsps_samp_var).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -269,13 +192,6 @@ def samp_var(x: Samples, *, axis: int = -1) -> Number:
 
 def pop_stddev(x: Samples, *, axis: int = -1) -> Number:
     """Standard deviation of the samples as they are (dsps_pop_stddev).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -293,13 +209,6 @@ def pop_stddev(x: Samples, *, axis: int = -1) -> Number:
 def samp_stddev(x: Samples, *, axis: int = -1) -> Number:
     """Standard deviation of what the samples are drawn from (dsps_samp_stddev).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
@@ -316,22 +225,10 @@ def samp_stddev(x: Samples, *, axis: int = -1) -> Number:
 def skew(x: Samples, *, axis: int = -1) -> Number:
     """Skewness of a real signal (dsps_skew).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
         The third central moment over the 1.5th power of the second.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------
@@ -344,22 +241,10 @@ def skew(x: Samples, *, axis: int = -1) -> Number:
 def excess(x: Samples, *, axis: int = -1) -> Number:
     """Excess kurtosis of a real signal (dsps_excess).
 
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
-
     Returns
     -------
     float, or an array of one for each row
         The fourth central moment over the square of the second, less 3.
-
-    Raises
-    ------
-    Error
-        If `x` is complex.
 
     Examples
     --------

@@ -130,8 +130,6 @@ def find_max(
         The point behind its last one.
     skip : pair of int, optional
         A band [from, to) that is left out.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -175,8 +173,6 @@ def find_min(
         The point behind its last one.
     skip : pair of int, optional
         A band [from, to) that is left out; with None the first point is never looked at.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -264,14 +260,10 @@ def smooth(x: Samples, width: int, *, phase: bool = False, axis: int = -1) -> Si
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     width : int
         How many points, odd.
     phase : bool
         The points are phases in radians: unwrapped within each window.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------
@@ -316,8 +308,6 @@ def format_buffer(x: Samples, format: Choice) -> Array:
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     format : int or str
         "level" or "return_loss" (dB), "magnitude", "phase" (degrees) or "swr".
 
@@ -344,13 +334,6 @@ def format_buffer(x: Samples, format: Choice) -> Array:
 
 def unwrap_phase(x: Samples, *, axis: int = -1) -> Array:
     """Phase of complex points without its jumps (vfpd_UnwrapPhase).
-
-    Parameters
-    ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
-    axis : int
-        The axis along which the samples lie.
 
     Returns
     -------

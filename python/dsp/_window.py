@@ -54,8 +54,6 @@ def window(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     window : int or str
         The window, "hann", "flattop", ...: see `Window`.
     flags : int or str
@@ -63,10 +61,6 @@ def window(
         `Wnd`.
     active : float, optional
         How many samples in the middle the window spans; it is 0 outside.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -78,7 +72,7 @@ def window(
     Error
         If there is no such combination.
     ValueError
-        If there is no such window or flag, or `out` does not fit.
+        If there is no such window or flag.
 
     Examples
     --------
@@ -103,17 +97,11 @@ def window_gauss(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     sigma : float
         Standard deviation over the length.
     flags : int or str
         The scale, "amplitude" (mean 1), "power" (mean square 1) or "raw" (peak 1), and flags such as "no_swap": see
         `Wnd`.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -123,7 +111,7 @@ def window_gauss(
     Raises
     ------
     ValueError
-        If there is no such flag, or `out` does not fit.
+        If there is no such flag.
 
     Examples
     --------
@@ -145,17 +133,11 @@ def window_kaiser(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     beta : float
         Its parameter: 0 is uniform, 10 has side lobes near -100 dB.
     flags : int or str
         The scale, "amplitude" (mean 1), "power" (mean square 1) or "raw" (peak 1), and flags such as "no_swap": see
         `Wnd`.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -165,7 +147,7 @@ def window_kaiser(
     Raises
     ------
     ValueError
-        If there is no such flag, or `out` does not fit.
+        If there is no such flag.
 
     Examples
     --------
@@ -187,17 +169,11 @@ def window_tukey(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     alpha : float
         The share of the tapers: 0 is uniform, 1 the Hann window.
     flags : int or str
         The scale, "amplitude" (mean 1), "power" (mean square 1) or "raw" (peak 1), and flags such as "no_swap": see
         `Wnd`.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -207,7 +183,7 @@ def window_tukey(
     Raises
     ------
     ValueError
-        If there is no such flag, or `out` does not fit.
+        If there is no such flag.
 
     Examples
     --------
@@ -230,8 +206,6 @@ def window_sinc(
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     lobe : float
         t at the ends; pi: the main lobe alone.
     peak : float
@@ -239,10 +213,6 @@ def window_sinc(
     flags : int or str
         The scale, "amplitude" (mean 1), "power" (mean square 1) or "raw" (peak 1), and flags such as "no_swap": see
         `Wnd`.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -252,7 +222,7 @@ def window_sinc(
     Raises
     ------
     ValueError
-        If there is no such flag, or `out` does not fit.
+        If there is no such flag.
 
     Examples
     --------
@@ -267,14 +237,8 @@ def window_cos(x: Samples, coefficients: Samples, *, axis: int = -1, out: Out = 
 
     Parameters
     ----------
-    x : array_like
-        Samples, real or complex, of any number of dimensions.
     coefficients : array_like
         c[0], c[1], ...
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -285,8 +249,6 @@ def window_cos(x: Samples, coefficients: Samples, *, axis: int = -1, out: Out = 
     ------
     Error
         If the coefficients are complex.
-    ValueError
-        If `out` does not fit.
 
     Examples
     --------
@@ -308,10 +270,6 @@ def window_fir(taps: Samples, window: Choice, *, axis: int = -1, out: Out = None
         Taps of a filter.
     window : int or str
         The window, "hann", "flattop", ...: see `Window`.
-    axis : int
-        The axis along which the samples lie.
-    out : ndarray, optional
-        Takes the result: an array of the kind and shape of `x`, which may be `x` itself.
 
     Returns
     -------
@@ -321,7 +279,7 @@ def window_fir(taps: Samples, window: Choice, *, axis: int = -1, out: Out = None
     Raises
     ------
     ValueError
-        If there is no such window, or `out` does not fit.
+        If there is no such window.
 
     Examples
     --------

@@ -178,7 +178,7 @@ def test_docstrings_are_whole_and_their_examples_run():
     for name, thing in vars(dsp).items():
         if inspect.isfunction(thing):
             for parameter in inspect.signature(thing).parameters:
-                assert re.search(rf"^    {parameter} : ", thing.__doc__, re.M), (name, parameter)
+                assert re.search(rf"^{parameter} : ", inspect.getdoc(thing), re.M), (name, parameter)
             assert ">>> " in thing.__doc__, name
 
 
