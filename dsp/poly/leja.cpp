@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/math/complex.h"
 #include "dsp/poly/heap_array.h"
 
 namespace dsp::poly {
 namespace {
 
-// A product of distances, out of reach of overflow.
+// A point and the product of its distances from those chosen before, fraction 2^exponent, which cannot overflow.
 struct candidate {
   dsp_complex z;
   double fraction;  // from 0.5 to 1
@@ -24,11 +25,12 @@ struct candidate {
   }
 };
 
-double quarter_modulus(dsp_complex z) { return std::hypot(0.25 * z.re, 0.25 * z.im); }
+// A quarter, so that no modulus and no difference overflows.
+double quarter_modulus(dsp_complex z) { return modulus(0.25 * z); }
 
-// Between equal points some distance, else one product of 0 would be as good as another.
-double quarter_apart(dsp_complex a, dsp_complex b) {
-  const double d = std::hypot(0.25 * a.re - 0.25 * b.re, 0.25 * a.im - 0.25 * b.im);
+// Equal points count as an ulp apart: products of 0 could not be compared.
+double quarter_distance(dsp_complex a, dsp_complex b) {
+  const double d = modulus(0.25 * a - 0.25 * b);
   return std::max({d, 0x1p-52 * quarter_modulus(a), 0x1p-1022});
 }
 
@@ -46,7 +48,7 @@ int32_t sort_leja(dsp_complex *z, int32_t n) {
   for (candidate *at = rest.get(); at != end; ++at, ++z) {
     std::swap(*at, *chosen);
     *z = at->z;
-    for (candidate *c = at + 1; c != end; ++c) c->multiply(quarter_apart(c->z, at->z));
+    for (candidate *c = at + 1; c != end; ++c) c->multiply(quarter_distance(c->z, at->z));
     chosen = std::max_element(at + 1, end);
   }
   return 0;

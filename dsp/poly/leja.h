@@ -1,5 +1,6 @@
-// Leja's order of points: the largest first, then always the one whose distances from all before it have the largest
-// product. Partial products of (z - z[k]) then stay about as small as they can. (Calvetti and Reichel, BIT 43, 2003.)
+// Leja's order of points: the largest first, then always the point with the largest product of distances from those
+// before it. The coefficients of the partial products of z - z[k] then stay small. (Calvetti and Reichel, BIT 43,
+// 2003.)
 #pragma once
 
 #include <cstdint>

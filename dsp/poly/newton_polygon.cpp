@@ -3,21 +3,20 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/poly/arithmetic.h"
+#include "dsp/math/complex.h"
 
 namespace dsp::poly {
 namespace {
 
-// Bits by which the sum of all terms may fall short of the largest coefficient. Squares of points in that range, and
-// rounding errors of such sums, stay normal doubles.
+// The most bits by which the sum of all terms may be smaller than the largest coefficient, so that squares of points in
+// that range and rounding errors of such sums are normal doubles.
 constexpr double most_shrinkage = 480.0;
 
 double log2_modulus(dsp_complex z) {
-  int exponent;
-  std::frexp(largest_part(z), &exponent);
+  const int exponent = exponent_of(largest_component(z));
   const double re = std::ldexp(z.re, -exponent);
   const double im = std::ldexp(z.im, -exponent);
-  return exponent + 0.5 * std::log2(square({re, im}));
+  return exponent + 0.5 * std::log2(squared_modulus({re, im}));
 }
 
 }  // namespace
@@ -26,7 +25,7 @@ newton_polygon::newton_polygon(const polynomial &p) : vertices_(p.degree() + int
   if (!is_valid()) return;
   for (int32_t k = 0; k <= p.degree(); ++k) {
     const dsp_complex c = p[k];
-    if (largest_part(c) > 0.0) add({k, log2_modulus(c)});
+    if (largest_component(c) > 0.0) add({k, log2_modulus(c)});
   }
 }
 
@@ -47,8 +46,8 @@ double newton_polygon::log_largest(const zero_group &g) const {
   return largest;
 }
 
-// How many bits the sum of all terms loses on the way from the seed's radius, where it is as large as its largest
-// coefficient, to another edge's: inwards as it stands, outwards after division by z^n.
+// By how many bits the sum of all terms is smaller at the radius of `edge` than at that of `seed`, where it is as large
+// as its largest coefficient. For larger radii the sum is that divided by z^n.
 double newton_polygon::shrinkage(int32_t seed, int32_t edge) const {
   double bits = 0.0;
   for (int32_t e = edge; e < seed; ++e) bits += (log_radius(e + 1) - log_radius(e)) * end(e);

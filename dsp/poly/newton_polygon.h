@@ -1,5 +1,5 @@
-// Where the zeros of a polynomial lie, roughly: the upper convex hull of log2|c[k]| over k. An edge from k = i to j
-// tells of j - i zeros whose moduli are near 2^-slope. (Bini, Numerical Algorithms 13, 1996.)
+// The upper convex hull of log2|c[k]| over k, which tells roughly where the zeros of a polynomial are: an edge from k =
+// i to j stands for j - i zeros of moduli near 2^-slope. (Bini, Numerical Algorithms 13, 1996.)
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace dsp::poly {
 
-// Edges whose zeros are sought with the variable scaled by 2^exponent, which keeps every term that matters within the
-// range of a double.
+// Edges whose zeros are sought with the variable scaled by 2^exponent. Each term that matters is then in the range of a
+// double.
 struct zero_group {
   int32_t first_edge, end_edge;
   int32_t exponent;
@@ -24,13 +24,13 @@ class newton_polygon {
   // False when memory ran out.
   bool is_valid() const { return static_cast<bool>(vertices_); }
   int32_t edges() const { return count_ - 1; }
-  // The zeros of edge e: the first and the one behind the last.
+  // Indices of the zeros of edge e: the first, and one past the last.
   int32_t begin(int32_t e) const { return vertices_[e].k; }
   int32_t end(int32_t e) const { return vertices_[e + 1].k; }
   double log_radius(int32_t e) const;
   // log2 of the largest term where |z| = 2^x, x the exponent of a group.
   double log_largest(const zero_group &g) const;
-  // As many edges from `edge` on as one scaling serves.
+  // The longest run of edges from `edge` on for which one scaling is enough.
   zero_group group_from(int32_t edge) const;
 
  private:

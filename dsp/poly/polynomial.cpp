@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "dsp/core/sizing.h"
-#include "dsp/poly/arithmetic.h"
+#include "dsp/math/complex.h"
 
 namespace dsp::poly {
 namespace {
@@ -16,34 +16,33 @@ bool is_real_signal(const dsp_vec &c) {
   return true;
 }
 
-bool is_finite_signal(const dsp_vec &c) {
-  return std::all_of(c.data, c.data + doubles(c), [](double x) { return std::isfinite(x); });
+}  // namespace
+
+bool is_finite_signal(const dsp_vec &v) {
+  return std::all_of(v.data, v.data + doubles(v), [](double x) { return std::isfinite(x); });
 }
 
-}  // namespace
+dsp_complex sample(const dsp_vec &v, int64_t i) {
+  return v.is_complex != 0 ? dsp_complex{v.data[2 * i], v.data[2 * i + 1]} : dsp_complex{v.data[i], 0.0};
+}
 
 polynomial::polynomial(const dsp_vec &c, dsp_complex y)
     : c_(c),
       y_(y),
       degree_(std::max(samples(c), 1) - 1),
-      is_finite_(is_finite_signal(c) && std::isfinite(y.re) && std::isfinite(y.im)),
+      is_finite_(is_finite_signal(c) && dsp::is_finite(y)),
       is_real_(is_real_signal(c) && y.im == 0.0) {
-  const dsp_complex first = coefficient(0);
-  if (!poly::is_finite(first)) scale_ = 0.5;  // the difference from y overflows
+  if (!dsp::is_finite(coefficient(0))) scale_ = 0.5;  // the difference from y overflows
   while (degree_ >= 0 && is_zero_at(degree_)) --degree_;
   while (at_origin_ < degree_ && is_zero_at(at_origin_)) ++at_origin_;
   degree_ -= at_origin_;
 }
 
 dsp_complex polynomial::coefficient(int32_t k) const {
-  const int64_t at = k;
-  dsp_complex c = {0.0, 0.0};
-  if (at < samples(c_))
-    c = c_.is_complex != 0 ? dsp_complex{c_.data[2 * at], c_.data[2 * at + 1]} : dsp_complex{c_.data[at], 0.0};
-  const double y = k == 0 ? scale_ : 0.0;
-  return {c.re * scale_ - y_.re * y, c.im * scale_ - y_.im * y};
+  const dsp_complex c = k < samples(c_) ? sample(c_, k) : dsp_complex{0.0, 0.0};
+  return k == 0 ? scale_ * c - scale_ * y_ : scale_ * c;
 }
 
-bool polynomial::is_zero_at(int32_t k) const { return largest_part(coefficient(k)) == 0.0; }
+bool polynomial::is_zero_at(int32_t k) const { return largest_component(coefficient(k)) == 0.0; }
 
 }  // namespace dsp::poly

@@ -7,6 +7,11 @@
 
 namespace dsp::poly {
 
+bool is_finite_signal(const dsp_vec &v);
+
+// Sample i of a real or complex signal.
+dsp_complex sample(const dsp_vec &v, int64_t i);
+
 class polynomial {
  public:
   // Refers to `c`, which must outlive it.
@@ -15,9 +20,9 @@ class polynomial {
   bool is_finite() const { return is_finite_; }
   bool is_zero() const { return degree_ < 0; }
   bool is_real() const { return is_real_; }
-  // Of what is left after division by z^at_origin(); -1 for the zero polynomial.
+  // The degree after division by z^at_origin(); -1 for the zero polynomial.
   int32_t degree() const { return degree_; }
-  // Zeros at 0.
+  // The number of zeros at 0.
   int32_t at_origin() const { return at_origin_; }
   int32_t zeros() const { return is_zero() ? 0 : degree_ + at_origin_; }
   // The coefficient of z^k after that division.

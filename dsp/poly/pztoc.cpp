@@ -5,17 +5,18 @@
 
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/math/complex.h"
 #include "dsp/math/double_double.h"
 #include "dsp/math/sort.h"
-#include "dsp/poly/arithmetic.h"
 #include "dsp/poly/heap_array.h"
 #include "dsp/poly/leja.h"
+#include "dsp/poly/polynomial.h"
 #include "dsp/poly/result.h"
 
 namespace dsp::poly {
 namespace {
 
-// A number in twice the digits and without bounds, times 2^exponent; both parts within +-1.
+// A complex number of twice the digits and of any size: (re + i im) 2^exponent with both components within +-1.
 struct coefficient {
   double_double re, im;
   int64_t exponent;
@@ -26,12 +27,6 @@ struct coefficient {
   }
 };
 
-int exponent_of(double x) {
-  int exponent;
-  std::frexp(x, &exponent);
-  return exponent;
-}
-
 double_double scaled(double_double a, double power) { return {a.hi * power, a.lo * power}; }
 
 coefficient shifted(const coefficient &a, int64_t exponent) {
@@ -39,7 +34,7 @@ coefficient shifted(const coefficient &a, int64_t exponent) {
   return {scaled(a.re, power), scaled(a.im, power), a.exponent - exponent};
 }
 
-coefficient normalised(const coefficient &a) { return shifted(a, -exponent_of(largest_part({a.re.hi, a.im.hi}))); }
+coefficient normalised(const coefficient &a) { return shifted(a, -exponent_of(largest_component({a.re.hi, a.im.hi}))); }
 
 coefficient sum(const coefficient &a, const coefficient &b) {
   if (a.is_zero() || b.is_zero()) return a.is_zero() ? b : a;
@@ -56,7 +51,7 @@ coefficient negative_product(const coefficient &a, double re, double im, int exp
 
 // Multiplies the polynomial c of the given degree by z - zero.
 void multiply(coefficient *c, int64_t degree, dsp_complex zero) {
-  const int exponent = exponent_of(largest_part(zero));
+  const int exponent = exponent_of(largest_component(zero));
   const double re = std::ldexp(zero.re, -exponent), im = std::ldexp(zero.im, -exponent);
   c[degree + 1] = c[degree];
   for (int64_t k = degree; k > 0; --k) c[k] = sum(c[k - 1], negative_product(c[k], re, im, exponent));
@@ -67,7 +62,7 @@ bool is_before(const dsp_complex &a, const dsp_complex &b) { return a.re < b.re 
 
 bool is_same(const dsp_complex &a, const dsp_complex &b) { return a.re == b.re && a.im == b.im; }
 
-// Whether each zero that is not real has its conjugate: those above the axis, and those below mirrored, sort alike.
+// Whether each zero that is not real has its conjugate. Changes the order of the zeros.
 bool is_symmetric(dsp_complex *z, int32_t n) {
   dsp_complex *const end = z + n;
   dsp_complex *const complex = std::partition(z, end, [](const dsp_complex &a) { return a.im == 0.0; });
@@ -81,11 +76,7 @@ bool is_symmetric(dsp_complex *z, int32_t n) {
   return result;
 }
 
-dsp_complex sample(const dsp_vec &v, int64_t i) {
-  return v.is_complex != 0 ? complex_samples(v)[i] : dsp_complex{v.data[i], 0.0};
-}
-
-// Multiplies z[0..n) out into c, n + 1 samples, the lowest n - count of which are 0.
+// Sets c, n + 1 samples, to the coefficients of z^(n - count) times the product of z - z[i] for i < count.
 int32_t multiply_out(dsp_complex *z, int32_t n, int32_t count, dsp_vec *c) {
   const heap_array<coefficient> room(n + int64_t{1});
   if (!room || sort_leja(z, count) != 0) return -1;
@@ -110,10 +101,10 @@ using namespace dsp::poly;
 int32_t dspi_pztoc(dsp_vec *v) {
   const int32_t n = samples(*v);
   if (n == INT32_MAX) return -1;
-  if (!std::all_of(v->data, v->data + doubles(*v), [](double x) { return std::isfinite(x); })) return -1;
+  if (!is_finite_signal(*v)) return -1;
   const heap_array<dsp_complex> z(n);
   if (!z) return -1;
-  int32_t count = 0;  // zeros elsewhere than at 0, which only move the coefficients up
+  int32_t count = 0;  // zeros other than 0; each zero at 0 moves the coefficients up by one
   for (int32_t i = 0; i < n; ++i) {
     z[count] = sample(*v, i);
     if (z[count].re != 0.0 || z[count].im != 0.0) ++count;

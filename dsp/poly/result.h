@@ -1,4 +1,5 @@
-// Where a result is built, apart from the argument that stays as it is when something fails, and how it gets there.
+// Results are built in a temporary signal and moved to the output at the end: an output that is also the input keeps
+// its samples when something fails.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +19,7 @@ inline int32_t size_as(dsp_vec *v, int32_t length, bool is_complex) {
   return dsp_alloc(v);
 }
 
-// Makes `to` what `result` is: in a buffer that has room for `room` doubles, or else in that of `result`.
+// Moves `result` to `to`: into its buffer if `room` doubles are enough, else together with its buffer.
 inline void hand_over(dsp_vec *result, dsp_vec *to, int64_t room) {
   const int64_t need = doubles(*result);
   if (need > room) {
@@ -32,10 +33,10 @@ inline void hand_over(dsp_vec *result, dsp_vec *to, int64_t room) {
   to->dx = 1.0;
 }
 
-// A borrowed buffer is replaced, as dsp_alloc does.
+// The result of a routine with an output of its own. A borrowed buffer is replaced, as dsp_alloc does.
 inline void put(dsp_vec *result, dsp_vec *out) { hand_over(result, out, out->capacity); }
 
-// A borrowed buffer serves if the signal that it holds is large enough.
+// The result of a routine that works in place. A borrowed buffer is kept if it holds as many doubles.
 inline void replace(dsp_vec *v, dsp_vec *result) { hand_over(result, v, v->capacity > 0 ? v->capacity : doubles(*v)); }
 
 }  // namespace dsp::poly

@@ -1,4 +1,4 @@
-// Where a polynomial has a given value.
+// The solutions of p(z) = y.
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -16,7 +16,7 @@
 namespace dsp::poly {
 namespace {
 
-// Tells where p - y is no more than the rounding error of a solution.
+// Tells whether a point solves p(z) = y to rounding.
 class noise_test {
  public:
   noise_test(const dsp_vec &c, double y, int32_t degree)
@@ -35,7 +35,7 @@ class noise_test {
 
   bool is_valid() const { return re_ && im_ && modulus_; }
 
-  // Whether all between z and its real part solves the equation but for rounding.
+  // Whether every point on the way from z to its real part does.
   bool covers_way_to_axis(dsp_complex z) const {
     constexpr int steps = 16;
     for (int i = 0; i <= steps; ++i)

@@ -8,7 +8,7 @@ namespace {
 
 typedef widest V;
 
-// V vectors of points side by side, so that one's arithmetic fills the waiting time of another's.
+// W vectors side by side hide the latency of the arithmetic.
 template <int W>
 struct horner_sums {
   V re[W], im[W];              // value
@@ -51,13 +51,13 @@ void evaluate(const coefficient_run &c, point_block *b, int count) {
   if (at < count) evaluate_vectors<1>(c, b, at);
 }
 
-// What a + b lacks of the exact sum. (Knuth, TAOCP 2, 4.2.2.)
+// The rounding error of sum = a + b. (Knuth, TAOCP 2, 4.2.2.)
 DSP_INLINE V sum_error(const V &a, const V &b, const V &sum) {
   const V b_part = sum - a;
   return (a - (sum - b_part)) + (b - b_part);
 }
 
-// A number as the sum of two whose products are exact. (Dekker 1971.)
+// Splits a number into two of half the digits, whose products are exact. (Dekker 1971.)
 struct halves {
   V high, low;
   explicit halves(const V &x) {
@@ -99,7 +99,8 @@ void evaluate_twofold(const coefficient_run &c, point_block *b, int count) {
 }
 
 template <int W>
-DSP_INLINE void repel_vectors(const double *x_re, const double *x_im, int64_t n, point_block *b, int at) {
+DSP_INLINE void add_inverse_distances_vectors(const double *x_re, const double *x_im, int64_t n, point_block *b,
+                                              int at) {
   V re[W], im[W], sum_re[W] = {}, sum_im[W] = {};
   for (int v = 0; v < W; ++v) {
     re[v] = load<V>(b->at_re + at + v * lane_count);
@@ -116,20 +117,20 @@ DSP_INLINE void repel_vectors(const double *x_re, const double *x_im, int64_t n,
     }
   }
   for (int v = 0; v < W; ++v) {
-    store(b->push_re + at + v * lane_count, sum_re[v]);
-    store(b->push_im + at + v * lane_count, sum_im[v]);
+    store(b->aberth_re + at + v * lane_count, sum_re[v]);
+    store(b->aberth_im + at + v * lane_count, sum_im[v]);
   }
 }
 
-void repel(const double *x_re, const double *x_im, int64_t n, point_block *b, int count) {
+void add_inverse_distances(const double *x_re, const double *x_im, int64_t n, point_block *b, int count) {
   int at = 0;
-  for (; at + lane_count < count; at += 2 * lane_count) repel_vectors<2>(x_re, x_im, n, b, at);
-  if (at < count) repel_vectors<1>(x_re, x_im, n, b, at);
+  for (; at + lane_count < count; at += 2 * lane_count) add_inverse_distances_vectors<2>(x_re, x_im, n, b, at);
+  if (at < count) add_inverse_distances_vectors<1>(x_re, x_im, n, b, at);
 }
 
 }  // namespace
 
-extern const zero_kernel_set zero_set = {evaluate, evaluate_twofold, repel};
+extern const zero_kernel_set zero_set = {evaluate, evaluate_twofold, add_inverse_distances};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::poly

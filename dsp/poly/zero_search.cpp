@@ -3,22 +3,22 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/math/complex.h"
 #include "dsp/math/constants.h"
 #include "dsp/math/double_double.h"
-#include "dsp/poly/arithmetic.h"
 
 namespace dsp::poly {
 namespace {
 
 constexpr double epsilon = 0x1p-52;
 
-// Approximations stop moving when a value computed in doubles is below this, per degree; its rounding error, at most
-// n (1 + sqrt 5)/2 epsilon, then leaves the true one below good_enough.
+// An approximation is found when the value computed in doubles is below n `noise`, n the degree. As its rounding error
+// is at most n (1 + sqrt 5)/2 epsilon, the true value is then below n `good_enough`.
 constexpr double noise = 2.3 * epsilon;
 constexpr double good_enough = 4.0 * epsilon;
 constexpr double twofold_noise = 0x1p-102;
 
-constexpr double small_step = 0x1p-14;  // relative; the one after it is about as small as its square
+constexpr double small_step = 0x1p-14;  // relative; the next step is about its square
 
 constexpr int most_sweeps = 2000;
 constexpr int most_refinements = 60;
@@ -31,18 +31,18 @@ dsp_complex scaled(dsp_complex z, int64_t exponent) {
   return {z.re * power, z.im * power};
 }
 
-// Far zeros keep squares that do not overflow.
+// Limits the coordinates of far zeros, whose squares would overflow.
 double not_far(double x) { return std::clamp(x, -0x1p500, 0x1p500); }
 
-// Values belong to w = 1/z rounded. That of the true inverse differs by the slope times w (1 - w z).
+// The values were computed at w = 1/z, rounded. The value at the exact 1/z differs by the slope times w (1 - w z).
 void undo_rounding_of_inverse(point_block *b, int count) {
   for (int i = 0; i < count; ++i) {
     const double_double re =
         double_double::product(b->re[i], b->at_re[i]) - double_double::product(b->im[i], b->at_im[i]);
     const double_double im =
         double_double::product(b->re[i], b->at_im[i]) + double_double::product(b->im[i], b->at_re[i]);
-    const dsp_complex rest = {(double_double{1.0, 0.0} - re).hi, -im.hi};
-    const dsp_complex change = product({b->slope_re[i], b->slope_im[i]}, product({b->re[i], b->im[i]}, rest));
+    const dsp_complex residual = {(double_double{1.0, 0.0} - re).hi, -im.hi};
+    const dsp_complex change = product({b->slope_re[i], b->slope_im[i]}, product({b->re[i], b->im[i]}, residual));
     b->value_re[i] += change.re;
     b->value_im[i] += change.im;
   }
@@ -105,7 +105,7 @@ void zero_search::start(int32_t group) {
   }
 }
 
-// Scales the coefficients so that the largest term at the group's radius is about 1, and all zeros.
+// Makes a group the current one: scales the coefficients, the largest term at its radius to about 1, and all zeros.
 void zero_search::enter(int32_t group) {
   if (entered_ == group) return;
   entered_ = group;
@@ -114,7 +114,7 @@ void zero_search::enter(int32_t group) {
     const dsp_complex c = scaled(p_[k], exponent(group) * k - largest);
     re_[k] = c.re;
     im_[k] = c.im;
-    modulus_[k] = std::sqrt(square(c));
+    modulus_[k] = std::sqrt(squared_modulus(c));
   }
   for (int32_t i = 0; i < p_.degree(); ++i) {
     const dsp_complex x = scaled(zeros_[i].z, exponent(zeros_[i].group) - exponent(group));
@@ -129,12 +129,12 @@ void zero_search::pass(int32_t group, state wanted) {
     const approximation &zero = zeros_[i];
     if (zero.group != group || zero.now != wanted) continue;
     enter(group);
-    const bool is_outside = square(zero.z) > 1.0;
+    const bool is_outside = squared_modulus(zero.z) > 1.0;
     add(i, is_outside);
-    if (sides_[is_outside].count == block_size) serve(is_outside, wanted);
+    if (sides_[is_outside].count == block_size) step_batch(is_outside, wanted);
   }
   for (const bool is_outside : {false, true})
-    if (sides_[is_outside].count > 0) serve(is_outside, wanted);
+    if (sides_[is_outside].count > 0) step_batch(is_outside, wanted);
 }
 
 void zero_search::add(int32_t i, bool is_outside) {
@@ -147,11 +147,11 @@ void zero_search::add(int32_t i, bool is_outside) {
   b.points.at_im[lane] = z.im;
   b.points.re[lane] = w.re;
   b.points.im[lane] = w.im;
-  b.points.modulus[lane] = std::sqrt(square(w));
+  b.points.modulus[lane] = std::sqrt(squared_modulus(w));
 }
 
 // Outside the unit circle the polynomial of 1/z is evaluated.
-void zero_search::serve(bool is_outside, state wanted) {
+void zero_search::step_batch(bool is_outside, state wanted) {
   const zero_kernel_set &kernels = zero_kernels();
   const int64_t first = is_outside ? 0 : p_.degree();
   const coefficient_run c = {re_ + first, im_ + first, modulus_ + first, is_outside ? 1 : -1, p_.degree()};
@@ -161,9 +161,9 @@ void zero_search::serve(bool is_outside, state wanted) {
     kernels.evaluate_twofold(c, &b.points, b.count);
     if (is_outside) undo_rounding_of_inverse(&b.points, b.count);
   }
-  kernels.repel(x_re_, x_im_, p_.degree(), &b.points, b.count);
+  kernels.add_inverse_distances(x_re_, x_im_, p_.degree(), &b.points, b.count);
   for (int lane = 0; lane < b.count; ++lane) {
-    const result r = judge(is_outside, lane);
+    const result r = step_of(is_outside, lane);
     if (wanted == state::searched)
       search(r);
     else
@@ -172,36 +172,36 @@ void zero_search::serve(bool is_outside, state wanted) {
   b.count = 0;
 }
 
-// The step is 1/(p'/p - push). With w = 1/z and p(z) = z^n q(w), p'/p = w (n - w q'/q).
-zero_search::result zero_search::judge(bool is_outside, int lane) const {
+// The step is 1/(p'/p - s) with Aberth's sum s. With w = 1/z and p(z) = z^n q(w), p'/p = w (n - w q'/q).
+zero_search::result zero_search::step_of(bool is_outside, int lane) const {
   const batch &b = sides_[is_outside];
   const point_block &at = b.points;
   const double scale = 1.0 / at.terms[lane];
   const dsp_complex value = {at.value_re[lane] * scale, at.value_im[lane] * scale};
-  const dsp_complex push = {at.push_re[lane], at.push_im[lane]};
+  const dsp_complex aberth = {at.aberth_re[lane], at.aberth_im[lane]};
   const dsp_complex w = {at.re[lane], at.im[lane]};
   dsp_complex slope = {at.slope_re[lane] * scale, at.slope_im[lane] * scale};
   if (is_outside) {
-    const dsp_complex inner = product(w, slope);
     const double n = p_.degree();
-    slope = product(w, {n * value.re - inner.re, n * value.im - inner.im});
+    const dsp_complex inner = product(w, slope);
+    slope = product(w, n * value - inner);
   }
-  const dsp_complex pushed = product(value, push);
-  const dsp_complex step = quotient(value, {slope.re - pushed.re, slope.im - pushed.im});
-  return {b.index[lane], std::sqrt(square(value)), step, std::sqrt(square(push))};
+  const dsp_complex repulsion = product(value, aberth);
+  const dsp_complex step = quotient(value, slope - repulsion);
+  return {b.index[lane], std::sqrt(squared_modulus(value)), step, std::sqrt(squared_modulus(aberth))};
 }
 
 void zero_search::move(int32_t i, dsp_complex step) {
   dsp_complex &z = zeros_[i].z;
-  z = {z.re - step.re, z.im - step.im};
+  z = z - step;
   x_re_[i] = z.re;
   x_im_[i] = z.im;
 }
 
-// Zeros that leave their group's range are served by the group whose range they enter.
+// A zero that leaves the range of its group joins the group whose range it enters.
 void zero_search::change_group(approximation *zero) const {
   const int32_t old = zero->group;
-  const double log_modulus = 0.5 * std::log2(square(zero->z)) + groups_[old].exponent;
+  const double log_modulus = 0.5 * std::log2(squared_modulus(zero->z)) + groups_[old].exponent;
   while (zero->group > 0 && log_modulus < groups_[zero->group - 1].log_border) --zero->group;
   while (log_modulus > groups_[zero->group].log_border) ++zero->group;
   zero->z = scaled(zero->z, exponent(old) - exponent(zero->group));
@@ -212,26 +212,26 @@ void zero_search::close(int32_t i, state now) {
   --open_;
 }
 
-// A zero is found when its value is noise, or when the next step would be a small one.
+// A zero is found when its value is noise or its last step was small.
 void zero_search::search(const result &r) {
   approximation &zero = zeros_[r.index];
-  const bool is_near = square(r.step) <= small_step * small_step * square(zero.z);
+  const bool is_near = squared_modulus(r.step) <= small_step * small_step * squared_modulus(zero.z);
   const bool is_noise = r.residue <= noise * p_.degree();
   if (!is_noise) move(r.index, r.step);
   if (is_noise || is_near) close(r.index, state::found);
   if (group_count_ > 1) change_group(&zero);
 }
 
-// A zero is done when the next step would be lost in rounding, or its value is noise even in twice the digits.
+// A zero is refined when the next step would be lost in rounding, or its value is noise even with twice the digits.
 void zero_search::refine(const result &r) {
   approximation &zero = zeros_[r.index];
   const bool is_good = r.residue <= good_enough * p_.degree();
   if (is_good) zero.kept = zero.z;
   zero.has_kept = zero.has_kept || is_good;
   const dsp_complex step = {r.step.re, zero.now == state::on_axis ? 0.0 : r.step.im};
-  const double length = std::sqrt(square(step));
-  const double modulus = std::sqrt(square(zero.z));
-  const bool is_last = length * p_.degree() <= 0x1p-26 * modulus && r.push * length * length <= 0x1p-55 * modulus;
+  const double length = std::sqrt(squared_modulus(step));
+  const double modulus = std::sqrt(squared_modulus(zero.z));
+  const bool is_last = length * p_.degree() <= 0x1p-26 * modulus && r.aberth * length * length <= 0x1p-55 * modulus;
   const bool is_noise = r.residue <= twofold_noise * p_.degree();
   if (!is_noise) move(r.index, step);
   if (is_good && (is_last || is_noise)) close(r.index, state::refined);
@@ -243,7 +243,7 @@ void zero_search::refine_all(state wanted, int32_t count) {
     for (int32_t g = 0; g < group_count_; ++g) pass(g, wanted);
   for (int32_t i = 0; i < p_.degree(); ++i) {
     approximation &zero = zeros_[i];
-    if (zero.now == wanted && zero.has_kept) zero.z = zero.kept;  // GCOVR_EXCL_BR_LINE: there was a good place
+    if (zero.now == wanted && zero.has_kept) zero.z = zero.kept;  // GCOVR_EXCL_BR_LINE: a small residue was met
     if (zero.now == wanted) zero.now = state::refined;
   }
 }

@@ -1,6 +1,6 @@
-// All zeros of a polynomial at once: Ehrlich-Aberth iteration, Newton's step with every approximation pushed away from
-// the others, first in doubles until a value is rounding noise, then with values of twice the digits. No deflation, so
-// no zero suffers from the error of another. (Bini and Fiorentino, Numerical Algorithms 23, 2000.)
+// All zeros of a polynomial at once by Ehrlich-Aberth iteration, Newton's method with a term that keeps approximations
+// apart: first in doubles until values are rounding noise, then with values of twice the digits. There is no deflation,
+// which would spread the error of one zero to the others. (Bini and Fiorentino, Numerical Algorithms 23, 2000.)
 #pragma once
 
 #include <cstdint>
@@ -23,10 +23,10 @@ class zero_search {
   // Finds all zeros and refines them.
   void run();
 
-  // A part is infinite where it is too large for a double.
+  // A component too large for a double is infinite.
   dsp_complex zero(int32_t i) const;
 
-  // Moves zero i to the real axis, for refine_moved() to refine all `count` of them there.
+  // Moves zero i to the real axis. refine_moved() then refines all `count` moved zeros there.
   void move_to_axis(int32_t i);
   void refine_moved(int32_t count);
 
@@ -35,18 +35,18 @@ class zero_search {
 
   struct approximation {
     dsp_complex z;     // in the scale of its group
-    dsp_complex kept;  // a place in it that is good enough, if there is one
+    dsp_complex kept;  // the last value whose residue was small enough, if has_kept
     bool has_kept;
     int32_t group;
     state now;
   };
 
-  // One point of a block that the kernels have been over.
+  // The step for one point of a block.
   struct result {
     int32_t index;
     double residue;    // |value| over the sum of all terms' moduli
-    dsp_complex step;  // to the next place
-    double push;
+    dsp_complex step;  // what is subtracted from the approximation
+    double aberth;     // modulus of Aberth's sum
   };
 
   struct batch {
@@ -60,8 +60,8 @@ class zero_search {
   void enter(int32_t group);
   void pass(int32_t group, state wanted);
   void add(int32_t i, bool is_outside);
-  void serve(bool is_outside, state wanted);
-  result judge(bool is_outside, int lane) const;
+  void step_batch(bool is_outside, state wanted);
+  result step_of(bool is_outside, int lane) const;
   void move(int32_t i, dsp_complex step);
   void search(const result &r);
   void refine(const result &r);
@@ -76,10 +76,10 @@ class zero_search {
   int32_t group_count_ = 0;
   heap_array<approximation> zeros_;
   heap_array<double> numbers_;
-  double *re_, *im_, *modulus_;  // coefficients in the scale of the group entered last
+  double *re_, *im_, *modulus_;  // coefficients in the scale of the current group
   double *x_re_, *x_im_;         // all zeros in that scale
-  int32_t entered_ = -1;         // that group
-  int32_t open_;                 // zeros that are to be moved on
+  int32_t entered_ = -1;         // the current group
+  int32_t open_;                 // zeros not finished yet
   batch sides_[2] = {};          // inside and outside the unit circle
 };
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/math/complex.h"
 #include "dsp/math/constants.h"
 #include "dsp/math/sort.h"
-#include "dsp/poly/arithmetic.h"
 #include "dsp/poly/heap_array.h"
 #include "dsp/poly/zero_search.h"
 
@@ -21,7 +21,7 @@ struct entry {
   double phase;  // from 0 to 2 pi
 };
 
-// Moduli this close are equal but for rounding.
+// The largest ratio of moduli that differ by rounding only.
 constexpr double equal_moduli = 1.0 + 4.0 * 0x1p-52;
 
 double phase_of(dsp_complex z) {
@@ -38,7 +38,7 @@ void sort_by_phase(entry *e, int32_t n) {
 void put_in_order(entry *e, int32_t n) {
   for (int32_t i = 0; i < n; ++i) {
     e[i].z = {e[i].z.re + 0.0, e[i].z.im + 0.0};  // no negative zeros
-    e[i].modulus = std::hypot(e[i].z.re, e[i].z.im);
+    e[i].modulus = modulus(e[i].z);
   }
   sort(e, n, [](const entry &a, const entry &b) { return a.modulus < b.modulus; });
   for (int32_t first = 0, end = 0; first < n; first = end) {
@@ -61,8 +61,8 @@ int32_t partner_of_first(const entry *e, int32_t n) {
   return nearest;
 }
 
-// Makes one entry of each pair and returns how many entries are left. Zeros far from the axis choose first: their
-// partners are beyond doubt.
+// Merges each conjugate pair into one entry and returns the number of entries. Starts with the zeros far from the axis,
+// whose partners are certain.
 int32_t pair_up(entry *e, int32_t n) {
   sort(e, n, [](const entry &a, const entry &b) { return std::fabs(a.z.im) > std::fabs(b.z.im); });
   int32_t count = 0;
@@ -79,8 +79,8 @@ int32_t pair_up(entry *e, int32_t n) {
   return count;
 }
 
-// Real zeros get an imaginary part of exactly 0. Where it was more than rounding they are refined on the axis.
-void settle_real(zero_search *search, entry *e, int32_t n) {
+// Gives real zeros an imaginary part of exactly 0. If it was more than rounding, the zero is refined on the axis.
+void make_real(zero_search *search, entry *e, int32_t n) {
   constexpr int32_t settled = -1;
   int32_t moved = 0;
   for (entry *each = e; each != e + n; ++each) {
@@ -111,7 +111,7 @@ int32_t find_zeros(const polynomial &p, dsp_complex *z) {
   for (int32_t i = 0; i < count; ++i) e[i] = {search.zero(i), i, false, 0.0, 0.0};
   if (p.is_real()) {
     count = pair_up(e.get(), count);
-    settle_real(&search, e.get(), count);
+    make_real(&search, e.get(), count);
   }
   if (!std::all_of(e.get(), e.get() + count, [](const entry &each) { return is_finite(each.z); })) return -1;
   put_in_order(e.get(), count);

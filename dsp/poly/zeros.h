@@ -1,4 +1,4 @@
-// The zeros of a polynomial in the order in which they are handed out.
+// The zeros of a polynomial by modulus, then by phase.
 #pragma once
 
 #include <cstdint>

@@ -1,33 +1,21 @@
-// A complex trace between its points, along arcs.
+// Interpolation of a complex trace along circular arcs.
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstdint>
 
 #include "dsp/dsp.h"
+#include "dsp/math/complex.h"
 #include "dsp/math/constants.h"
 
 namespace dsp::rf {
 namespace {
 
-using complex = std::complex<double>;
-
 constexpr double tolerance = 4.0 * 0x1p-52;
 
-complex value(dsp_complex z) { return {z.re, z.im}; }
-
-double largest_part(complex z) { return std::max(std::fabs(z.real()), std::fabs(z.imag())); }
-
-complex scaled(complex z, double power) { return {z.real() * power, z.imag() * power}; }
-
-// a b and conj(a) b by their formulas: the language's product tests for infinities.
-complex product(complex a, complex b) {
-  return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
-}
-
-// Half the angle by which an arc turns from one node to the next, as the third node of the circle sees it: `cross` and
-// `dot` are the products of its sides to the two. Half a circle, to rounding, counts as counter-clockwise.
-double half_turn(double cross, double dot) {
+// Half the angle of the arc between two nodes, which is the inscribed angle between the chords to them from the third
+// node of the circle, given the cross and dot product of these. Half a circle, to rounding, counts as
+// counter-clockwise.
+double half_angle(double cross, double dot) {
   return std::fabs(dot) <= tolerance * std::fabs(cross) ? 0.5 * pi : std::atan(cross / dot);
 }
 
@@ -36,35 +24,32 @@ class curve {
  public:
   curve() = default;
   curve(const double *x, const dsp_complex *z) : x_(x), z_(z) {
-    const complex a = value(z[0]), b = value(z[1]), c = value(z[2]);
-    int exponent;
-    std::frexp(std::max({largest_part(b - a), largest_part(c - b), largest_part(c - a)}), &exponent);
-    const double scale = std::ldexp(1.0, std::clamp(-exponent, -1000, 1000));
-    const complex ab = scaled(b - a, scale), bc = scaled(c - b, scale), ac = scaled(c - a, scale);
-    const double longest = std::max({std::abs(ab), std::abs(bc), std::abs(ac)});
-    const double largest = std::max({std::abs(a), std::abs(b), std::abs(c)});
-    const double cross = product(std::conj(ab), bc).imag();  // the same from each corner
-    is_arc_ = std::fabs(cross) > tolerance * largest * scale * longest;
+    const dsp_complex a = z[0], b = z[1], c = z[2];
+    const double size = std::max({largest_component(b - a), largest_component(c - b), largest_component(c - a)});
+    const double scale = std::ldexp(1.0, std::clamp(-exponent_of(size), -1000, 1000));
+    const dsp_complex ab = scale * (b - a), bc = scale * (c - b), ac = scale * (c - a);
+    const double longest = std::max({modulus(ab), modulus(bc), modulus(ac)});
+    const double largest = std::max({modulus(a), modulus(b), modulus(c)});
+    const double area = cross(ab, bc);  // twice that of the triangle, from whichever node
+    is_arc_ = std::fabs(area) > tolerance * largest * scale * longest;
     if (!is_arc_) return;
-    half_[0] = half_turn(cross, product(std::conj(ac), bc).real());
-    half_[1] = half_turn(cross, product(std::conj(ab), ac).real());
+    half_[0] = half_angle(area, dot(ac, bc));
+    half_[1] = half_angle(area, dot(ab, ac));
   }
 
-  // At x, from node `first` (0 or 1) of the three.
-  complex at(double x, int first) const {
+  // The value at x, between the nodes `first` and first + 1 of the three; `first` is 0 or 1.
+  dsp_complex at(double x, int first) const {
     const double *const node = x_ + first;
-    const complex from = value(z_[first]), chord = value(z_[first + 1]) - from;
+    const dsp_complex from = z_[first], chord = z_[first + 1] - from;
     const double done = x - node[0], left = x - node[1], step = node[1] - node[0];
-    if (!is_arc_)
-      return from + done * (chord / step + left * bend(value(z_[1]) - value(z_[0]), value(z_[2]) - value(z_[1])));
+    if (!is_arc_) return from + done * (chord / step + left * bend(z_[1] - z_[0], z_[2] - z_[1]));
     const double half = done * (half_[first] / step + left * bend(half_[0], half_[1]));
-    // Not std::polar, which takes no negative modulus.
-    const double modulus = std::sin(half) / std::sin(half_[first]), turn = half - half_[first];
-    return from + product(chord, {modulus * std::cos(turn), modulus * std::sin(turn)});
+    const double ratio = std::sin(half) / std::sin(half_[first]), turn = half - half_[first];
+    return from + product(chord, ratio * dsp_complex{std::cos(turn), std::sin(turn)});
   }
 
  private:
-  // The second divided difference, of values whose first differences are given.
+  // The second divided difference of values with these first differences.
   template <class T>
   T bend(T first, T second) const {
     return (second / (x_[2] - x_[1]) - first / (x_[1] - x_[0])) / (x_[2] - x_[0]);
@@ -76,18 +61,18 @@ class curve {
   double half_[2] = {};  // half the angle of each of the two arcs
 };
 
-// Serves one abscissa after the other; the curves of an interval stay until another is asked for.
+// Keeps the curves of the interval of the last abscissa.
 class trace {
  public:
   trace(const double *x, const dsp_complex *z, int32_t n) : x_(x), z_(z), n_(n) {}
 
-  complex at(double x) {
-    if (n_ == 1) return value(z_[0]) + 0.0 * (x - x);
+  dsp_complex at(double x) {
+    if (n_ == 1) return {z_[0].re + 0.0 * (x - x), z_[0].im};  // the same everywhere, but for NaN and infinity
     enter(x);
-    if (x == x_[k_]) return value(z_[k_]);
-    if (x == x_[k_ + 1]) return value(z_[k_ + 1]);
+    if (x == x_[k_]) return z_[k_];
+    if (x == x_[k_ + 1]) return z_[k_ + 1];
     const double t = (x - x_[k_]) / (x_[k_ + 1] - x_[k_]);
-    if (n_ == 2) return value(z_[0]) + t * (value(z_[1]) - value(z_[0]));
+    if (n_ == 2) return z_[0] + t * (z_[1] - z_[0]);
     if (k_ == 0) return next_.at(x, 0);
     if (k_ == n_ - 2) return previous_.at(x, 1);
     return (1.0 - t) * previous_.at(x, 1) + t * next_.at(x, 0);
@@ -111,6 +96,7 @@ class trace {
   curve previous_, next_;  // through the nodes from k - 1 on and from k on
 };
 
+// Whether there are nodes, none is NaN, and each is above the one before.
 bool rises(const double *x, int32_t n) {
   for (int32_t i = 1; i < n; ++i)
     if (!(x[i - 1] < x[i])) return false;
@@ -127,9 +113,6 @@ int32_t CircularInterpolation(const double *x, const dsp_complex *z, int32_t n, 
                               int32_t m) {
   if (!rises(x, n)) return -1;
   trace curves(x, z, n);
-  for (int32_t i = 0; i < m; ++i) {
-    const complex value = curves.at(xi[i]);
-    zi[i] = {value.real(), value.imag()};
-  }
+  for (int32_t i = 0; i < m; ++i) zi[i] = curves.at(xi[i]);
   return 0;
 }

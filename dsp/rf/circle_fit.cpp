@@ -1,81 +1,22 @@
-// The circle nearest to points in the sense of least squared distances.
+// The circle with the least sum of squared distances from points.
 //
-// A circle is A |p|^2 + n.p = 0 about an origin on it, with a unit normal n there and half its curvature A. A straight
-// line is the circle with A = 0, so that no digit is lost on short arcs. (Chernov and Lesort, J. Math. Imaging Vis. 23,
-// 2005.) The search shifts the curve by D along n, turns n by an angle T and changes A.
+// A circle is A |p|^2 + n.p = 0, p relative to an origin on the circle, n the unit normal there, A half the curvature.
+// A straight line is the circle with A = 0, so that no digits are lost on short arcs. (Chernov and Lesort, J. Math.
+// Imaging Vis. 23, 2005.) The unknowns of a step are A, a shift D along n and an angle T by which n turns.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
 #include "dsp/dsp.h"
+#include "dsp/math/complex.h"
+#include "dsp/rf/point_cloud.h"
 
 namespace dsp::rf {
 namespace {
 
 constexpr double epsilon = 0x1p-52;
 
-dsp_complex operator+(dsp_complex a, dsp_complex b) { return {a.re + b.re, a.im + b.im}; }
-dsp_complex operator-(dsp_complex a, dsp_complex b) { return {a.re - b.re, a.im - b.im}; }
-dsp_complex operator*(double a, dsp_complex b) { return {a * b.re, a * b.im}; }
-double dot(dsp_complex a, dsp_complex b) { return a.re * b.re + a.im * b.im; }
 dsp_complex left_of(dsp_complex a) { return {-a.im, a.re}; }
-double largest_part(dsp_complex z) { return std::max(std::fabs(z.re), std::fabs(z.im)); }
-bool is_finite(dsp_complex z) { return std::isfinite(z.re) && std::isfinite(z.im); }
-
-int exponent_of(double x) {
-  int exponent;
-  std::frexp(x, &exponent);
-  return std::clamp(exponent, -1000, 1000);
-}
-
-// Points moved to about their mean and scaled by powers of two: the farthest is about 1 away.
-class cloud {
- public:
-  cloud(const dsp_complex *z, int64_t n) : z_(z), n_(n) {
-    double largest = 0.0;
-    for (int64_t i = 0; i < n; ++i) {
-      is_finite_ = is_finite_ && is_finite(z[i]);
-      largest = std::max(largest, largest_part(z[i]));
-    }
-    coarse_ = exponent_of(largest);
-    const dsp_complex mean = sum([this](int64_t i) { return coarse(i); });
-    centre_ = 1.0 / static_cast<double>(n) * mean;
-    double width = 0.0;
-    for (int64_t i = 0; i < n; ++i) width = std::max(width, largest_part(coarse(i) - centre_));
-    fine_ = exponent_of(width);
-    largest_ = std::ldexp(largest, -coarse_ - fine_);
-  }
-
-  bool is_finite_throughout() const { return is_finite_; }
-  int64_t count() const { return n_; }
-  dsp_complex operator[](int64_t i) const { return std::ldexp(1.0, -fine_) * (coarse(i) - centre_); }
-  // Of all coordinates, about 0.
-  double largest() const { return largest_; }
-
-  // Back to the caller's coordinates.
-  double length(double x) const { return std::ldexp(x, coarse_ + fine_); }
-  dsp_complex place(dsp_complex p) const {
-    return {std::ldexp(std::ldexp(p.re, fine_) + centre_.re, coarse_),
-            std::ldexp(std::ldexp(p.im, fine_) + centre_.im, coarse_)};
-  }
-
-  template <class Term>
-  dsp_complex sum(Term term) const {
-    dsp_complex s = {0.0, 0.0};
-    for (int64_t i = 0; i < n_; ++i) s = s + term(i);
-    return s;
-  }
-
- private:
-  dsp_complex coarse(int64_t i) const { return std::ldexp(1.0, -coarse_) * z_[i]; }
-
-  const dsp_complex *z_;
-  int64_t n_;
-  bool is_finite_ = true;
-  int coarse_, fine_;
-  dsp_complex centre_;
-  double largest_;
-};
 
 struct circle {
   dsp_complex origin;
@@ -90,7 +31,7 @@ struct line_fit {
 };
 
 // The line through the mean of the points, along the axis of their least moment of inertia.
-line_fit fit_line(const cloud &points) {
+line_fit fit_line(const point_cloud &points) {
   const auto n = static_cast<double>(points.count());
   const dsp_complex mean = 1.0 / n * points.sum([&](int64_t i) { return points[i]; });
   double xx = 0.0, xy = 0.0, yy = 0.0;
@@ -110,9 +51,9 @@ line_fit fit_line(const cloud &points) {
   return fit;
 }
 
-// A |p|^2 + b.p + D = 0 about `origin`, with its origin moved onto the curve.
+// The circle a |p|^2 + b.p + d = 0, p relative to `origin`, in the form with an origin on it.
 circle on_curve(dsp_complex origin, double a, dsp_complex b, double d) {
-  const double slope = std::sqrt(dot(b, b));
+  const double slope = std::sqrt(squared_modulus(b));
   const dsp_complex normal = slope > 0.0 ? 1.0 / slope * b : dsp_complex{1.0, 0.0};
   const double scale = 1.0 / std::sqrt(slope * slope - 4.0 * a * d);
   const double distance = 2.0 * d * scale / (1.0 + slope * scale);
@@ -123,7 +64,7 @@ circle on_curve(dsp_complex origin, double a, dsp_complex b, double d) {
 struct moments {
   double uu = 0.0, uv = 0.0, vv = 0.0, uz = 0.0, vz = 0.0, zz = 0.0;
 
-  moments(const cloud &points, const circle &line) {
+  moments(const point_cloud &points, const circle &line) {
     const double weight = 1.0 / static_cast<double>(points.count());
     for (int64_t i = 0; i < points.count(); ++i) {
       const dsp_complex p = points[i] - line.origin;
@@ -139,7 +80,7 @@ struct moments {
 };
 
 // The algebraic fit. (Pratt, Computer Graphics 21, 1987; its least eigenvalue by Newton's method from below.)
-circle fit_algebraically(const cloud &points, const circle &line) {
+circle fit_algebraically(const point_cloud &points, const circle &line) {
   const moments m(points, line);
   const double z = m.uu + m.vv;
   const double area = m.uu * m.vv - m.uv * m.uv;
@@ -161,7 +102,7 @@ circle fit_algebraically(const cloud &points, const circle &line) {
 
 constexpr int unknowns = 3;  // A, D, T
 
-// Half the sum of squared distances: its derivatives, and the part of the second ones that is never indefinite.
+// Half the sum of squared distances: its gradient, its Hessian, and the part of the Hessian that is never indefinite.
 struct expansion {
   double sum_of_squares = 0.0;
   double gradient[unknowns] = {};
@@ -172,7 +113,8 @@ struct expansion {
     const double a = c.half_curvature;
     const double u = dot(p - c.origin, c.normal), v = dot(p - c.origin, left_of(c.normal)), square = u * u + v * v;
     const double value = a * square + u;
-    const double root = std::sqrt(std::max(1.0 + 4.0 * a * value, 0x1p-40));  // 0 at the centre
+    const double root =
+        std::sqrt(std::max(1.0 + 4.0 * a * value, 0x1p-40));  // the bound: no division by 0 at the centre
     const double d = 2.0 * value / (1.0 + root);
     const double first[unknowns] = {(square - d * d) / root, (1.0 + 2.0 * a * u) / root, v / root};
     const double second[unknowns][unknowns] = {
@@ -189,7 +131,7 @@ struct expansion {
     }
   }
 
-  expansion(const circle &c, const cloud &points) {
+  expansion(const circle &c, const point_cloud &points) {
     for (int64_t i = 0; i < points.count(); ++i) add(c, points[i]);
   }
 };
@@ -227,10 +169,10 @@ struct circle_fit {
   double sum_of_squares;
 };
 
-// Newton's method, damped when a step leads uphill.
-circle_fit refine(circle c, const cloud &points) {
+// Newton's method, damped when a step increases the sum.
+circle_fit refine(circle c, const point_cloud &points) {
   constexpr int most_passes = 60;
-  constexpr double small_step = 0x1p-34;  // the next one is below rounding
+  constexpr double small_step = 0x1p-34;  // the next step is below rounding
   const double noise = 256.0 * static_cast<double>(points.count()) * epsilon * epsilon;  // of the sum of squares
   expansion at(c, points);
   double damping = 0.0;
@@ -264,7 +206,7 @@ int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop, dsp_co
                        double *rms) {
   const int64_t n = int64_t{stop} - start;
   if (n < 3) return -1;
-  const cloud points(z + start, n);
+  const point_cloud points(z + start, n);
   if (!points.is_finite_throughout()) return -1;
   const line_fit line = fit_line(points);
   if (line.farthest <= 4.0 * epsilon * points.largest()) return -1;
