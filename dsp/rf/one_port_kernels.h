@@ -8,9 +8,9 @@
 namespace dsp::rf {
 
 struct one_port_kernel_set {
-  // Solves points from the front and returns how many. It stops before a point with an extreme pivot and before an
-  // incomplete last vector. g and a hold the three standards' measured and actual coefficients; g becomes the error
-  // terms.
+  // Solves points from the front and returns how many. It stops before a vector of points of which one has an extreme
+  // pivot, and before an incomplete last vector. g and a hold the three standards' measured and actual coefficients; g
+  // becomes the error terms.
   int64_t (*solve_points)(double *const *g, const double *const *a, int64_t count);
 };
 

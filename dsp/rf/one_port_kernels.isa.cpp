@@ -17,10 +17,9 @@ bool everywhere(const choice &c) {
   return all != 0;
 }
 
-// One complex number per point.
-struct numbers {
-  widest re, im;
-};
+// One complex number per point. The order of the points in the lanes does not matter: load_pairs() and store_pairs()
+// agree on it.
+using numbers = points<lane_count>;
 
 numbers same(double re) { return {broadcast(re), widest{}}; }
 numbers operator-(const numbers &z) { return {-z.re, -z.im}; }
@@ -29,37 +28,8 @@ numbers operator-(const numbers &x, const numbers &y) { return {x.re - y.re, x.i
 numbers operator*(const numbers &x, const numbers &y) { return {x.re * y.re - x.im * y.im, x.re * y.im + x.im * y.re}; }
 widest sum_of_squares(const numbers &z) { return z.re * z.re + z.im * z.im; }
 
-// The even and the odd elements of two vectors: real and imaginary components of points. The order of the points does
-// not matter, since packing and unpacking agree.
-template <class V>
-struct halves {
-  V even, odd;
-  halves(const V &a, const V &b) {
-    if constexpr (sizeof(V) == 2 * sizeof(double)) {
-      even = __builtin_shufflevector(a, b, 0, 2);
-      odd = __builtin_shufflevector(a, b, 1, 3);
-    } else if constexpr (sizeof(V) == 4 * sizeof(double)) {
-      even = __builtin_shufflevector(a, b, 0, 4, 2, 6);
-      odd = __builtin_shufflevector(a, b, 1, 5, 3, 7);
-    } else {
-      even = __builtin_shufflevector(a, b, 0, 8, 2, 10, 4, 12, 6, 14);
-      odd = __builtin_shufflevector(a, b, 1, 9, 3, 11, 5, 13, 7, 15);
-    }
-  }
-};
-
-numbers unpack(const double *z) {
-  const halves<widest> parts(load<widest>(z), load<widest>(z + lane_count));
-  return {parts.even, parts.odd};
-}
-
-void pack(double *z, const numbers &x) {
-  const halves<widest> parts(x.re, x.im);
-  store(z, parts.even);
-  store(z + lane_count, parts.odd);
-}
-
-void trade(const choice &c, numbers *x, numbers *y) {
+// Exchanges x and y in the lanes where c is true.
+void exchange(const choice &c, numbers *x, numbers *y) {
   const numbers was = *x;
   *x = {c ? y->re : x->re, c ? y->im : x->im};
   *y = {c ? was.re : y->re, c ? was.im : y->im};
@@ -71,7 +41,7 @@ constexpr double largest_square = 1e200;
 
 struct inverse {
   numbers a[3][3];
-  choice traded[3][3];  // whether rows k and r > k were exchanged
+  choice exchanged[3][3];  // whether rows k and r > k were exchanged
   choice safe;
 
   template <int K>
@@ -80,13 +50,13 @@ struct inverse {
     for (int r = K + 1; r < 3; ++r) {
       const widest candidate = sum_of_squares(a[r][K]);
       const choice larger = candidate > best;
-      for (int earlier = K + 1; earlier < r; ++earlier) traded[K][earlier] &= ~larger;
-      traded[K][r] = larger;
+      for (int earlier = K + 1; earlier < r; ++earlier) exchanged[K][earlier] &= ~larger;
+      exchanged[K][r] = larger;
       best = larger ? candidate : best;
     }
     safe &= (best >= least_square) & (best <= largest_square);
     for (int r = K + 1; r < 3; ++r)
-      for (int j = 0; j < 3; ++j) trade(traded[K][r], &a[K][j], &a[r][j]);
+      for (int j = 0; j < 3; ++j) exchange(exchanged[K][r], &a[K][j], &a[r][j]);
   }
 
   template <int K>
@@ -107,10 +77,10 @@ struct inverse {
   template <int K>
   void restore_columns() {
     for (int r = K + 1; r < 3; ++r)
-      for (int i = 0; i < 3; ++i) trade(traded[K][r], &a[i][K], &a[i][r]);
+      for (int i = 0; i < 3; ++i) exchange(exchanged[K][r], &a[i][K], &a[i][r]);
   }
 
-  // False when a point has an extreme pivot and needs the general way.
+  // False when the pivot of a point is so small or large that the matrix template must solve it.
   bool compute() {
     safe = widest{} == 0.0;
     reduce<0>();
@@ -126,8 +96,8 @@ bool solve(double *const *g, const double *const *a, int64_t at) {
   inverse m;
   numbers measured[3], unknown[3];
   for (int r = 0; r < 3; ++r) {
-    const numbers actual = unpack(a[r] + at);
-    measured[r] = unpack(g[r] + at);
+    const numbers actual = load_pairs<lane_count>(a[r] + at);
+    measured[r] = load_pairs<lane_count>(g[r] + at);
     m.a[r][0] = actual;
     m.a[r][1] = same(1.0);
     m.a[r][2] = -actual * measured[r];
@@ -137,9 +107,9 @@ bool solve(double *const *g, const double *const *a, int64_t at) {
     unknown[r] = same(0.0);
     for (int t = 0; t < 3; ++t) unknown[r] = unknown[r] + m.a[r][t] * measured[t];
   }
-  pack(g[0] + at, unknown[1]);
-  pack(g[1] + at, -unknown[2]);
-  pack(g[2] + at, unknown[0] - unknown[1] * unknown[2]);
+  store_pairs<lane_count>(g[0] + at, unknown[1]);
+  store_pairs<lane_count>(g[1] + at, -unknown[2]);
+  store_pairs<lane_count>(g[2] + at, unknown[0] - unknown[1] * unknown[2]);
   return true;
 }
 
