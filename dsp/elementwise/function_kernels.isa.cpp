@@ -143,11 +143,11 @@ void exponentials(double *x, int64_t n, double by, double limit) {
 
 void logarithms(double *x, int64_t n) {
   walk<double>(
-      x, n, [](double t) { return settled(t, -708.3964185322641, natural(t)); }, static_cast<const double *>(x));
+      x, n, [](double t) { return settled(t, ln_smallest_normal, natural(t)); }, static_cast<const double *>(x));
 }
 
 void decibels(double *x, int64_t n, double factor) {
-  const double floor = factor * -307.6526555685888;
+  const double floor = factor * log10_smallest_normal;
   walk<double>(
       x, n,
       [=](double t) { return t < smallest_normal ? floor : factor * (t <= 0x1.fffffffffffffp1023 ? common(t) : t); },

@@ -30,7 +30,6 @@ double bessel_y1(double x) { return ::y1(x); }
 
 constexpr double largest_exponent = 230.25850929940458;  // its exponential is 1e100
 constexpr double ln_10 = 2.302585092994046;
-constexpr double ln_smallest_normal = -708.3964185322641;
 
 // For functions that complex signals are refused.
 template <class Function>

@@ -29,7 +29,7 @@ struct cartesian {
 
 dsp_complex complex_decibels(dsp_complex z, double factor) {
   const double p = saturated_square(z.re) + saturated_square(z.im);
-  if (p < smallest_normal) return {factor * -307.6526555685888, 0.0};
+  if (p < smallest_normal) return {factor * log10_smallest_normal, 0.0};
   return {factor * std::log10(p) * 0.5, factor * std::atan2(saturate(z.im), saturate(z.re)) * log10_e};
 }
 

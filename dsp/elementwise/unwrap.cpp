@@ -79,9 +79,9 @@ int32_t dspi_unwrap(dsp_vec *v) {
   double previous = 0.0;
   const int32_t n = samples(*v);
   double *x = v->data;
+  // The inner loop runs until a sample is not finite: choosing the reference of every sample would delay the next one.
   for (int32_t i = 0; i < n; ++i)
-    for (; i < n;
-         ++i) {  // the inner loop runs until a sample is not finite: a test on every sample would delay the next
+    for (; i < n; ++i) {
       x[i] = unwrapped(x[i], previous);
       if (!std::isfinite(x[i])) break;
       previous = x[i];

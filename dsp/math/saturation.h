@@ -7,6 +7,8 @@ namespace dsp {
 constexpr double overflow_bound = 1e100;
 constexpr double overflow_square = 1e200;
 constexpr double smallest_normal = 2.2250738585072014e-308;
+constexpr double ln_smallest_normal = -708.3964185322641;
+constexpr double log10_smallest_normal = -307.6526555685888;
 
 static inline bool overflows(double x) { return __builtin_fabs(x) > overflow_bound; }
 

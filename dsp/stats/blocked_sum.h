@@ -109,9 +109,8 @@ struct running_totals {
     rest += (value - (sum - added)) + (x - added);
     value = sum;
   }
-  lanes<2> result() const {
-    return rest == rest ? value + rest : value;
-  }  // the compensation is NaN beside an infinite sum
+  // The compensation of an infinite sum is NaN.
+  lanes<2> result() const { return rest == rest ? value + rest : value; }
 };
 
 // block(x, n, pair) sums the even and the odd elements of a block's n doubles. total[k * parts + part] becomes the k-th

@@ -1,3 +1,4 @@
+// Counts of samples in bins of equal width.
 #include <cmath>
 
 #include "dsp/core/sharing.h"
@@ -8,8 +9,8 @@
 namespace dsp::stats {
 namespace {
 
-constexpr double upper_edge =
-    1.0 + 10.0 * 0x1p-52;  // relative margin: values this close beyond the last bin belong to it
+// Relative: values this little above the last bin are counted in it.
+constexpr double upper_edge = 1.0 + 10.0 * 0x1p-52;
 
 struct bins {
   double start;
@@ -21,7 +22,7 @@ double magnitude(double re, double im) {
   return overflows(re) || overflows(im) ? overflow_bound : std::sqrt(re * re + im * im);
 }
 
-// value(i) is the number counted for sample i.
+// value(i) is the value of sample i.
 template <class Value>
 void count(int64_t n, const Value &value, const bins &b, double *counts) {
   for (int64_t i = 0; i < n; ++i) {

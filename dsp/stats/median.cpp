@@ -1,3 +1,4 @@
+// The median.
 #include <algorithm>
 
 #include "dsp/core/temporary.h"

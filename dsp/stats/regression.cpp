@@ -18,8 +18,8 @@ struct scatter {
   double var_x, var_y, cov;
 };
 
-// Sums over a trace: y against its index in its block of 2048. The index restarts in every block: promised, odd as it
-// is, and the twenty values of dsps_lin_regres2 stand on it.
+// Sums over a trace: y against its index, which restarts at 0 in every block of 2048 samples. dsp.h documents this
+// restart, and results depend on it.
 template <class Powers>
 struct trace_points {
   static constexpr int sums = 5;

@@ -16,7 +16,7 @@ struct slot {
 
 constexpr dsp_window_type no_type = -1;
 constexpr int32_t capacity = 16;
-constexpr int32_t telling_flags = DSP_WND_SCALE_MASK | DSP_WND_SYMMETRIC | DSP_WND_ACTIVE;
+constexpr int32_t flags_in_key = DSP_WND_SCALE_MASK | DSP_WND_SYMMETRIC | DSP_WND_ACTIVE;
 
 slot *slots = nullptr;
 int32_t used = 0;
@@ -49,7 +49,7 @@ void count_in(const slot *s) {
 }  // namespace
 
 const dsp_vec *cached_window(int32_t n, dsp_window_type type, int32_t flags, double active) {
-  flags &= telling_flags;
+  flags &= flags_in_key;
   if (const slot *s = find(n, type, flags, active)) return &s->window;
   slot *s = next_slot();
   if (s == nullptr) return nullptr;

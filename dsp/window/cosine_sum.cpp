@@ -66,8 +66,8 @@ void evaluate(const cosine_sum &sum, double period, double first, int32_t count,
 }
 
 double coherent_gain(const cosine_sum &sum, window_scale scale, int64_t n) {
-  if (scale == window_scale::raw || n >= 2 * sum.terms - 1)
-    return 1.0;  // no product of two terms aliases to a constant
+  // With as many samples no product of two terms aliases to a constant.
+  if (scale == window_scale::raw || n >= 2 * sum.terms - 1) return 1.0;
   return scale == window_scale::amplitude ? mean_gain(sum, n) : std::sqrt(1.0 + aliased_power(sum, n));
 }
 
