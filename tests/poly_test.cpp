@@ -306,6 +306,8 @@ TEST(Solutions, AreThoseOnTheAxis) {
   EXPECT_EQ(solutions({1e10, 0, 1}, 1e10 - 1e-6), (reals{0, 0}));  // rounding of y moves that off the axis
   EXPECT_EQ(solutions({1, 0, 1e-16}, 0), reals());
   EXPECT_EQ(solutions({1e306, 1e306, 1e306}, 0), reals());
+  EXPECT_EQ(solutions({1e308, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5e-324}, 0), reals());  // terms below the least double
+  EXPECT_EQ(solutions({0x1p-470, -0x1p-769, 0x1p-1070}, 0).size(), 2u);
   const reals sixfold = solutions(with_zeros({{8, 6}, {-1, 1}}), 0);
   ASSERT_EQ(sixfold.size(), 7u);
   EXPECT_NEAR(sixfold[3], 8, 0.2);

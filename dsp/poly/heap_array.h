@@ -18,7 +18,7 @@ class heap_array {
 
   // False when memory ran out.
   explicit operator bool() const { return data_ != nullptr; }
-  T *get() const { return data_; }
+  T *get(int64_t from = 0) const { return data_ != nullptr ? data_ + from : nullptr; }
   T &operator[](int64_t i) const { return data_[i]; }
 
  private:

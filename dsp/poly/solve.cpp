@@ -6,6 +6,8 @@
 
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
+#include "dsp/math/complex.h"
+#include "dsp/math/saturation.h"
 #include "dsp/math/sort.h"
 #include "dsp/poly/heap_array.h"
 #include "dsp/poly/polynomial.h"
@@ -20,23 +22,12 @@ namespace {
 class noise_test {
  public:
   noise_test(const dsp_vec &c, double y, int32_t degree)
-      : degree_(degree), re_(degree_ + 1), im_(degree_ + 1), modulus_(degree_ + 1) {
-    if (!is_valid()) return;
-    double largest = std::fabs(y);
-    for (int64_t k = 0; k <= degree_; ++k) largest = std::max(largest, std::fabs(c.data[k]));
-    const double scale = largest > 0x1p900 ? 0x1p-100 : 1.0;  // sums do not overflow
-    for (int64_t k = 0; k <= degree_; ++k) {
-      const double offset = k == 0 ? scale * y : 0.0;
-      re_[k] = scale * c.data[k] - offset;
-      im_[k] = 0.0;
-      modulus_[k] = std::fabs(scale * c.data[k]) + std::fabs(offset);
-    }
-  }
+      : c_(c), y_(y), degree_(degree), re_(degree_ + 1), im_(degree_ + 1), modulus_(degree_ + 1) {}
 
   bool is_valid() const { return re_ && im_ && modulus_; }
 
   // Whether every point on the way from z to its real part does.
-  bool covers_way_to_axis(dsp_complex z) const {
+  bool covers_way_to_axis(dsp_complex z) {
     constexpr int steps = 16;
     for (int i = 0; i <= steps; ++i)
       if (!is_noise({z.re, z.im * i / steps})) return false;
@@ -44,29 +35,66 @@ class noise_test {
   }
 
  private:
-  bool is_noise(std::complex<double> z) const {
-    const bool is_outside = std::abs(z) > 1.0;
-    if (is_outside) z = 1.0 / z;
+  struct sums {
+    double modulus;  // of the value
+    double terms;
+  };
+
+  bool is_noise(dsp_complex z) {
+    sums s = evaluate(z, 0);
+    // Terms that underflow matter beside small sums only. Near |z| = 1 the largest term is about 1.
+    if (s.terms < 0x1p-900) s = evaluate(z, std::ilogb(std::max(largest_component(z), smallest_normal)));
+    return s.modulus <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * s.terms;
+  }
+
+  // At z, in powers of z 2^-exponent, times some power of two.
+  sums evaluate(dsp_complex z, int exponent) {
+    scale(exponent);
+    std::complex<double> x = {std::ldexp(z.re, -exponent), std::ldexp(z.im, -exponent)};
+    const bool is_outside = std::abs(x) > 1.0;
+    if (is_outside) x = 1.0 / x;
     point_block b = {};
-    b.re[0] = z.real();
-    b.im[0] = z.imag();
-    b.modulus[0] = std::abs(z);
+    b.re[0] = x.real();
+    b.im[0] = x.imag();
+    b.modulus[0] = std::abs(x);
     const int64_t first = is_outside ? 0 : degree_;
     const coefficient_run run = {re_.get() + first, im_.get() + first, modulus_.get() + first, is_outside ? 1 : -1,
                                  degree_};
     zero_kernels().evaluate(run, &b, 1);
     zero_kernels().evaluate_twofold(run, &b, 1);
-    return std::hypot(b.value_re[0], b.value_im[0]) <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * b.terms[0];
+    return {std::hypot(b.value_re[0], b.value_im[0]), b.terms[0]};
   }
 
+  // The coefficients of powers of z 2^-exponent, the largest of them about 1.
+  void scale(int exponent) {
+    if (exponent == exponent_) return;
+    exponent_ = exponent;
+    const auto log_of = [&](int64_t k) {
+      const double larger = std::max(std::fabs(c_.data[k]), k == 0 ? std::fabs(y_) : 0.0);
+      return larger > 0.0 ? k * exponent + std::ilogb(larger) : INT64_MIN;
+    };
+    int64_t largest = INT64_MIN;
+    for (int64_t k = 0; k <= degree_; ++k) largest = std::max(largest, log_of(k));
+    for (int64_t k = 0; k <= degree_; ++k) {
+      const int power = static_cast<int>(std::clamp<int64_t>(k * exponent - largest, -5000, 5000));
+      const double c = std::ldexp(c_.data[k], power), y = k == 0 ? std::ldexp(y_, power) : 0.0;
+      re_[k] = c - y;
+      im_[k] = 0.0;
+      modulus_[k] = std::fabs(c) + std::fabs(y);
+    }
+  }
+
+  const dsp_vec &c_;
+  double y_;
   int64_t degree_;
+  int exponent_ = INT32_MIN;  // none yet
   heap_array<double> re_, im_, modulus_;
 };
 
 // Keeps the real ones of the n zeros of c - y, sorted, and returns their number; -1: no memory.
 int32_t keep_real(dsp_complex *z, int32_t n, const dsp_vec &c, double y) {
   if (n == 0) return 0;
-  const noise_test noise(c, y, n);
+  noise_test noise(c, y, n);
   if (!noise.is_valid()) return -1;
   int32_t count = 0;
   for (int32_t i = 0; i < n; ++i) {

@@ -57,10 +57,10 @@ zero_search::zero_search(const polynomial &p)
       zeros_(p.degree()),
       numbers_(5 * (p.degree() + int64_t{1})),
       re_(numbers_.get()),
-      im_(re_ + p.degree() + 1),
-      modulus_(im_ + p.degree() + 1),
-      x_re_(modulus_ + p.degree() + 1),
-      x_im_(x_re_ + p.degree() + 1),
+      im_(numbers_.get(p.degree() + int64_t{1})),
+      modulus_(numbers_.get(2 * (p.degree() + int64_t{1}))),
+      x_re_(numbers_.get(3 * (p.degree() + int64_t{1}))),
+      x_im_(numbers_.get(4 * (p.degree() + int64_t{1}))),
       open_(p.degree()) {}
 
 bool zero_search::is_valid() const { return polygon_.is_valid() && groups_ && zeros_ && numbers_; }
