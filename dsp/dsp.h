@@ -1105,11 +1105,12 @@ DSP_API int32_t dspc_rsmp_cos(dsp_vec *v, const dsp_vec *c);
 DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
 
 /** One output for every `step` input samples (0 or more): the sum of T samples weighted by the kernel, whose points are
- * used as they are (`interp` 0) or interpolated linearly. In a stream from silence, output m stands for input
- * m step - T/2; the first output is made of the T samples before the stream, so it does not depend on the first input.
- * On entry, `length` of out states the largest number of outputs wanted; those left over come first in the next block,
- * computed from the oldest samples held if they need older ones. out->dx is step times in->dx. Nothing is filtered:
- * frequencies above the Nyquist frequency of the output alias.
+ * used as they are (`interp` 0) or interpolated linearly. Interpolation for a step p/q in [0.5, 1) with q up to 512 is
+ * fastest: its weights are kept, and are those of positions rounded to 2^-40 samples. In a stream from silence, output
+ * m stands for input m step - T/2; the first output is made of the T samples before the stream, so it does not depend
+ * on the first input. On entry, `length` of out states the largest number of outputs wanted; those left over come first
+ * in the next block, computed from the oldest samples held if they need older ones. out->dx is step times in->dx.
+ * Nothing is filtered: frequencies above the Nyquist frequency of the output alias.
  *
  * The state: T past samples, at index T the position of the next output relative to the grid of its T samples (-1 or
  * more), at T + 1 how many samples further on these begin; for complex streams both in the real parts. Zeros start a

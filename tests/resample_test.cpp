@@ -95,6 +95,12 @@ TEST(KernelTable, Refusals) {
   EXPECT_EQ(t.data, nullptr);
 }
 
+// Steps p/q of a small q between 0.5 and 1 take the weights of positions rounded to 2^-40.
+double position_weighed(double step, int interp, double pos) {
+  const bool repeats = step == 0.5 || step == 0.7 || step == 80.0 / 147;
+  return repeats && interp != 0 ? -std::floor(-pos * 0x1p40 + 0.5) * 0x1p-40 : pos;
+}
+
 // The definition, counted sample by sample: output n lies n steps after the first, whose span begins at `start`.
 complexes resampled(const complexes &in, const record &table, int interp, double step, double pos, int64_t start) {
   const auto taps = static_cast<int64_t>(table.data[0] + 0.5);
@@ -104,7 +110,7 @@ complexes resampled(const complexes &in, const record &table, int interp, double
   for (; out.size() < 500; pos += step) {
     for (; pos > 0; pos -= 1) ++start;
     if (start > n - taps) break;
-    const double f = -pos * static_cast<double>(phases);
+    const double f = -position_weighed(step, interp, pos) * static_cast<double>(phases);
     const auto p = static_cast<int64_t>(f);
     std::complex<long double> sum = 0;
     for (int64_t i = std::max<int64_t>(0, -start); i < taps; ++i) {
@@ -121,7 +127,8 @@ complexes resampled(const complexes &in, const record &table, int interp, double
 TEST(Rsmp, FollowsItsDefinitionInBlocksToo) {
   // Steps, and offsets and starts at which a state stands.
   constexpr double cases[][3] = {
-      {0}, {0.3}, {0.5}, {1}, {0.7071}, {2.25}, {40}, {0.7071, -0.1, 0}, {0.7, -0.1, 20}, {1.7, -1, 15}};
+      {0},           {0.3}, {0.5},       {1}, {0.7071}, {2.25}, {40}, {0.7071, -0.1, 0}, {0.7, -0.1, 20},
+      {1.7, -1, 15}, {0.7}, {80.0 / 147}};
   record few_taps = random_signal(14, false, 12);
   few_taps.data[0] = 3;
   for (const bool is_complex : {false, true})
@@ -152,6 +159,38 @@ TEST(Rsmp, FollowsItsDefinitionInBlocksToo) {
             return dspd_rsmp(b, &y, interp, &table, step, s) == 0 ? dsp_copy(o, &y) : -1;
           });
         }
+}
+
+// Repeating phases drift: here the weights of each are made anew some seven times.
+TEST(Rsmp, LongStreamsAreTheirBlocks) {
+  const record table = table_of(2, 2050), in = random_signal(30000, true, 2);
+  on_each_isa([&] {
+    expect_blocks_to_be_the_whole(in, 3000, 0, [&](auto *b, auto *o, auto *s) {
+      record y;
+      y.length = 50000;
+      return dspd_rsmp(b, &y, 1, &table, 0.7 - 0x1p-53, s) == 0 ? dsp_copy(o, &y) : -1;
+    });
+  });
+}
+
+TEST(Rsmp, WildSamplesStayWithTheOutputsThatWeighThem) {
+  const record table = table_of(4, 13314);
+  for (const bool is_complex : {false, true})
+    for (const double step : {0.7, 0.7071, 1.3})
+      on_each_isa([&] {
+        record in = random_signal(200, is_complex, 5), clean, out;
+        clean.length = out.length = 500;
+        ASSERT_EQ(dspd_rsmp(&in, &clean, 1, &table, step, nullptr), 0);
+        in.data[100 * (is_complex ? 2 : 1)] = nan;
+        ASSERT_EQ(dspd_rsmp(&in, &out, 1, &table, step, nullptr), 0);
+        const complexes got = complexes_of(out), expected = complexes_of(clean);
+        for (std::size_t m = 0; m < got.size(); ++m) {
+          const int64_t first = static_cast<int64_t>(std::ceil(static_cast<double>(m) * step)) - 13;
+          const bool weighed = first <= 100 && 100 < first + 13;
+          EXPECT_TRUE(weighed ? std::isnan(got[m].real()) : got[m].real() == expected[m].real()) << m;
+          EXPECT_EQ(got[m].imag(), expected[m].imag()) << m;
+        }
+      });
 }
 
 TEST(Rsmp, OutputsThatDidNotFitComeWithTheNextBlock) {

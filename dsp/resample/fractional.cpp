@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
+#include <utility>
 
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
@@ -18,9 +20,9 @@
 namespace dsp::resample {
 namespace {
 
-// The kernel's rows, room for the samples where past and block meet, and the marks of the rows. Process-wide; its
-// contents last for one stage.
-work_signal row_store;
+// The samples where past and block meet, and the kernel's weights in the order in which they are needed. Process-wide;
+// its contents last for one stage.
+work_signal weight_store;
 
 // One channel of an output whose span may begin in the past, summed without rows. A past that is not held adds
 // nothing, however many taps reach into it.
@@ -38,7 +40,36 @@ double interpolate_anywhere(const past_and_block &x, int32_t channel, int64_t st
   return ((lanes[0] + lanes[1]) + (lanes[2] + lanes[3])) + lanes[4];
 }
 
+// The smallest q for which q steps come within q 2^-52 of a whole number of samples, found by the continued fraction of
+// the step; 0 when it is above `most_slots`.
+int32_t denominator_of(double step) {
+  int64_t larger = int64_t{1} << 53;
+  auto rest = static_cast<int64_t>(step * 0x1p53);
+  int64_t before = 0, denominator = 1;
+  while (rest > 2 * denominator) {
+    const int64_t quotient = larger / rest;
+    larger = std::exchange(rest, larger - quotient * rest);
+    before = std::exchange(denominator, before + quotient * denominator);
+    if (denominator > most_slots) return 0;
+  }
+  return static_cast<int32_t>(denominator);
+}
+
+// Slots for whole periods and, unless they become many, for whole cache lines of 8. 0 for a step that does not repeat.
+int32_t slots_for(double step) {
+  const int32_t period = step >= 0.5 && step < 1.0 ? denominator_of(step) : 0;
+  const int32_t aligned = period * (8 / std::gcd(period, 8));
+  return aligned <= most_slots / 4 ? aligned : period;
+}
+
 }  // namespace
+
+fractional_stage::fractional_stage(const kernel &k, bool linear, double step)
+    : k_(k),
+      linear_(linear),
+      step_(step),
+      in_runs_(k.phases > 0 && step < 0x1p31),
+      slots_(in_runs_ && linear && k.taps <= most_repeating_taps ? slots_for(step) : 0) {}
 
 bool kernel::read(const dsp_vec &table) {
   taps = kernel_taps(table);
@@ -61,23 +92,40 @@ int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
     at_.start += stored[x_.width];
     if (!(at_.offset >= -1.0 && std::isfinite(at_.offset) && std::isfinite(at_.start))) return -1;
   }
-  return by_rows_ ? prepare_rows() : 0;
+  return in_runs_ ? prepare() : 0;
 }
 
-int32_t fractional_stage::prepare_rows() {
-  const int64_t rows = rows_of(k_.phases) * row_stride(k_.taps);
+int32_t fractional_stage::prepare() {
   const int64_t joined = 2 * int64_t{k_.taps} * x_.width;
-  const int64_t marks = rows_of(k_.phases) / static_cast<int64_t>(sizeof(double)) + 1;
-  if (!countable(rows + joined + marks)) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
-  dsp_vec *store = row_store.obtain();
-  store->length = static_cast<int32_t>(rows + joined + marks);
+  const int64_t needed = joined + (slots_ > 0 ? room_for_slots() : room_for_rows());
+  if (!countable(needed)) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
+  dsp_vec *store = weight_store.obtain();
+  store->length = static_cast<int32_t>(needed);
   if (dsp_alloc(store) != 0) return -1;
-  joined_ = store->data + rows;
-  double *ready = joined_ + joined;
-  std::memset(ready, 0, static_cast<std::size_t>(marks) * sizeof(double));
-  rows_ = {k_.points, k_.taps, k_.phases, store->data, reinterpret_cast<unsigned char *>(ready), 0};
+  joined_ = store->data + needed - joined;
   x_.copy(0, 2 * int64_t{k_.taps} - 1, joined_);
+  slots_ > 0 ? empty_slots(store->data) : empty_rows(store->data);
   return 0;
+}
+
+int64_t fractional_stage::room_for_slots() const { return k_.taps * slot_stride(slots_) + keys_of(slots_); }
+
+void fractional_stage::empty_slots(double *room) {
+  const int64_t stride = slot_stride(slots_);
+  auto *keys = reinterpret_cast<int64_t *>(room + k_.taps * stride);
+  std::fill_n(keys, keys_of(slots_), -1);
+  weights_ = {k_.points, k_.taps, k_.phases, slots_, 0, stride, room, keys};
+}
+
+int64_t fractional_stage::room_for_rows() const {
+  const int64_t marks = rows_of(k_.phases) / static_cast<int64_t>(sizeof(double)) + 1;
+  return rows_of(k_.phases) * row_stride(k_.taps) + marks;
+}
+
+void fractional_stage::empty_rows(double *room) {
+  auto *ready = reinterpret_cast<unsigned char *>(room + rows_of(k_.phases) * row_stride(k_.taps));
+  std::memset(ready, 0, static_cast<std::size_t>(rows_of(k_.phases)));
+  rows_ = {k_.points, k_.taps, k_.phases, room, ready, 0};
 }
 
 int32_t fractional_stage::make(int32_t most, double *y) {
@@ -86,20 +134,21 @@ int32_t fractional_stage::make(int32_t most, double *y) {
     carry_whole_samples(&at_);
     at_.start = std::max(at_.start, -static_cast<double>(k_.taps));  // nothing older is held
     if (at_.start > static_cast<double>(newest_)) break;
-    made += by_rows_ ? make_by_rows(most - made, y + int64_t{made} * x_.width) : make_one(y + int64_t{made} * x_.width);
+    made += in_runs_ ? make_run(most - made, y + int64_t{made} * x_.width) : make_one(y + int64_t{made} * x_.width);
   }
   return made;
 }
 
 // Spans that begin in the past lie in the joined samples, of which number 0 is the oldest of the past.
 // NOLINTNEXTLINE(readability-non-const-parameter): the kernel writes to y
-int32_t fractional_stage::make_by_rows(int32_t most, double *y) {
+int32_t fractional_stage::make_run(int32_t most, double *y) {
   const bool in_past = at_.start < 0;
   const int64_t origin = in_past ? k_.taps : 0;
   const int64_t newest = (in_past ? std::min<int64_t>(newest_, -1) : newest_) + origin;
   const fractional_run run = {in_past ? joined_ : x_.block, x_.width, newest, linear_, step_, y, most};
   int64_t start = static_cast<int64_t>(at_.start) + origin;
-  const int32_t made = fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
+  const int32_t made = slots_ > 0 ? repeating_kernels().interpolate(run, weights_, &at_.offset, &start)
+                                  : fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
   at_.start = static_cast<double>(start - origin);
   return made;
 }
@@ -121,7 +170,7 @@ void fractional_stage::end() {
   stored[x_.width] = at_.start - static_cast<double>(newest_);
 }
 
-int32_t free_kernel_rows() { return row_store.release(); }
+int32_t free_kernel_rows() { return weight_store.release(); }
 
 }  // namespace dsp::resample
 

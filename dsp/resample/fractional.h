@@ -7,6 +7,7 @@
 #include "dsp/dsp.h"
 #include "dsp/resample/fractional_kernels.h"
 #include "dsp/resample/position.h"
+#include "dsp/resample/repeating_kernels.h"
 
 namespace dsp::resample {
 
@@ -21,11 +22,10 @@ struct kernel {
   bool read(const dsp_vec &table);
 };
 
-// begin(), make() as often as wanted, end(). One stage at a time: its rows lie in a process-wide store.
+// begin(), make() as often as wanted, end(). One stage at a time: its weights lie in a process-wide store.
 class fractional_stage {
  public:
-  fractional_stage(const kernel &k, bool linear, double step)
-      : k_(k), linear_(linear), step_(step), by_rows_(k.phases > 0 && step < 0x1p31) {}
+  fractional_stage(const kernel &k, bool linear, double step);
 
   // `state` may be null, or holds T samples of the stream's representation, the offset and the start. -1: no position
   // or no memory; nothing has changed.
@@ -36,19 +36,25 @@ class fractional_stage {
   void end();
 
  private:
-  int32_t prepare_rows();
-  int32_t make_by_rows(int32_t most, double *y);
+  int32_t prepare();
+  int64_t room_for_slots() const;
+  void empty_slots(double *room);
+  int64_t room_for_rows() const;
+  void empty_rows(double *room);
+  int32_t make_run(int32_t most, double *y);
   int32_t make_one(double *y);
 
   const kernel &k_;
   bool linear_;
   double step_;
-  bool by_rows_;
+  bool in_runs_;   // the kernels for this processor make the outputs
+  int32_t slots_;  // for a step whose phases repeat, else 0
   past_and_block x_ = {{}, nullptr, 0};
   int64_t newest_ = 0;  // the last sample at which a span may begin
   position at_ = {0.0, 0.0};
   dsp_vec *state_ = nullptr;
   kernel_rows rows_ = {};
+  repeating_weights weights_ = {};
   double *joined_ = nullptr;  // the past and the first taps - 1 samples of the block
 };
 

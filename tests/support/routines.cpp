@@ -368,7 +368,7 @@ const std::vector<routine> &routines() {
     {"dspc_rsmp", "b*", {0, 34}, of_functions, [](call &c) { return dspc_rsmp(c[0], c.variant); }, 5},
     {"dspc_rsmp_cos", "b* fr5", {0, 34}, of_functions, of(dspc_rsmp_cos)},
     {"dspc_rsmp_pcos", "b* fr5", {0, 34}, of_functions, of(dspc_rsmp_pcos)},
-    {"dspd_rsmp", "i* or20 ft34 sr0", few, 0xfe24b577a6c610e0, [](call &c) {
+    {"dspd_rsmp", "i* or20 ft34 sr0", few, 0x11c0b8dd7d119c26, [](call &c) {
        return dspd_rsmp(c[0], c[1], c.variant % 2, c[2], 0.75 * c.variant, c[3]);
      }, 4},
     {"dspd_rsmp", "i* or20 ft34", few, 0x786211eb32f96dfd, [](call &c) { return dspd_rsmp(c[0], c[1], 1, c[2], 1.3, nullptr); }},
