@@ -1,80 +1,52 @@
 // Transforms of 2 to 15 samples, forward and unscaled, on whole vectors. Natural order in and out.
 #pragma once
 
+#include "dsp/fft/complex_vectors.h"
 #include "dsp/math/angle.h"
-#include "dsp/simd/vector.h"
 
 namespace dsp::fft {
 namespace {
 
-template <int W>
-DSP_INLINE points<W> operator+(const points<W> &a, const points<W> &b) {
-  return {a.re + b.re, a.im + b.im};
-}
-
-template <int W>
-DSP_INLINE points<W> operator-(const points<W> &a, const points<W> &b) {
-  return {a.re - b.re, a.im - b.im};
-}
-
-template <int W>
-DSP_INLINE points<W> times_minus_i(const points<W> &a) {
-  return {a.im, -a.re};
-}
-
-// a + half_sqrt2 b and a - half_sqrt2 b.
-template <int W>
-DSP_INLINE points<W> plus_scaled(const points<W> &a, const points<W> &b) {
-  return {a.re + b.re * half_sqrt2, a.im + b.im * half_sqrt2};
-}
-
-template <int W>
-DSP_INLINE points<W> minus_scaled(const points<W> &a, const points<W> &b) {
-  return {a.re - b.re * half_sqrt2, a.im - b.im * half_sqrt2};
-}
-
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[2]) {
-  const points<W> difference = x[0] - x[1];
+template <class P>
+DSP_INLINE void butterfly(P (&x)[2]) {
+  const P difference = x[0] - x[1];
   x[0] = x[0] + x[1];
   x[1] = difference;
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[4]) {
-  const points<W> a = x[0] + x[2];
-  const points<W> b = x[1] + x[3];
-  const points<W> c = x[0] - x[2];
-  const points<W> d = x[1] - x[3];
+template <class P>
+DSP_INLINE void butterfly(P (&x)[4]) {
+  const P a = x[0] + x[2];
+  const P b = x[1] + x[3];
+  const P c = x[0] - x[2];
+  const P d = x[1] - x[3];
   x[0] = a + b;
-  x[1] = {c.re + d.im, c.im - d.re};
+  x[1] = minus_i(c, d);
   x[2] = a - b;
-  x[3] = {c.re - d.im, c.im + d.re};
+  x[3] = plus_i(c, d);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[8]) {
-  points<W> even[4] = {x[0] + x[4], x[1] + x[5], x[2] + x[6], x[3] + x[7]};
-  const points<W> d0 = x[0] - x[4];
-  const points<W> d1 = x[1] - x[5];
-  const points<W> d2 = x[2] - x[6];
-  const points<W> d3 = x[3] - x[7];
-  butterfly<W>(even);
-  // The odd outputs: d1 turned by -45 and d3 by -135 degrees, both still to be scaled by half_sqrt2.
-  const points<W> t1 = {d1.re + d1.im, d1.im - d1.re};
-  const points<W> t3 = {d3.im - d3.re, -d3.re - d3.im};
-  const points<W> a = {d0.re + d2.im, d0.im - d2.re};
-  const points<W> c = {d0.re - d2.im, d0.im + d2.re};
-  const points<W> b = t1 + t3;
-  const points<W> d = times_minus_i<W>(t1 - t3);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[8]) {
+  P even[4] = {x[0] + x[4], x[1] + x[5], x[2] + x[6], x[3] + x[7]};
+  const P d0 = x[0] - x[4];
+  const P d1 = x[1] - x[5];
+  const P d2 = x[2] - x[6];
+  const P d3 = x[3] - x[7];
+  butterfly(even);
+  // d1 turned by -45 and d3 by 45 degrees, both still to be scaled by half_sqrt2.
+  const P t1 = minus_i(d1, d1);
+  const P t3 = plus_i(d3, d3);
+  const P a = minus_i(d0, d2);
+  const P c = plus_i(d0, d2);
   x[0] = even[0];
-  x[1] = plus_scaled<W>(a, b);
+  x[1] = a + (t1 - t3) * half_sqrt2;
   x[2] = even[1];
-  x[3] = plus_scaled<W>(c, d);
+  x[3] = minus_i(c, t1 + t3, half_sqrt2);
   x[4] = even[2];
-  x[5] = minus_scaled<W>(a, b);
+  x[5] = a - (t1 - t3) * half_sqrt2;
   x[6] = even[3];
-  x[7] = minus_scaled<W>(c, d);
+  x[7] = plus_i(c, t1 + t3, half_sqrt2);
 }
 
 // Loops over the samples of a butterfly, which are to stay in registers.
@@ -136,54 +108,52 @@ constexpr double circle_sin(int i) {
 }
 
 // Odd R: the sums x[j] + x[R - j] meet cosines only, the differences sines only.
-template <int W, int R>
-DSP_INLINE void odd_butterfly(points<W> (&x)[R]) {
+template <class P, int R>
+DSP_INLINE void odd_butterfly(P (&x)[R]) {
   constexpr int half = R / 2;
-  points<W> sum[half];
-  points<W> difference[half];
+  P sum[half];
+  P difference[half];
   DSP_UNROLL for (int j = 0; j < half; ++j) {
     sum[j] = x[j + 1] + x[R - 1 - j];
     difference[j] = x[j + 1] - x[R - 1 - j];
   }
-  const points<W> first = x[0];
+  const P first = x[0];
   DSP_UNROLL for (int j = 0; j < half; ++j) x[0] = x[0] + sum[j];
   DSP_UNROLL for (int k = 1; k <= half; ++k) {
-    points<W> even = {first.re + sum[0].re * circle_cos<R>(k), first.im + sum[0].im * circle_cos<R>(k)};
-    points<W> odd = {difference[0].re * circle_sin<R>(k), difference[0].im * circle_sin<R>(k)};
+    P even = first + sum[0] * circle_cos<R>(k);
+    P odd = difference[0] * circle_sin<R>(k);
     DSP_UNROLL for (int j = 2; j <= half; ++j) {
-      even.re = even.re + sum[j - 1].re * circle_cos<R>(j * k);
-      even.im = even.im + sum[j - 1].im * circle_cos<R>(j * k);
-      odd.re = odd.re + difference[j - 1].re * circle_sin<R>(j * k);
-      odd.im = odd.im + difference[j - 1].im * circle_sin<R>(j * k);
+      even = even + sum[j - 1] * circle_cos<R>(j * k);
+      odd = odd + difference[j - 1] * circle_sin<R>(j * k);
     }
-    x[k] = {even.re + odd.im, even.im - odd.re};
-    x[R - k] = {even.re - odd.im, even.im + odd.re};
+    x[k] = minus_i(even, odd);
+    x[R - k] = plus_i(even, odd);
   }
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[3]) {
-  odd_butterfly<W, 3>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[3]) {
+  odd_butterfly(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[5]) {
-  odd_butterfly<W, 5>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[5]) {
+  odd_butterfly(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[7]) {
-  odd_butterfly<W, 7>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[7]) {
+  odd_butterfly(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[11]) {
-  odd_butterfly<W, 11>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[11]) {
+  odd_butterfly(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[13]) {
-  odd_butterfly<W, 13>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[13]) {
+  odd_butterfly(x);
 }
 
 // The k below A B with k mod A = a and k mod B = b.
@@ -194,63 +164,55 @@ constexpr int by_remainders(int a, int b) {
 }
 
 // Coprime factors need no roots between them (Good 1958): samples aB + bA go in, frequencies come out by remainders.
-template <int W, int A, int B>
-DSP_INLINE void coprime_butterfly(points<W> (&x)[A * B]) {
-  points<W> row[A][B];
+template <int A, int B, class P>
+DSP_INLINE void coprime_butterfly(P (&x)[A * B]) {
+  P row[A][B];
   DSP_UNROLL for (int a = 0; a < A; ++a) {
     DSP_UNROLL for (int b = 0; b < B; ++b) row[a][b] = x[(a * B + b * A) % (A * B)];
-    butterfly<W>(row[a]);
+    butterfly(row[a]);
   }
   DSP_UNROLL for (int b = 0; b < B; ++b) {
-    points<W> column[A];
+    P column[A];
     DSP_UNROLL for (int a = 0; a < A; ++a) column[a] = row[a][b];
-    butterfly<W>(column);
+    butterfly(column);
     DSP_UNROLL for (int a = 0; a < A; ++a) x[by_remainders<A, B>(a, b)] = column[a];
   }
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[6]) {
-  coprime_butterfly<W, 2, 3>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[6]) {
+  coprime_butterfly<2, 3>(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[10]) {
-  coprime_butterfly<W, 2, 5>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[10]) {
+  coprime_butterfly<2, 5>(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[12]) {
-  coprime_butterfly<W, 4, 3>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[12]) {
+  coprime_butterfly<4, 3>(x);
 }
 
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[15]) {
-  coprime_butterfly<W, 3, 5>(x);
+template <class P>
+DSP_INLINE void butterfly(P (&x)[15]) {
+  coprime_butterfly<3, 5>(x);
 }
 
-// a times the k-th ninth root of unity.
-template <int W>
-DSP_INLINE points<W> times_ninth_root(const points<W> &a, int k) {
-  const double cos = circle_cos<9>(k);
-  const double sin = circle_sin<9>(k);
-  return {a.re * cos + a.im * sin, a.im * cos - a.re * sin};
-}
-
-template <int W>
-DSP_INLINE void butterfly(points<W> (&x)[9]) {
-  points<W> row[3][3];
+template <class P>
+DSP_INLINE void butterfly(P (&x)[9]) {
+  P row[3][3];
   DSP_UNROLL for (int b = 0; b < 3; ++b) {
     DSP_UNROLL for (int a = 0; a < 3; ++a) row[b][a] = x[b + 3 * a];
-    butterfly<W>(row[b]);
+    butterfly(row[b]);
   }
   DSP_UNROLL for (int k = 0; k < 3; ++k) {
-    points<W> column[3] = {row[0][k], row[1][k], row[2][k]};
+    P column[3] = {row[0][k], row[1][k], row[2][k]};
     if (k > 0) {
-      column[1] = times_ninth_root<W>(column[1], k);
-      column[2] = times_ninth_root<W>(column[2], 2 * k);
+      column[1] = turned(column[1], circle_cos<9>(k), circle_sin<9>(k));
+      column[2] = turned(column[2], circle_cos<9>(2 * k), circle_sin<9>(2 * k));
     }
-    butterfly<W>(column);
+    butterfly(column);
     DSP_UNROLL for (int a = 0; a < 3; ++a) x[k + 3 * a] = column[a];
   }
 }

@@ -12,9 +12,9 @@ template <int W, bool Before, bool After>
 DSP_INLINE void multiply_at(const double *x, const double *w, double *to) {
   points<W> a = load_pairs<W>(x);
   const points<W> b = load_pairs<W>(w);
-  if constexpr (Before) a = exchanged<W>(a);
+  if constexpr (Before) a = exchanged(a);
   a = {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
-  if constexpr (After) a = exchanged<W>(a);
+  if constexpr (After) a = exchanged(a);
   store_pairs<W>(to, a);
 }
 

@@ -6,13 +6,21 @@
 using namespace dsp;
 using namespace dsp::fft;
 
+namespace {
+
+// A spectrum of real samples costs half, and is exactly symmetric.
+[[gnu::noinline]] int32_t fft_of_real(dsp_vec *v, uint32_t inverse) {
+  if (v->length > 2 && inverse == 0) return dspi_rfft(v) == 0 ? dspi_orecon(v, 0) : -1;
+  return dspi_rtoc(v) == 0 ? dspi_fft(v, inverse) : -1;
+}
+
+}  // namespace
+
 int32_t dspi_fft(dsp_vec *v, uint32_t inverse) {
   const int32_t n = v->length;
   if (!is_power_of_two(n)) return -1;
-  if (n > 2 && inverse == 0 && v->is_complex == 0)  // half the work, and an exactly symmetric spectrum
-    return dspi_rfft(v) == 0 ? dspi_orecon(v, 0) : -1;
   if (n > 1) {
-    if (dspi_rtoc(v) != 0) return -1;
+    if (v->is_complex == 0) return fft_of_real(v, inverse);
     const int bits = log2_of(n);
     const double scale = inverse != 0 ? 1.0 : reciprocal_power_of_two(bits);
     if (transform(v->data, bits, inverse != 0, scale) != 0) return -1;

@@ -29,8 +29,9 @@ struct fft_tables {
 struct fft_kernel_set {
   int lanes;        // of the widest kernel
   int root_values;  // doubles a root takes: cos, sin, or cos, -(cos + sin), sin - cos for three-multiplication products
+  int most_small_bits;
   void (*transform)(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse);
-  void (*small)(int bits, double *x, double scale, bool inverse);  // 2, 4 and 8 samples
+  void (*small)(int bits, double *x, double scale, bool inverse);  // up to 2^most_small_bits
   // Between the transform of half the size on pairs of real samples and the half spectrum; m complex samples, m + 1
   // after `post_process`. The octant is that of 2m.
   void (*post_process)(double *x, std::ptrdiff_t m, const double *octant);

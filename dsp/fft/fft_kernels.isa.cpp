@@ -3,6 +3,7 @@
 
 #include "dsp/fft/bitrev_tables.h"
 #include "dsp/fft/butterfly.h"
+#include "dsp/fft/short_transform.h"
 #include "dsp/fft/times_root.h"
 
 namespace dsp::fft {
@@ -22,18 +23,14 @@ constexpr int widest = 1;
 // Blocks of so many samples go through all their passes before the next is touched.
 constexpr std::ptrdiff_t cached_samples = 1024;
 
+// What needs no plan. With wide vectors 16 and 32 samples are one straight line as well.
+constexpr int short_lanes = widest / 2;
+constexpr int most_small_bits = widest < 4 ? 3 : 5;
+
 constexpr int reversed_bits(int value, int size) {
   int r = 0;
   for (; size > 1; size /= 2, value /= 2) r = 2 * r + value % 2;
   return r;
-}
-
-template <int W, bool Exchange>
-DSP_INLINE points<W> exchanged_if(const points<W> &a) {
-  if constexpr (Exchange)
-    return exchanged<W>(a);
-  else
-    return a;
 }
 
 // Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
@@ -46,7 +43,7 @@ struct as_pairs {
 struct as_exchanged_pairs {
   template <int W>
   static DSP_INLINE points<W> load(const double *p) {
-    return exchanged<W>(load_pairs_in_order<W>(p));
+    return exchanged(load_pairs_in_order<W>(p));
   }
 };
 struct as_split {
@@ -65,7 +62,7 @@ void pass(double *x, std::ptrdiff_t n, std::ptrdiff_t blocks, const double *root
     for (double *at = x; at < x + leg; at += 2 * W) {
       points<W> v[R];
       for (int i = 0; i < R; ++i) v[i] = Source::template load<W>(at + i * leg);
-      butterfly<W>(v);
+      butterfly(v);
       store_split<W>(at, v[0]);
       for (int i = 1; i < R; ++i, root += root_values * W)
         store_split<W>(at + reversed_bits(i, R) * leg, times_root<W>(v[i], root));
@@ -120,7 +117,7 @@ DSP_INLINE points<W> turned_by_eighths(const points<W> &a, int k) {
     case 1:
       return {a.re + a.im, a.im - a.re};
     case 2:
-      return times_minus_i<W>(a);
+      return {a.im, -a.re};
     default:
       return {a.im - a.re, -a.re - a.im};
   }
@@ -149,7 +146,7 @@ struct tile {
     for (int group = 0; group < T / W; ++group) {
       points<W> row[T];
       for (int i = 0; i < T; ++i) row[i] = Source::template load<W>(x + 2 * (i * T + group * W));
-      butterfly<W>(row);
+      butterfly(row);
       for (int i = 1; i < T; ++i, roots += root_values * W) row[i] = times_root<W>(row[i], roots);
       take_rows(row, group);
     }
@@ -172,12 +169,12 @@ struct tile {
     for (int rows = 0; rows < T / side; ++rows, x += W) {
       points<W> v[T / 2];
       for (int i = 0; i < T / 2; ++i) v[i] = unit[i][rows];
-      butterfly<W>(v);
+      butterfly(v);
       for (int i = 0; i < T / 2; ++i) {
         const int eighths = 8 / T * i;
-        const points<W> even = exchanged_if<W, Exchange>({v[i].re * scale, v[i].im * scale});
+        const points<W> even = exchanged_if<Exchange>(v[i] * scale);
         // GCOVR_EXCL_BR_START: tiles of 4 turn by quarters only
-        const points<W> odd = exchanged_if<W, Exchange>(turned_by_eighths<W>(v[i], eighths));
+        const points<W> odd = exchanged_if<Exchange>(turned_by_eighths<W>(v[i], eighths));
         const lanes<W> first = first_lanes<W>(even.re, even.im);
         const lanes<W> second = second_lanes<W>(odd.re, odd.im);
         const double weight = eighths % 2 != 0 ? half_sqrt2 * scale : scale;
@@ -218,9 +215,11 @@ void only_tile(const double *roots, double *x, double scale) {
 template <int W, int T>
 void transform(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
   const std::ptrdiff_t n = std::ptrdiff_t{1} << plan.bits;
-  if (n == T * T)
-    return inverse ? only_tile<W, T, true, as_exchanged_pairs>(tables.roots, x, scale)
-                   : only_tile<W, T, false, as_pairs>(tables.roots, x, scale);
+  if constexpr (1 << most_small_bits < T * T) {
+    if (n == T * T)
+      return inverse ? only_tile<W, T, true, as_exchanged_pairs>(tables.roots, x, scale)
+                     : only_tile<W, T, false, as_pairs>(tables.roots, x, scale);
+  }
   const int radix_bits = plan.radix_bits[0];
   const double *next = tables.roots + root_values * (n - (n >> radix_bits));
   if (inverse)
@@ -235,18 +234,19 @@ void transform(const fft_plan &plan, const fft_tables &tables, double *x, double
 }
 
 void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse) {
-#if defined(__AVX512F__)
-  if (plan.lanes == 8) return transform<8, 8>(plan, tables, x, scale, inverse);
-#endif
-  transform<(widest < 4 ? 2 : 4), 4>(plan, tables, x, scale, inverse);
+  transform<(widest < 2 ? 2 : widest), (widest < 8 ? 4 : 8)>(plan, tables, x, scale, inverse);
 }
 
 template <int N, bool Exchange>
 DSP_INLINE void small(double *x, double scale) {
-  points<1> v[N];
-  for (int i = 0; i < N; ++i) v[i] = exchanged_if<1, Exchange>(load_split<1>(x + 2 * i));
-  butterfly<1>(v);
-  for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<1, Exchange>({v[i].re * scale, v[i].im * scale}));
+  if constexpr (N < 16) {
+    points<1> v[N];
+    for (int i = 0; i < N; ++i) v[i] = exchanged_if<Exchange>(load_split<1>(x + 2 * i));
+    butterfly(v);
+    for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<Exchange>(v[i] * scale));
+  } else {
+    short_transform<(N < 32 ? 2 : widest / 2), N, Exchange>(x, scale);
+  }
 }
 
 template <int N>
@@ -258,12 +258,13 @@ void small(double *x, double scale, bool inverse) {
 }
 
 void small_any(int bits, double *x, double scale, bool inverse) {
-  if (bits == 1)
-    small<2>(x, scale, inverse);
-  else if (bits == 2)
-    small<4>(x, scale, inverse);
-  else
-    small<8>(x, scale, inverse);
+  if constexpr (most_small_bits == 5) {
+    if (bits == 5) return small<32>(x, scale, inverse);
+    if (bits == 4) return small<16>(x, scale, inverse);
+  }
+  if (bits == 3) return small<8>(x, scale, inverse);
+  if (bits == 2) return small<4>(x, scale, inverse);
+  small<2>(x, scale, inverse);
 }
 
 // With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
@@ -413,7 +414,7 @@ void small_real_any(int bits, double *x, double scale, bool inverse, const doubl
 }  // namespace
 
 extern const fft_kernel_set fft_set = {
-    widest > 2 ? widest : 2, root_values,      transform_any,  small_any, post_process, pre_process,
+    widest > 2 ? widest : 2, root_values,      most_small_bits, transform_any, small_any, post_process, pre_process,
     small_real_any,          post_process_any, pre_process_any};
 
 }  // namespace DSP_ISA

@@ -36,7 +36,7 @@ DSP_INLINE void put(const result_sink &sink, double *to, std::ptrdiff_t step, co
   } else if (sink.kind == result_sink::pairs) {
     DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(v[k], scale, to + k * step);
   } else {
-    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(exchanged<W>(v[k]), scale, to + k * step);
+    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(exchanged(v[k]), scale, to + k * step);
   }
 }
 
@@ -62,7 +62,7 @@ void pass(double *x, const pass_context &c) {
     for (double *at = x; at < x + leg; at += 2 * W, root += (R - 1) * root_values) {
       points<W> v[R];
       DSP_UNROLL for (int k = 0; k < R; ++k) v[k] = load_split<W>(at + k * leg);
-      butterfly<W>(v);
+      butterfly(v);
       if (last) {
         put<W, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.order[block]) * sink.unit, sink.step, between, v);
         between += root_values * W * R;
@@ -243,7 +243,7 @@ template <int W>
 void gather_columns(const double *x, std::ptrdiff_t stride, std::ptrdiff_t n, bool inverse, double *buffer) {
   for (std::ptrdiff_t i = 0; i < n; ++i, x += stride, buffer += 2 * W) {
     const points<W> v = load_pairs<W>(x);
-    store_split<W>(buffer, inverse ? exchanged<W>(v) : v);
+    store_split<W>(buffer, inverse ? exchanged(v) : v);
   }
 }
 
@@ -291,9 +291,9 @@ DSP_INLINE void transposed_butterfly(const double *x, std::ptrdiff_t leg, bool i
                                      points<W> (&v)[W]) {
   DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = load_pairs<W>(x + k * leg);
   if (inverse) {
-    DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = exchanged<W>(v[k]);
+    DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = exchanged(v[k]);
   }
-  butterfly<W>(v);
+  butterfly(v);
   if (root != nullptr) {
     DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root<W>(v[k], root + (k - 1) * root_values);
   }
@@ -304,7 +304,7 @@ DSP_INLINE void transposed_butterfly(const double *x, std::ptrdiff_t leg, bool i
 template <int W>
 DSP_INLINE void short_columns(const mixed_plan &plan, const double *x, bool inverse, const double *middle, double *to) {
   points<W> v[W];
-  transposed_butterfly<W>(x, 2 * plan.rows.n, inverse, nullptr, v);
+  transposed_butterfly(x, 2 * plan.rows.n, inverse, nullptr, v);
   DSP_UNROLL for (int i = 0; i < W; ++i)
       store_split<W>(to + i * 2 * W, times_root<W>(v[i], middle + i * root_values * W));
 }
@@ -317,7 +317,7 @@ void long_columns(const mixed_plan &plan, const double *x, bool inverse, const d
   const double *root = plan.first;
   for (std::ptrdiff_t j = 0; j < m; ++j, root += (W - 1) * root_values) {
     points<W> v[W];
-    transposed_butterfly<W>(x + 2 * j * n2, 2 * m * n2, inverse, root, v);
+    transposed_butterfly(x + 2 * j * n2, 2 * m * n2, inverse, root, v);
     DSP_UNROLL for (int i = 0; i < W; ++i) store_split<W>(buffer + (i * m + j) * 2 * W, v[i]);
   }
   run<W>(plan.columns, W, buffer, {result_sink::work, to, 2 * W, n2 * 2 * W, middle, 1.0});
@@ -368,7 +368,7 @@ void direct(double *x, double scale, bool inverse) {
   double *const im = inverse ? x : x + 1;
   points<1> v[N];
   DSP_UNROLL for (int i = 0; i < N; ++i) v[i] = {re[2 * i], im[2 * i]};
-  butterfly<1>(v);
+  butterfly(v);
   DSP_UNROLL for (int i = 0; i < N; ++i) re[2 * i] = v[i].re * scale, im[2 * i] = v[i].im * scale;
 }
 

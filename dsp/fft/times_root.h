@@ -1,7 +1,7 @@
 // Products with roots of unity as tables hold them, for kernels.
 #pragma once
 
-#include "dsp/simd/vector.h"
+#include "dsp/fft/complex_vectors.h"
 
 namespace dsp::fft {
 namespace {
@@ -12,12 +12,6 @@ constexpr int root_values = 2;
 #else
 constexpr int root_values = 3;
 #endif
-
-// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
-template <int W>
-DSP_INLINE points<W> exchanged(const points<W> &a) {
-  return {a.im, a.re};
-}
 
 // a times cos - i sin.
 template <int W>

@@ -7,15 +7,13 @@
 namespace dsp::fft {
 namespace {
 
-constexpr int smallest_planned = 4;  // bits
-
 // The widest kernels have registers for radix 8: after radix 4 as many of its passes as leave that an even number of
 // levels. The others take one, last, where radix 4 would leave a level over.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
-  const bool wide = lanes == 8 && bits >= 6;
+  const bool wide = lanes == 8;
   plan.bits = static_cast<int8_t>(bits);
-  plan.lanes = static_cast<int8_t>(wide || lanes < 8 ? lanes : 4);
+  plan.lanes = static_cast<int8_t>(lanes);
   plan.tile_bits = wide ? 3 : 2;
   int left = bits - plan.tile_bits;
   const int eights = wide ? left / 3 - (left % 3 == 1 ? 1 : 0) : 0;
@@ -36,7 +34,7 @@ struct fft_setup {
 fft_setup setups[32];
 const double *octants[32];
 
-bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
+[[gnu::noinline]] bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
   fft_setup fresh = {&kernels, make_plan(bits, kernels.lanes), {}};
   fresh.tables.roots = twiddle_table(fresh.plan, kernels.root_values);
   fresh.tables.pairs = bitrev_pairs(bits - 2 * fresh.plan.tile_bits);
@@ -46,17 +44,19 @@ bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
   return true;
 }
 
+int32_t planned_transform(const fft_kernel_set &kernels, double *x, int bits, bool inverse, double scale) {
+  fft_setup &setup = setups[bits];
+  if (setup.kernels != &kernels && !set_up(bits, kernels, &setup)) return -1;
+  kernels.transform(setup.plan, setup.tables, x, scale, inverse);
+  return 0;
+}
+
 }  // namespace
 
 int32_t transform(double *x, int bits, bool inverse, double scale) {
   const fft_kernel_set &kernels = fft_kernels();
-  if (bits < smallest_planned) {
-    kernels.small(bits, x, scale, inverse);
-    return 0;
-  }
-  fft_setup &setup = setups[bits];
-  if (setup.kernels != &kernels && !set_up(bits, kernels, &setup)) return -1;
-  kernels.transform(setup.plan, setup.tables, x, scale, inverse);
+  if (bits > kernels.most_small_bits) return planned_transform(kernels, x, bits, inverse, scale);
+  kernels.small(bits, x, scale, inverse);
   return 0;
 }
 
