@@ -7,13 +7,21 @@
 
 namespace dsp::fft {
 
+namespace {
+
+[[gnu::noinline]] int32_t transform_by_new_plan(double *x, int32_t n, bool inverse, double scale) {
+  if (has_chirp(n) || chirp_cost(n) < shape_of(n, mixed_kernels().lanes).cost)
+    return chirp_transform(x, n, inverse, scale);
+  return mixed_transform(find_or_make_mixed(n), x, inverse, scale);
+}
+
+}  // namespace
+
 int32_t transform_of_any_length(double *x, int32_t n, bool inverse, double scale) {
   if (is_power_of_two(n)) return transform(x, log2_of(n), inverse, scale);
   if (is_direct(n)) return direct_transform(x, n, inverse, scale), 0;
   if (const mixed_entry *known = find_mixed(n)) return mixed_transform(known, x, inverse, scale);
-  if (has_chirp(n) || chirp_cost(n) < shape_of(n, mixed_kernels().lanes).cost)
-    return chirp_transform(x, n, inverse, scale);
-  return mixed_transform(find_or_make_mixed(n), x, inverse, scale);
+  return transform_by_new_plan(x, n, inverse, scale);
 }
 
 }  // namespace dsp::fft

@@ -49,13 +49,6 @@ DSP_INLINE void butterfly(P (&x)[8]) {
   x[7] = plus_i(c, t1 + t3, half_sqrt2);
 }
 
-// Loops over the samples of a butterfly, which are to stay in registers.
-#ifdef __clang__
-#define DSP_UNROLL _Pragma("clang loop unroll(full)")
-#else
-#define DSP_UNROLL _Pragma("GCC unroll 16")
-#endif
-
 // cos and sin of 2 pi j/R, j = 1 .. R/2.
 template <int R>
 struct circle_points;

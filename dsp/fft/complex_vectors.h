@@ -6,10 +6,19 @@
 namespace dsp::fft {
 namespace {
 
+// Loops over the samples of a butterfly, which are to stay in registers.
+#ifdef __clang__
+#define DSP_UNROLL _Pragma("clang loop unroll(full)")
+#else
+#define DSP_UNROLL _Pragma("GCC unroll 16")
+#endif
+
 // W complex samples in one vector, real and imaginary parts in turn as a signal holds them. Half as long as `points`:
 // for short records. Turns by a quarter cost a shuffle, and products with roots one more.
 template <int W>
 struct pairs {
+  static constexpr int width = W;
+  static constexpr bool in_pairs = true;
   lanes<2 * W> parts;
 };
 
@@ -117,26 +126,79 @@ DSP_INLINE pairs<W> turned(const pairs<W> &a, double cos, double sin) {
   return {a.parts * cos + swap_pairs(a.parts) * alternating_signs<W>(sin)};
 }
 
-template <int W>
-DSP_INLINE pairs<W> load_as_pairs(const double *p) {
-  return {load<lanes<2 * W>>(p)};
+// A vector of the record: points in lane order, pairs as they lie there. The widest pairs come in halves, since a load
+// across two vectors that were stored just before would wait for both.
+template <class P>
+DSP_INLINE P load_samples(const double *p) {
+  if constexpr (P::in_pairs && P::width == 4)
+    return {__builtin_shufflevector(load<lanes<4>>(p), load<lanes<4>>(p + 4), 0, 1, 2, 3, 4, 5, 6, 7)};
+  else if constexpr (P::in_pairs)
+    return {load<lanes<2 * P::width>>(p)};
+  else
+    return load_pairs<P::width>(p);
 }
 template <int W>
-DSP_INLINE void store_as_pairs(double *p, const pairs<W> &v) {
+DSP_INLINE void store_samples(double *p, const points<W> &v) {
+  store_pairs<W>(p, v);
+}
+template <int W>
+DSP_INLINE void store_samples(double *p, const pairs<W> &v) {
   store(p, v.parts);
 }
 
-// The W samples of `count` vectors change places with the vectors: W at a time of what was one lane are one vector,
-// `count`/W of them follow each other for each lane.
-template <int W, int Count>
-DSP_INLINE void transpose(const pairs<W> (&from)[Count], pairs<W> (&to)[Count]) {
-  static_assert(Count % W == 0);
-  for (int at = 0; at < Count; at += W) {
-    lanes<2 * W> row[W];
-    for (int i = 0; i < W; ++i) row[i] = from[at + i].parts;
-    transpose_units<2 * W>(row);
-    for (int i = 0; i < W; ++i) to[i * (Count / W) + at / W].parts = row[i];
+// A vector of a work area, as it is.
+template <class P>
+DSP_INLINE P load_vector(const double *p) {
+  if constexpr (P::in_pairs)
+    return {load<lanes<2 * P::width>>(p)};
+  else
+    return load_split<P::width>(p);
+}
+template <int W>
+DSP_INLINE void store_vector(double *p, const points<W> &v) {
+  store_split<W>(p, v);
+}
+template <int W>
+DSP_INLINE void store_vector(double *p, const pairs<W> &v) {
+  store(p, v.parts);
+}
+
+// Lane l of load_pairs holds sample lane_order(l), and store_pairs puts it there.
+template <int W>
+constexpr int lane_order(int l) {
+  return W < 4 ? l : l % 2 * (W / 2) + l / 2;
+}
+
+template <int W>
+DSP_INLINE void transpose(lanes<W> (&row)[W]) {
+  lanes<W> firsts[W / 2];
+  lanes<W> seconds[W / 2];
+  DSP_UNROLL for (int i = 0; i < W / 2; ++i) {
+    firsts[i] = first_lanes<W>(row[2 * i], row[2 * i + 1]);
+    seconds[i] = second_lanes<W>(row[2 * i], row[2 * i + 1]);
   }
+  transpose_units<W>(firsts);
+  transpose_units<W>(seconds);
+  DSP_UNROLL for (int i = 0; i < W / 2; ++i) row[2 * i] = firsts[i], row[2 * i + 1] = seconds[i];
+}
+
+// Samples and vectors change places. Points count samples in lane order on the way in, vectors in their own on the way
+// out.
+template <int W>
+DSP_INLINE void transpose(points<W> (&v)[W]) {
+  lanes<W> re[W];
+  lanes<W> im[W];
+  DSP_UNROLL for (int l = 0; l < W; ++l) re[l] = v[lane_order<W>(l)].re, im[l] = v[lane_order<W>(l)].im;
+  transpose<W>(re);
+  transpose<W>(im);
+  DSP_UNROLL for (int i = 0; i < W; ++i) v[lane_order<W>(i)] = {re[i], im[i]};
+}
+template <int W>
+DSP_INLINE void transpose(pairs<W> (&v)[W]) {
+  lanes<2 * W> row[W];
+  DSP_UNROLL for (int i = 0; i < W; ++i) row[i] = v[i].parts;
+  transpose_units<2 * W>(row);
+  DSP_UNROLL for (int i = 0; i < W; ++i) v[i].parts = row[i];
 }
 
 }  // namespace

@@ -375,7 +375,7 @@ DSP_INLINE void pairs_from(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const 
 template <int W, class Kernel>
 DSP_INLINE void all_pairs_of(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
   if constexpr (W > 2)  // a load wider than the transform's stores would wait for them
-    if (m < 16 * W) return all_pairs_of<W / 2, Kernel>(x, m, cosines, sines);
+    if (m < 8 * W) return all_pairs_of<W / 2, Kernel>(x, m, cosines, sines);
   pairs_from<1, Kernel, true>(x, m, 0, cosines, sines);
   std::ptrdiff_t k = 1;
   for (; 2 * (k + W - 1) < m; k += W) pairs_from<W, Kernel, false>(x, m, k, cosines, sines);

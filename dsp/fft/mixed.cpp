@@ -43,12 +43,22 @@ struct table_filler {
   const circle &roots_of_n;
   int32_t n;
   int32_t root_values;
+  bool in_pairs;
+
+  int32_t values_of_lane() const { return in_pairs ? 4 : root_values; }
 
   void put(int64_t k, int32_t spacing, double *to) const {
     const root r = roots_of_n[k];
     to[0] = r.cos;
     to[spacing] = root_values == 2 ? r.sin : -(r.cos + r.sin);
     if (root_values == 3) to[2 * spacing] = r.sin - r.cos;
+  }
+
+  void put_lane(int64_t k, int32_t lanes, int32_t lane, double *to) const {
+    if (!in_pairs) return put(k, lanes, to + lane);
+    put(k, 2 * lanes, to + 2 * lane);
+    put(k, 2 * lanes, to + 2 * lane + 1);
+    to[2 * (lanes + lane) + 1] *= -1.0;
   }
 
   // The roots j k of `length`, k = 1 .. radix - 1, for j below length/radix.
@@ -60,11 +70,9 @@ struct table_filler {
   }
 };
 
-int32_t last_radix(const mixed_part &part) { return part.passes > 0 ? part.radix[part.passes - 1] : 1; }
-
 // Blocks of the last pass: their digits, the radices' remainders, in reverse are the lowest frequency.
 uint32_t lowest_frequency(const mixed_part &part, int32_t block) {
-  int32_t blocks = part.n / last_radix(part);
+  int32_t blocks = part.last_blocks;
   int32_t weight = 1;
   int32_t frequency = 0;
   for (int32_t i = 0; i + 1 < part.passes; ++i) {
@@ -111,7 +119,7 @@ void build_circles(mixed_part *part, int32_t lanes, const table_filler &fill, ca
 
 void build_part(mixed_part *part, const part_layout &layout, const table_filler &fill, carver *memory) {
   double *roots = memory->take(roots_in_passes(*part) * fill.root_values);
-  const int32_t blocks = part->n / last_radix(*part);
+  const int32_t blocks = part->last_blocks;
   uint32_t *order = memory->take_numbers(int64_t{blocks} * layout.copies);
   if (memory->at == nullptr) return;
   part->roots = roots;
@@ -126,7 +134,10 @@ void build_part(mixed_part *part, const part_layout &layout, const table_filler 
       *order++ = static_cast<uint32_t>(copy) * layout.apart + lowest_frequency(*part, b) * layout.unit;
 }
 
-int32_t sample_in_lane(int32_t lanes, int32_t l) { return lanes < 4 ? l : l % 2 * (lanes / 2) + l / 2; }
+// Pairs lie in order.
+int32_t sample_in_lane(int32_t lanes, bool in_pairs, int32_t l) {
+  return lanes < 4 || in_pairs ? l : l % 2 * (lanes / 2) + l / 2;
+}
 
 // Indices of the roots for the lanes of a vector, and how far they move from one result of a butterfly to the next.
 struct lane_indices {
@@ -134,9 +145,9 @@ struct lane_indices {
   int64_t step[8];
 
   void put_vectors(int32_t count, int32_t lanes, const table_filler &fill, double **to) {
-    for (int32_t leg = 0; leg < count; ++leg, *to += lanes * fill.root_values) {
+    for (int32_t leg = 0; leg < count; ++leg, *to += lanes * fill.values_of_lane()) {
       for (int32_t l = 0; l < lanes; ++l) {
-        fill.put(at[l], lanes, *to + l);
+        fill.put_lane(at[l], lanes, l, *to);
         at[l] += step[l];
         if (at[l] >= fill.n) at[l] -= fill.n;
       }
@@ -147,14 +158,14 @@ struct lane_indices {
 // The roots that one run of the columns' passes meets: of W columns in the lanes, or of one with W frequencies there.
 double *put_columns(const mixed_plan &plan, int64_t column, const table_filler &fill, double *to) {
   const int32_t lanes = plan.lanes;
-  const int32_t radix = last_radix(plan.columns);
-  const int32_t blocks = plan.columns.n / radix;
+  const int32_t blocks = plan.columns.last_blocks;
+  const int32_t radix = plan.columns.n / blocks;
   const bool transposed = plan.transposed != 0;
   for (int32_t b = 0; b < blocks; ++b) {
     const int64_t k = plan.columns.order[b] / (transposed ? static_cast<uint32_t>(plan.rows.n) : 1);
     lane_indices indices;
     for (int32_t l = 0; l < lanes; ++l) {
-      const int64_t sample = sample_in_lane(lanes, l);
+      const int64_t sample = sample_in_lane(lanes, fill.in_pairs, l);
       indices.at[l] = (transposed ? column * (sample + lanes * k) : (column + sample) * k) % fill.n;
       indices.step[l] = (transposed ? column * lanes * blocks : (column + sample) * blocks) % fill.n;
     }
@@ -185,7 +196,7 @@ void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   build_part(&plan->columns, transposed ? part_layout{lanes, 1, n2} : part_layout{1, 0, 1}, fill, memory);
   const int64_t vectors = (int64_t{n2} + lanes - 1) / lanes * plan->n1;
   double *first = memory->take(transposed ? (plan->n1 - plan->n1 / lanes) * int64_t{fill.root_values} : 0);
-  double *middle = memory->take(vectors * lanes * fill.root_values);
+  double *middle = memory->take(vectors * lanes * fill.values_of_lane());
   if (memory->at == nullptr) return;
   plan->first = first;
   plan->middle = middle;
@@ -196,6 +207,7 @@ void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
 void set_part(mixed_part *part, int32_t n, int32_t lanes) {
   part->n = n;
   part->passes = choose_radices(n, lanes, part->radix);
+  part->last_blocks = part->passes > 0 ? n / part->radix[part->passes - 1] : 1;
 }
 
 mixed_plan make_plan(int32_t n, const mixed_shape &shape) {
@@ -213,9 +225,9 @@ int64_t key_of(int32_t n) { return int64_t{n} * 4 + static_cast<int32_t>(active_
 const mixed_entry *add_plan(int32_t n) {
   const mixed_shape shape = shape_of(n, mixed_kernels().lanes);
   mixed_plan plan = make_plan(n, shape);
-  const mixed_kernel_set &kernels = plan.lanes < 8 ? narrow_mixed_kernels() : mixed_kernels();
+  const mixed_kernel_set &kernels = mixed_kernels_for(plan.lanes);
   circle roots(n);
-  const table_filler fill = {roots, n, kernels.root_values};
+  const table_filler fill = {roots, n, kernels.root_values, plan.lanes == kernels.pair_lanes};
   carver memory = {nullptr, 0};
   build_tables(&plan, fill, &memory);
   if (!roots.build()) return nullptr;
@@ -234,7 +246,7 @@ const mixed_entry *add_plan(int32_t n) {
 }  // namespace
 
 void direct_transform(double *x, int32_t n, bool inverse, double scale) {
-  narrow_mixed_kernels().direct(n, x, scale, inverse);
+  mixed_kernels_for(1).direct(n, x, scale, inverse);
 }
 
 const mixed_entry *find_mixed(int32_t n) { return plans.find(key_of(n)); }

@@ -22,6 +22,7 @@ constexpr bool has_butterfly(int32_t radix, int32_t lanes) {
 struct mixed_part {
   int32_t n;
   int32_t passes;
+  int32_t last_blocks;  // of the last pass
   int8_t radix[32];
   const double *roots;       // of the passes but the last, each for all lanes
   const double *circle[32];  // for a radix p without a butterfly of its own: cos and sin of 2 pi i/p, i = 0 .. p - 1
@@ -47,6 +48,7 @@ struct mixed_work {
 
 struct mixed_kernel_set {
   int32_t lanes;        // of the widest kernel
+  int32_t pair_lanes;   // of the kernel on pairs; 0: there is none
   int32_t root_values;  // as in fft_kernel_set
   void (*transform)(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse);
   // One butterfly: 3, 5, 6, 7, 9, 10 or 12 samples. Not in the set for AVX-512.
@@ -55,10 +57,10 @@ struct mixed_kernel_set {
 
 DSP_DECLARE_KERNELS(mixed)
 
-// Those for fewer lanes than eight: the set for AVX-512 leaves them to the one for AVX2.
-inline const mixed_kernel_set &narrow_mixed_kernels() {
+// The set for AVX-512 leaves plans of one or two lanes to the one for AVX2.
+inline const mixed_kernel_set &mixed_kernels_for(int32_t lanes) {
 #ifdef DSP_ISA_X86
-  if (active_isa() == isa::avx512) return avx2::mixed_set;
+  if (active_isa() == isa::avx512 && lanes < 4) return avx2::mixed_set;
 #endif
   return mixed_kernels();
 }

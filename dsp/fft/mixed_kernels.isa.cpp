@@ -11,6 +11,9 @@ namespace {
 // Without vector registers one number after the other is faster than pairs kept in memory.
 constexpr int widest_lanes = has_vector_registers ? lane_count : 1;
 
+// Kernels for half as many lanes work on pairs, which fill the same registers.
+constexpr int pair_lanes = widest_lanes > 2 ? widest_lanes / 2 : 0;
+
 // What becomes of the results of a part: vectors of the work area, multiplied by roots, or samples of the record.
 struct result_sink {
   enum { work, pairs, exchanged_pairs } kind;
@@ -21,22 +24,17 @@ struct result_sink {
   double scale;         // for pairs
 };
 
-template <int W>
-DSP_INLINE void put(const points<W> &v, double scale, double *to) {
-  store_pairs<W>(to, {v.re * scale, v.im * scale});
-}
-
-template <int W, int R>
-DSP_INLINE void put(const result_sink &sink, double *to, std::ptrdiff_t step, const double *roots,
-                    const points<W> (&v)[R]) {
+template <class P, int R>
+DSP_INLINE void put(const result_sink &sink, double *to, std::ptrdiff_t step, const double *roots, const P (&v)[R]) {
+  constexpr int W = P::width;
   const double scale = sink.scale;
   if (sink.kind == result_sink::work) {
     DSP_UNROLL for (int k = 0; k < R; ++k)
-        store_split<W>(to + k * step, times_root<W>(v[k], roots + k * root_values * W));
+        store_vector(to + k * step, times_root(v[k], roots + k * values_of_root<P> * W));
   } else if (sink.kind == result_sink::pairs) {
-    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(v[k], scale, to + k * step);
+    DSP_UNROLL for (int k = 0; k < R; ++k) store_samples(to + k * step, v[k] * scale);
   } else {
-    DSP_UNROLL for (int k = 0; k < R; ++k) put<W>(exchanged(v[k]), scale, to + k * step);
+    DSP_UNROLL for (int k = 0; k < R; ++k) store_samples(to + k * step, exchanged(v[k]) * scale);
   }
 }
 
@@ -51,8 +49,9 @@ struct pass_context {
 };
 
 // One pass in place; the last one, on blocks of R vectors, hands its results on.
-template <int W, int R>
+template <class P, int R>
 void pass(double *x, const pass_context &c) {
+  constexpr int W = P::width;
   const std::ptrdiff_t leg = 2 * W * (c.n / R);
   const bool last = c.n == R;
   const result_sink sink = *c.sink;
@@ -60,62 +59,63 @@ void pass(double *x, const pass_context &c) {
   for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n) {
     const double *root = c.roots;
     for (double *at = x; at < x + leg; at += 2 * W, root += (R - 1) * root_values) {
-      points<W> v[R];
-      DSP_UNROLL for (int k = 0; k < R; ++k) v[k] = load_split<W>(at + k * leg);
+      P v[R];
+      DSP_UNROLL for (int k = 0; k < R; ++k) v[k] = load_vector<P>(at + k * leg);
       butterfly(v);
       if (last) {
-        put<W, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.order[block]) * sink.unit, sink.step, between, v);
-        between += root_values * W * R;
+        put<P, R>(sink, sink.to + static_cast<std::ptrdiff_t>(c.order[block]) * sink.unit, sink.step, between, v);
+        between += values_of_root<P> * W * R;
         continue;
       }
-      store_split<W>(at, v[0]);
+      store_vector(at, v[0]);
       DSP_UNROLL for (int k = 1; k < R; ++k)
-          store_split<W>(at + k * leg, times_one_root<W>(v[k], root + (k - 1) * root_values));
+          store_vector(at + k * leg, times_one_root(v[k], root + (k - 1) * root_values));
     }
   }
 }
 
 // The sums and differences that an odd butterfly of p legs works on.
-template <int W>
+template <class P>
 struct prime_legs {
-  points<W> first;
-  points<W> sum[largest_radix / 2];
-  points<W> difference[largest_radix / 2];
+  P first;
+  P sum[largest_radix / 2];
+  P difference[largest_radix / 2];
 
   void load(const double *x, std::ptrdiff_t leg, int p) {
-    first = load_split<W>(x);
+    first = load_vector<P>(x);
     for (int j = 1; j <= p / 2; ++j) {
-      const points<W> a = load_split<W>(x + j * leg);
-      const points<W> b = load_split<W>(x + (p - j) * leg);
+      const P a = load_vector<P>(x + j * leg);
+      const P b = load_vector<P>(x + (p - j) * leg);
       sum[j - 1] = a + b;
       difference[j - 1] = a - b;
     }
   }
 
-  points<W> total(int p) const {
-    points<W> all = first;
+  P total(int p) const {
+    P all = first;
     for (int j = 0; j < p / 2; ++j) all = all + sum[j];
     return all;
   }
 
   // Results k and p - k.
-  void results(int k, int p, const double *circle, points<W> *low, points<W> *high) const {
-    points<W> even = first;
-    points<W> odd = {};
+  void results(int k, int p, const double *circle, P *low, P *high) const {
+    P even = first;
+    P odd = {};
     for (int j = 0, i = k; j < p / 2; ++j, i = i + k < p ? i + k : i + k - p) {
       const double cos = circle[2 * i];
       const double sin = circle[2 * i + 1];
-      even = {even.re + sum[j].re * cos, even.im + sum[j].im * cos};
-      odd = {odd.re + difference[j].re * sin, odd.im + difference[j].im * sin};
+      even = even + sum[j] * cos;
+      odd = odd + difference[j] * sin;
     }
-    *low = {even.re + odd.im, even.im - odd.re};
-    *high = {even.re - odd.im, even.im + odd.re};
+    *low = minus_i(even, odd);
+    *high = plus_i(even, odd);
   }
 };
 
 // Takes the results of one such butterfly: in place with their roots, or in the last pass out.
-template <int W>
+template <class P>
 struct prime_results {
+  static constexpr int W = P::width;
   double *at;
   std::ptrdiff_t leg;
   const double *root;
@@ -123,23 +123,23 @@ struct prime_results {
   double *out;  // null: not the last pass
   const double *between;
 
-  void take(int i, const points<W> &v) const {
-    const points<W> one[1] = {v};
+  void take(int i, const P &v) const {
+    const P one[1] = {v};
     if (out != nullptr)
-      put<W, 1>(*sink, out + i * sink->step, 0, between + i * root_values * W, one);
+      put<P, 1>(*sink, out + i * sink->step, 0, between + i * values_of_root<P> * W, one);
     else
-      store_split<W>(at + i * leg, i == 0 ? v : times_one_root<W>(v, root + (i - 1) * root_values));
+      store_vector(at + i * leg, i == 0 ? v : times_one_root(v, root + (i - 1) * root_values));
   }
 };
 
-template <int W>
-void prime_butterfly(int p, const double *circle, const prime_results<W> &results) {
-  prime_legs<W> legs;
+template <class P>
+void prime_butterfly(int p, const double *circle, const prime_results<P> &results) {
+  prime_legs<P> legs;
   legs.load(results.at, results.leg, p);
   results.take(0, legs.total(p));
   for (int k = 1; k <= p / 2; ++k) {
-    points<W> low;
-    points<W> high;
+    P low;
+    P high;
     legs.results(k, p, circle, &low, &high);
     results.take(k, low);
     results.take(p - k, high);
@@ -147,115 +147,89 @@ void prime_butterfly(int p, const double *circle, const prime_results<W> &result
 }
 
 // As `pass`, for a prime without a butterfly of its own.
-template <int W>
+template <class P>
 void prime_pass(int p, double *x, const pass_context &c) {
+  constexpr int W = P::width;
   const std::ptrdiff_t leg = 2 * W * (c.n / p);
   const bool last = c.n == p;
   const double *between = c.sink->roots;
-  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n, between += root_values * W * p) {
+  for (std::ptrdiff_t block = 0; block < c.blocks; ++block, x += 2 * W * c.n, between += values_of_root<P> * W * p) {
     double *const out = last ? c.sink->to + static_cast<std::ptrdiff_t>(c.order[block]) * c.sink->unit : nullptr;
     const double *root = c.roots;
     for (double *at = x; at < x + leg; at += 2 * W, root += (p - 1) * root_values)
-      prime_butterfly<W>(p, c.circle, {at, leg, root, c.sink, out, between});
+      prime_butterfly<P>(p, c.circle, {at, leg, root, c.sink, out, between});
   }
 }
 
-template <int W>
+template <class P>
 void any_pass(int radix, double *x, const pass_context &c) {
+  constexpr int W = P::width;
   // As has_butterfly tells.
   if constexpr (W == 8) {
-    if (radix == 9) return pass<W, 9>(x, c);
-    if (radix == 10) return pass<W, 10>(x, c);
+    if (radix == 9) return pass<P, 9>(x, c);
+    if (radix == 10) return pass<P, 10>(x, c);
   }
   if constexpr (W == 4)
-    if (radix == 15) return pass<W, 15>(x, c);
+    if (radix == 15) return pass<P, 15>(x, c);
   if constexpr (W >= 4) {
-    if (radix == 11) return pass<W, 11>(x, c);
-    if (radix == 13) return pass<W, 13>(x, c);
+    if (radix == 11) return pass<P, 11>(x, c);
+    if (radix == 13) return pass<P, 13>(x, c);
   }
   switch (radix) {
     case 2:
-      return pass<W, 2>(x, c);
+      return pass<P, 2>(x, c);
     case 3:
-      return pass<W, 3>(x, c);
+      return pass<P, 3>(x, c);
     case 4:
-      return pass<W, 4>(x, c);
+      return pass<P, 4>(x, c);
     case 5:
-      return pass<W, 5>(x, c);
+      return pass<P, 5>(x, c);
     case 6:
-      return pass<W, 6>(x, c);
+      return pass<P, 6>(x, c);
     case 7:
-      return pass<W, 7>(x, c);
+      return pass<P, 7>(x, c);
     case 8:
-      return pass<W, 8>(x, c);
+      return pass<P, 8>(x, c);
     default:
-      return prime_pass<W>(radix, x, c);
+      return prime_pass<P>(radix, x, c);
   }
 }
 
 // `count` neighbouring transforms of a part. The step of the sink is that of results next to each other in frequency.
-template <int W>
+template <class P>
 void run(const mixed_part &part, std::ptrdiff_t count, double *x, result_sink sink) {
-  sink.step *= part.n / part.radix[part.passes - 1];
-  pass_context c = {part.n, count, part.roots, nullptr, part.order, &sink};
-  for (int i = 0; i < part.passes; ++i) {
+  sink.step *= part.last_blocks;
+  pass_context c = {part.n, count, part.roots, part.circle[0], part.order, &sink};
+  for (int i = 0; i + 1 < part.passes; c.circle = part.circle[++i]) {
     const int radix = part.radix[i];
-    c.circle = part.circle[i];
-    any_pass<W>(radix, x, c);
+    any_pass<P>(radix, x, c);
     c.blocks *= radix;
-    c.n /= radix;
+    c.n = static_cast<int32_t>(c.n) / radix;
     c.roots += root_values * c.n * (radix - 1);
   }
-}
-
-// Lane l of load_pairs holds sample lane_order(l), and store_pairs puts it there.
-template <int W>
-constexpr int lane_order(int l) {
-  return W < 4 ? l : l % 2 * (W / 2) + l / 2;
-}
-
-template <int W>
-DSP_INLINE void transpose(lanes<W> (&row)[W]) {
-  lanes<W> firsts[W / 2];
-  lanes<W> seconds[W / 2];
-  DSP_UNROLL for (int i = 0; i < W / 2; ++i) {
-    firsts[i] = first_lanes<W>(row[2 * i], row[2 * i + 1]);
-    seconds[i] = second_lanes<W>(row[2 * i], row[2 * i + 1]);
-  }
-  transpose_units<W>(firsts);
-  transpose_units<W>(seconds);
-  DSP_UNROLL for (int i = 0; i < W / 2; ++i) row[2 * i] = firsts[i], row[2 * i + 1] = seconds[i];
-}
-
-// Lanes and vectors change places; both count samples in lane order on the way in, vectors in their own on the way out.
-template <int W>
-DSP_INLINE void transpose(points<W> (&v)[W]) {
-  lanes<W> re[W];
-  lanes<W> im[W];
-  DSP_UNROLL for (int l = 0; l < W; ++l) re[l] = v[lane_order<W>(l)].re, im[l] = v[lane_order<W>(l)].im;
-  transpose<W>(re);
-  transpose<W>(im);
-  DSP_UNROLL for (int i = 0; i < W; ++i) v[lane_order<W>(i)] = {re[i], im[i]};
+  any_pass<P>(part.radix[part.passes - 1], x, c);
 }
 
 // n vectors of W columns each from the record to the buffer.
-template <int W>
+template <class P>
 void gather_columns(const double *x, std::ptrdiff_t stride, std::ptrdiff_t n, bool inverse, double *buffer) {
+  constexpr int W = P::width;
   for (std::ptrdiff_t i = 0; i < n; ++i, x += stride, buffer += 2 * W) {
-    const points<W> v = load_pairs<W>(x);
-    store_split<W>(buffer, inverse ? exchanged(v) : v);
+    const P v = load_samples<P>(x);
+    store_vector(buffer, inverse ? exchanged(v) : v);
   }
 }
 
 // W rows of the work area, whose lanes are columns, to the buffer, whose lanes are rows.
-template <int W>
+template <class P>
 void gather_rows(const double *area, std::ptrdiff_t groups, std::ptrdiff_t n, double *buffer) {
+  constexpr int W = P::width;
   for (std::ptrdiff_t g = 0; g < groups; ++g, area += 2 * W) {
     const std::ptrdiff_t first = g * W < n - W ? g * W : n - W;
-    points<W> v[W];
-    DSP_UNROLL for (int l = 0; l < W; ++l) v[l] = load_split<W>(area + l * groups * 2 * W);
-    transpose<W>(v);
-    DSP_UNROLL for (int i = 0; i < W; ++i) store_split<W>(buffer + (first + i) * 2 * W, v[i]);
+    P v[W];
+    DSP_UNROLL for (int l = 0; l < W; ++l) v[l] = load_vector<P>(area + l * groups * 2 * W);
+    transpose(v);
+    DSP_UNROLL for (int i = 0; i < W; ++i) store_vector(buffer + (first + i) * 2 * W, v[i]);
   }
 }
 
@@ -267,97 +241,107 @@ result_sink to_record(double *x, std::ptrdiff_t stride, double scale, bool inver
 }
 
 // Any n1 and n2 from W on. The last group of columns and of rows overlaps the one before where W does not divide them.
-template <int W>
+template <class P>
 void by_gathering(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  constexpr int W = P::width;
   const std::ptrdiff_t n1 = plan.n1;
   const std::ptrdiff_t n2 = plan.rows.n;
   const std::ptrdiff_t groups = (n2 + W - 1) / W;
   const std::ptrdiff_t row = groups * 2 * W;
   for (std::ptrdiff_t g = 0; g < groups; ++g) {
-    gather_columns<W>(x + 2 * smaller(g * W, n2 - W), 2 * n2, n1, inverse, work.buffer);
-    run<W>(plan.columns, 1, work.buffer,
-           {result_sink::work, work.area + g * 2 * W, row, row, plan.middle + g * W * n1 * root_values, 1.0});
+    gather_columns<P>(x + 2 * smaller(g * W, n2 - W), 2 * n2, n1, inverse, work.buffer);
+    run<P>(plan.columns, 1, work.buffer,
+           {result_sink::work, work.area + g * 2 * W, row, row, plan.middle + g * W * n1 * values_of_root<P>, 1.0});
   }
   for (std::ptrdiff_t r = 0; r < n1; r += W) {
     const std::ptrdiff_t first = smaller(r, n1 - W);
-    gather_rows<W>(work.area + first * row, groups, n2, work.buffer);
-    run<W>(plan.rows, 1, work.buffer, to_record(x + 2 * first, 2 * n1, scale, inverse));
+    gather_rows<P>(work.area + first * row, groups, n2, work.buffer);
+    run<P>(plan.rows, 1, work.buffer, to_record(x + 2 * first, 2 * n1, scale, inverse));
   }
 }
 
 // The first butterflies over W columns; their results become the lanes, the columns the vectors.
-template <int W>
+template <class P>
 DSP_INLINE void transposed_butterfly(const double *x, std::ptrdiff_t leg, bool inverse, const double *root,
-                                     points<W> (&v)[W]) {
-  DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = load_pairs<W>(x + k * leg);
+                                     P (&v)[P::width]) {
+  constexpr int W = P::width;
+  DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = load_samples<P>(x + k * leg);
   if (inverse) {
     DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = exchanged(v[k]);
   }
   butterfly(v);
   if (root != nullptr) {
-    DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root<W>(v[k], root + (k - 1) * root_values);
+    DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root(v[k], root + (k - 1) * root_values);
   }
-  transpose<W>(v);
+  transpose(v);
 }
 
-// W columns of W samples each.
-template <int W>
-DSP_INLINE void short_columns(const mixed_plan &plan, const double *x, bool inverse, const double *middle, double *to) {
-  points<W> v[W];
-  transposed_butterfly(x, 2 * plan.rows.n, inverse, nullptr, v);
-  DSP_UNROLL for (int i = 0; i < W; ++i)
-      store_split<W>(to + i * 2 * W, times_root<W>(v[i], middle + i * root_values * W));
-}
-
-template <int W>
-void long_columns(const mixed_plan &plan, const double *x, bool inverse, const double *middle, double *buffer,
-                  double *to) {
-  const std::ptrdiff_t m = plan.columns.n;
+// Columns of W samples, from x to the work area.
+template <class P>
+void short_columns(const mixed_plan &plan, const double *x, bool inverse, double *area) {
+  constexpr int W = P::width;
   const std::ptrdiff_t n2 = plan.rows.n;
-  const double *root = plan.first;
-  for (std::ptrdiff_t j = 0; j < m; ++j, root += (W - 1) * root_values) {
-    points<W> v[W];
-    transposed_butterfly(x + 2 * j * n2, 2 * m * n2, inverse, root, v);
-    DSP_UNROLL for (int i = 0; i < W; ++i) store_split<W>(buffer + (i * m + j) * 2 * W, v[i]);
+  const double *middle = plan.middle;
+  for (std::ptrdiff_t c = 0; c < n2; c += W, middle += W * W * values_of_root<P>) {
+    const std::ptrdiff_t first = smaller(c, n2 - W);
+    P v[W];
+    transposed_butterfly<P>(x + 2 * first, 2 * n2, inverse, nullptr, v);
+    DSP_UNROLL for (int i = 0; i < W; ++i)
+        store_vector(area + (first + i) * 2 * W, times_root(v[i], middle + i * values_of_root<P> * W));
   }
-  run<W>(plan.columns, W, buffer, {result_sink::work, to, 2 * W, n2 * 2 * W, middle, 1.0});
 }
 
-// n1 a multiple of W: the work area holds n1/W rows of n2 vectors, and nothing is gathered.
-template <int W>
-void by_transposing(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+// Columns of m W samples: the other passes follow in the buffer.
+template <class P>
+void long_columns(const mixed_plan &plan, const mixed_work &work, const double *x, bool inverse) {
+  constexpr int W = P::width;
   const std::ptrdiff_t m = plan.columns.n;
   const std::ptrdiff_t n2 = plan.rows.n;
   const double *middle = plan.middle;
-  for (std::ptrdiff_t c = 0; c < n2; c += W, middle += W * W * m * root_values) {
+  for (std::ptrdiff_t c = 0; c < n2; c += W, middle += W * W * m * values_of_root<P>) {
     const std::ptrdiff_t first = smaller(c, n2 - W);
-    double *to = work.area + first * 2 * W;
-    if (m == 1)
-      short_columns<W>(plan, x + 2 * first, inverse, middle, to);
-    else
-      long_columns<W>(plan, x + 2 * first, inverse, middle, work.buffer, to);
+    const double *root = plan.first;
+    for (std::ptrdiff_t j = 0; j < m; ++j, root += (W - 1) * root_values) {
+      P v[W];
+      transposed_butterfly<P>(x + 2 * (first + j * n2), 2 * m * n2, inverse, root, v);
+      DSP_UNROLL for (int i = 0; i < W; ++i) store_vector(work.buffer + (i * m + j) * 2 * W, v[i]);
+    }
+    run<P>(plan.columns, W, work.buffer,
+           {result_sink::work, work.area + first * 2 * W, 2 * W, n2 * 2 * W, middle, 1.0});
   }
-  for (std::ptrdiff_t k = 0; k < m; ++k)
-    run<W>(plan.rows, 1, work.area + k * n2 * 2 * W, to_record(x + 2 * W * k, 2 * W * m, scale, inverse));
 }
 
-template <int W>
+// n1 a multiple of W: the work area holds n1/W rows of n2 vectors, and nothing is gathered.
+template <class P>
+void by_transposing(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
+  constexpr int W = P::width;
+  const std::ptrdiff_t m = plan.columns.n;
+  const std::ptrdiff_t row = plan.rows.n * std::ptrdiff_t{2 * W};
+  if (m == 1)
+    short_columns<P>(plan, x, inverse, work.area);
+  else
+    long_columns<P>(plan, work, x, inverse);
+  for (std::ptrdiff_t k = 0; k < m; ++k)
+    run<P>(plan.rows, 1, work.area + k * row, to_record(x + 2 * W * k, 2 * W * m, scale, inverse));
+}
+
+template <class P>
 void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
   if (plan.transposed != 0)
-    by_transposing<W>(plan, work, x, scale, inverse);
+    by_transposing<P>(plan, work, x, scale, inverse);
   else
-    by_gathering<W>(plan, work, x, scale, inverse);
+    by_gathering<P>(plan, work, x, scale, inverse);
 }
 
 // Sample after sample.
 [[maybe_unused]] void single(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
-  gather_columns<1>(x, 2, plan.rows.n, inverse, work.buffer);
+  gather_columns<points<1>>(x, 2, plan.rows.n, inverse, work.buffer);
   const result_sink sink = to_record(x, 2, scale, inverse);
   if constexpr (widest_lanes == 1) {
-    run<1>(plan.rows, 1, work.buffer, sink);
+    run<points<1>>(plan.rows, 1, work.buffer, sink);
   } else {  // primes only
-    prime_pass<1>(plan.rows.n, work.buffer,
-                  {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink});
+    prime_pass<points<1>>(plan.rows.n, work.buffer,
+                          {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink});
   }
 }
 
@@ -396,19 +380,16 @@ constexpr auto any_direct = nullptr;
 #endif
 
 void transform(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
-  if constexpr (widest_lanes == 8) {
-    matrix<8>(plan, work, x, scale, inverse);
-  } else {
+  if constexpr (widest_lanes < 8)
     if (plan.lanes == 1) return single(plan, work, x, scale, inverse);
-    if constexpr (widest_lanes == 4)
-      if (plan.lanes == 4) return matrix<4>(plan, work, x, scale, inverse);
-    if constexpr (widest_lanes > 1) matrix<2>(plan, work, x, scale, inverse);
-  }
+  if constexpr (pair_lanes > 1)
+    if (plan.lanes == pair_lanes) return matrix<pairs<pair_lanes>>(plan, work, x, scale, inverse);
+  if constexpr (widest_lanes > 1) matrix<points<widest_lanes>>(plan, work, x, scale, inverse);
 }
 
 }  // namespace
 
-extern const mixed_kernel_set mixed_set = {widest_lanes, root_values, transform, any_direct};
+extern const mixed_kernel_set mixed_set = {widest_lanes, pair_lanes, root_values, transform, any_direct};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::fft

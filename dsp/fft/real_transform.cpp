@@ -17,8 +17,7 @@ struct real_roots {
 
 recent<real_roots> real_tables;
 
-const real_roots *roots_for(int32_t n) {
-  if (const real_roots *known = real_tables.find(n)) return known;
+[[gnu::noinline]] const real_roots *make_roots(int32_t n) {
   circle roots(n);
   if (!roots.build()) return nullptr;
   const int64_t count = n / 4 + 1;
@@ -52,7 +51,8 @@ int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
 int32_t real_transform(double *x, int32_t n, bool inverse) {
   const double scale = inverse ? 1.0 : 0.5 / n;
   if (is_power_of_two(n)) return power_of_two(x, log2_of(n), inverse, scale);
-  const real_roots *roots = roots_for(n);
+  const real_roots *roots = real_tables.find(n);
+  if (roots == nullptr) roots = make_roots(n);
   if (roots == nullptr) return -1;
   if (inverse) fft_kernels().pre_process_any(x, n / 2, roots->cosines, roots->sines);
   if (transform_of_any_length(x, n / 2, inverse, scale) != 0) return -1;

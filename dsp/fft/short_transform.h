@@ -62,24 +62,26 @@ DSP_INLINE void short_transform(double *x, double scale) {
   pairs<W> row[row_vectors][columns];
   DSP_UNROLL for (int c = 0; c < columns; c += W) {
     pairs<W> v[4];
-    pairs<W> column[4];
-    DSP_UNROLL for (int i = 0; i < 4; ++i) v[i] = load_as_pairs<W>(x + 2 * (i * columns + c));
+    pairs<W> part[row_vectors][W];
+    DSP_UNROLL for (int i = 0; i < 4; ++i) v[i] = load_samples<pairs<W>>(x + 2 * (i * columns + c));
     butterfly(v);
-    column[0] = v[0] * scale;
+    part[0][0] = v[0] * scale;
     DSP_UNROLL for (int k = 1; k < 4; ++k) {
       const lanes<2 *W> a = v[result<Inverse>(k, 4)].parts;
       const auto &root = short_roots_of<W, N>.at[c / W][k - 1];
       const lanes<2 *W> cos = load<lanes<2 * W>>(root[0]) * scale;
       const lanes<2 *W> sin = load<lanes<2 * W>>(root[1]) * scale;
-      column[k].parts = swap_pairs(a) * (Inverse ? -sin : sin) + a * cos;
+      part[k / W][k % W].parts = swap_pairs(a) * (Inverse ? -sin : sin) + a * cos;
     }
-    transpose<W>(column, v);
-    DSP_UNROLL for (int l = 0; l < 4; ++l) row[l % row_vectors][c + l / row_vectors] = v[l];
+    DSP_UNROLL for (int r = 0; r < row_vectors; ++r) {
+      transpose(part[r]);
+      DSP_UNROLL for (int l = 0; l < W; ++l) row[r][c + l] = part[r][l];
+    }
   }
   DSP_UNROLL for (int r = 0; r < row_vectors; ++r) {
     butterfly(row[r]);
     DSP_UNROLL for (int k = 0; k < columns; ++k)
-        store_as_pairs(x + 2 * (4 * k + r * W), row[r][result<Inverse>(k, columns)]);
+        store_samples(x + 2 * (4 * k + r * W), row[r][result<Inverse>(k, columns)]);
   }
 }
 

@@ -13,7 +13,11 @@ constexpr int root_values = 2;
 constexpr int root_values = 3;
 #endif
 
-// a times cos - i sin.
+// Doubles that tables hold for the root of a lane: for pairs (cos, cos) and (sin, -sin), one value for each part.
+template <class P>
+constexpr int values_of_root = P::in_pairs ? 4 : root_values;
+
+// a times cos - i sin, one root for each lane: the values of all lanes follow each other.
 template <int W>
 DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
   const auto cos = load<lanes<W>>(root);
@@ -25,6 +29,10 @@ DSP_INLINE points<W> times_root(const points<W> &a, const double *root) {
     return {common + a.im * load<lanes<W>>(root + 2 * W), common + a.re * load<lanes<W>>(root + W)};
   }
 }
+template <int W>
+DSP_INLINE pairs<W> times_root(const pairs<W> &a, const double *root) {
+  return {swap_pairs(a.parts) * load<lanes<2 * W>>(root + 2 * W) + a.parts * load<lanes<2 * W>>(root)};
+}
 
 // The same root for all lanes.
 template <int W>
@@ -35,6 +43,10 @@ DSP_INLINE points<W> times_one_root(const points<W> &a, const double *root) {
     const lanes<W> common = (a.re + a.im) * root[0];
     return {common + a.im * root[2], common + a.re * root[1]};
   }
+}
+template <int W>
+DSP_INLINE pairs<W> times_one_root(const pairs<W> &a, const double *root) {
+  return {swap_pairs(a.parts) * (alternating_signs<W>(1.0) * root[1]) + a.parts * root[0]};
 }
 
 }  // namespace

@@ -11,17 +11,7 @@ namespace dsp::fft {
 class work_memory {
  public:
   // Room for so many doubles, contents lost when it grows. Null, with the old room kept, without memory.
-  double *at_least(int64_t doubles) {
-    if (doubles < room_) return memory_;
-    if (static_cast<uint64_t>(doubles) >= SIZE_MAX / sizeof(double))
-      return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
-    void *const grown = heap_allocate(static_cast<std::size_t>(doubles + 1) * sizeof(double));
-    if (grown == nullptr) return nullptr;
-    heap_release(memory_);
-    memory_ = static_cast<double *>(grown);
-    room_ = doubles + 1;
-    return memory_;
-  }
+  double *at_least(int64_t doubles) { return doubles < room_ ? memory_ : grow(doubles + 1); }
 
   void release() {
     heap_release(memory_);
@@ -29,6 +19,17 @@ class work_memory {
   }
 
  private:
+  [[gnu::noinline]] double *grow(int64_t doubles) {
+    if (static_cast<uint64_t>(doubles) > SIZE_MAX / sizeof(double))
+      return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
+    void *const grown = heap_allocate(static_cast<std::size_t>(doubles) * sizeof(double));
+    if (grown == nullptr) return nullptr;
+    heap_release(memory_);
+    memory_ = static_cast<double *>(grown);
+    room_ = doubles;
+    return memory_;
+  }
+
   double *memory_;
   int64_t room_;
 };

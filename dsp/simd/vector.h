@@ -142,6 +142,8 @@ inline widest load_some(const double *x, int at, int end, double missing) {
 // W complex samples: a vector of their real parts and one of their imaginary parts.
 template <int W>
 struct points {
+  static constexpr int width = W;
+  static constexpr bool in_pairs = false;
   lanes<W> re;
   lanes<W> im;
 };
