@@ -9,14 +9,14 @@
 // without their prefixes: the contract of each stands there. Nothing changes its arguments, but for `out`: the signal
 // that takes the result, which may be the argument. A signal's memory goes back by free(), by `using`, or with it.
 
-import * as names from "./names.js";
+import { add_arrays } from "./arrays.js";
+import { Pad, Peak, Wnd, choose } from "./names.js";
+import { one_length, parameters, prefixes, real, rising, rows } from "./routines.js";
 import { DspError, Library, Signal } from "./signal.js";
 import { add_streams } from "./streams.js";
 
 export { DspError, Signal };
 export * from "./names.js";
-
-const { Fir, Fir2, Format, Interp, Pad, Peak, Spectrum, Window, Wnd, choose } = names;
 
 /** What the module asks of its surroundings: nothing that a library without files and clocks needs. */
 const surroundings = new Proxy({}, { get: () => () => 0 });
@@ -39,6 +39,8 @@ async function fetched(url) {
   return response.arrayBuffer();
 }
 
+const is_options = (x) => x?.constructor === Object;
+
 function routines(library) {
   const { c } = library;
   const sized = (length, dx, is_complex) => new Signal(library, length, dx, is_complex);
@@ -58,53 +60,58 @@ function routines(library) {
     return made;
   }
 
-  /** Calls `body` with the records of samples; what was a signal only for the call is freed. */
+  /** Calls `body` with samples as signals, null for those left out; what became a signal for the call only is freed. */
   function lent(samples, body) {
     const spacing = samples.find((x) => x instanceof Signal)?.dx;
     const own = [];
-    const record = (x) => {
-      if (x instanceof Signal) return x.record;
-      if (x == null) return 0;
+    const as_signal = (x) => {
+      if (x == null || x instanceof Signal) return x;
       own.push(signal(x, { dx: x.dx ?? spacing ?? 1 }));
-      return own.at(-1).record;
+      return own.at(-1);
     };
     try {
-      return body(...samples.map(record));
+      return body(...samples.map(as_signal));
     } finally {
       for (const s of own) s.free();
     }
   }
 
-  /** What `body` writes into the record given last; a signal that cannot be made is freed. */
-  function made(samples, body, out = sized()) {
+  /** Refuses signals of which one of the conditions has something to say. */
+  function require(name, needs, signals, routine = name) {
+    for (const need of needs) {
+      const wrong = need(...signals);
+      if (wrong) throw new DspError(routine, `${name} ${wrong}`);
+    }
+  }
+
+  /** What `body` gives when it succeeds; a signal that cannot be made is freed. */
+  function filled(out, own, body) {
     try {
-      lent(samples, (...records) => body(...records, out.record));
+      body(out.record);
       return out;
     } catch (error) {
-      if (out.length === 0) out.free();
+      if (own) out.free();
       throw error;
     }
   }
+
+  /** What a routine writes into the record given after those of its operands. */
+  const made = (samples, routine, { out, name, routine: called, needs = [] } = {}) =>
+    lent(samples, (...signals) => {
+      require(name, needs, signals, called);
+      return filled(out ?? sized(), !out, (record) => routine(...signals.map((s) => s?.record ?? 0), record));
+    });
 
   /** What a routine that works in place makes of a copy of x. */
-  function changed(routine, x, { dx, out } = {}, ...args) {
-    const work = out ?? sized();
-    if (work !== x) lent([x], (record) => c.dsp_copy(work.record, record));
-    if (dx !== undefined) work.dx = dx;
-    try {
-      routine(work.record, ...args);
-    } catch (error) {
-      if (!out) work.free();
-      throw error;
-    }
-    return work;
-  }
-
-  function generated(routine, length, dx, is_complex, ...args) {
-    const made = sized(length, dx, is_complex);
-    routine(made.record, ...args);
-    return made;
-  }
+  const changed = (x, routine, { out, dx, name, routine: called, needs = [] } = {}) =>
+    lent([x], (source) => {
+      require(name, needs, [source], called);
+      return filled(out ?? sized(), !out, (record) => {
+        if (out !== source) c.dsp_copy(record, source.record);
+        if (dx !== undefined) library.view.setFloat64(record, dx, true);
+        routine(record);
+      });
+    });
 
   /** A signal of one sample as a number. */
   function number(s) {
@@ -114,16 +121,6 @@ function routines(library) {
     return value;
   }
 
-  const result = (routine) => {
-    const out = library.allocate(8);
-    try {
-      routine(out);
-      return library.view.getFloat64(out, true);
-    } finally {
-      c.free(out);
-    }
-  };
-
   /** Numbers of a small result by name. */
   function fields(s, ...keys) {
     const samples = s.samples.slice();
@@ -131,105 +128,129 @@ function routines(library) {
     return Object.fromEntries(keys.map((key, i) => [key, samples[i]]));
   }
 
-  const r = { signal, Signal, library, lib: c };
+  /** How the kinds of rows call a routine that takes records: the signals come first, then the options. */
+  const kinds = {
+    in_place: (call, options, x) => changed(x, call, options),
+    made: (call, options, x) => made([x], call, options),
+    pair: (call, options, x, y) => made([x, y], call, options),
+    number: (call, options, x) => number(made([x], call, options)),
+    number_of_two: (call, options, x, y) => number(made([x, y], call, options)),
+    generated: (call, { dx, is_complex, length }) => filled(sized(length, dx, is_complex), true, call),
+  };
 
-  const in_place = "real imag rtoc conj neg recip sqrt square timesi zero phase rtop ptor asin acos sinh cosh besy0 besy1 " +
-    "exp exp10 log log10 rev sort recon differ integ pdiffer rfft irfft rdft hilbert analytic zinter";
-  for (const name of in_place.split(" ")) r[name] = (x, options) => changed(c[`dspi_${name}`], x, options);
-  for (const name of ["add", "sub", "mul", "conj_mul", "div", "pmul", "ritoc", "inter"])
-    r[name] = (x, y, { out } = {}) => made([x, y], c[`dspb_${name}`], out);
-  const statistics = "sum mean gmean hmean median max min magsq_sum rms pop_var samp_var pop_stddev samp_stddev skew excess";
-  for (const name of statistics.split(" ")) r[name] = (x) => number(made([x], c[`dsps_${name}`]));
+  /** The function of a row: signals, parameters by place, and at the end an object of options and parameters by name. */
+  function of_row(kind, name, signature, { routine = prefixes[kind] + name, args = (...all) => all, ...rest } = {}) {
+    const expected = parameters(signature);
+    const signals = kinds[kind].length - 2;
+    return (...given) => {
+      const options = is_options(given.at(-1)) ? given.pop() : {};
+      if (given.length > signals + expected.length) throw new TypeError(`${name} takes ${signals + expected.length} arguments, got ${given.length}`);
+      const values = expected.map(({ name: parameter, type, otherwise }, i) => {
+        const value = given[signals + i] ?? options[parameter] ?? otherwise;
+        if (value === undefined) throw new TypeError(`${name} takes ${parameter}`);
+        return /^[A-Z]/.test(type) ? choose(type, value) : value;
+      });
+      const length = kind === "generated" ? values.shift() : undefined;
+      const called = typeof routine === "function" ? routine(...values) : routine;
+      const taken = { out: options.out, dx: options.dx, length, name, routine: called, ...rest };
+      return kinds[kind]((...records) => c[called](...records, ...args(...values)), taken, ...given.slice(0, signals));
+    };
+  }
 
-  return add_streams(Object.assign(r, {
+  /** What the heap holds of `count` numbers after `routine` has written them. */
+  function written(count, routine) {
+    const out = library.allocate(8 * count);
+    try {
+      routine(out);
+      return library.doubles(out, count).slice();
+    } finally {
+      c.free(out);
+    }
+  }
+
+  const r = { signal, Signal, library, lib: library.exports };
+  for (const [kind, names, signature, rule] of rows)
+    for (const name of names.split(" ")) r[name] = of_row(kind, name, signature, rule);
+
+  const regression = "slope intercept residual_var slope_var intercept_var cov corr x_slope x_intercept x_residual_var " +
+    "x_slope_var x_intercept_var x_cov x_corr mean_x mean_y var_x var_y cov_xy r";
+  const nodes = (least) => [
+    (x, y) => real(x, y), one_length, rising,
+    (x) => x.length < least && `takes ${least} nodes or more, got ${x.length}`,
+  ]; // prettier-ignore
+  const at_nodes = (name, x, y, d2, xq, routine, least) => made([x, y, d2, xq], routine, { name, needs: nodes(d2 ? 0 : least) });
+
+  Object.assign(r, {
     version: () => [Math.floor(c.dsp_version() / 100), c.dsp_version() % 100],
     free_internal: () => void c.dsp_free_internal(),
-    append: (x, y) => changed(c.dsp_append, x, {}, (y instanceof Signal ? y : signal(y)).record),
-    subvec: (x, start, count) => made([x], (a, o) => c.dspu_subvec(a, o, start, count)),
+    append: (x, y) => lent([y], (tail) => changed(x, (record) => c.dsp_append(record, tail.record))),
+    /** 0 when dx and all samples agree within the tolerance, else the sign of the first difference. */
+    cmp: (x, y, tolerance = 0) =>
+      lent([x, y], (a, b) => {
+        require("cmp", [one_length], [a, b]);
+        return new Int32Array(written(1, (out) => c.dsp_cmp(a.record, b.record, tolerance, out)).buffer)[0];
+      }),
 
-    db: (x, factor = 20, o) => changed(c.dspi_db, x, o, factor),
-    offset: (x, by, o) => changed(c.dspi_offset, x, o, by),
-    scale: (x, by, o) => changed(c.dspi_scale, x, o, by),
-    cscale: (x, re, im, o) => changed(c.dspi_cscale, x, o, re, im),
-    limit: (x, lo, hi, o) => changed(c.dspi_limit, x, o, lo, hi, 0),
-    addcos: (x, freq, { amp = 1, phase = 0, both = false, ...o } = {}) =>
-      changed(c.dspi_addcos, x, o, both, freq, amp, phase),
-    mag: (x, { out } = {}) => made([x], c.dspu_mag, out),
-    magsq: (x, { out } = {}) => made([x], c.dspu_magsq, out),
-    maximum: (x, y, { out } = {}) => made([x, y], c.dspb_max, out),
-    minimum: (x, y, { out } = {}) => made([x, y], c.dspb_min, out),
-    avg_add: (x, average, weight, { out } = {}) => made([x, average], (a, b, o) => c.dspb_avg_add(a, b, o, weight), out),
-    dot: (x, y) => number(made([x, y], c.dspbs_dot)),
-    shift: (x, k) => changed(c.dspi_shift, x, {}, k),
-    swap_halves: (x, { undo = false, ...o } = {}) => changed(undo ? c.dspi_swap_halves2 : c.dspi_swap_halves, x, o),
-    zpad: (x, length, mode = Pad.UNSCALED) => changed(c.dspi_zpad2, x, {}, length, choose(Pad, mode)),
-    unzpad: (x, length, mode = Pad.UNSCALED) => changed(c.dspi_unzpad, x, {}, length, choose(Pad, mode)),
-    orecon: (x, odd = true) => changed(c.dspi_orecon, x, {}, odd),
-    unwrap: (x, window = 1, o) => changed(c.dspi_unwrap_wnd, x, o, window),
-    edge: (x, level = 0, { rising = true, falling = false, ...o } = {}) =>
-      changed(c.dspi_edge, x, o, rising | (falling << 1), level),
-    line: (length, slope = 1, offset = 0, { dx = 1 } = {}) => generated(c.dspc_line, length, dx, false, slope, offset),
-    cos: (length, freq, phase = 0, { dx = 1 } = {}) => generated(c.dspc_cos, length, dx, false, freq, phase),
-    cexp: (length, freq, phase = 0, { dx = 1 } = {}) => generated(c.dspc_cexp, length, dx, true, freq, phase),
-
-    fft: (x, o) => changed(c.dspi_fft, x, o, 0),
-    ifft: (x, o) => changed(c.dspi_fft, x, o, 1),
-    dft: (x, o) => changed(c.dspi_dft, x, o, 0),
-    idft: (x, o) => changed(c.dspi_dft, x, o, 1),
-    irdft: (x, odd = false, o) => changed(c.dspi_irdft, x, o, odd),
-    dct: (x, { normalised = false, ...o } = {}) => changed(c.dspi_dct, x, o, normalised << 1),
-    idct: (x, { normalised = false, ...o } = {}) => changed(c.dspi_dct, x, o, 1 | (normalised << 1)),
-    bitrev: (x, { scale = false, ...o } = {}) => changed(scale ? c.dspi_bitrev_scale : c.dspi_bitrev, x, o),
-
-    window: (x, window, flags = 0, { active, ...o } = {}) =>
-      active === undefined
-        ? changed(c.dspi_window, x, o, choose(Window, window), choose(Wnd, flags))
-        : changed(c.dspi_window2, x, o, choose(Window, window), choose(Wnd, flags) | Wnd.ACTIVE, active),
-    window_gauss: (x, sigma, flags = 0, o) => changed(c.dspi_window_gauss, x, o, sigma, choose(Wnd, flags)),
-    window_kaiser: (x, beta, flags = 0, o) => changed(c.dspi_window_kaiser, x, o, beta, choose(Wnd, flags)),
-    window_tukey: (x, alpha, flags = 0, o) => changed(c.dspi_window_tukey, x, o, alpha, choose(Wnd, flags)),
-    window_sinc: (x, lobe = Math.PI, peak = 1, flags = 0, o) =>
-      changed(c.dspi_window_sinc, x, o, lobe, peak, choose(Wnd, flags)),
-    window_cos: (x, coefficients, o) => lent([coefficients], (record) => changed(c.dspi_window_cos, x, o, record)),
-    window_fir: (taps, window, o) => changed(c.dspi_window_fir, taps, o, choose(Window, window)),
+    window: (x, window, flags = 0, { active, ...o } = {}) => {
+      const [type, value] = [choose("Window", window), choose("Wnd", flags)];
+      if (active === undefined) return changed(x, (record) => c.dspi_window(record, type, value), o);
+      return changed(x, (record) => c.dspi_window2(record, type, value | Wnd.ACTIVE, active), o);
+    },
+    window_cos: (x, coefficients, o) =>
+      lent([coefficients], (table) => {
+        require("window_cos", [real], [table]);
+        return changed(x, (record) => c.dspi_window_cos(record, table.record), o);
+      }),
     window_scale: (window, length, kind = 0) =>
-      result((out) => c.dsp_window_scale(out, choose(Window, window), choose(Wnd, kind), length)),
-    window_enbw: (window, length) => result((out) => c.dsp_window_enbw(out, choose(Window, window), length)),
+      written(1, (out) => c.dsp_window_scale(out, choose("Window", window), choose("Wnd", kind), length))[0],
+    window_enbw: (window, length) => written(1, (out) => c.dsp_window_enbw(out, choose("Window", window), length))[0],
 
-    spectrum: (x, window = "hann", { flags = 0, n = 0, fraction = 1, out } = {}) =>
-      made([x], (a, o) => c.dsph_fft(a, o, n, fraction, choose(Window, window), choose(Spectrum, flags)), out),
-    spectrum_dft: (x, window = "hann", { flags = 0, out } = {}) =>
-      made([x], (a, o) => c.dsph_dft(a, o, choose(Window, window), choose(Spectrum, flags)), out),
-    corr: (ref, x, { m = ref.length, halve = false } = {}) =>
-      made([ref, x], (a, b, o) => c.dspb_corr(a, b, o, m, halve)),
-
-    hist: (x, start, bin_width, bins) => made([x], (a, o) => c.dsps_hist(a, o, start, bin_width, bins)),
+    corr: (ref, x, { m = ref.length, halve = false } = {}) => {
+      const most = Math.min(ref.length, x.length);
+      const fits = () => !(m >= 1 && m <= most) && `takes 1 to ${most} samples of the reference, got ${m}`;
+      return made([ref, x], (a, b, out) => c.dspb_corr(a, b, out, m, halve), { name: "corr", needs: [fits] });
+    },
     peak: (x, how = "parabolic", { index } = {}) => {
-      const flags = choose(Peak, how) | (index === undefined ? 0 : Peak.AT_INDEX);
-      const found = fields(made([x], (a, o) => c.dsps_peak(a, o, flags, index ?? 0)), "value", "position");
-      return { ...found, place: found.position * (x.dx ?? 1) };
+      const flags = choose("Peak", how) | (index === undefined ? 0 : Peak.AT_INDEX);
+      let clamped = false;
+      const out = made([x], (a, o) => void (clamped = library.exports.dsps_peak(a, o, flags, index ?? 0) !== 0));
+      if (out.length < 2) throw new DspError("dsps_peak", "peak: memory ran out");
+      const { value, position } = fields(out, "value", "position");
+      return { value, position, place: position * (x.dx ?? 1), clamped };
     },
-    peval: (coefficients, x) => number(made([coefficients], (a, o) => c.dsps_peval(a, o, x))),
     lin_regres: (x) => fields(made([x], c.dsps_lin_regres), "slope", "intercept"),
+    lin_regres2: (x) => fields(made([x], c.dsps_lin_regres2), ...regression.split(" ")),
 
-    fir: (kind, length, f = 0, p = 0) => generated(c.dspc_fir, length, 1, false, choose(Fir, kind), f, p),
-    fir2: (kind) => generated(c.dspc_fir2, 0, 1, false, choose(Fir2, kind)),
-    rsmp: (length, kind) => generated(c.dspc_rsmp, length, 1, false, kind),
-
-    interp: (x, y, xq, mode = "linear", { d2 } = {}) =>
-      made([x, y, d2, xq], (a, b, d, q, o) => c.dsp_interp(a, b, d, q, o, choose(Interp, mode))),
-    cspline: (x, y, xq, { d2 } = {}) => made([x, y, d2, xq], c.dsp_cspline),
-
-    /** Complex points as "level" or "return_loss" (dB), "magnitude", "phase" (degrees) or "swr". */
-    format_buffer: (x, format) => {
-      const out = r.real(x);
-      c.vfpd_FormatBuffer(choose(Format, format), x.address, out.address, 0, x.length);
-      return out;
+    fir: (kind, length, f = 0, p = 0) => {
+      const type = choose("Fir", kind);
+      const odd = () => (type === 1 || type === 2) && length % 2 === 0 && `takes an odd number of taps for this kind, got ${length}`;
+      require("fir", [odd], []);
+      return filled(sized(length), true, (record) => c.dspc_fir(record, type, f, p));
     },
-    unwrap_phase: (x) => {
-      const out = r.real(x);
-      c.vfpd_UnwrapPhase(x.address, 0, x.length, out.address);
-      return out;
+    fir2: (kind) => filled(sized(), true, (record) => c.dspc_fir2(record, choose("Fir2", kind))),
+    rsmp_cos: (length, table) => made([table], (k, out) => (library.set_length(out, length), c.dspc_rsmp_cos(out, k)), { name: "rsmp_cos", needs: [real] }),
+    rsmp_pcos: (length, table) => made([table], (k, out) => (library.set_length(out, length), c.dspc_rsmp_pcos(out, k)), { name: "rsmp_pcos", needs: [real] }),
+
+    interp: (x, y, xq, mode = "linear", { d2 } = {}) => {
+      const scheme = choose("Interp", mode);
+      return at_nodes("interp", x, y, d2, xq, (a, b, d, q, out) => c.dsp_interp(a, b, d, q, out, scheme), (scheme & 7) === 5 ? 4 : 0);
     },
-  }), { sized, made, changed, lent });
+    cspline: (x, y, xq, { d2 } = {}) => at_nodes("cspline", x, y, d2, xq, c.dsp_cspline, 4),
+    /** Ends are "not_a_knot", "natural", ["clamped", slope] or ["second_derivative", value]. */
+    cspline_2d: (x, y, left = "not_a_knot", right = "not_a_knot") => {
+      const [[l, l_value = 0], [r, r_value = 0]] = [left, right].map((end) => [end].flat());
+      const ends = [l_value, r_value, choose("Spline", l), choose("Spline", r)];
+      return made([x, y], (a, b, out) => c.dspb_cspline_2d(a, b, out, ...ends), { name: "cspline_2d", needs: nodes(4) });
+    },
+    /** Where a polynomial has the value y: real places, or with `all` complex ones, too. */
+    solve: (coefficients, y = 0, { all = false } = {}) => {
+      const { re, im } = typeof y === "number" ? { re: y, im: 0 } : y;
+      if (!all && im !== 0) throw new DspError("dsps_psolve", "solve takes a real value unless all solutions are asked for");
+      const not_constant = (k) => k.samples.every((v, i) => v === [re, k.is_complex ? im : 0][i] || (i > k.is_complex && v === 0)) && "takes an equation that not every number solves";
+      const needs = [...(all ? [] : [real]), not_constant];
+      return made([coefficients], (k, out) => (all ? c.dsps_pcsolve(k, out, re, im) : c.dsps_psolve(k, out, re)), { name: "solve", needs });
+    },
+  });
+  const tools = { sized, made, lent, filled, require, written };
+  return add_streams(add_arrays(r, tools), tools);
 }

@@ -4,48 +4,30 @@ const record_bytes = 32; // dsp_vec: dx, then data, capacity, length, is_complex
 const at = { data: 8, length: 16, is_complex: 20 };
 const dispose = Symbol.dispose ?? Symbol.for("Symbol.dispose");
 
-/** What a routine takes, where its refusal has a usual reason. */
-const conditions = {
-  dspi_fft: "a length that is a power of two", dspi_bitrev: "a length that is a power of two",
-  dspi_rfft: "a real signal whose length is a power of two", dspi_irfft: "half a spectrum, 2^k + 1 complex bins",
-  dspi_rdft: "a real signal", dspi_dct: "a real signal", dsps_skew: "a real signal", dsps_excess: "a real signal",
-  dspi_unwrap_wnd: "a real signal and a window of 0 or more", dspi_edge: "a real signal",
-  dspb_ritoc: "two real signals of equal length", dspb_corr: "1 to as many samples of the reference as both signals have",
-  dspb_mul: "signals of equal length", dspb_div: "signals of equal length", dspb_conj_mul: "signals of equal length",
-  dspb_max: "signals of equal length", dspb_min: "signals of equal length", dspbs_dot: "signals of equal length",
-  dspb_inter: "signals of equal length", dspb_avg_add: "signals of equal length",
-  dsph_avg: "spectra of one length", dspc_fir: "a kind of 0 to 10; bandstop and highpass an odd length",
-  dsp_interp: "real nodes whose abscissae rise, as many ordinates, and four nodes for a spline",
-  dsp_cspline: "four or more real nodes whose abscissae rise, and as many ordinates",
-  dsph_rsmp_coef_setup: "a finite ratio", MatrixMult: "matrices whose sizes fit", invert: "a matrix that has an inverse",
-};
-
 /** A routine refused its arguments, or memory ran out; `routine` is its name in dsp.h. */
 export class DspError extends Error {
-  constructor(routine, condition) {
-    super(`${routine} ${condition}`);
+  constructor(routine, message) {
+    super(message);
     this.name = "DspError";
     this.routine = routine;
   }
 }
 
-/** A routine that throws where C returns its failure status. */
-function checked(name, routine, failure = -1) {
-  const takes = conditions[name] ?? "other arguments";
+/** A routine whose conditions are met, so that it fails for lack of memory only. */
+function checked(name, routine) {
   return (...args) => {
-    let status;
+    let status = -1;
     try {
       status = routine(...args);
     } catch (error) {
-      if (error instanceof WebAssembly.Exception) throw new DspError(name, "ran out of memory");
-      throw error;
+      if (!(error instanceof WebAssembly.Exception)) throw error;
     }
-    if (status === failure) throw new DspError(name, `takes ${takes}, or memory ran out`);
+    if (status === -1) throw new DspError(name, `${name}: memory ran out`);
     return status;
   };
 }
 
-const never_fail = /^(malloc|free|vfpd_Find(Max|Min)|.._?fpscr|set_runfast|dsp_version)$/;
+const never_fail = /^(malloc|free|vfpd_Find(Max|Min)2?|.._?fpscr|set_runfast|dsp_version)$/;
 
 /** The routines of a loaded module, and the memory behind their arguments. */
 export class Library {
@@ -54,7 +36,7 @@ export class Library {
     this.c = {};
     for (const [name, routine] of Object.entries(exports))
       if (typeof routine === "function")
-        this.c[name] = never_fail.test(name) ? routine : checked(name, routine, name === "invert" ? 0 : -1);
+        this.c[name] = never_fail.test(name) ? routine : checked(name, routine);
     this.forgotten = new FinalizationRegistry((release) => release());
   }
 
@@ -68,9 +50,13 @@ export class Library {
     return new Float64Array(this.exports.memory.buffer, address, count);
   }
 
+  set_length(record, length) {
+    this.view.setInt32(record + at.length, length, true);
+  }
+
   allocate(bytes) {
     const address = this.c.malloc(bytes);
-    if (address === 0) throw new DspError("malloc", `has no ${bytes} bytes left`);
+    if (address === 0) throw new DspError("malloc", `memory ran out: no ${bytes} bytes are left`);
     return address;
   }
 
@@ -93,7 +79,7 @@ export class Signal {
     this.#release = library.own(this, () => (c.dsp_destroy(record), c.free(record)));
     c.dsp_init(record);
     this.dx = dx;
-    library.view.setInt32(record + at.length, length, true);
+    library.set_length(record, length);
     library.view.setUint32(record + at.is_complex, is_complex, true);
   }
 

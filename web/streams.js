@@ -1,17 +1,38 @@
 // Streams: objects that are called block by block and carry what the next block needs. A record in blocks of any lengths
 // is the record at once. free() gives their memory back at once.
 
-import { Avg, choose } from "./names.js";
+import { choose } from "./names.js";
+import { one_length, real } from "./routines.js";
+import { DspError } from "./signal.js";
 
 const dispose = Symbol.dispose ?? Symbol.for("Symbol.dispose");
 
+const kernel_lengths = [8194, 13314, 2050, 10242, 13314];
+
+/** A kernel table begins with its number of taps. */
+function is_table({ length, samples: [taps] }) {
+  const fits = taps >= 0.5 && taps < 2 ** 20 && length >= 2 && (length - 2) % Math.round(taps) === 0;
+  return !fits && `takes a table of rsmp, rsmp_cos or rsmp_pcos, got ${length} samples that begin with ${taps}`;
+}
+
 /** Adds the classes of streams to the routines `r`. */
-export function add_streams(r, { sized, made, changed }) {
+export function add_streams(r, { sized, made, require }) {
   const { library } = r;
   const { c } = library;
 
-  class Stream {
-    constructor() {
+  class Owner {
+    free() {
+      for (const part of Object.values(this)) if (part instanceof r.Signal) part.free();
+    }
+    [dispose]() {
+      this.free();
+    }
+  }
+
+  class Stream extends Owner {
+    constructor(parts) {
+      super();
+      Object.assign(this, parts);
       this.reset();
     }
     /** Silence before the next block. */
@@ -19,62 +40,61 @@ export function add_streams(r, { sized, made, changed }) {
       this.state?.free();
       this.state = sized();
     }
-    free() {
-      for (const part of Object.values(this)) if (part instanceof r.Signal) part.free();
-    }
-    [dispose]() {
-      this.free();
-    }
-    block(x, body, out) {
-      return made([x], (a, o) => body(a, o, this.state.record), out);
-    }
   }
+
+  /** A class of filters: what its constructor keeps of its arguments, and how a block goes through. */
+  const filter = (keep, run) =>
+    class extends Stream {
+      constructor(...args) {
+        super(keep(...args));
+      }
+      filter(x, { out } = {}) {
+        return made([x], (block, result) => run(this, block, result, this.state.record), { out });
+      }
+    };
 
   /** Filters by taps: len(x) samples each block. */
-  class FirFilter extends Stream {
-    constructor(taps) {
-      super();
-      this.taps = r.signal(taps);
-    }
-    filter(x, { out } = {}) {
-      return this.block(x, (a, o, state) => c.dspd_fir(a, o, this.taps.record, state), out);
-    }
-  }
+  const FirFilter = filter(
+    (taps) => ({ taps: r.signal(taps) }),
+    ({ taps }, x, out, state) => c.dspd_fir(x, out, taps.record, state),
+  );
 
   /** FirFilter by the first half of its taps; `odd`: the last of them is the centre; `anti`: the mirrored are negated. */
-  class SymmetricFir extends Stream {
-    constructor(half, { odd = true, anti = false } = {}) {
-      super();
-      Object.assign(this, { half: r.signal(half), odd, anti });
-    }
-    filter(x, { out } = {}) {
-      return this.block(x, (a, o, state) => c.dspd_sfir(a, o, this.half.record, this.odd, this.anti, state), out);
-    }
-  }
+  const SymmetricFir = filter(
+    (half, { odd = true, anti = false } = {}) => ({ half: r.signal(half), odd, anti }),
+    ({ half, odd, anti }, x, out, state) => c.dspd_sfir(x, out, half.record, odd, anti, state),
+  );
 
   /** The fixed recursive half-band lowpass: flat up to 0.18, closed from 0.3. */
-  class HalfBandFilter extends Stream {
-    filter(x, { out } = {}) {
-      return this.block(x, (a, o, state) => c.dspd_hwfilt(a, o, 0, state), out);
-    }
-  }
+  const HalfBandFilter = filter(() => ({}), (_, x, out, state) => c.dspd_hwfilt(x, out, 0, state));
 
   /** Keeps every `factor`-th sample of the stream; filter first. */
-  class Decimator extends Stream {
-    constructor(factor) {
-      super();
-      this.factor = factor;
+  const Decimator = filter((factor) => ({ factor }), ({ factor }, x, out, state) => c.dspd_deci(x, out, factor, state));
+
+  /** One output every `step` samples, 0 or more, through a kernel: one of the built-in kinds 0 to 4, or a table of rsmp,
+   * rsmp_cos or rsmp_pcos. Nothing is filtered: frequencies above the output's Nyquist frequency alias. */
+  class FractionalResampler extends Stream {
+    constructor(step, table = 4, { interp = true } = {}) {
+      if (!(step >= 0 && step < Infinity))
+        throw new DspError("dspd_rsmp", `a resampler takes a finite step of 0 or more, got ${step}`);
+      super({ step, interp, table: typeof table === "number" ? r.rsmp(kernel_lengths[table] ?? 0, table) : r.signal(table) });
+      require("FractionalResampler", [real, is_table], [this.table]);
     }
-    filter(x, { out } = {}) {
-      return this.block(x, (a, o, state) => c.dspd_deci(a, o, this.factor, state), out);
+    /** At most `most` outputs, of which a step of 0 takes a number; the others come first in the next block. */
+    convert(x, { out = sized(), most = this.step > 0 ? (x.length + this.table.samples[0]) / this.step + 2 : 0 } = {}) {
+      library.set_length(out.record, Math.min(most, 2 ** 30));
+      const { step, interp, table, state } = this;
+      return made([x], (block, result) => c.dspd_rsmp(block, result, interp, table.record, step, state.record), { out });
     }
   }
 
   /** Converts to a lower sample rate, by any ratio of input to output rate from 1 up, with the lowpasses it takes. */
-  class Resampler {
+  class Resampler extends Owner {
     constructor(ratio, { mode = false } = {}) {
-      const coef = library.allocate(256);
-      const state = library.allocate(256);
+      if (!(ratio >= 1 && ratio < Infinity))
+        throw new DspError("dsph_rsmp_coef_setup", `a resampler takes a finite ratio of 1 or more, got ${ratio}`);
+      super();
+      const [coef, state] = [library.allocate(256), library.allocate(256)];
       const scratch = (this.scratch = sized());
       Object.assign(this, { coef, state });
       c.dsph_rsmp_coef_init(coef);
@@ -90,9 +110,6 @@ export function add_streams(r, { sized, made, changed }) {
       c.dsph_rsmp_coef_setup(coef, 0, ratio, mode, 0);
       this.reset();
     }
-    [dispose]() {
-      this.free();
-    }
     /** Begins a stream, which is real or complex by its first block. */
     reset() {
       this.is_complex = undefined;
@@ -104,22 +121,24 @@ export function add_streams(r, { sized, made, changed }) {
         c.dsph_rsmp_state_reset(this.coef, this.state);
       }
       if ((x.is_complex ?? false) !== this.is_complex) throw new TypeError("real and complex blocks in one stream");
-      return made([x], (a, o) => c.dsph_rsmp(a, o, this.scratch.record, this.coef, this.state), out);
+      return made([x], (a, o) => c.dsph_rsmp(a, o, this.scratch.record, this.coef, this.state), { out });
     }
   }
 
   /** A running average of spectra, or of any signals of one length. `mode` is one of the names of Avg, with "power" for
    * squared magnitudes and "limit" for exponential averaging from count `limit` on. */
-  class Average {
+  class Average extends Owner {
     constructor(mode = "mean, power", { weight = -1, limit = 0, period = 0 } = {}) {
-      Object.assign(this, { mode: choose(Avg, mode), weight, limit, period, count: 0, average: sized(), work: sized() });
+      super();
+      Object.assign(this, { mode: choose("Avg", mode), weight, limit, period, count: 0, average: sized(), work: sized() });
     }
     reset() {
       this.count = 0;
     }
     add(x) {
-      c.dsph_avg(x.record, this.average.record, this.work.record, this.mode, this.count + 1, this.period, this.weight,
-        this.limit); // prettier-ignore
+      if (this.count > 0) require("Average", [one_length], [x, this.average]);
+      const { average, work, mode, count, period, weight, limit } = this;
+      c.dsph_avg(x.record, average.record, work.record, mode, count + 1, period, weight, limit);
       this.count += 1;
       return this;
     }
@@ -127,22 +146,16 @@ export function add_streams(r, { sized, made, changed }) {
     result() {
       return r.signal(this.average);
     }
-    free() {
-      this.average.free();
-      this.work.free();
-    }
-    [dispose]() {
-      this.free();
-    }
   }
 
   /** The error terms of a reflectometer, from three standards: how they were measured and what they are, each a complex
    * signal over frequency. */
-  class OnePort {
+  class OnePort extends Owner {
     constructor(measured, actual) {
+      super();
       const terms = measured.map((g) => r.rtoc(g));
       const known = actual.map((a) => r.rtoc(a));
-      const length = terms[0].length;
+      const { length } = terms[0];
       if (terms.length !== 3 || known.length !== 3 || [...terms, ...known].some((s) => s.length !== length))
         throw new TypeError("a calibration takes three standards of equal length, measured and actual");
       c.Compute1PortTerms(...terms.map((s) => s.address), ...known.map((s) => s.address), 0, length);
@@ -155,13 +168,8 @@ export function add_streams(r, { sized, made, changed }) {
       const divisor = r.mul(this.source_match, through);
       return r.div(through, r.add(this.reflection_tracking, divisor, { out: divisor }), { out: through });
     }
-    free() {
-      for (const term of [this.directivity, this.source_match, this.reflection_tracking]) term.free();
-    }
-    [dispose]() {
-      this.free();
-    }
   }
 
-  return Object.assign(r, { FirFilter, SymmetricFir, HalfBandFilter, Decimator, Resampler, Average, OnePort });
+  const classes = { FirFilter, SymmetricFir, HalfBandFilter, Decimator, FractionalResampler, Resampler, Average, OnePort };
+  return Object.assign(r, classes);
 }

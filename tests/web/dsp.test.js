@@ -1,23 +1,73 @@
 // The module over dsp.wasm, in Node: what it adds to the library, whose routines have tests of their own.
 import assert from "node:assert/strict";
-import { readFile } from "node:fs/promises";
+import { readdir, readFile } from "node:fs/promises";
 import test from "node:test";
 import v8 from "node:v8";
 import vm from "node:vm";
 import { pathToFileURL } from "node:url";
 
 const built = pathToFileURL(process.env.DSP_JS);
-const { load, DspError } = await import(built);
+const module = await import(built);
+const { load, DspError } = module;
 const dsp = await load();
 const near = (a, b, tolerance = 1e-14) => assert.ok(Math.abs(a - b) <= tolerance, `${a} is not ${b}`);
 
 test("dsp.wasm exports dsp.h and a heap", async () => {
-  const header = (await readFile(process.env.DSP_HEADER, "utf8")).replace(/#define.*/g, "");
+  const header = (await readFile(`${process.env.DSP_SOURCE}/dsp/dsp.h`, "utf8")).replace(/#define.*/g, "");
   const declared = [...header.matchAll(/DSP_API[^(;]*?(\w+)\(/g)].map((m) => m[1]);
   const module = await WebAssembly.compile(await readFile(new URL("dsp.wasm", built)));
   const exported = WebAssembly.Module.exports(module).filter((e) => e.kind === "function").map((e) => e.name);
   for (const name of declared) assert.ok(exported.includes(name), name);
   assert.ok(declared.length > 150 && exported.length < declared.length + 10);
+});
+
+test("the names are those of the Python package, and declared", async () => {
+  const folder = `${process.env.DSP_SOURCE}/python/dsp/`;
+  const sources = await Promise.all((await readdir(folder)).filter((f) => f.endsWith(".py")).map((f) => readFile(folder + f, "utf8")));
+  const lists = sources.flatMap((text) => [...text.matchAll(/__all__ = \[(.*?)\]/gs)].map((m) => m[1])).join();
+  const tuples = ["Circle", "End", "Found", "Limited", "Line", "Record", "Regression"]; // results here are plain objects
+  const names = [...lists.matchAll(/"(\w+)"/g)].map((m) => m[1]).filter((name) => !tuples.includes(name));
+  assert.ok(names.length > 150);
+  const declared = await readFile(new URL("dsp.d.ts", built), "utf8");
+  for (const name of names) {
+    assert.ok(name in dsp || name in module, name);
+    assert.match(declared, new RegExp(`\\b${name}[(:]| class ${name}\\b`), name);
+  }
+});
+
+test("routines take what they take in Python, and give the same", () => {
+  const points = (s) => [...s.samples].map((v) => Number(v.toFixed(3)) + 0);
+  const z = (...parts) => dsp.signal(parts, { complex: true });
+  const [x, y] = [[0, 1, 2, 3], [0, 1, 4, 9]];
+  const given = {
+    roots: [dsp.roots([-1, 0, 0, 0, 1]), [1, 0, 0, 1, 0, -1, -1, 0]],
+    poly: [dsp.poly([1, 2]), [2, -3, 1]],
+    solve: [dsp.solve([0, 0, 1], 4), [-2, 2]],
+    "all solutions": [dsp.solve([0, 0, 1], -4, { all: true }), [0, 2, 0, -2]],
+    cspline_2d: [dsp.cspline_2d(x, y, ["clamped", 0], "natural"), [2.077, 1.846, 2.538, 0]],
+    interp: [dsp.interp(x, y, [0.5, 2.5], "linear"), [0.5, 6.5]],
+    smooth: [dsp.smooth([0, 0, 3, 0, 0], 3), [0, 1, 1, 1, 0]],
+    "smooth, complex": [dsp.smooth(z(1, 0, 1, 0, 4, 0), 3), [1, 0, 2, 0, 4, 0]],
+    expand_log: [dsp.expand_log(3, 1, 100), [1, 10, 100]],
+    expand_linear: [dsp.expand_linear(3, 1, 2), [1, 1.5, 2]],
+    scale_to_fp: [dsp.scale_to_fp([0, 0.25, 1], 0, 1, 10, 20), [10, 12.5, 20]],
+    matrix_mult: [dsp.matrix_mult([1, 2, 3, 4], z(1, 0, 0, 1), 2), [1, 2, 3, 4]],
+    invert: [dsp.invert(z(2, 0, 0, 0, 0, 0, 0, 4)), [0.5, 0, 0, 0, 0, 0, 0, -0.25]],
+    arc_interp: [dsp.arc_interp([0, 1, 2], z(1, 0, 0, 1, -1, 0), [0.5]), [0.707, 0.707]],
+    rsmp: [dsp.rsmp(10, 2), [8, 0, 0.001, 0.039, 0.244, 0.433, 0.244, 0.039, 0.001, 0]],
+    rsmp_cos: [dsp.rsmp_cos(10, [8, 0.5, 0.5]), [8, 0, 0.146, 0.5, 0.854, 1, 0.854, 0.5, 0.146, 0]],
+    format_buffer: [dsp.format_buffer(z(0.5, 0, 0, 0.1), "swr"), [3, 1.222]],
+    "addcos by name": [dsp.addcos([0, 0, 0, 0], 0.25, { amp: 2 }), [2, 0, -2, 0]],
+    "dct by place": [dsp.dct([1, 1], true), points(dsp.dct([1, 1], { normalised: true }))],
+  };
+  for (const [name, [got, wanted]] of Object.entries(given)) assert.deepEqual(points(got), wanted, name);
+  assert.deepEqual([...dsp.scale_to_int([0, 0.25, 1], 0, 1, 0, 480)], [0, 120, 480]);
+  assert.deepEqual([dsp.find_max([1, 5, 3]), dsp.find_max([1, 5, 3], { skip: [1, 2] }), dsp.find_min([4, 5, 3])], [1, 2, 2]);
+  assert.deepEqual([dsp.cmp([1, 2], [1, 2.5]), dsp.cmp([1, 2], [1, 2.5], 1)], [-1, 0]);
+  assert.deepEqual(dsp.circle_fit(z(3, 0, 2, 1, 1, 0, 2, -1)), { centre: { re: 2, im: 0 }, radius: 1, rms: 0 });
+  const { slope, r } = dsp.lin_regres2([1, 3, 5]);
+  assert.deepEqual([slope, r], [2, 1]);
+  assert.equal(new dsp.FractionalResampler(2).convert(new Float64Array(100)).length, 51);
 });
 
 test("a tone between bins, as the README has it", () => {
@@ -45,11 +95,16 @@ test("signals keep spacing and representation; arrays take a signal's spacing; `
 
 test("errors name routine and condition, and leave the arguments as they were", () => {
   const x = dsp.signal([1, 2, 3]);
-  assert.throws(() => dsp.rfft(x), (e) => e instanceof DspError && /dspi_rfft takes .*power of two/.test(e.message));
-  assert.throws(() => dsp.mul(x, [1]), /dspb_mul takes signals of equal length/);
+  assert.throws(() => dsp.rfft(x), (e) => e instanceof DspError && /^rfft takes a power of two of samples, got 3; rdft/.test(e.message) && e.routine === "dspi_rfft");
+  assert.throws(() => dsp.mul(x, [1]), /mul takes signals of one length, got 3 and 1/);
   assert.throws(() => dsp.spectrum(x, "hum"), /"hum" is none of UNIFORM/);
   assert.throws(() => dsp.zpad(x, 2 ** 30), /memory ran out/);
   assert.throws(() => dsp.sum(7), TypeError);
+  assert.throws(() => dsp.offset(x), /offset takes by/);
+  assert.throws(() => dsp.roots([0, 0]), /roots takes a coefficient that is not 0/);
+  assert.throws(() => dsp.invert([1, 1, 1, 1]), /square matrix that has an inverse/);
+  assert.throws(() => dsp.interp([0, 2, 1, 3], [1, 1, 1, 1], [1]), /interp takes places that rise/);
+  assert.throws(() => new dsp.Resampler(0.5), /ratio of 1 or more, got 0.5/);
   assert.deepEqual([...x.samples], [1, 2, 3]);
 });
 

@@ -32,6 +32,12 @@ export class AveragedSpectrum {
     return this.bins.dx;
   }
 
+  /** From row to row of the waterfall, and from bin to bin in a row. */
+  get row_spacing() {
+    const group = Math.ceil(this.bins.length / row_bins);
+    return { seconds: (this.blocks_per_row * this.hop) / this.rate, df: group * this.dx };
+  }
+
   push(samples) {
     for (let taken = 0; taken < samples.length; ) {
       const part = samples.subarray(taken, taken + this.block.length - this.filled);

@@ -1,64 +1,56 @@
-// A one-port calibration: corrected trace, Smith chart, error terms.
+// A one-port calibration: the standards and the device, error terms, corrected trace, Smith chart.
 
 import { ask } from "./client.js";
-import { attempt, element, fill, tell } from "./page.js";
+import { attempt, element, fill, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
+import { Smith } from "./smith.js";
 
-const plot = new Plot({ id: "reflection-plot", x: "frequency / MHz", y: "reflection / dB", traces: ["corrected", "measured"] });
-let files;
-
-/** The circle of constant resistance, and the arc of constant reactance, of impedances in units of the reference. */
-function chart_curve(impedances) {
-  return impedances.map(([r, x]) => {
-    const d = (r + 1) ** 2 + x * x;
-    return [(r * r + x * x - 1) / d, (2 * x) / d];
-  });
-}
-
-function draw_smith(points) {
-  const canvas = element("smith");
-  const ctx = canvas.getContext("2d");
-  const [half, radius] = [canvas.width / 2, canvas.width / 2 - 6];
-  const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`);
-  const curve = (line, stroke, width) => {
-    ctx.beginPath();
-    line.forEach(([x, y]) => ctx.lineTo(half + radius * x, half - radius * y));
-    Object.assign(ctx, { strokeStyle: stroke, lineWidth: width });
-    ctx.stroke();
-  };
-  ctx.clearRect(0, 0, canvas.width, canvas.height);
-  const sweep = Array.from({ length: 181 }, (_, i) => Math.tan((0.4999 * Math.PI * (i - 90)) / 90));
-  for (const r of [0, 0.2, 0.5, 1, 2, 5]) curve(chart_curve(sweep.map((t) => [r, (r + 1) * t])), colour("line"), 1);
-  for (const x of [-5, -2, -1, -0.5, -0.2, 0, 0.2, 0.5, 1, 2, 5])
-    curve(chart_curve(sweep.slice(90).map((t) => [t, x])), colour("line"), 1);
-  curve(Array.from({ length: points.length / 2 }, (_, i) => [points[2 * i], points[2 * i + 1]]), colour("first"), 2);
-}
+const x = "frequency / MHz";
+const quantities = { level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio / 1", phase: "phase / °" };
+const device = new Plot({ id: "reflection-plot", x, y: quantities.level, traces: ["corrected", "measured"] });
+const terms = new Plot({ id: "terms-plot", x, y: "error terms / dB", traces: ["directivity", "source match", "reflection tracking"], height: 280 });
+const smith = new Smith("smith", "Smith chart of the device");
+const roles = ["short", "open", "load", "device", "short_actual", "open_actual", "load_actual"];
+const needed = roles.slice(0, 4);
+let files = {}; // by role; none: the simulation
 
 export const update = () =>
   attempt("Calibration", async () => {
-    const { frequency, measured, corrected, smith, rows } = await ask("calibrate", files);
-    plot.show([frequency.map((f) => f / 1e6), corrected, measured]);
-    draw_smith(smith);
-    fill(element("calibration-figures"), rows);
-    tell(files ? `${files[3].name}, corrected by three standards` : "A simulated antenna, corrected by three standards");
+    const is_simulated = Object.keys(files).length === 0;
+    for (const role of roles) element(`${role}-name`).textContent = is_simulated ? "simulated" : (files[role]?.name ?? (needed.includes(role) ? "missing" : "ideal"));
+    const missing = needed.filter((role) => !files[role]);
+    if (!is_simulated && missing.length) return tell(`Still missing: ${missing.join(", ")}, as measured.`);
+    const settings = settings_of("calibration");
+    const result = await ask("calibrate", { files: is_simulated ? undefined : files, ...settings });
+    const frequency = result.frequency.map((f) => f / 1e6);
+    device.y = quantities[settings.format];
+    device.show([frequency, ...result.device], { y_range: settings.format === "swr" ? [1, 10] : undefined });
+    terms.show([frequency, ...result.terms]);
+    smith.show(result.frequency, result.smith);
+    fill(element("calibration-figures"), result.rows);
+    tell(`${is_simulated ? "A simulated antenna" : files.device.name}, corrected by three standards: ${result.standards}`);
   });
 
-/** Short, open and load by their names, and one more file: the device. */
-async function read_set(chosen) {
-  const named = (word) => chosen.find((f) => f.name.toLowerCase().includes(word));
-  const standards = ["short", "open", "load"].map(named);
-  const device = chosen.find((f) => !standards.includes(f));
-  if (chosen.length !== 4 || standards.includes(undefined) || !device)
-    throw new Error("four files are needed: three with short, open and load in their names, and the device");
-  return Promise.all([...standards, device].map(async (f) => ({ name: f.name, text: await f.text() })));
+/** The role of a file by its name: short, open or load, with "actual" or "ideal" in it what the standard really is. */
+function role_of({ name }) {
+  const standard = ["short", "open", "load"].find((word) => name.toLowerCase().includes(word));
+  return standard ? `${standard}${/actual|ideal|defin/i.test(name) ? "_actual" : ""}` : "device";
 }
 
+/** Takes files, all in the role given, or each in that of its name. */
+const adopt = (chosen, role) =>
+  attempt("Calibration", async () => {
+    for (const file of chosen) {
+      if (file.size > 50e6) throw new Error(`${file.name} is no Touchstone file of a one-port: it has more than 50 MB.`);
+      files[role ?? role_of(file)] = { name: file.name, text: await file.text() };
+    }
+    await update();
+  });
+
+export const open = (dropped) => adopt(dropped);
+
 export function start() {
-  element("sweeps").onchange = ({ target }) =>
-    attempt("Calibration", async () => {
-      files = await read_set([...target.files]);
-      await update();
-    });
-  element("simulate").onclick = () => ((files = undefined), update());
-  matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => element("calibration").hidden || update());
+  for (const role of roles) element(`${role}-file`).onchange = ({ target }) => adopt([...target.files], role);
+  element("sweeps").onchange = ({ target }) => adopt([...target.files]);
+  element("simulate").onclick = () => ((files = {}), update());
 }

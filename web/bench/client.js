@@ -4,10 +4,12 @@ const worker = new Worker(new URL("worker.js", import.meta.url), { type: "module
 const waiting = new Map();
 let asked = 0;
 
-export const ready = new Promise((resolve, reject) => {
-  waiting.set(0, { resolve, reject });
-  worker.onerror = () => reject(new Error("This browser cannot run the library."));
-});
+export const ready = new Promise((resolve, reject) => waiting.set(0, { resolve, reject }));
+
+worker.onerror = () => {
+  for (const { reject } of waiting.values()) reject(new Error("The computation broke off: reload the page, or take a smaller file."));
+  waiting.clear();
+};
 
 worker.onmessage = ({ data: { id, result, error, progress } }) => {
   if (progress !== undefined) return void (document.getElementById("progress").value = Math.min(progress, 1));

@@ -21,6 +21,20 @@ function choose(view) {
   return views[view].update();
 }
 
+/** A recording or sweeps, to the view that takes them. */
+function take_drops() {
+  const mark = (is_on) => document.body.classList.toggle("dropping", is_on);
+  document.ondragover = (event) => (event.preventDefault(), mark(true));
+  document.ondragleave = () => mark(false);
+  document.ondrop = (event) => {
+    event.preventDefault();
+    mark(false);
+    const view = element("calibration").hidden ? "spectrum" : "calibration";
+    if (view === "spectrum" && element("spectrum").hidden) choose(view);
+    if (event.dataTransfer.files[0]) views[view].open([...event.dataTransfer.files]);
+  };
+}
+
 function along_tabs(event) {
   const by = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
   if (!by) return;
@@ -44,6 +58,7 @@ await attempt("", async () => {
   }
   onhashchange = () => choose(read_link());
   for (const view of Object.values(views)) view.start?.();
+  take_drops();
   tell("");
   await spectrum.open_example();
   await choose(chosen);

@@ -6,8 +6,8 @@ import { attempt, element, fill, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
 import { Waterfall } from "./waterfall.js";
 
-const waterfall = new Waterfall(element("waterfall"));
-const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: draw_waterfall });
+const waterfall = new Waterfall("waterfall", "waterfall, level over frequency with time running down");
+const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => waterfall.draw(plot) });
 export let opened = ""; // the name of what is measured
 let about; // its rate, channels and frames
 let microphone;
@@ -40,22 +40,17 @@ function scaled(levels, { scale, linear }, enbw) {
 
 function show(settings, result, fresh) {
   measured = { settings, result };
-  const { levels, peaks, dx, enbw, rows } = result;
+  const { levels, peaks, dx, enbw } = result;
   const frequency = Float64Array.from(levels, (_, i) => i * dx);
   const [values, label] = scaled(levels, settings, enbw);
   plot.y = label;
-  waterfall.add(rows, fresh);
+  waterfall.add(result.rows, fresh, result.row_spacing);
   const least = Math.max(values.reduce((a, b) => Math.min(a, b)), values.reduce((a, b) => Math.max(a, b)) - 160);
   const top = 10 * Math.ceil((values.reduce((a, b) => Math.max(a, b)) + 3) / 10);
   plot.show([frequency, values], { log: settings.log, y_range: settings.linear ? undefined : [10 * Math.floor(least / 10), top] });
   const decimals = Math.min(Math.max(3 - Math.floor(Math.log10(dx)), 0), 9);
   fill(element("peaks"), peaks.map((p) => [(p.bin * dx).toFixed(decimals), p.level.toFixed(2)]), ["frequency / Hz", "level / dB"]);
   element("method").textContent = method(settings, result);
-}
-
-function draw_waterfall() {
-  const [row] = waterfall.rows;
-  if (row) waterfall.draw(plot, measured.result.rate / 2 / (row.length - 1));
 }
 
 /** Measures anew with the form's settings. */
@@ -84,8 +79,9 @@ async function adopt(name, opening) {
 
 export const open_example = () => adopt("example: 997 Hz with harmonics and noise", ask("open_example"));
 
-/** A WAV file or a table goes to the worker as it is; other sounds are decoded by the browser. */
-export async function open(file) {
+/** Opens the first of some files: a WAV file or a table goes to the worker as it is; other sounds are
+ * decoded by the browser. */
+export async function open([file]) {
   tell(`Opening ${file.name}`);
   const { rate } = settings_of("spectrum") ?? { rate: 48000 };
   const is_text = /^text\/|csv$/.test(file.type) || /\.(csv|tsv|txt|dat|wav)$/i.test(file.name);
@@ -128,14 +124,7 @@ async function live() {
 }
 
 export function start() {
-  element("recording").onchange = ({ target }) => target.files[0] && open(target.files[0]);
+  element("recording").onchange = ({ target }) => target.files[0] && open(target.files);
   element("example").onclick = open_example;
   element("live").onclick = live;
-  document.ondragover = (event) => (event.preventDefault(), document.body.classList.add("dropping"));
-  document.ondragleave = () => document.body.classList.remove("dropping");
-  document.ondrop = (event) => {
-    event.preventDefault();
-    document.body.classList.remove("dropping");
-    if (event.dataTransfer.files[0]) open(event.dataTransfer.files[0]);
-  };
 }

@@ -11,6 +11,24 @@ function numbers_of(line) {
   return text.split(separate).map((word) => (word === "" ? NaN : Number(decimal ? word.replace(decimal, ".") : word)));
 }
 
+/** Numbers without a bound to how many. */
+class Column {
+  values = new Float64Array(1024);
+  length = 0;
+
+  push(value) {
+    if (this.length === this.values.length) {
+      const longer = new Float64Array(2 * this.length);
+      longer.set(this.values);
+      this.values = longer;
+    }
+    this.values[this.length++] = value;
+  }
+  get samples() {
+    return this.values.subarray(0, this.length);
+  }
+}
+
 /** The rate of a column of times, or undefined. */
 function rate_of(times) {
   const step = (times.at(-1) - times[0]) / (times.length - 1);
@@ -24,17 +42,19 @@ export async function read_table(blob, rate) {
   if (blob.size > most_bytes) throw new Error("is a text of more than 256 MB");
   const text = await blob.text();
   if (text.includes("\0")) throw new Error("is neither a sound that this browser decodes nor a text");
-  const rows = [];
-  text.split(/\r\n|\r|\n/).forEach((line, at) => {
-    const row = numbers_of(line);
-    if (row.length === 0 || (rows.length === 0 && row.some(Number.isNaN))) return; // headers
-    if (!row.every(Number.isFinite)) throw new Error(`line ${at + 1}: "${line.slice(0, 40)}" is not all numbers`);
-    rows.push(row);
-  });
-  if (rows.length === 0) throw new Error("holds no numbers");
-  const timed = rows[0].length > 1 ? rate_of(rows.map((row) => row[0])) : undefined;
-  const column = timed ? 1 : 0;
-  const missing = rows.findIndex((row) => row.length <= column);
-  if (missing >= 0) throw new Error(`row ${missing + 1} has no column ${column + 1}`);
-  return { samples: Float64Array.from(rows, (row) => row[column]), rate: timed ?? rate };
+  const columns = [new Column(), new Column()];
+  let width = 0;
+  for (let at = 0, end = 0, line = 1; at < text.length; at = end + 1, ++line) {
+    end = text.indexOf("\n", at) < 0 ? text.length : text.indexOf("\n", at);
+    const row = numbers_of(text.slice(at, end));
+    if (row.length === 0 || (width === 0 && row.some(Number.isNaN))) continue; // headers
+    if (!row.every(Number.isFinite)) throw new Error(`line ${line}: "${text.slice(at, Math.min(end, at + 40)).trim()}" is not all numbers`);
+    width ||= row.length;
+    if (row.length < Math.min(width, 2)) throw new Error(`line ${line} has no second column`);
+    columns.forEach((column, k) => k < row.length && column.push(row[k]));
+  }
+  const [first, second] = columns.map((column) => column.samples);
+  if (width === 0) throw new Error("holds no numbers");
+  const timed = width > 1 ? rate_of(first) : undefined;
+  return { samples: timed ? second : first, rate: timed ?? rate };
 }

@@ -1,40 +1,66 @@
 // Rows of levels as colours, time running down, frequency as in the plot above.
 
+import { Figure, colour } from "./figure.js";
+
 const most_rows = 400;
+const depth = 100; // dB from black to white
+const height = 200;
 
-/** Black, blue, red, yellow, white from 0 to 1. */
-function colour(level) {
-  const t = Math.min(Math.max(level, 0), 1) * 4;
-  const up = (from) => Math.min(Math.max(t - from, 0), 1) * 255;
-  return [up(1), up(2), t < 2 ? up(0) - up(1) : up(3)];
-}
+/** Black, blue, red, yellow, white from 0 to 1, as the four bytes of a pixel. */
+const palette = Uint32Array.from({ length: 256 }, (_, i) => {
+  const t = (4 * i) / 255;
+  const up = (from) => Math.round(Math.min(Math.max(t - from, 0), 1) * 255);
+  const [red, green, blue] = [up(1), up(2), t < 2 ? up(0) - up(1) : up(3)];
+  return (255 << 24) | (blue << 16) | (green << 8) | red;
+});
 
-export class Waterfall {
-  constructor(canvas) {
-    this.canvas = canvas;
-    this.rows = [];
-  }
+export class Waterfall extends Figure {
+  rows = [];
 
-  add(rows, fresh) {
+  /** `seconds` from row to row, bins of a row `df` apart; `fresh`: another recording, or another way to look at it. */
+  add(rows, fresh, { seconds, df }) {
     this.rows = (fresh ? [] : this.rows).concat(rows).slice(-most_rows);
+    Object.assign(this, { seconds, df });
   }
 
-  /** Below `plot`, bins of a row `df` apart; the upper 100 dB are shown. */
-  draw({ range: [lo, hi], log, uplot }, df) {
-    const { canvas, rows } = this;
-    if (rows.length === 0 || !uplot) return;
-    canvas.width = uplot.over.offsetWidth;
-    canvas.style.width = `${canvas.width}px`;
-    canvas.style.marginLeft = `${uplot.over.offsetLeft}px`;
-    canvas.height = rows.length;
-    const bins = Array.from({ length: canvas.width }, (_, i) => {
-      const p = i / canvas.width;
-      return Math.min(Math.round((log ? lo * (hi / lo) ** p : lo + (hi - lo) * p) / df), rows[0].length - 1);
-    });
+  /** The rows as a picture of a pixel each, `width` pixels of which column i shows the frequency f(i). */
+  picture(width, f) {
+    const { rows, df } = this;
+    const bins = Array.from({ length: width }, (_, i) => Math.min(Math.round(f(i) / df), rows[0].length - 1));
     const top = rows.reduce((most, row) => row.reduce((a, b) => Math.max(a, b), most), -Infinity);
-    const picture = new ImageData(canvas.width, canvas.height);
+    const pixels = new Uint32Array(width * rows.length);
     rows.forEach((row, y) =>
-      bins.forEach((bin, x) => picture.data.set([...colour((row[bin] - top + 100) / 100), 255], 4 * (y * canvas.width + x))));
-    canvas.getContext("2d").putImageData(picture, 0, 0);
+      bins.forEach((bin, x) => (pixels[y * width + x] = palette[Math.max(Math.round(((row[bin] - top) / depth + 1) * 255), 0)])));
+    const canvas = new OffscreenCanvas(width, rows.length);
+    canvas.getContext("2d").putImageData(new ImageData(new Uint8ClampedArray(pixels.buffer), width, rows.length), 0, 0);
+    return canvas;
+  }
+
+  /** Below the plot whose place and range it takes. */
+  draw(plot = this.plot) {
+    this.plot = plot;
+    if (!this.rows.length || !plot?.uplot || !this.root.clientWidth) return;
+    const { range: [lo, hi], log, uplot: { over } } = plot; // prettier-ignore
+    const [left, width] = [over.offsetLeft, over.offsetWidth];
+    const ctx = this.blank(this.root.clientWidth, height + 12);
+    const f = (i) => (log ? lo * (hi / lo) ** (i / width) : lo + ((hi - lo) * i) / width);
+    ctx.imageSmoothingEnabled = false;
+    ctx.drawImage(this.picture(width, f), left, 6, width, height);
+    const whole = this.rows.length * this.seconds;
+    ctx.textAlign = "right";
+    for (const share of [0, 0.25, 0.5, 0.75, 1]) {
+      ctx.fillRect(left - 5, 6 + share * height, 5, 1);
+      ctx.fillText((share * whole).toPrecision(3), left - 8, 10 + share * height);
+    }
+    ctx.rotate(-Math.PI / 2);
+    ctx.textAlign = "center";
+    ctx.fillText("time / s", -6 - height / 2, 12);
+    this.readout.value = `Waterfall: level from black through red to white, the upper ${depth} dB`;
+  }
+
+  table() {
+    const [first = []] = this.rows;
+    const names = ["time / s", ...Array.from(first, (_, k) => `${k * this.df} Hz`)];
+    return [names, [this.rows.map((_, i) => i * this.seconds), ...Array.from(first, (_, k) => this.rows.map((row) => row[k].toFixed(2)))]];
   }
 }

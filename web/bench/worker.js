@@ -1,22 +1,21 @@
 // Everything that takes time, away from the page: tasks by name, each answered once; progress on the way.
 
-import { load, Window } from "../dsp.js";
+import { load } from "../dsp.js";
 import { AveragedSpectrum } from "./averaged.js";
 import { calibrate } from "./calibrate.js";
 import { design, filtered } from "./filter_design.js";
-import { find_peaks } from "./peaks.js";
+import { Programs } from "./programs.js";
 import { read_table } from "./table.js";
-import { most_samples, tone_figures } from "./tone.js";
 import { is_wav, open_arrays, open_wav } from "./wav.js";
 import { compare } from "./window_figures.js";
 
-const dsp = await load();
+const dsp = await load(new URL("../bench.wasm", import.meta.url));
+const programs = new Programs(dsp);
+const most_samples = 2 ** 22; // of a tone, and of what is listened to
 const piece = 2 ** 18; // frames between two looks at what else there is to do
 let recording;
 let live;
 let latest = 0; // the measurement that was asked for last: those before it stop
-
-const grid_of = (block) => 2 ** Math.ceil(Math.log2(block));
 
 /** A tone with harmonics and noise, so that the page shows something at once. */
 function example() {
@@ -44,9 +43,10 @@ function shown(measured, settings, from = 0) {
   if (measured.count === 0) throw new Error(`The recording holds fewer samples than a block of ${settings.block}.`);
   const levels = measured.levels();
   const { window, block } = settings;
-  const peaks = find_peaks(dsp, levels.samples, window, block, grid_of(block), 10);
-  const { dx, count, enbw, hop } = measured;
-  const result = { levels: levels.samples.slice(), peaks, dx, count, enbw, rows: measured.rows.slice(from), hop };
+  const peaks = programs.peaks(levels, window, block, 10);
+  const { dx, count, enbw, hop, row_spacing } = measured;
+  const rows = measured.rows.slice(from);
+  const result = { levels: levels.samples.slice(), peaks, dx, count, enbw, hop, rows, row_spacing };
   levels.free();
   return result;
 }
@@ -82,7 +82,7 @@ const tasks = {
         report((at + piece) / frames);
         if (mine !== latest) return undefined;
       }
-      return { ...shown(measured, settings), rate };
+      return shown(measured, settings);
     } finally {
       measured.free();
     }
@@ -91,9 +91,9 @@ const tasks = {
   async tone({ channel }) {
     const record = await whole(Math.min(channel, recording.channels), most_samples);
     try {
-      return { rows: tone_figures(dsp, record) };
-    } catch (error) {
-      return { refusal: error.message };
+      return { rows: programs.tone(record) };
+    } catch ({ message }) {
+      return { refusal: `${message[0].toUpperCase()}${message.slice(1)}.` };
     } finally {
       record.free();
     }
@@ -102,23 +102,23 @@ const tasks = {
   live_start({ settings, rate }) {
     ++latest;
     live?.measured.free();
-    live = { settings, measured: new AveragedSpectrum(dsp, settings, rate), rate, seen: 0 };
+    live = { settings, measured: new AveragedSpectrum(dsp, settings, rate), seen: 0 };
   },
   live_push({ samples }) {
     live.measured.push(samples);
     if (live.measured.count === 0) return undefined;
-    const result = { ...shown(live.measured, live.settings, live.seen), rate: live.rate };
+    const result = shown(live.measured, live.settings, live.seen);
     live.seen = live.measured.rows.length;
     return result;
   },
 
-  windows: (settings) => compare(dsp, settings, Window),
+  windows: (settings) => compare(dsp, settings),
   filter: (settings) => design(dsp, settings),
   async listen(settings, report) {
     const record = await whole(Math.min(settings.channel, recording.channels), most_samples, report);
     return filtered(dsp, record, settings);
   },
-  calibrate: (files) => calibrate(dsp, files),
+  calibrate: (input) => calibrate(dsp, programs, input),
 };
 
 onmessage = async ({ data: { id, task, input } }) => {
