@@ -5,6 +5,7 @@ programs write theirs. Rows of work `call` tell what a call from Python costs th
 """
 
 import ctypes
+import itertools
 import json
 import random
 import sys
@@ -145,6 +146,23 @@ def spectra(dsp, noise):
         yield "spectrum", n, "welch", lambda x=x: scipy.signal.welch(x, nperseg=x.size, detrend=False)
 
 
+def roots(dsp, noise):
+    """All zeros of polynomials with random coefficients, twenty of a degree in turn."""
+    for n in (10, 50, 200):
+        polynomials = noise.standard_normal((20, n + 1))
+        reverse = polynomials[:, ::-1].copy()
+        room = np.empty(2 * n + 2)
+        turn = itertools.cycle(range(20))
+
+        def ours(n=n, polynomials=polynomials, room=room, turn=turn):
+            room[: n + 1] = polynomials[next(turn)]
+            record = Signal(1.0, room.ctypes.data, room.size, n + 1, 0, 0)
+            dsp.dspi_proots(ctypes.byref(record))
+
+        yield "roots", n, "dsp", ours
+        yield "roots", n, "numpy", lambda reverse=reverse, turn=turn: np.roots(reverse[next(turn)])
+
+
 def timed(run, count):
     start = time.thread_time()
     for _ in range(count):
@@ -162,7 +180,7 @@ def iterations(run):
 def main(library, results, repetitions=5):
     dsp = ctypes.CDLL(library)
     noise = np.random.default_rng(1)
-    rows = [*calls(dsp), *functions(dsp, noise), *windows(dsp), *spectra(dsp, noise)]
+    rows = [*calls(dsp), *functions(dsp, noise), *windows(dsp), *spectra(dsp, noise), *roots(dsp, noise)]
     counts = [iterations(run) for *_, run in rows]
     order = list(range(len(rows))) * int(repetitions)
     random.Random(1).shuffle(order)

@@ -22,7 +22,8 @@ FAMILIES = [
     ("scipy", "Called from Python", "Ours through ctypes, NumPy and SciPy in the same process on the same arrays. Both "
      "functions and windows start from a copy of the same samples each time, so that the copy counts on both sides; "
      "`call` is a call that has nothing to do, and part of every row. `spectrum` is a Hann window, a real transform and "
-     "an average: scipy by `rfft` with the window at hand, welch by `scipy.signal.welch`."),
+     "an average: scipy by `rfft` with the window at hand, welch by `scipy.signal.welch`; `roots`, by degree, is that of "
+     "NumPy."),
     ("stats", "Statistics", "Reductions; `variance` in one call, Eigen's expression likewise."),
     ("window", "Windows", "`cached`: one that was used before, beside the product with an array at hand; `made`: "
      "generated anew, beside the loop that calls the C library for each sample."),
@@ -36,6 +37,8 @@ FAMILIES = [
      "single precision, ours in double."),
     ("interp", "Interpolation", "Of so many nodes at so many places."),
     ("trace", "Traces for display", "Beside plain loops that do the same."),
+    ("poly", "Polynomials", "By degree: all zeros (`roots`) of polynomials with random coefficients, 20 of them in turn, "
+     "and real solutions (`solve`) of the same; `coefficients` multiplies zeros out in twice the digits."),
     ("rf", "Matrices and calibration", "Complex matrices of size n, beside Eigen's of dynamic size; `one_port` corrects "
      "a sweep of 1601 points."),
 ]

@@ -44,10 +44,10 @@ namespace {
 const struct {
   const char *name;
   void (*measure)();
-} parts[] = {{"transforms", accuracy::transforms}, {"roots", accuracy::roots},
-             {"functions", accuracy::functions},   {"generators", accuracy::generators},
-             {"windows", accuracy::windows},       {"statistics", accuracy::statistics},
-             {"filters", accuracy::filters},       {"conversion", accuracy::conversion}};
+} parts[] = {
+    {"transforms", accuracy::transforms}, {"roots", accuracy::roots},     {"functions", accuracy::functions},
+    {"generators", accuracy::generators}, {"windows", accuracy::windows}, {"statistics", accuracy::statistics},
+    {"zeros", accuracy::zeros},           {"filters", accuracy::filters}, {"conversion", accuracy::conversion}};
 
 }  // namespace
 

@@ -25,6 +25,7 @@ void functions();
 void generators();
 void windows();
 void statistics();
+void zeros();
 void filters();
 void conversion();
 

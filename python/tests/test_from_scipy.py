@@ -5,7 +5,7 @@ from pathlib import Path
 
 import numpy as np
 import pytest
-from scipy import fft, interpolate, signal, special, stats
+from scipy import fft, interpolate, optimize, signal, special, stats
 
 import dsp
 from dsp._signal import Record
@@ -23,14 +23,15 @@ def variables():
     return dict(
         n=n, dt=dt, x=x, z=z, t=t, q=np.linspace(0.0005, 0.9985, 777), ones=np.ones(n), y=rng.uniform(0.5, 2, 40),
         p=np.angle(np.exp(1j * np.cumsum(x))), h=rng.normal(size=33), c=np.array([0.4, 0.3, 0.2, 0.1]),
-        ref=x[100:300].copy(), a=a, b=b, value=np.zeros(1), trace=np.empty(n),
+        ref=x[100:300].copy(), g=1.5 - 2j + np.exp(1j * np.arange(100)) * rng.normal(3, 0.01, 100), a=a, b=b, value=np.zeros(1), trace=np.empty(n),
     )  # fmt: skip
 
 
 def run_python(code):
     names = dict(
-        variables(), np=np, fft=fft, interpolate=interpolate, signal=signal, special=special, stats=stats, dsp=dsp
-    )
+        variables(), np=np, fft=fft, interpolate=interpolate, optimize=optimize, signal=signal, special=special,
+        stats=stats, dsp=dsp,
+    )  # fmt: skip
     *statements, last = code.split("; ")
     for statement in statements:
         exec(statement, names)
