@@ -476,15 +476,22 @@ DSP_API int32_t dspc_cexp(dsp_vec *v, double freq, double phase);
  *     for (k = 0; k < v.length; k++) ...        // frequency k * v.dx
  *     dspi_irdft(&v, 0);                        // the record again; 1 if its length had been odd
  *
- * Cost per sample, from some hundred samples on: lengths whose prime factors are 13 at most take up to twice the time
- * of a power of two, all others four to eight times, since they go through two transforms of such a length from 2N - 2
- * on. Real signals of even length take half the time of complex ones, those of odd length the same. Relative errors are
- * about 0.7e-16 times the square root of log2 N. The first transform of a length builds its tables in less time than 30
- * later ones take: about 2N doubles for powers of two, 5N with the work area for small prime factors, 20N for others.
- * Tables of powers of two stay until dsp_free_internal, so do those of the sixteen other lengths used last, up to 256
- * MB of each kind (32 MB where addresses have 32 bits). Sums are formed before they are scaled: samples beyond 1e308/N
- * may overflow, forward and inverse. A NaN or infinite sample spreads over the whole result. No buffer exceeds
- * INT32_MAX doubles, so the longest transform has 2^30 - 1 samples. -1 for lack of memory leaves the samples undefined.
+ * Cost. From some hundred samples on, a sample of a length whose prime factors are 13 at most takes up to twice the
+ * time that it takes in a power of two. Other lengths take four to eight times as long: most go through two transforms
+ * of a fast length of at least 2N - 2. Real signals of even length take half the time of complex ones, those of odd
+ * length the same time.
+ *
+ * Tables. The first transform of a length builds them, in less time than 30 later transforms take. Tables and work area
+ * hold about 2N doubles for a power of two, 5N for other lengths of small prime factors, and 20N for the rest. Those of
+ * powers of two are kept until dsp_free_internal. Of the other lengths, the sixteen used last are kept, up to 256 MB of
+ * each kind of table (32 MB where addresses have 32 bits).
+ *
+ * Accuracy. Relative errors (root mean square) are about 0.7e-16 times the square root of log2 N, and up to twice that
+ * where the prime factors are not small. Sums are formed before they are scaled, so that samples beyond 1e308/N may
+ * overflow, forward and inverse. A NaN or infinite sample spreads over the whole result.
+ *
+ * Limits. No buffer exceeds INT32_MAX doubles, so the longest transform has 2^30 - 1 samples. -1 for lack of memory
+ * leaves the samples undefined.
  * ========================================================================================================== */
 
 /** Transform of a signal whose length is a power of two: forward if `inverse` is 0, else inverse. The result is
@@ -516,16 +523,16 @@ DSP_API int32_t dspi_rfft(dsp_vec *v);
 DSP_API int32_t dspi_irfft(dsp_vec *v);
 
 /** Transform of any length, otherwise as dspi_fft. For 0 and 1 samples only dx is inverted. Complex samples are
- * transformed where they lie. -1: no memory, or above 2^29 samples none of the fast lengths from 2N - 2 on below 2^31.
- */
+ * transformed where they lie. -1: no memory; above 2^29 samples also a length that would take two transforms of 2^31
+ * samples or more. */
 DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
 
 /** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. For 0 and 1 samples only dx is inverted,
  * and the signal stays real. -1: complex signal (nothing changes), no memory. */
 DSP_API int32_t dspi_rdft(dsp_vec *v);
 
-/** Inverse of dspi_rdft: 2(length - 1) real samples, or one more if `odd` is not 0 (a half spectrum does not tell). For
- * an empty signal and, without `odd`, a single bin only dx is inverted. -1: no memory. */
+/** Inverse of dspi_rdft: 2(length - 1) real samples, or one more if `odd` is not 0 (a half spectrum does not tell). An
+ * empty signal and a single bin keep their number of samples: they become real, and dx is inverted. -1: no memory. */
 DSP_API int32_t dspi_irdft(dsp_vec *v, uint32_t odd);
 
 /** Flags of dspi_dct; they may be combined. */
@@ -1002,12 +1009,12 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  * count. out is complex if in or h is, and gets the length and dx of in. Without taps, in is copied to out.
  *
  * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly: on one processor the results
- * are the same bits for every division into blocks. Longer real filters run through
- * the FFT where that is cheaper; then blocks agree to 1e-13 of the sum of |h| times the largest input. A block is
- * summed directly if it or its past holds a sample that is not finite or beyond 1e50, so that such a sample reaches
- * only the outputs that weight it. The spectra of the last long filter are kept while the same taps (within 1.1e-15
- * |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several long ones in turn are not. -1: no
- * memory. */
+ * are the same bits for every division into blocks. Longer real filters run through the FFT where that is cheaper; then
+ * blocks agree to 1e-13 of the sum of |h| times the largest input. A block is summed directly if it or its past holds a
+ * sample that is not finite or beyond 1e50, so that such a sample reaches only the outputs that weight it; so is one
+ * whose filter has such a tap. The spectra of the last long filter are kept while the same taps (within 1.1e-15 |h[0]|)
+ * and transform sizes are used: one filter on many blocks is cheap, several long ones in turn are not. -1: no memory.
+ */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
 
 /** dspd_fir with a filter given by its first half: the L samples of `half`, then their mirror image, negated if `anti`
@@ -1112,9 +1119,9 @@ DSP_API int32_t dspc_rsmp_pcos(dsp_vec *v, const dsp_vec *c);
  * in the next block, computed from the oldest samples held if they need older ones. out->dx is step times in->dx.
  * Nothing is filtered: frequencies above the Nyquist frequency of the output alias.
  *
- * The state: T past samples, at index T the position of the next output relative to the grid of its T samples (-1 or
- * more), at T + 1 how many samples further on these begin; for complex streams both in the real parts. Zeros start a
- * stream.
+ * The state: T past samples; at index T the position of the next output relative to the T samples that it is made of
+ * (-1 or more); at T + 1 how many samples after the oldest one held those T begin. For complex streams both are in the
+ * real parts. Zeros start a stream.
  *
  * A table of fewer than 2 samples copies in to out. -1: step negative, infinite or NaN; a number of taps v[0] that is
  * not a whole number from 1 on, or a table length less 2 that is not a multiple of it; a complex table; a position in
@@ -1330,20 +1337,20 @@ DSP_API uint32_t set_runfast(int32_t on);
  *     if (out.length == 1) quantity = out.data[0];
  *
  * Every zero z is refined until its backward error is rounding: |p(z)| <= 4 n eps (|c[0]| + |c[1] z| + ... ), with the
- * degree n and eps = 2^-52, so that z is an exact zero of a polynomial whose coefficients differ by that little. It is
- * found as often as it counts, a multiple one as a close group, since so small a change of the coefficients splits it.
- * The time rises with n^2: 10 us for n = 10, 2 ms for n = 200.
+ * degree n and eps = 2^-52. It is then an exact zero of a polynomial whose coefficients differ by that little. A
+ * multiple zero is found as often as it counts, as a close group of zeros: so small a change of the coefficients splits
+ * it. The time rises with n^2: 4 us for n = 10, 0.3 ms for n = 200.
  *
- * All return -1 when memory runs out, and then, as for every other -1, leave their arguments as they were.
+ * All return -1 when memory runs out. Whatever the reason for a -1, the arguments are as they were.
  * ========================================================================================================== */
 
 /** Coefficients become zeros: a complex signal of as many samples as the degree, dx 1, in ascending order of modulus;
  * zeros of one modulus (to 4 eps) in the order of their phase, from 0 up to 2 pi. Those of a real polynomial, one whose
  * imaginary parts are all 0 included, have an imaginary part of exactly 0 or come in exact conjugate pairs, the one
- * with the positive imaginary part at its place and the other next. Zero coefficients at the top lower the degree;
- * those at the bottom are zeros at exactly 0. No samples, or degree 0: an empty complex signal. A zero too small for a
- * double is 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method: Ehrlich-Aberth
- * iteration from the polynomial's Newton polygon. */
+ * with the positive imaginary part first and the other directly behind it. Zero coefficients at the top lower the
+ * degree; those at the bottom are zeros at exactly 0. No samples, or degree 0: an empty complex signal. A zero too
+ * small for a double is 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method:
+ * Ehrlich-Aberth iteration from the polynomial's Newton polygon. */
 DSP_API int32_t dspi_proots(dsp_vec *v);
 
 /** Zeros become the coefficients of the polynomial that has them and 1 as its highest coefficient: one sample more, in
@@ -1353,10 +1360,11 @@ DSP_API int32_t dspi_proots(dsp_vec *v);
 DSP_API int32_t dspi_pztoc(dsp_vec *v);
 
 /** All real x where the polynomial c has the value y, dsps_peval backwards: out is a real signal, dx 1, in ascending
- * order, a multiple solution as often as it counts, empty when there is none. A complex zero z of c - y is a solution
- * at its real part when the bound above, with |y| added to the sum, holds all the way from one to the other: a double
- * solution that rounding has moved off the axis is two. out may be c. -1: c is complex, constant and equal to y
- * (without samples: 0), a coefficient or y is not finite, a zero of c - y is too large for a double. */
+ * order, a multiple solution as often as it counts, empty when there is none. Rounding may move a double solution off
+ * the real axis, as a pair of complex ones. Such a pair counts as two solutions at its real part if the bound above,
+ * with |y| added to the sum, holds all the way from the pair to the axis. out may be c. -1: c is complex; c is constant
+ * and equal to y (without samples c is 0); a coefficient or y is not finite; a zero of c - y is too large for a double.
+ */
 DSP_API int32_t dsps_psolve(const dsp_vec *c, dsp_vec *out, double y);
 
 /** All complex z where the real or complex polynomial c has the value y_re + i y_im, as dspi_proots gives the zeros of
@@ -1404,12 +1412,12 @@ DSP_API int32_t invert(dsp_complex *m, int32_t n);
  *     double radius, rms;
  *     if (vfpd_CircleFit(trace, 0, n, &centre, &radius, &rms) == 0) ...    // rms: how well it fits
  *
- * An algebraic fit (Pratt) starts it, Newton's method finishes it, in 5 passes over the points as a rule; scale and
- * place do not matter, and a short arc (5 degrees) keeps the least squares solution while the noise stays below a tenth
- * of its rise. rms, unless null, becomes the root mean square distance. -1, and nothing is written: fewer than three
- * points; values that are not finite; points within 4 eps of the largest coordinate of a straight line (eps = 2^-52),
- * all alike too; points to which no circle is nearer than the best straight line, as those of an even zigzag; a result
- * too large for a double. */
+ * An algebraic fit (Pratt) starts it, Newton's method finishes it, in 5 passes over the points as a rule. Scale and
+ * place do not matter. On a short arc (5 degrees) the result is the least squares solution as long as the noise stays
+ * below a tenth of the arc's height above its chord. rms, unless null, becomes the root mean square distance. -1, and
+ * nothing is written: fewer than three points; values that are not finite; points that lie on a straight line, or all
+ * in one place, to 4 eps of the largest coordinate (eps = 2^-52); points to which no circle is nearer than the best
+ * straight line, as those of an even zigzag; a result too large for a double. */
 DSP_API int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop, dsp_complex *centre, double *radius,
                                double *rms);
 
@@ -1419,15 +1427,15 @@ DSP_API int32_t vfpd_CircleFit(const dsp_complex *z, int32_t start, int32_t stop
  *     CircularInterpolation(frequency, reflection, n, &marker, &value, 1);
  *
  * Between nodes k and k+1 the value is (1 - t) times the curve through nodes k-1, k, k+1 plus t times that through k,
- * k+1, k+2, with t = (x - x[k])/(x[k+1] - x[k]); in the first and the last interval, and beyond the ends, it is on the
- * one curve there is. A curve is the circle through its nodes, run through with an angle that is the parabola in x
- * through the angles of the nodes; from node to node it takes the arc shorter than half a circle (counter-clockwise if
- * it is half a circle, to rounding). A reflection behind a length of line, a + r e^{i(bx + c)}, is reproduced to
- * rounding while it turns by less than pi from node to node. Three nodes whose triangle is nowhere wider than 4 eps of
- * their largest modulus give a parabola in x instead, in both parts, so that straight traces stay straight. A node's
- * own x gives its value exactly. xi may be in any order, zi overlaps no input; n = 1 is a constant, n = 2 a straight
- * line; a NaN in z or xi spoils only the values that use it. m <= 0: nothing is done. -1, and nothing is written: n <=
- * 0, x does not rise strictly. */
+ * k+1, k+2, with t = (x - x[k])/(x[k+1] - x[k]). In the first and the last interval, and beyond the ends, it lies on
+ * the only curve there is. A curve is the circle through its three nodes; the angle on it is the parabola in x through
+ * the angles of the nodes. From node to node it takes the arc shorter than half a circle (counter-clockwise if it is
+ * half a circle, to rounding). A reflection behind a length of line, a + r e^{i(bx + c)}, is reproduced to rounding
+ * while it turns by less than pi from node to node. Through three nodes on a straight line, to 4 eps of their largest
+ * modulus, both parts are parabolas in x instead, so that straight traces stay straight. A node's own x gives its value
+ * exactly. xi may be in any order; zi overlaps no input. n = 1 is a constant, n = 2 a straight line. A NaN in z or xi
+ * spoils only the values that use it. m <= 0: nothing is done. -1, and nothing is written: n <= 0, x does not rise
+ * strictly. */
 DSP_API int32_t CircularInterpolation(const double *x, const dsp_complex *z, int32_t n, const double *xi,
                                       dsp_complex *zi, int32_t m);
 
