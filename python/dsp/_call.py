@@ -23,8 +23,9 @@ Need = Callable[..., None]  # takes the routine and its operands, samples along 
 
 
 def spoken(routine: Any) -> str:
-    """The name of a routine without its prefix."""
-    return str(routine.__name__.partition("_")[2])
+    """The name of a routine without its prefix, or what it is called here."""
+    name = str(routine.__name__.partition("_")[2])
+    return {"proots": "roots", "pztoc": "poly", "psolve": "solve", "pcsolve": "solve"}.get(name, name)
 
 
 def real_only(routine: Any, *operands: Array) -> None:
