@@ -1,6 +1,7 @@
 # Sourced by the other scripts: makes sure that what they need is there.
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+export CMAKE_GENERATOR=Ninja # also where no preset names it
 
 # Is it there? A name with a slash is a file, one that ends in .pc a library that pkg-config knows, all else a program.
 have() {

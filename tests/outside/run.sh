@@ -22,7 +22,7 @@ compile() { # compile WAY FLAGS...: both programs
   shift
   mkdir -p "$way"
   "${CC:-cc}" "$here/tone.c" "$@" -o "$way/tone"
-  "${CXX:-c++}" "$here/matrix.cpp" "$@" -o "$way/matrix"
+  "${CXX:-c++}" -std=c++17 "$here/matrix.cpp" "$@" -o "$way/matrix"
   check "$way"
 }
 
