@@ -2,6 +2,7 @@
 # rounds otherwise; callers may come with a stack that is aligned to 4 bytes only.
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(wine /usr/lib/wine/wine)
+set(wine_server /usr/lib/wine/wineserver32)
 foreach(language C CXX)
   set(CMAKE_${language}_FLAGS_INIT "-msse2 -mfpmath=sse -mstackrealign")
 endforeach()
