@@ -38,7 +38,7 @@ using examples::window_line;
 
 namespace {
 
-const std::vector<examples::option> options = {
+const std::vector<examples::option> options = examples::with_recording_options({
     {'o', "output", "FILE", "the picture, .png or .svg, or the numbers, .csv\n(default: RECORDING.png here)"},
     {0, "csv", nullptr,
      "numbers instead of a picture: frequency in Hz, level in dB;\nto standard output unless -o is given"},
@@ -50,17 +50,12 @@ const std::vector<examples::option> options = {
     {'a', "average", "MODE", "power, max, min, geometric, harmonic or last (default power)"},
     {'n', "count", "N", "blocks to average (default: all)"},
     {'e', "exponential", "N", "from block N on, a new one counts 1/N: old ones fade"},
-    {'c', "channel", "N", "channel of a sound file, from 1; mix: the mean of all (default)"},
-    {'r', "rate", "HZ", "sample rate of a text file (default: from its column of times);\nmakes any file a text file"},
-    {'k', "column", "C",
-     "its column: a number from 1, or a name of its header\n(default: the only one beside the times)"},
-    {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
     {'p', "peaks", "N", "peaks to list at most (default 10)"},
     {0, "from", "HZ", "lowest frequency shown (default 0)"},
     {0, "to", "HZ", "highest frequency shown (default: half the sample rate)"},
     {'l', "log", nullptr, "logarithmic frequency axis"},
     {0, "json", nullptr, "peaks and figures as one object of JSON, with all digits;\na picture only if -o is given"},
-};
+});
 
 const char *const introduction =
     "usage: dsp-spectrum [OPTION]... RECORDING\n"

@@ -23,19 +23,14 @@ using examples::tone_settings;
 
 namespace {
 
-const std::vector<examples::option> options = {
+const std::vector<examples::option> options = examples::with_recording_options({
     {'n', "harmonics", "N", "highest harmonic counted as distortion, up to 100\n(default 10)"},
     {0, "from", "HZ", "lowest frequency at which the tone is looked for"},
     {0, "to", "HZ", "and the highest"},
     {'a', "accuracy", "DB", "error of the level that is tolerated (default 0.002)"},
     {'m', "samples", "N", "samples to take from the start (default: all, at most 4194304)"},
-    {'c', "channel", "N", "channel of a sound file, from 1; mix: the mean of all (default)"},
-    {'r', "rate", "HZ", "sample rate of a text file (default: from its column of times);\nmakes any file a text file"},
-    {'k', "column", "C",
-     "its column: a number from 1, or a name of its header\n(default: the only one beside the times)"},
-    {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
     {0, "json", nullptr, "the figures as one object of JSON, with all digits"},
-};
+});
 
 const char *const introduction =
     "usage: dsp-tone [OPTION]... RECORDING\n"

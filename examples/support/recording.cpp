@@ -12,6 +12,19 @@ std::string extension_of(const std::string &path) {
   return extension;
 }
 
+std::vector<option> with_recording_options(std::vector<option> own) {
+  const std::vector<option> shared = {
+      {'c', "channel", "N", "channel of a sound file, from 1; mix: the mean of all (default)"},
+      {'r', "rate", "HZ",
+       "sample rate of a text file (default: from its column of times);\nmakes any file a text file"},
+      {'k', "column", "C",
+       "its column: a number from 1, or a name of its header\n(default: the only one beside the times)"},
+      {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
+  };
+  own.insert(own.end(), shared.begin(), shared.end());
+  return own;
+}
+
 std::unique_ptr<sample_reader> open_recording(const arguments &given, const std::string &path) {
   const std::string extension = extension_of(path);
   const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||

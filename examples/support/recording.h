@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "examples/support/arguments.h"
 #include "examples/support/sample_reader.h"
@@ -10,6 +11,9 @@ namespace examples {
 
 /** What a path ends in, from its last dot on, in small letters. */
 std::string extension_of(const std::string &path);
+
+/** The options of a program that reads a recording, behind its own ones: --channel, --rate, --column, --full-scale. */
+std::vector<option> with_recording_options(std::vector<option> own);
 
 /** A sound file, or a column of a text file where its name or the options --rate and --column say so. */
 std::unique_ptr<sample_reader> open_recording(const arguments &given, const std::string &path);
