@@ -63,6 +63,7 @@ tone_settings settings_from(const examples::arguments &given, double rate) {
   s.harmonics = static_cast<int>(given.integer("harmonics", 10, 1, 100));
   s.from = given.number("from", 0.0, 0.0, rate / 2.0);
   s.to = given.number("to", rate / 2.0, 0.0, rate / 2.0);
+  if (s.from > s.to) throw failure("--from and --to leave no frequency between them");
   s.accuracy = given.number("accuracy", 0.002, 1e-9, 10.0);
   return s;
 }

@@ -86,6 +86,7 @@ refuses "no tone.*mean of channels 1 to 2; --channel" opposite.wav
 status=2
 refuses "recording is needed"
 refuses "channel 2" --rate 1 -c 2 tone.txt
+refuses "no frequency between" --rate 48000 --from 100 --to 50 tone.txt
 
 # The same tone as raw 16 bit samples: a line each, its bar over the right column, and the same frequency and level.
 awk '{ printf "%d\n", $1 * 32768 }' tone.txt | { mapfile -t samples && printf "$(le 2 "${samples[@]}")"; } >tone.raw

@@ -229,9 +229,10 @@ std::size_t table_layout::time() const {
 
 std::size_t table_layout::find(const std::string &path, const std::string &choice) const {
   std::vector<std::size_t> exact, loose;
+  const std::size_t of_times = time();
   for (std::size_t k = 0; k < columns.size(); ++k) {
     const table_column &c = columns[k];
-    if (choice.empty() ? c.has_numbers && k != time() : has_header && (choice == c.text || choice == c.name))
+    if (choice.empty() ? c.has_numbers && k != of_times : has_header && (choice == c.text || choice == c.name))
       exact.push_back(k);
     else if (!choice.empty() && has_header && lower(choice) == lower(c.name))
       loose.push_back(k);
@@ -247,7 +248,7 @@ std::size_t table_layout::find(const std::string &path, const std::string &choic
     return place;
   }
   if (exact.empty()) exact = loose;
-  if (choice.empty() && exact.empty() && time() < columns.size())
+  if (choice.empty() && exact.empty() && of_times < columns.size())
     throw failure(path + " holds a time and nothing else");
   if (exact.empty())
     throw failure(path + " has no column '" + choice + "'" +
