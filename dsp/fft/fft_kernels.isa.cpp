@@ -24,7 +24,6 @@ constexpr int widest = 1;
 constexpr std::ptrdiff_t cached_samples = 1024;
 
 // What needs no plan. With wide vectors 16 and 32 samples are one straight line as well.
-constexpr int short_lanes = widest / 2;
 constexpr int most_small_bits = widest < 4 ? 3 : 5;
 
 constexpr int reversed_bits(int value, int size) {

@@ -58,7 +58,7 @@ struct mixed_kernel_set {
 DSP_DECLARE_KERNELS(mixed)
 
 // The set for AVX-512 leaves plans of one or two lanes to the one for AVX2.
-inline const mixed_kernel_set &mixed_kernels_for(int32_t lanes) {
+inline const mixed_kernel_set &mixed_kernels_for([[maybe_unused]] int32_t lanes) {
 #ifdef DSP_ISA_X86
   if (active_isa() == isa::avx512 && lanes < 4) return avx2::mixed_set;
 #endif
