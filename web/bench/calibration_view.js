@@ -6,7 +6,7 @@ import { Plot } from "./plot.js";
 import { Smith } from "./smith.js";
 
 const x = "frequency / MHz";
-const quantities = { level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio / 1", phase: "phase / °" };
+const quantities = { level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio", phase: "phase / °" };
 const device = new Plot({ id: "reflection-plot", x, y: quantities.level, traces: ["corrected", "measured"] });
 const terms = new Plot({ id: "terms-plot", x, y: "error terms / dB", traces: ["directivity", "source match", "reflection tracking"], height: 280 });
 const smith = new Smith("smith", "Smith chart of the device");

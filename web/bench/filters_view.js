@@ -5,7 +5,7 @@ import { attempt, element, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
 
 const response = new Plot({ id: "response-plot", x: "frequency / Hz", y: "gain / dB", traces: ["gain"] });
-const step = new Plot({ id: "step-plot", x: "sample / 1", y: "step response / 1", traces: ["step"], height: 220 });
+const step = new Plot({ id: "step-plot", x: "sample", y: "step response", traces: ["step"], height: 220 });
 let sound;
 
 export const update = () =>
@@ -16,7 +16,7 @@ export const update = () =>
     response.show([result.frequency, result.response], { y_range: [-140, 10] });
     step.show([Float64Array.from(result.step, (_, i) => i), result.step]);
     element("coefficients").value = Array.from(result.taps).join("\n");
-    tell(`${settings.kind} of ${settings.taps} taps`);
+    tell(`${settings.kind} of ${settings.taps} taps, delay ${(settings.taps - 1) / 2} samples`);
   });
 
 async function hear() {

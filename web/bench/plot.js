@@ -5,11 +5,13 @@ import { Figure, colour, colours } from "./figure.js";
 /** A number to so many digits. */
 const digits = (value, count) => String(Number(value?.toPrecision(count)));
 
-/** 1, 2, 5, 10, 20, ... between two limits. */
-function decades(lo, hi) {
+/** 1, 2, 5, 10, 20, ... between two limits; powers of ten alone where there is no room for more. */
+function decades(lo, hi, width) {
   const first = Math.floor(Math.log10(lo));
-  const all = Array.from({ length: 3 * (Math.ceil(Math.log10(hi)) - first) }, (_, i) => [1, 2, 5][i % 3] * 10 ** (first + Math.floor(i / 3)));
-  return all.filter((v) => v >= lo && v <= hi);
+  const count = Math.ceil(Math.log10(hi)) - first;
+  const steps = width > 150 * count || count < 2 ? [1, 2, 5] : [1];
+  const all = Array.from({ length: count + 1 }, (_, k) => steps.map((step) => step * 10 ** (first + k)));
+  return all.flat().filter((v) => v >= lo && v <= hi);
 }
 
 export class Plot extends Figure {
@@ -47,9 +49,9 @@ export class Plot extends Figure {
     const axis = (label) => ({ label, stroke: colour("ink"), grid, ticks: grid });
     const traces = this.traces.map((label, i) => ({ label, stroke: colour(colours[i]), width: 1.5, points: { show: false } }));
     return {
-      width: this.width, height: this.height, legend: { show: false },
+      width: this.width, height: this.height, legend: { show: false }, padding: [24, null, null, null],
       scales: { x: { time: false, distr: this.log ? 3 : 1, range: () => this.range }, y: this.y_range ? { range: () => this.y_range } : {} },
-      axes: [this.log ? { ...axis(this.x), splits: () => decades(...this.range), values: (_, all) => all, filter: (_, all) => all } : axis(this.x), { ...axis(this.y), size: 60 }],
+      axes: [this.log ? { ...axis(this.x), splits: () => decades(...this.range, this.width), values: (_, all) => all, filter: (_, all) => all } : axis(this.x), { ...axis(this.y), size: 60 }],
       series: [{ label: this.x }, ...traces],
       cursor: { drag: { x: true, y: false, setScale: false } },
       hooks: {
@@ -73,15 +75,15 @@ export class Plot extends Figure {
     }
   }
 
-  /** The names of several traces in their colours, in the picture that is saved, too. */
+  /** The names of several traces in their colours, above the plot, in the picture that is saved, too. */
   draw_names({ ctx, bbox }) {
     if (this.traces.length < 2) return;
-    ctx.font = `${13 * devicePixelRatio}px system-ui, sans-serif`;
-    ctx.textAlign = "right";
-    this.traces.forEach((name, i) => {
+    Object.assign(ctx, { font: `${13 * devicePixelRatio}px system-ui, sans-serif`, textAlign: "left" });
+    this.traces.reduce((left, name, i) => {
       ctx.fillStyle = colour(colours[i]);
-      ctx.fillText(name, bbox.left + bbox.width - 8, bbox.top + 18 * (i + 1) * devicePixelRatio);
-    });
+      ctx.fillText(name, left, bbox.top - 8 * devicePixelRatio);
+      return left + ctx.measureText(`${name}  `).width;
+    }, bbox.left);
   }
 
   read(i) {

@@ -38,6 +38,7 @@ export class Smith extends Figure {
     for (const x of reactances.filter(Boolean)) ctx.fillText(`${x}j`, ...at(reflection([0, x]).map((v) => 1.05 * v)));
     this.traces.forEach((s, k) =>
       curve(Array.from({ length: s.length / 2 }, (_, i) => [s[2 * i], s[2 * i + 1]]), colour(colours[k]), k === 0 ? 2 : 1));
+    this.readout.value = "Smith chart: corrected bold, measured thin; impedances relative to the reference";
   }
 
   table() {

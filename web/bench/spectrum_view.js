@@ -7,7 +7,7 @@ import { Plot } from "./plot.js";
 import { Waterfall } from "./waterfall.js";
 
 const waterfall = new Waterfall("waterfall", "waterfall, level over frequency with time running down");
-const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => waterfall.draw(plot) });
+const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => requestAnimationFrame(() => waterfall.draw(plot)) });
 export let opened = ""; // the name of what is measured
 let about; // its rate, channels and frames
 let microphone;

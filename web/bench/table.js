@@ -11,24 +11,6 @@ function numbers_of(line) {
   return text.split(separate).map((word) => (word === "" ? NaN : Number(decimal ? word.replace(decimal, ".") : word)));
 }
 
-/** Numbers without a bound to how many. */
-class Column {
-  values = new Float64Array(1024);
-  length = 0;
-
-  push(value) {
-    if (this.length === this.values.length) {
-      const longer = new Float64Array(2 * this.length);
-      longer.set(this.values);
-      this.values = longer;
-    }
-    this.values[this.length++] = value;
-  }
-  get samples() {
-    return this.values.subarray(0, this.length);
-  }
-}
-
 /** The rate of a column of times, or undefined. */
 function rate_of(times) {
   const step = (times.at(-1) - times[0]) / (times.length - 1);
@@ -42,7 +24,7 @@ export async function read_table(blob, rate) {
   if (blob.size > most_bytes) throw new Error("is a text of more than 256 MB");
   const text = await blob.text();
   if (text.includes("\0")) throw new Error("is neither a sound that this browser decodes nor a text");
-  const columns = [new Column(), new Column()];
+  const columns = [[], []];
   let width = 0;
   for (let at = 0, end = 0, line = 1; at < text.length; at = end + 1, ++line) {
     end = text.indexOf("\n", at) < 0 ? text.length : text.indexOf("\n", at);
@@ -53,8 +35,8 @@ export async function read_table(blob, rate) {
     if (row.length < Math.min(width, 2)) throw new Error(`line ${line} has no second column`);
     columns.forEach((column, k) => k < row.length && column.push(row[k]));
   }
-  const [first, second] = columns.map((column) => column.samples);
+  const [first, second] = columns;
   if (width === 0) throw new Error("holds no numbers");
   const timed = width > 1 ? rate_of(first) : undefined;
-  return { samples: timed ? second : first, rate: timed ?? rate };
+  return { samples: Float64Array.from(timed ? second : first), rate: timed ?? rate };
 }

@@ -18,7 +18,7 @@ function figures(dsp, window, spectrum) {
   const width = (2 * spectrum.findIndex((level) => level < -3.0103)) / padding;
   return [
     ["noise bandwidth", dsp.window_enbw(window, points).toFixed(4), "bins"],
-    ["scalloping", (-spectrum[padding / 2]).toFixed(3), "dB"],
+    ["scalloping", Math.abs(spectrum[padding / 2]).toFixed(3), "dB"],
     ["highest side lobe", highest.toFixed(1), "dB"],
     ["width at half power", width.toFixed(2), "bins"],
     ["main lobe", ((2 * valley) / padding).toFixed(1), "bins"],

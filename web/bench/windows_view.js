@@ -1,11 +1,11 @@
 // Two windows beside each other.
 
 import { ask } from "./client.js";
-import { attempt, element, fill, settings_of } from "./page.js";
+import { attempt, element, fill, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
 
 const traces = ["first", "second"];
-const shape = new Plot({ id: "shape-plot", x: "place / lengths", y: "weight / 1", traces, height: 240 });
+const shape = new Plot({ id: "shape-plot", x: "place / lengths of the window", y: "weight", traces, height: 240 });
 const spectrum = new Plot({ id: "window-plot", x: "frequency / bins", y: "level / dB", traces });
 
 export const update = () =>
@@ -17,4 +17,5 @@ export const update = () =>
     spectrum.show([bins, first.spectrum, second.spectrum].map((c) => c.subarray(0, 1281)), { y_range: [-200, 5] });
     const rows = first.figures.map(([name, value, unit], i) => [name, value, second.figures[i][1], unit]);
     fill(element("window-figures"), rows, ["", settings.first, settings.second, ""]);
+    tell(`${settings.first} beside ${settings.second}`);
   });
