@@ -9,6 +9,9 @@ export function tell(text, is_error = false) {
   element("status").classList.toggle("error", is_error);
 }
 
+/** Lets the page answer what has come in meanwhile. */
+export const breath = () => new Promise((resolve) => setTimeout(resolve));
+
 /** Runs what may fail; a failure becomes a sentence on the page. */
 export async function attempt(subject, body) {
   try {

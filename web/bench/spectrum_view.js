@@ -2,12 +2,12 @@
 
 import { ask } from "./client.js";
 import { listen } from "./microphone.js";
-import { attempt, element, fill, settings_of, tell } from "./page.js";
+import { attempt, breath, element, fill, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
 import { Waterfall } from "./waterfall.js";
 
 const waterfall = new Waterfall("waterfall", "waterfall, level over frequency with time running down");
-const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => requestAnimationFrame(() => waterfall.draw(plot)) });
+const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => setTimeout(() => waterfall.draw(plot)) });
 export let opened = ""; // the name of what is measured
 let about; // its rate, channels and frames
 let microphone;
@@ -38,7 +38,8 @@ function scaled(levels, { scale, linear }, enbw) {
   return [levels.map((l) => 10 ** ((l + shift) / divisor)), `${scale} / ${{ amplitude: "1", power: "1²", density: "1²/Hz" }[scale]}`];
 }
 
-function show(settings, result, fresh) {
+async function show(settings, result, fresh) {
+  await breath();
   measured = { settings, result };
   const { levels, peaks, dx, enbw } = result;
   const frequency = Float64Array.from(levels, (_, i) => i * dx);
@@ -48,6 +49,7 @@ function show(settings, result, fresh) {
   const least = Math.max(values.reduce((a, b) => Math.min(a, b)), values.reduce((a, b) => Math.max(a, b)) - 160);
   const top = 10 * Math.ceil((values.reduce((a, b) => Math.max(a, b)) + 3) / 10);
   plot.show([frequency, values], { log: settings.log, y_range: settings.linear ? undefined : [10 * Math.floor(least / 10), top] });
+  await breath();
   const decimals = Math.min(Math.max(3 - Math.floor(Math.log10(dx)), 0), 9);
   fill(element("peaks"), peaks.map((p) => [(p.bin * dx).toFixed(decimals), p.level.toFixed(2)]), ["frequency / Hz", "level / dB"]);
   element("method").textContent = method(settings, result);
@@ -61,7 +63,7 @@ export async function update() {
   await attempt(opened, async () => {
     const result = await ask("spectrum", settings);
     if (!result) return; // a later one is on its way
-    show(settings, result, true);
+    await show(settings, result, true);
     tell(`${opened}: ${(about.frames / about.rate).toPrecision(4)} s at ${general(about.rate)} Hz, channels: ${about.channels}`);
     const { rows, refusal } = await ask("tone", settings);
     fill(element("tone"), rows ?? [[refusal]]);
@@ -112,7 +114,7 @@ async function live() {
       busy = true;
       await attempt("Microphone", async () => {
         const result = await ask("live_push", { samples });
-        if (result) show(settings_of("spectrum") ?? measured.settings, result, fresh);
+        if (result) await show(settings_of("spectrum") ?? measured.settings, result, fresh);
         fresh &&= !result;
       });
       busy = false;
