@@ -2,7 +2,9 @@
 // the simulated reflectometer of dsp-oneport. Plain C; a failure is -1, and bench_text() then says why.
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <string>
 
@@ -36,16 +38,6 @@ void resize(dsp_vec *v, std::size_t samples, uint32_t is_complex) {
   v->length = static_cast<int32_t>(samples);
   v->is_complex = is_complex;
   require(dsp_alloc(v), "get memory for a result");
-}
-
-void store(const reflection &r, dsp_vec *frequency, dsp_vec *s) {
-  resize(frequency, r.s.size(), 0);
-  resize(s, r.s.size(), 1);
-  std::copy(r.frequency.begin(), r.frequency.end(), frequency->data);
-  for (std::size_t i = 0; i < r.s.size(); ++i) {
-    s->data[2 * i] = r.s[i].re;
-    s->data[2 * i + 1] = r.s[i].im;
-  }
 }
 
 }  // namespace
@@ -86,22 +78,26 @@ int32_t bench_tone(const dsp_vec *record) {
 /** Reads the text of a Touchstone file. */
 int32_t bench_touchstone(const char *name, const char *content, dsp_vec *frequency, dsp_vec *s) {
   return told([&] {
-    store(examples::parse_touchstone(name, content), frequency, s);
+    const reflection r = examples::parse_touchstone(name, content);
+    resize(frequency, r.s.size(), 0);
+    resize(s, r.s.size(), 1);
+    std::copy(r.frequency.begin(), r.frequency.end(), frequency->data);
+    std::memcpy(s->data, r.s.data(), r.s.size() * sizeof(dsp_complex));
     return std::string();
   });
 }
 
-/** Three standards as measured, the same as they are, and the device as measured, into seven records. */
-int32_t bench_simulate(int32_t points, dsp_vec *frequency, dsp_vec *const *s) {
+/** Seven texts, a form feed after each: short, open and load as measured, the same as they are, and the device. */
+int32_t bench_simulate(int32_t points) {
   return told([&] {
     reflection truth;
     const examples::calibration_set set = examples::simulate_reflectometer(points, 80.0, 1, &truth);
-    for (int k = 0; k < 3; ++k) {
-      store(set.measured[k], frequency, s[k]);
-      store(set.actual[k], frequency, s[3 + k]);
-    }
-    store(set.device, frequency, s[6]);
-    return std::string();
+    std::string texts;
+    const auto add = [&](const reflection &r) { texts += touchstone(r, examples::number_format::ri, "") + "\f"; };
+    std::for_each(std::begin(set.measured), std::end(set.measured), add);
+    std::for_each(std::begin(set.actual), std::end(set.actual), add);
+    add(set.device);
+    return texts;
   });
 }
 }

@@ -6,7 +6,6 @@
 #include <complex>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 
 #include "examples/support/arguments.h"
 #include "examples/support/failure.h"
@@ -164,8 +163,10 @@ reflection parse_touchstone(const std::string &name, const std::string &text) {
 std::string touchstone(const reflection &r, number_format format, const std::string &comment) {
   static const char *const names[] = {"RI", "MA", "DB"};
   std::string text;
-  std::istringstream lines(comment);
-  for (std::string line; std::getline(lines, line);) text += "! " + line + "\n";
+  for (std::size_t at = 0, end = 0; at < comment.size(); at = end + 1) {
+    end = std::min(comment.find('\n', at), comment.size());
+    text += "! " + comment.substr(at, end - at) + "\n";
+  }
   char row[100];
   std::snprintf(row, sizeof row, "# Hz S %s R %.10g\n", names[static_cast<int>(format)], r.resistance);
   text += row;

@@ -202,8 +202,12 @@ test("broken, empty and hostile files are answered by a sentence, and lose nothi
     "head.wav": [good.subarray(0, 30), "is no complete WAV file"],
     "bits.wav": [Buffer.from(good).fill(77, 34, 35), "does not read"],
     "none.wav": [Buffer.from(good).fill(0, 22, 24), "states 0 channels"],
+    "zero.wav": [wav([]), "holds no samples"],
+    "gigabytes.wav": [Buffer.from(good).fill(0x7e, 43, 44), "is truncated"],
+    "chunks.wav": [Buffer.concat([good.subarray(0, 12), Buffer.alloc(8e6)]), "is no complete WAV file"],
     "short.wav": [wav([0.1, 0.2]), "fewer samples than a block"],
     "noise.bin": [Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * i * 7) % 256)), "neither a sound"],
+    "huge.csv": [Buffer.from("1\n1e999\n"), 'line 2: "1e999" is not all numbers'],
     "words.csv": [Buffer.from("time,volt\n1,2\n2,x\n"), 'line 3: "2,x" is not all numbers'],
     "<img src=x onerror=alert(1)>.csv": [Buffer.from("a"), "holds no numbers"],
   };

@@ -12,9 +12,8 @@ function require_same_sweep(sweeps) {
 /** `files`: {name, text} of short, open, load and device, and of short_actual, open_actual and load_actual where the
  * standards are not ideal; or nothing for the simulation. `ideal` leaves the actual ones aside. */
 export function calibrate(dsp, programs, { files, ideal, format }) {
-  const sweeps = files
-    ? Object.fromEntries(Object.entries(files).map(([role, file]) => [role, programs.touchstone(file)]))
-    : programs.simulate();
+  const sweeps = {};
+  for (const [role, file] of Object.entries(files ?? programs.simulate())) sweeps[role] = programs.touchstone(file);
   require_same_sweep(Object.values(sweeps));
   const { frequency, s: device } = sweeps.device;
   const ideal_standard = (a) => dsp.rtoc(new Float64Array(frequency.length).fill(a));

@@ -56,15 +56,10 @@ export class Programs {
     return { name, frequency: frequency.samples.slice(), s };
   }
 
-  /** Sweeps by role: measured and actual standards, and the device, an antenna. */
+  /** The files of a simulated calibration by role; the device is an antenna. */
   simulate(points = 401) {
     const roles = ["short", "open", "load", "short_actual", "open_actual", "load_actual", "device"];
-    const [frequency, ...s] = [...roles, ""].map(() => this.dsp.signal([]));
-    const list = this.dsp.library.allocate(4 * roles.length);
-    new Uint32Array(this.memory.buffer, list, roles.length).set(s.map((signal) => signal.record));
-    this.call("bench_simulate", points, frequency.record, list);
-    this.dsp.library.exports.free(list);
-    const shared = frequency.samples.slice();
-    return Object.fromEntries(roles.map((role, i) => [role, { name: role, frequency: shared, s: s[i] }]));
+    const texts = this.call("bench_simulate", points).split("\f");
+    return Object.fromEntries(roles.map((role, i) => [role, { name: role, text: texts[i] }]));
   }
 }

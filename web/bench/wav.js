@@ -2,9 +2,11 @@
 
 const placeholder = 0x7ffff000; // lengths from here on were not known when the header was written
 
+const most_chunks = 1000; // of a file; more are no sound
+
 async function chunks(blob) {
   const found = {};
-  for (let at = 12; at + 8 <= blob.size && !found["data"]; ) {
+  for (let at = 12, count = 0; at + 8 <= blob.size && !found["data"] && count < most_chunks; ++count) {
     const head = new DataView(await blob.slice(at, at + 8).arrayBuffer());
     const name = String.fromCharCode(...new Uint8Array(head.buffer, 0, 4));
     const size = head.getUint32(4, true);
