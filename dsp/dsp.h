@@ -527,8 +527,9 @@ DSP_API int32_t dspi_irfft(dsp_vec *v);
  * samples or more. */
 DSP_API int32_t dspi_dft(dsp_vec *v, int32_t inverse);
 
-/** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. For 0 and 1 samples only dx is inverted,
- * and the signal stays real. -1: complex signal (nothing changes), no memory. */
+/** Half spectrum of a real signal of any length N: N/2 + 1 bins, rounded down. Bin 0 and, for even N, bin N/2 have
+ * imaginary part 0. For 0 and 1 samples only dx is inverted, and the signal stays real. -1: complex signal (nothing
+ * changes), no memory. */
 DSP_API int32_t dspi_rdft(dsp_vec *v);
 
 /** Inverse of dspi_rdft: 2(length - 1) real samples, or one more if `odd` is not 0 (a half spectrum does not tell). An

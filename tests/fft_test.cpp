@@ -127,6 +127,8 @@ TEST(Transforms, AgreeWithTheDefinition) {
       if (is_complex) continue;
       const wides half(spectrum.begin(), spectrum.begin() + static_cast<std::ptrdiff_t>(n / 2 + 1));
       check(x, dspi_rdft, half, limit(n), n > 1, spacing);
+      record real = x;
+      EXPECT_EQ(dspi_rdft(&real) == 0 && n > 1 ? real.data[1] : 0.0, 0.0);  // imaginary part of bin 0
       record bins = rounded(half, n > 1, spacing);
       if (n % 2 == 0) bins.data[1] = 0.25, bins.data[n + 1] = -0.5;  // belong to no real signal
       check(bins, n % 2 != 0 ? irdft_odd : irdft_even, widened(x), limit(n), false, 0.25);

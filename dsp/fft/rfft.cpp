@@ -45,6 +45,7 @@ int32_t from_half_spectrum(dsp_vec *v, int32_t n) {
 int32_t odd_half_spectrum(dsp_vec *v) {
   const int32_t n = v->length;
   if (dspi_rtoc(v) != 0 || dspi_dft(v, 0) != 0) return -1;
+  v->data[1] = 0.0;  // but for rounding it was
   v->length = n / 2 + 1;
   return 0;
 }
