@@ -1288,8 +1288,8 @@ DSP_API void vfpd_ExpandLog(double *out, int32_t n, double first, double last);
  * before `start` are read. A phase trace (is_phase not 0; in radians) is unwrapped within each window, and its mean is
  * wrapped into [-pi, pi] again. The time per point does not depend on the width. Sums are compensated, so that a trace
  * smoothed in pieces agrees with the whole to rounding, and a sample that has left the window, be it NaN or very large,
- * has no further effect. out must not be in. -1: a negative start, stop below start, a width that is even or below 3;
- * but start == stop returns 0 for any width. */
+ * leaves no more than rounding behind. out must not be in. -1: a negative start, stop below start, a width that is even
+ * or below 3; but start == stop returns 0 for any width. */
 DSP_API int32_t vfpd_Smooth(const double *in, double *out, int32_t n, int32_t start, int32_t stop, int32_t width,
                             int32_t is_phase);
 

@@ -70,6 +70,7 @@ class moving_sum {
 
  private:
   double at(int32_t i, int32_t h) {
+    if (h == 0) return in_[i];  // the first and the last point, exactly
     window_.move_to(
         i - h, i + h, [this](int32_t j) { sum_.add(in_[j]); }, [this](int32_t j) { sum_.remove(in_[j]); });
     return sum_.value();
