@@ -10,6 +10,7 @@
 #include "dsp/fft/recent.h"
 #include "dsp/math/angle.h"
 #include "tests/support/each_isa.h"
+#include "tests/support/emulated.h"
 #include "tests/support/record.h"
 #include "tests/support/wide.h"
 
@@ -114,7 +115,7 @@ record rounded(const wides &z, bool is_complex, double dx) {
 }
 
 TEST(Transforms, AgreeWithTheDefinition) {
-  for (const std::size_t n : lengths(73728))
+  for (const std::size_t n : lengths(emulated ? 8192 : 73728))
     for (const bool is_complex : {false, true}) {
       SCOPED_TRACE(testing::Message() << n << (is_complex ? " complex" : " real"));
       const record x = random_signal(n, is_complex, 7, 0.25);
@@ -151,7 +152,7 @@ TEST(Transforms, ErrLittleAtLargePrimes) {
 }
 
 TEST(Transforms, CosineHilbertAnalytic) {
-  for (const std::size_t n : lengths(1009)) {
+  for (const std::size_t n : lengths(emulated ? 300 : 1009)) {
     SCOPED_TRACE(n);
     const record x = random_signal(n, false, 5, 0.25);
     wides doubled = widened(x), cosine(n), normalised(n);
