@@ -8,14 +8,15 @@ namespace {
 // Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
 constexpr int64_t joined_outputs = 64;
 constexpr int64_t joined_taps = 192;
+constexpr int64_t span_limit = (joined_outputs + joined_taps) * 2;  // doubles
 
-// Calls kernel(first output, outputs, samples, first tap, taps). Taps count from the oldest sample; the runs of them
-// that one output needs come in order.
+// Calls kernel(first output, outputs, samples, first tap, taps) for at most `most` outputs at a time. Taps count from
+// the oldest sample; the runs of them that one output needs come in order.
 template <class Source, class Kernel>
-void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel) {
-  double span[(joined_outputs + joined_taps) * 2];
-  for (int64_t n = 0; n < outputs; n += joined_outputs) {
-    const int64_t count = std::min(joined_outputs, outputs - n);
+void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel, int64_t most = joined_outputs) {
+  double span[span_limit];
+  for (int64_t n = 0; n < outputs; n += most) {
+    const int64_t count = std::min(most, outputs - n);
     const int64_t taps = source.taps_from(n);
     for (int64_t tap = 0; tap < taps; tap += joined_taps) {
       const int64_t some = std::min(joined_taps, taps - tap);
@@ -25,10 +26,12 @@ void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel) {
   }
 }
 
-// All outputs of a block: joined as far as they reach into the past, rounded up so that the others start on whole
-// tiles.
+// All outputs of a block. Samples are joined for a short block as a whole, else for the outputs that reach into the
+// past, rounded up so that the others start on whole tiles.
 template <class Kernel>
 void for_block(const past_and_block &x, Kernel kernel) {
+  if (x.past_length < joined_taps && (x.past_length + x.block_length) * x.width <= span_limit)
+    return for_joined_spans(x, x.block_length, kernel, x.block_length);
   const int64_t tiles = (x.past_length + joined_outputs - 1) / joined_outputs;
   const int64_t joined = std::min(x.block_length, tiles * joined_outputs);
   for_joined_spans(x, joined, kernel);
