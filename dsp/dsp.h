@@ -1055,10 +1055,10 @@ DSP_API int32_t dspi_hwfilt(dsp_vec *v, const void *reserved);
  *     dsph_rsmp_state_destroy(&state);
  *     dsph_rsmp_coef_destroy(&coef);
  *
- * What it reaches (docs/filters.md has the figures for each ratio): flat within 0.065 dB up to 0.39 of the output rate;
- * distortion of a tone below -115 dB rms. Frequencies from 0.605 of the output rate on come out at least 82 dB lower in
- * that band (from 0.625 on 90 dB), and between 0.395 and 0.5 of the output rate at least 36 dB lower; the worst ratio
- * is 2.21. Frequencies from 0.5 to 0.605 fall into the latter part. A stream in blocks gives the same bits as the
+ * What it reaches (docs/filters.md has the figures for each ratio), with a pass band of 0 to 0.39 of the output rate:
+ * flat within 0.065 dB; distortion of a tone below -115 dB rms. Tones from 0.61 of the output rate on leave at most
+ * -90 dB in the pass band, and at most -36 dB between 0.39 and 0.5 (most a little above ratios of 2, 4 and 8).
+ * Frequencies from 0.5 to 0.61 fall into the latter part. A stream in blocks gives the same bits as the
  * stream at once. The output begins where the filters have settled: samples that depend on the silence before the
  * stream are dropped.
  * ========================================================================================================== */

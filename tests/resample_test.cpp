@@ -424,14 +424,14 @@ record converted_tone(converter &k, double ratio, double frequency) {
 }
 
 TEST(Converter, PassesTheBandInTimeAndStopsWhatWouldFallIntoIt) {
-  // What is reached is in docs/filters.md; the limits are 1 dB (ripple: 0.005 dB) short of it.
+  // What is reached is in docs/filters.md; the limits are 1 dB (rejection: 1.5 dB, ripple: 0.005 dB) short of it.
   const struct {
     double ratio, lowest, highest, residue, rejection;
   } reached[] = {
-      {1.0001, -0.027, 0.028, -130.9, 400}, {1.25, -0.042, 0.020, -122.4, 400}, {1.5, -0.028, 0.029, -122.4, 97.5},
-      {1.999, -0.026, 0.028, -116.6, 94.7}, {2.0, -0.037, 0.013, -255, 94.4},   {2.7, -0.037, 0.025, -120.5, 84.6},
-      {3.3, -0.058, 0.029, -118.7, 94.4},   {4.0, -0.026, 0.025, -254, 94.4},   {5.3, -0.052, 0.034, -121.5, 78.2},
-      {7.9, -0.024, 0.044, -116.2, 94.4},   {8.0, -0.023, 0.029, -254, 94.4}};
+      {1.0001, -0.027, 0.028, -130.9, 400}, {1.25, -0.042, 0.020, -122.4, 104.1}, {1.5, -0.028, 0.029, -122.4, 94.9},
+      {1.999, -0.026, 0.028, -116.6, 94.4}, {2.0, -0.037, 0.013, -255, 93.2},     {2.7, -0.037, 0.025, -120.5, 94.4},
+      {3.3, -0.058, 0.029, -118.7, 94.4},   {4.0, -0.026, 0.025, -254, 94.4},     {5.3, -0.052, 0.034, -121.5, 94.4},
+      {7.9, -0.024, 0.044, -116.2, 94.4},   {8.0, -0.023, 0.029, -254, 91.0}};
   for (const auto &r : reached) {
     SCOPED_TRACE(r.ratio);
     converter k(r.ratio);
@@ -450,15 +450,18 @@ TEST(Converter, PassesTheBandInTimeAndStopsWhatWouldFallIntoIt) {
       highest = std::max(highest, decibels(std::abs(phasor)));
       EXPECT_NEAR(std::arg(phasor * turned(-f * (200 + first / r.ratio))), 0.3, 1e-3) << f;
     }
-    for (double f = 0.625; f < 0.5 * r.ratio; f += 0.0173) {
+    for (double f = 0.61; f < 0.5 * r.ratio; f += 0.0037) {
+      record y = converted_tone(k, r.ratio, f);
+      ASSERT_EQ(dspi_window(&y, DSP_WINDOW_BLACKMAN_HARRIS4, DSP_WND_POWER), 0);
+      ASSERT_EQ(dspi_rdft(&y), 0);
       double power = 0;
-      for (const double x : doubles_of(converted_tone(k, r.ratio, f))) power += x * x / 1000;
-      alias = std::max(alias, decibels(std::sqrt(2 * power)));
+      for (int32_t i = 0; i < 2 * 391; ++i) power += y.data[i] * y.data[i];
+      alias = std::max(alias, decibels(2 * std::sqrt(power)));
     }
     EXPECT_GE(lowest, r.lowest - 0.005);
     EXPECT_LE(highest, r.highest + 0.005);
     EXPECT_LE(residue, std::max(r.residue + 1, -250.0));
-    EXPECT_LE(alias, -r.rejection + 1);
+    EXPECT_LE(alias, -r.rejection + 1.5);
   }
 }
 

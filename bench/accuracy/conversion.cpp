@@ -74,14 +74,23 @@ double worst_residue(const converter &convert, double ratio) {
   return worst;
 }
 
+// The level of what lies in the pass band.
+double in_pass_band(doubles y) {
+  dsp_vec v;
+  dsp_init(&v);
+  const dsp_vec outputs = borrow(y);
+  double power = 0;
+  if (dsp_copy(&v, &outputs) == 0 && dspi_window(&v, DSP_WINDOW_BLACKMAN_HARRIS4, DSP_WND_POWER) == 0 &&
+      dspi_rdft(&v) == 0)
+    for (int bin = 0; bin <= shown * 39 / 100; ++bin)
+      power += v.data[2 * bin] * v.data[2 * bin] + v.data[2 * bin + 1] * v.data[2 * bin + 1];
+  dsp_destroy(&v);
+  return decibels(2 * power);
+}
+
 double worst_alias(const converter &convert, double ratio) {
   double worst = -400;
-  for (double f = 0.605; f < 0.5 * ratio; f += 0.01) {
-    if (std::abs(f - std::round(f)) > 0.39) continue;
-    wide square = 0;
-    for (const double y : tone(convert, ratio, f)) square += wide(y) * y / shown;
-    worst = std::max(worst, decibels(square));
-  }
+  for (double f = 0.61; f < 0.5 * ratio; f += 0.0037) worst = std::max(worst, in_pass_band(tone(convert, ratio, f)));
   return worst;
 }
 
@@ -90,8 +99,8 @@ double worst_alias(const converter &convert, double ratio) {
 void conversion() {
   heading(
       "Sample-rate conversion",
-      "`dsph_rsmp`, in dB: the most that comes out beside a tone of 0 to 0.395 of the output rate, and the most that "
-      "is left of a tone that folds to 0 to 0.39. -300 stands for nothing, `-` for no such tone.");
+      "`dsph_rsmp`, in dB: the most that comes out beside a tone of 0 to 0.39 of the output rate, and the most that a "
+      "tone from 0.61 of it on leaves there. -300 stands for nothing, `-` for no such tone.");
   cells head = {"ratio", "residue", "aliases"};
   std::vector<converter> converters = {ours};
 #ifdef HAVE_SOXR
