@@ -46,6 +46,25 @@ int32_t refuse(dsp_vec *v) {
   return -1;
 }
 
+// A record too small for its length and representation.
+[[gnu::noinline]] int32_t grow(dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
+  const int64_t need = doubles(*v);
+  const int64_t owned = not_negative(v->capacity);
+  if (!countable(need)) return refuse(v);
+  const double *borrowed = owned > 0 ? nullptr : v->data;
+  if (owned == 0) v->data = nullptr;
+  if (realloc_hook != nullptr)
+    realloc_hook(v, old_length, old_is_complex);
+  else  // when this fails, dsp.h says that the old block is abandoned
+    v->data = static_cast<double *>(heap_resize(v->data, bytes(owned), bytes(need)));
+  if (sized(v, need) != 0) return -1;
+  if (borrowed != nullptr) {
+    const int64_t old = doubles_of(old_length, old_is_complex != 0);
+    dsp_move_doubles(v->data, borrowed, bytes(old < need ? old : need));
+  }
+  return 0;
+}
+
 }  // namespace
 }  // namespace dsp
 
@@ -79,22 +98,7 @@ int32_t dsp_alloc(dsp_vec *v) {
 }
 
 int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex) {
-  const int64_t need = doubles(*v);
-  const int64_t owned = not_negative(v->capacity);
-  if (need <= owned) return 0;
-  if (!countable(need)) return refuse(v);
-  const double *borrowed = owned > 0 ? nullptr : v->data;
-  if (owned == 0) v->data = nullptr;
-  if (realloc_hook != nullptr)
-    realloc_hook(v, old_length, old_is_complex);
-  else  // when this fails, dsp.h says that the old block is abandoned
-    v->data = static_cast<double *>(heap_resize(v->data, bytes(owned), bytes(need)));
-  if (sized(v, need) != 0) return -1;
-  if (borrowed != nullptr) {
-    const int64_t old = doubles_of(old_length, old_is_complex != 0);
-    dsp_move_doubles(v->data, borrowed, bytes(old < need ? old : need));
-  }
-  return 0;
+  return doubles(*v) <= not_negative(v->capacity) ? 0 : grow(v, old_length, old_is_complex);
 }
 
 int32_t dsp_lib_alloc(dsp_alloc_fn hook, dsp_alloc_fn *previous) { return install(alloc_hook, hook, previous); }

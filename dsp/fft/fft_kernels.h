@@ -26,6 +26,8 @@ struct fft_tables {
   const uint32_t *fixed;
 };
 
+constexpr int most_small_real_bits = 4;
+
 struct fft_kernel_set {
   int lanes;        // of the widest kernel
   int root_values;  // doubles a root takes: cos, sin, or cos, -(cos + sin), sin - cos for three-multiplication products
@@ -36,8 +38,8 @@ struct fft_kernel_set {
   // after `post_process`. The octant is that of 2m.
   void (*post_process)(double *x, std::ptrdiff_t m, const double *octant);
   void (*pre_process)(double *x, std::ptrdiff_t m, const double *octant);
-  // All of a real transform of 4, 8 or 16 samples.
-  void (*small_real)(int bits, double *x, double scale, bool inverse, const double *octant);
+  // All of a real transform of 4 to 2^most_small_real_bits samples.
+  void (*small_real)(int bits, double *x, double scale, bool inverse);
   // post_process and pre_process for any m; cosines and sines of 2 pi k/2m, k = 0 .. m/2.
   void (*post_process_any)(double *x, std::ptrdiff_t m, const double *cosines, const double *sines);
   void (*pre_process_any)(double *x, std::ptrdiff_t m, const double *cosines, const double *sines);

@@ -3,6 +3,7 @@
 
 #include "dsp/fft/bitrev_tables.h"
 #include "dsp/fft/butterfly.h"
+#include "dsp/fft/short_real.h"
 #include "dsp/fft/short_transform.h"
 #include "dsp/fft/times_root.h"
 
@@ -334,16 +335,14 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
   store_pairs<W>(middle_high, d);
 }
 
+// m from 16 on.
 template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
-  // No wider than the transform, whose last stores a wider load would have to wait for.
-  if constexpr (W > 4)
-    if (m < W * W) return all_pairs<W / 2, Kernel>(x, m, octant);
+  // A load across two of the transform's last stores would wait for both: short signals take narrow ones.
+  if constexpr (W > 2)
+    if (m < 8 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
-  // GCOVR_EXCL_BR_START: each caller's size goes one way
   for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
-  if (m < 4) return;
-  // GCOVR_EXCL_BR_STOP
   points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
   points<1> b = load_split<1>(x + m / 2 * 3);
   Kernel::template apply<1>(a, b, half_sqrt2, half_sqrt2);
@@ -351,7 +350,6 @@ DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   store_split<1>(x + m / 2 * 3, b);
 }
 
-// From 16 samples on.
 void post_process(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, post_kernel>(x, m, octant); }
 
 void pre_process(double *x, std::ptrdiff_t m, const double *octant) { all_pairs<widest, pre_kernel>(x, m, octant); }
@@ -389,25 +387,10 @@ void pre_process_any(double *x, std::ptrdiff_t m, const double *cosines, const d
   all_pairs_of<widest, pre_kernel>(x, m, cosines, sines);
 }
 
-// Both steps without a loop.
-template <int M>
-void small_real(double *x, double scale, bool inverse, const double *octant) {
-  if (inverse) {
-    all_pairs<1, pre_kernel>(x, M, octant);
-    small<M, true>(x, scale);
-  } else {
-    small<M, false>(x, scale);
-    all_pairs<1, post_kernel>(x, M, octant);
-  }
-}
-
-void small_real_any(int bits, double *x, double scale, bool inverse, const double *octant) {
-  if (bits == 2)
-    small_real<2>(x, scale, inverse, octant);
-  else if (bits == 3)
-    small_real<4>(x, scale, inverse, octant);
-  else
-    small_real<8>(x, scale, inverse, octant);
+void small_real_any(int bits, double *x, double scale, bool inverse) {
+  if (bits == 4) return short_real<16>(x, scale, inverse);
+  if (bits == 3) return short_real<8>(x, scale, inverse);
+  short_real<4>(x, scale, inverse);
 }
 
 }  // namespace

@@ -34,29 +34,34 @@ recent<real_roots> real_tables;
   return made;
 }
 
-int32_t power_of_two(double *x, int bits, bool inverse, double scale) {
+int32_t power_of_two(double *x, int bits, bool inverse) {
   const fft_kernel_set &kernels = fft_kernels();
   const std::ptrdiff_t m = std::ptrdiff_t{1} << (bits - 1);
   const double *octant = octant_setup(bits);
   if (octant == nullptr) return -1;
-  if (bits <= 4) return kernels.small_real(bits, x, scale, inverse, octant), 0;
   if (inverse) kernels.pre_process(x, m, octant);
-  if (transform(x, bits - 1, inverse, scale) != 0) return -1;
+  if (transform(x, bits - 1, inverse, inverse ? 1.0 : 0.5 * reciprocal_power_of_two(bits)) != 0) return -1;
   if (!inverse) kernels.post_process(x, m, octant);
+  return 0;
+}
+
+int32_t even_length(double *x, int32_t n, bool inverse) {
+  const real_roots *roots = real_tables.find(n);
+  if (roots == nullptr) roots = make_roots(n);
+  if (roots == nullptr) return -1;
+  if (inverse) fft_kernels().pre_process_any(x, n / 2, roots->cosines, roots->sines);
+  if (transform_of_any_length(x, n / 2, inverse, inverse ? 1.0 : 0.5 / n) != 0) return -1;
+  if (!inverse) fft_kernels().post_process_any(x, n / 2, roots->cosines, roots->sines);
   return 0;
 }
 
 }  // namespace
 
 int32_t real_transform(double *x, int32_t n, bool inverse) {
-  const double scale = inverse ? 1.0 : 0.5 / n;
-  if (is_power_of_two(n)) return power_of_two(x, log2_of(n), inverse, scale);
-  const real_roots *roots = real_tables.find(n);
-  if (roots == nullptr) roots = make_roots(n);
-  if (roots == nullptr) return -1;
-  if (inverse) fft_kernels().pre_process_any(x, n / 2, roots->cosines, roots->sines);
-  if (transform_of_any_length(x, n / 2, inverse, scale) != 0) return -1;
-  if (!inverse) fft_kernels().post_process_any(x, n / 2, roots->cosines, roots->sines);
+  if (!is_power_of_two(n)) return even_length(x, n, inverse);
+  const int bits = log2_of(n);
+  if (bits > most_small_real_bits) return power_of_two(x, bits, inverse);
+  fft_kernels().small_real(bits, x, inverse ? 1.0 : reciprocal_power_of_two(bits), inverse);
   return 0;
 }
 

@@ -61,8 +61,6 @@ int32_t transform(double *x, int bits, bool inverse, double scale) {
 }
 
 const double *octant_setup(int bits) {
-  static constexpr double one[] = {1.0, 0.0};
-  if (bits == 2) return one;
   if (octants[bits] == nullptr) octants[bits] = octant_table(int64_t{1} << bits);
   return octants[bits];
 }

@@ -13,7 +13,7 @@ int32_t transform(double *x, int bits, bool inverse, double scale);
 // The same for any n >= 2, by the cheapest way there is.
 int32_t transform_of_any_length(double *x, int32_t n, bool inverse, double scale);
 
-// The octant_table of 2^bits, bits >= 2. Null: no memory.
+// The octant_table of 2^bits, bits >= 3. Null: no memory.
 const double *octant_setup(int bits);
 
 // The exponent of a power of two.
