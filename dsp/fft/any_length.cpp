@@ -10,9 +10,10 @@ namespace dsp::fft {
 namespace {
 
 [[gnu::noinline]] int32_t transform_by_new_plan(double *x, int32_t n, bool inverse, double scale) {
-  if (has_chirp(n) || chirp_cost(n) < shape_of(n, mixed_kernels().lanes).cost)
-    return chirp_transform(x, n, inverse, scale);
-  return mixed_transform(find_or_make_mixed(n), x, inverse, scale);
+  if (has_chirp(n)) return chirp_transform(x, n, inverse, scale);
+  const mixed_shape shape = shape_of(n, mixed_kernels().lanes);
+  if (chirp_cost(n) < shape.cost) return chirp_transform(x, n, inverse, scale);
+  return mixed_transform(make_mixed(n, shape), x, inverse, scale);
 }
 
 }  // namespace

@@ -56,9 +56,12 @@ struct table_filler {
 
   void put_lane(int64_t k, int32_t lanes, int32_t lane, double *to) const {
     if (!in_pairs) return put(k, lanes, to + lane);
-    put(k, 2 * lanes, to + 2 * lane);
-    put(k, 2 * lanes, to + 2 * lane + 1);
-    to[2 * (lanes + lane) + 1] *= -1.0;
+    const root r = roots_of_n[k];
+    double *const cos = to + 2 * lane;
+    double *const sin = cos + 2 * lanes;
+    cos[0] = cos[1] = r.cos;
+    sin[0] = r.sin;
+    sin[1] = -r.sin;
   }
 
   // The roots j k of `length`, k = 1 .. radix - 1, for j below length/radix.
@@ -222,8 +225,9 @@ mixed_plan make_plan(int32_t n, const mixed_shape &shape) {
 
 int64_t key_of(int32_t n) { return int64_t{n} * 4 + static_cast<int32_t>(active_isa()); }
 
-const mixed_entry *add_plan(int32_t n) {
-  const mixed_shape shape = shape_of(n, mixed_kernels().lanes);
+}  // namespace
+
+const mixed_entry *make_mixed(int32_t n, const mixed_shape &shape) {
   mixed_plan plan = make_plan(n, shape);
   const mixed_kernel_set &kernels = mixed_kernels_for(plan.lanes);
   circle roots(n);
@@ -243,8 +247,6 @@ const mixed_entry *add_plan(int32_t n) {
   return entry;
 }
 
-}  // namespace
-
 void direct_transform(double *x, int32_t n, bool inverse, double scale) {
   mixed_kernels_for(1).direct(n, x, scale, inverse);
 }
@@ -253,7 +255,7 @@ const mixed_entry *find_mixed(int32_t n) { return plans.find(key_of(n)); }
 
 const mixed_entry *find_or_make_mixed(int32_t n) {
   const mixed_entry *entry = find_mixed(n);
-  return entry != nullptr ? entry : add_plan(n);
+  return entry != nullptr ? entry : make_mixed(n, shape_of(n, mixed_kernels().lanes));
 }
 
 int32_t mixed_transform(const mixed_entry *entry, double *x, bool inverse, double scale) {

@@ -27,6 +27,7 @@ void direct_transform(double *x, int32_t n, bool inverse, double scale);
 // The plan of a length with its tables; null: not made yet, or no memory to make it.
 struct mixed_entry;
 const mixed_entry *find_mixed(int32_t n);
+const mixed_entry *make_mixed(int32_t n, const mixed_shape &shape);
 const mixed_entry *find_or_make_mixed(int32_t n);
 
 // x: complex samples, replaced by their transform times `scale`. -1: no memory, x untouched.
