@@ -97,7 +97,8 @@ std::vector<std::size_t> lengths(std::size_t longest) {
   std::vector<std::size_t> n;
   for (std::size_t i = 1; i <= 130; ++i) n.push_back(i);
   for (std::size_t i = 131; i <= 300; i += 13) n.push_back(i);
-  for (const std::size_t i : sizes{251, 256, 512, 1000, 1009, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 73728})
+  for (const std::size_t i :
+       sizes{251, 256, 374, 512, 720, 1000, 1009, 1024, 2048, 4096, 8192, 16384, 32768, 65536, 73728})
     if (i <= longest) n.push_back(i);
   return n;
 }

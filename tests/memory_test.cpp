@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "dsp/core/heap.h"
 #include "tests/support/emulated.h"
@@ -129,6 +130,24 @@ void sweep_all() {
 }
 
 TEST(FailingMemory, OfTheHeap) { sweep_all(); }
+
+// The chirp of a length outlives the plan of the length it convolves on where fifteen others came between.
+TEST(FailingMemory, OfAForgottenPlan) {
+  std::vector<double> x(2 * 98, 1.0);
+  const auto run = [&x](int32_t n) {
+    dsp_vec v = {1.0, x.data(), 0, n, 1, 0};
+    return dspi_dft(&v, 0);
+  };
+  EXPECT_EQ(run(83), 0);
+  for (int32_t n = 14; n < 100; n += 4) EXPECT_EQ(run(n), 0);
+  x.assign(x.size(), 1.0);
+  heap_fail(1, true);
+  EXPECT_EQ(run(83), -1);
+  heap_fail(0);
+  EXPECT_EQ(x, std::vector<double>(x.size(), 1.0));
+  EXPECT_EQ(run(83), 0);
+  dsp_free_internal();
+}
 
 TEST(FailingMemory, OfTheHooks) {
   const hooks installed;

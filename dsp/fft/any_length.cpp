@@ -1,5 +1,4 @@
-// Which way a length goes: the power-of-two transform, passes of mixed radix, or the chirp.
-#include "dsp/core/sizing.h"
+// Which way a length that is no power of two goes: one butterfly, passes of mixed radix, or the chirp.
 #include "dsp/fft/chirp.h"
 #include "dsp/fft/mixed.h"
 #include "dsp/fft/mixed_kernels.h"
@@ -19,7 +18,6 @@ namespace {
 }  // namespace
 
 int32_t transform_of_any_length(double *x, int32_t n, bool inverse, double scale) {
-  if (is_power_of_two(n)) return transform(x, log2_of(n), inverse, scale);
   if (is_direct(n)) return direct_transform(x, n, inverse, scale), 0;
   if (const mixed_entry *known = find_mixed(n)) return mixed_transform(known, x, inverse, scale);
   return transform_by_new_plan(x, n, inverse, scale);

@@ -260,20 +260,14 @@ void by_gathering(const mixed_plan &plan, const mixed_work &work, double *x, dou
   }
 }
 
-// The first butterflies over W columns; their results become the lanes, the columns the vectors.
+// The first butterflies over W columns. Transposed, their results become the lanes and the columns the vectors.
 template <class P>
-DSP_INLINE void transposed_butterfly(const double *x, std::ptrdiff_t leg, bool inverse, const double *root,
-                                     P (&v)[P::width]) {
-  constexpr int W = P::width;
-  DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = load_samples<P>(x + k * leg);
+DSP_INLINE void first_butterfly(const double *x, std::ptrdiff_t leg, bool inverse, P (&v)[P::width]) {
+  DSP_UNROLL for (int k = 0; k < P::width; ++k) v[k] = load_samples<P>(x + k * leg);
   if (inverse) {
-    DSP_UNROLL for (int k = 0; k < W; ++k) v[k] = exchanged(v[k]);
+    DSP_UNROLL for (int k = 0; k < P::width; ++k) v[k] = exchanged(v[k]);
   }
   butterfly(v);
-  if (root != nullptr) {
-    DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root(v[k], root + (k - 1) * root_values);
-  }
-  transpose(v);
 }
 
 // Columns of W samples, from x to the work area.
@@ -285,7 +279,8 @@ void short_columns(const mixed_plan &plan, const double *x, bool inverse, double
   for (std::ptrdiff_t c = 0; c < n2; c += W, middle += W * W * values_of_root<P>) {
     const std::ptrdiff_t first = smaller(c, n2 - W);
     P v[W];
-    transposed_butterfly<P>(x + 2 * first, 2 * n2, inverse, nullptr, v);
+    first_butterfly(x + 2 * first, 2 * n2, inverse, v);
+    transpose(v);
     DSP_UNROLL for (int i = 0; i < W; ++i)
         store_vector(area + (first + i) * 2 * W, times_root(v[i], middle + i * values_of_root<P> * W));
   }
@@ -303,7 +298,9 @@ void long_columns(const mixed_plan &plan, const mixed_work &work, const double *
     const double *root = plan.first;
     for (std::ptrdiff_t j = 0; j < m; ++j, root += (W - 1) * root_values) {
       P v[W];
-      transposed_butterfly<P>(x + 2 * (first + j * n2), 2 * m * n2, inverse, root, v);
+      first_butterfly(x + 2 * (first + j * n2), 2 * m * n2, inverse, v);
+      DSP_UNROLL for (int k = 1; k < W; ++k) v[k] = times_one_root(v[k], root + (k - 1) * root_values);
+      transpose(v);
       DSP_UNROLL for (int i = 0; i < W; ++i) store_vector(work.buffer + (i * m + j) * 2 * W, v[i]);
     }
     run<P>(plan.columns, W, work.buffer,
@@ -340,8 +337,8 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
   if constexpr (widest_lanes == 1) {
     run<points<1>>(plan.rows, 1, work.buffer, sink);
   } else {  // primes only
-    prime_pass<points<1>>(plan.rows.n, work.buffer,
-                          {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink});
+    const pass_context c = {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink};
+    prime_pass<points<1>>(plan.rows.n, work.buffer, c);
   }
 }
 

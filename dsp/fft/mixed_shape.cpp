@@ -113,7 +113,7 @@ void extend(search *s, int32_t n, int32_t passes, std::size_t from, double cost)
 }  // namespace
 
 mixed_shape shape_of(int32_t n, int32_t widest) {
-  if (widest == 1) return {1, false, 1, n * cycles_for(n)};
+  if (widest == 1) return {1, false, 1, n * cycles_for(n)};  // GCOVR_EXCL_BR_LINE: where there are no vector registers
   mixed_shape best = {1, false, 1, HUGE_VAL};
   for (int32_t d = 1; d <= n / d; ++d) {
     if (n % d != 0) continue;

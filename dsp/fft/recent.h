@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "dsp/core/heap.h"
+#include "dsp/fft/memory.h"
 
 namespace dsp::fft {
 
@@ -24,8 +24,7 @@ class recent {
   // Room for a new key: `bytes` of memory at *block, in place of the entries unused for longest where there are too
   // many or too large ones. Null, and nothing lost, without memory.
   Contents *add(int64_t key, uint64_t bytes, void **block) {
-    if (bytes > SIZE_MAX / 2) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
-    *block = heap_allocate(static_cast<std::size_t>(bytes));
+    *block = allocate(bytes);
     if (*block == nullptr) return nullptr;
     const int32_t free = make_room(bytes);
     slots_[free] = {key, bytes, 0, *block, {}};

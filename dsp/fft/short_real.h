@@ -10,7 +10,12 @@ namespace {
 
 DSP_INLINE void butterfly(points<1> (&)[1]) {}
 
-// w^j of N.
+// Bins 4k + 1 of N in the lower half of the spectrum; where they are beyond it, their conjugates.
+constexpr bool is_lower(int k, int n) { return 4 * k + 1 < n / 2; }
+constexpr int odd_bin(int k, int n) { return is_lower(k, n) ? 4 * k + 1 : n - 4 * k - 1; }
+constexpr double odd_sign(int k, int n) { return is_lower(k, n) ? 1.0 : -1.0; }
+
+// a w^j, w the first root of N.
 template <int N>
 DSP_INLINE points<1> turned_by(const points<1> &a, int j) {
   return turned(a, cos_of_32(j * (32 / N)), cos_of_32(j * (32 / N) + 24));
@@ -27,10 +32,9 @@ DSP_INLINE void real_bins(const double (&x)[N], double *bins, std::ptrdiff_t ste
   butterfly(odd);
   real_bins(sum, bins, 2 * step);
   DSP_UNROLL for (int k = 0; k < quarter; ++k) {
-    const bool lower = 4 * k + 1 < N / 2;
-    double *const to = bins + 2 * step * (lower ? 4 * k + 1 : N - 4 * k - 1);
+    double *const to = bins + 2 * step * odd_bin(k, N);
     to[0] = odd[k].re;
-    to[1] = lower ? odd[k].im : -odd[k].im;
+    to[1] = odd[k].im * odd_sign(k, N);
   }
 }
 
@@ -49,9 +53,8 @@ DSP_INLINE void real_samples(const double *bins, std::ptrdiff_t step, double (&x
   double sum[N / 2];
   points<1> odd[quarter];
   DSP_UNROLL for (int k = 0; k < quarter; ++k) {
-    const bool lower = 4 * k + 1 < N / 2;
-    const double *const from = bins + 2 * step * (lower ? 4 * k + 1 : N - 4 * k - 1);
-    odd[k] = {from[0], lower ? from[1] : -from[1]};
+    const double *const from = bins + 2 * step * odd_bin(k, N);
+    odd[k] = {from[0], from[1] * odd_sign(k, N)};
   }
   butterfly(odd);
   real_samples(bins, 2 * step, sum);

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "dsp/core/heap.h"
+#include "dsp/fft/memory.h"
 
 namespace dsp::fft {
 
@@ -26,9 +26,7 @@ struct table_cache {
     for (int32_t i = 0; i < count; ++i)
       if (entries[i].key == key) return entries[i].table;
     if (!make_room()) return nullptr;
-    constexpr uint64_t most = SIZE_MAX / sizeof(Element);
-    if (static_cast<uint64_t>(elements) > most) return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
-    auto *table = static_cast<Element *>(heap_allocate(static_cast<std::size_t>(elements) * sizeof(Element)));
+    auto *table = static_cast<Element *>(allocate(static_cast<uint64_t>(elements) * sizeof(Element)));
     if (table == nullptr) return nullptr;
     if (!fill(table)) {
       heap_release(table);
@@ -48,8 +46,7 @@ struct table_cache {
   bool make_room() {
     if (count < capacity) return true;
     constexpr int32_t step = 8;
-    const auto bytes = [](int32_t n) { return static_cast<std::size_t>(n) * sizeof(entry); };
-    auto *grown = static_cast<entry *>(heap_allocate(bytes(capacity + step)));
+    auto *grown = static_cast<entry *>(allocate(static_cast<uint64_t>(capacity + step) * sizeof(entry)));
     if (grown == nullptr) return false;
     for (int32_t i = 0; i < count; ++i) grown[i] = entries[i];
     heap_release(entries);

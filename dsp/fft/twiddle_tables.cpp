@@ -53,8 +53,7 @@ const double *twiddle_table(const fft_plan &plan, int root_values) {
   visit_passes(plan, [&roots](int64_t block, int radix) { roots += block / radix * (radix - 1); });
   const int64_t key = (n * 16 + plan.lanes) * 4 + root_values;
   return fft_twiddle_cache.find_or_build(key, roots * root_values, [&](double *table) {
-    auto *octant =
-        static_cast<double *>(heap_allocate(static_cast<std::size_t>(2 * octant_length(n)) * sizeof(double)));
+    double *octant = allocate_doubles(2 * octant_length(n));
     if (octant == nullptr) return false;
     fill_octant_table(octant, n);
     fill_passes(plan, root_values, octant, table);

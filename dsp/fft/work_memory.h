@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "dsp/core/heap.h"
+#include "dsp/fft/memory.h"
 
 namespace dsp::fft {
 
@@ -20,12 +20,10 @@ class work_memory {
 
  private:
   [[gnu::noinline]] double *grow(int64_t doubles) {
-    if (static_cast<uint64_t>(doubles) > SIZE_MAX / sizeof(double))
-      return nullptr;  // GCOVR_EXCL_BR_LINE: where size_t has 32 bits
-    void *const grown = heap_allocate(static_cast<std::size_t>(doubles) * sizeof(double));
+    double *const grown = allocate_doubles(doubles);
     if (grown == nullptr) return nullptr;
     heap_release(memory_);
-    memory_ = static_cast<double *>(grown);
+    memory_ = grown;
     room_ = doubles;
     return memory_;
   }
