@@ -16,10 +16,8 @@ inline bool shares_buffer(const dsp_vec &a, const dsp_vec &b) {
   return &a == &b || (a.data != nullptr && a.data == b.data);
 }
 
-// The same for records that may be absent.
-inline bool shares_buffer(const dsp_vec *a, const dsp_vec *b) {
-  return a != nullptr && b != nullptr && shares_buffer(*a, *b);
-}
+// The same where `a` may be null, which shares nothing.
+inline bool shares_buffer(const dsp_vec *a, const dsp_vec *b) { return a != nullptr && shares_buffer(*a, *b); }
 
 // Whether the samples of `view` begin inside the buffer of `whole`, which sizing `whole` may move away.
 bool lies_within(const dsp_vec &view, const dsp_vec &whole);
