@@ -77,7 +77,7 @@ class raw_input {
     if (format == "s32") bytes_ = 4, value_ = [](const char *p) { return as<int32_t>(p) / 2147483648.0; };
     if (format == "f32") bytes_ = 4, value_ = [](const char *p) { return static_cast<double>(as<float>(p)); };
     if (format == "f64") bytes_ = 8, value_ = [](const char *p) { return as<double>(p); };
-    if (bytes_ == 0) throw failure("--format: '" + format + "' is none of s16, s32, f32, f64");
+    if (bytes_ == 0) throw failure("--format: '" + format + "' is not one of s16, s32, f32, f64");
   }
 
   /** Reads `count` samples of the first channel; false at the end. */
@@ -165,7 +165,7 @@ std::string plot(const signal &levels, const screen &s) {
   return text + axis(levels.dx * (levels.length - 1), s.width);
 }
 
-/** A line in the spectrum; NaN: there is none. */
+/** A line in the spectrum; its values are NaN if there is none. */
 struct line {
   double frequency, level;
 };

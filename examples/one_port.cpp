@@ -62,7 +62,7 @@ number_format format_named(const std::string &name) {
   if (name == "ri") return number_format::ri;
   if (name == "ma") return number_format::ma;
   if (name == "db") return number_format::db;
-  throw failure("--format: '" + name + "' is none of ri, ma, db");
+  throw failure("--format: '" + name + "' is not one of ri, ma, db");
 }
 
 reflection read_actual(const std::string &word, const reflection &measured) {
@@ -206,7 +206,7 @@ struct circle {
   double rms;
 };
 
-// The circle nearest to a part of a trace; with an infinite rms when there is none.
+// The circle nearest to a part of a trace; its rms is infinite when no circle fits.
 circle circle_near(const std::vector<dsp_complex> &s) {
   circle c = {};
   double radius;
@@ -224,9 +224,10 @@ std::vector<dsp_complex> undelayed(const reflection &device, std::size_t first, 
   return s;
 }
 
-// The loaded quality factor of the resonance at the least reflection; 0 where there is none. Between the half-power
-// frequencies the reflection runs through a circle, on which f is 2 atan(2 Q (f/f0 - 1)) from f0. A line in front bends
-// it: its delay is the one without which the points are nearest to a circle.
+// The loaded quality factor of the resonance at the least reflection; 0 without a resonance. Between the half-power
+// frequencies the reflection runs along a circle, where f is at the angle 2 atan(2 Q (f/f0 - 1)) from f0. A line in
+// front of the resonator bends the circle: its delay is found as the one whose removal brings the points nearest to a
+// circle.
 double quality_of(const reflection &device, std::size_t least) {
   const auto power = [&](std::size_t i) { return std::pow(device.s[i].re, 2) + std::pow(device.s[i].im, 2); };
   const double half = 0.5 * (1.0 + power(least));

@@ -121,7 +121,7 @@ struct settings {
 const averaging *averaging_of(const std::string &name) {
   for (const averaging &a : averagings)
     if (name == a.name) return &a;
-  throw failure("--average: '" + name + "' is none of power, max, min, geometric, harmonic, last");
+  throw failure("--average: '" + name + "' is not one of power, max, min, geometric, harmonic, last");
 }
 
 void choose_output(const examples::arguments &given, settings *s) {

@@ -141,7 +141,7 @@ class converter {
   converter(const converter &) = delete;
   converter &operator=(const converter &) = delete;
 
-  /** The sample of the stream that the first output stands for. */
+  /** The time of the first output, in samples of the input. */
   double first() const {
     const double stage = std::ldexp(1.0, coef_.halvings);
     return (coef_.halvings > 0 ? 14.0 * stage + 19.0 : 0.0) +
@@ -158,21 +158,21 @@ class converter {
   signal scratch_;
 };
 
-/** What one channel goes through. Blocks in, blocks out, which need not be of equal length. */
+/** The processing of one channel. An output block may have another length than its input block. */
 class channel {
  public:
   /** No taps: no filter. */
   channel(const signal &taps, double ratio) : taps_(taps), to_drop_(std::max(taps.length - 1, 0) / 2) {
     if (ratio == 1.0) return;
     converter_ = std::make_unique<converter>(ratio);
-    // Silence ahead, so that the first output stands for the first sample (or for less than one after it).
+    // Silence ahead moves the time of the first output to that of the first sample, or less than one sample after it.
     signal lead(static_cast<int32_t>(converter_->first()));
     require(dspi_zero(&lead), "prepare the converter");
     signal nothing;
     converter_->process(lead, &nothing);
   }
 
-  /** Replaces the block by what comes out. */
+  /** Replaces the block by its output. */
   void process(signal *block) {
     if (taps_.length > 0) {
       require(dspd_fir(block, block, &taps_, &past_), "filter a block");

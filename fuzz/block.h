@@ -1,5 +1,5 @@
-// Memory of the caller's that is lent to the library: just as many bytes as asked for, so that AddressSanitizer sees
-// every step beside it, and without one between guards that are looked at afterwards.
+// Memory of the caller for the library, of exactly the size needed: AddressSanitizer sees every access outside it.
+// Without AddressSanitizer it lies between guards, which are checked afterwards.
 #pragma once
 
 #include <algorithm>

@@ -84,7 +84,7 @@ class input {
     return choice < 192 ? static_cast<float>(choice - 96) / 8.0f : noted[choice % 5];
   }
 
-  // n doubles of few bytes: a base that goes on for ever, and some values of their own in between.
+  // n doubles from few bytes: an endless pseudo-random sequence, with some values read one by one in between.
   void fill(double *x, std::int32_t n) {
     const unsigned kind = byte();
     const double scale = kind % 2 ? number() : 1.0;

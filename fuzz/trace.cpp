@@ -103,7 +103,7 @@ std::int32_t expand(play *p) {
   return t.finish(p);
 }
 
-// A range that ends beyond the trace, or a count that is none, is harmless here.
+// A range that ends beyond the trace and a negative count are harmless here.
 std::int32_t smooth(play *p) {
   const bool is_complex = p->in->byte() % 2 != 0;
   trace_arrays t(p, is_complex ? 2 : 1, is_complex ? 2 : 1);

@@ -71,7 +71,7 @@ double limit(std::size_t n, double factor = 1) {
   return factor * (power ? 0.55 : 1.4) * std::numeric_limits<double>::epsilon() * std::sqrt(levels);
 }
 
-// The result on every instruction set against what it is to be.
+// Compares the result of every instruction set with the expected one.
 void check(const record &x, routine run, const wides &expected, double error, bool is_complex, double dx) {
   on_each_isa([&] {
     record v = x;

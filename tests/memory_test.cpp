@@ -56,7 +56,8 @@ bool is_carried(const routine &r, const arrangement &a) {
   return (has_state || std::strcmp(r.name, "dsph_avg") == 0) && a.buffer == separate(parts).buffer;
 }
 
-// It refuses, or goes on from before the call that failed, from silence, or from after it.
+// After a failed call a stream refuses the next block, or filters it with the state from before that call, after it, or
+// with an empty one.
 void goes_on(const routine &r, int variant, const std::vector<part> &parts, std::vector<record> contents,
              const arrangement &a, scene *failed) {
   if (failed->run(r, variant) != 0) return;

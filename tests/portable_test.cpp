@@ -86,7 +86,7 @@ void expect_negative_lengths_to_be_empty(const routine &r) {
   });
 }
 
-// The rest sets up, names or releases; what works on an array or a record of its own is called by the rows beside it.
+// Set-up, names and release, and routines on plain arrays or records that rows of other routines call.
 const char *const not_in_the_table =
     "dsp_lib_init dsp_version dsp_init dsp_destroy dsp_lib_alloc dsp_lib_realloc dsp_lib_free dsp_free_internal "
     "dsp_window_from_str dsp_window_to_str get_fpscr set_fpscr set_runfast dsph_rsmp_coef_init dsph_rsmp_coef_destroy "

@@ -11,7 +11,7 @@ namespace {
 
 using namespace support;
 
-// Whether a signal is an output that is a record of its own on a buffer with others.
+// Whether signal i is an output with its own record on a buffer that others share.
 bool is_another_view(const std::vector<part> &parts, const arrangement &a, std::size_t i) {
   return parts[i].role == 'o' && std::count(a.record.begin(), a.record.end(), a.record[i]) == 1 &&
          std::count(a.buffer.begin(), a.buffer.end(), a.buffer[i]) > 1;

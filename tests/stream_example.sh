@@ -95,7 +95,7 @@ refuses "not within" -b 0 in.wav x.wav
 refuses "is the input itself" in.wav same.wav
 refuses "tells no format" in.wav x.mp4
 refuses "cannot hold this encoding" --encoding f32 in.wav x.flac
-refuses "none of s16" --encoding u8 in.wav x.wav
+refuses "not one of s16" --encoding u8 in.wav x.wav
 refuses "no sound file" - x.wav <report
 refuses "taken by the sound" --json in.wav -
 

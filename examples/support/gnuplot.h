@@ -7,8 +7,7 @@
 
 namespace examples {
 
-/** Fails when there is no gnuplot, or when a picture of this name (.png or .svg) is not one it can be asked for: to be
- * told before the work, not after it. */
+/** Fails without gnuplot, and for a picture whose name does not end in .png or .svg. Called before the work starts. */
 void require_gnuplot(const std::string &picture);
 
 /** A picture drawn by gnuplot: commands and tables, sent when draw() is called. */

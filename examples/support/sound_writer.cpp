@@ -53,7 +53,7 @@ sound_encoding encoding_named(const std::string &name) {
                    {"f64", SF_FORMAT_DOUBLE}};
   for (const auto &e : encodings)
     if (name == e.name) return e.encoding;
-  throw failure("--encoding: '" + name + "' is none of s16, s24, s32, f32, f64");
+  throw failure("--encoding: '" + name + "' is not one of s16, s24, s32, f32, f64");
 }
 
 sound_writer::sound_writer(const std::string &path, sound_encoding encoding, bool exactly, double rate, int channels)

@@ -21,7 +21,7 @@ sound_encoding encoding_named(const std::string &name);
  * WAV file on standard output. */
 class sound_writer {
  public:
-  /** Encoded as asked for, or as the format can that comes closest to it. */
+  /** In the given encoding, or unless `exactly` in the closest one that the file format has. */
   sound_writer(const std::string &path, sound_encoding encoding, bool exactly, double rate, int channels);
   ~sound_writer();
   sound_writer(const sound_writer &) = delete;

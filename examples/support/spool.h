@@ -4,8 +4,7 @@
 
 namespace examples {
 
-/** A temporary file without a name, for what comes from or goes to a pipe but has to be read or written out of order.
- */
+/** A temporary file without a name: buffers a pipe whose data is read or written out of order. */
 std::FILE *new_spool();
 int descriptor_of(std::FILE *file);
 /** Copies all from one file to another, both in binary, and rewinds the spool. */

@@ -67,7 +67,7 @@ def indices(lead: tuple[int, ...]) -> Iterator[tuple[int, ...]]:
 
 
 def by_rows(one: Callable[[Any], Array], lead: tuple[int, ...], axis: int = -1) -> Signal:
-    """What `one` makes of each index of `lead`, put together along `axis`; of index None where there is no row."""
+    """The results of `one` for each index of `lead`, stacked along `axis`. Without rows `one(None)` gives their form."""
     out: Any = None
     places: Iterable[Any] = indices(lead) if 0 not in lead else [None]
     for index in places:
@@ -89,14 +89,14 @@ def moved(array: Array, axis: int) -> Array:
 
 
 def row_of(array: Array, lead: tuple[int, ...], index: Optional[tuple[int, ...]]) -> Array:
-    """One row of an operand that is broadcast to `lead`; something like a row where there is none."""
+    """One row of an operand that is broadcast to `lead`; for index None a made-up row, to learn the form of a result."""
     if index is None:
         return np.arange(1, array.shape[-1] + 1).astype(array.dtype)
     return doubles(np.broadcast_to(array, lead + array.shape[-1:])[index])
 
 
 def made(routine: Any, *args: Any, axis: int = -1, each: bool = False, needs: Sequence[Need] = ()) -> Signal:
-    """What a routine writes into the record that stands as `...` among its arguments.
+    """The record that a routine fills; `...` among its arguments marks its place.
 
     Samples are lent where the routine takes records; those of several dimensions are taken row by row along `axis`,
     their other axes broadcast. `each`: see `changed`.
@@ -137,7 +137,7 @@ def _operands(
             plain = plain and array.ndim == 1
             operands[k], dx[k] = moved(array, axis), spacing(a)
     if axis != -1 and plain:
-        np.moveaxis(next(iter(operands.values())), axis, -1)  # refuses an axis that is none
+        np.moveaxis(next(iter(operands.values())), axis, -1)  # raises for an axis out of range
     for need in needs:
         need(routine, *operands.values())
     return operands, dx, plain
@@ -195,7 +195,7 @@ def changed(
     each: bool = False,
     needs: Sequence[Need] = (),
 ) -> Signal:
-    """What a routine that works in place makes of a copy of `samples`, or of `out` with the samples put there.
+    """The result of a routine that works in place, on a copy of `samples` or on `out`, which receives them.
 
     `each` says that it changes every sample by itself, so that the rows of an array can be taken as one.
     """

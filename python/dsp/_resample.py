@@ -132,7 +132,7 @@ class FractionalResampler(Stream):
     Raises
     ------
     Error
-        If the step is negative or not finite, or the table is none.
+        If the step is negative or not finite, or `table` is not a kernel table.
 
     Examples
     --------
@@ -151,14 +151,14 @@ class FractionalResampler(Stream):
         super().__init__()
 
     def __call__(self, x: Samples, most: Optional[int] = None, *, axis: int = -1) -> Signal:
-        """What a block gives.
+        """Processes a block.
 
         Parameters
         ----------
         x : array_like
             The block, real or complex.
         most : int, optional
-            The most outputs wanted, which a step of 0 takes; the others come first in the next block. By default all,
+            The most outputs wanted, needed for a step of 0; the others come first in the next block. By default all,
             about len(x)/step.
         axis : int
             The axis along which the samples lie.
@@ -193,7 +193,7 @@ def _kind(kind: Any) -> int:
 
 
 def _taps(table: Array) -> int:
-    """Taps of a kernel table, which tells them by its first sample; refuses what is no table."""
+    """The number of taps of a kernel table, which is its first sample; refuses anything else."""
     if table.ndim != 1 or table.dtype.kind == "c":
         raise Error("a kernel table is real and has one dimension", "dspd_rsmp")
     if len(table) < 2:

@@ -44,7 +44,7 @@ def doubles(samples: Samples) -> Array:
 
 
 def spacing(samples: Any, dx: Optional[float] = None) -> float:
-    """The spacing that is asked for, else that of a signal, else 1."""
+    """`dx` if given, else the spacing of a signal, else 1."""
     return float(getattr(samples, "dx", 1.0) if dx is None else dx)
 
 

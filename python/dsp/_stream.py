@@ -1,4 +1,4 @@
-"""What streams share: a state for each row of the blocks, which one block leaves for the next."""
+"""The base of streams: a state for each row of the blocks, carried from one block to the next."""
 
 from __future__ import annotations
 
@@ -29,7 +29,7 @@ class Stream:
         return copy.deepcopy(self)
 
     def __call__(self, x: Samples, *, axis: int = -1) -> Signal:
-        """What a block gives.
+        """Processes a block.
 
         Parameters
         ----------

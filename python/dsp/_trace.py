@@ -1,4 +1,4 @@
-"""What a display shows: traces of any number of dimensions, ranges [start, stop) of which `stop` None is the end."""
+"""Display of traces, of any number of dimensions. Ranges are [start, stop); `stop` None is the end of the trace."""
 
 from __future__ import annotations
 

@@ -17,7 +17,8 @@ long heap_lost();  // blocks given up by dsp_realloc when a resize failed (its s
 // The k-th request from now on fails (k = 1 is the next), and all later ones with `for_ever`; 0 fails none.
 void heap_fail(long k, bool for_ever = false);
 
-// For another heap that fails with this one: asks whether its request is to fail, tells of blocks got or given back.
+// For another heap that fails together with this one: whether its next request fails, and its blocks as they come and
+// go.
 bool heap_refuses();
 void heap_count(int blocks);
 

@@ -11,8 +11,8 @@
 
 namespace support {
 
-// One call: the signals in the order of the routine's arguments, which of the row's variants is meant, and room for
-// what comes out beside signals.
+// One call: the signals in the order of the routine's arguments, the number of the row's variant, and room for results
+// that are not signals.
 struct call {
   dsp_vec *const *signals;
   int variant;

@@ -26,8 +26,8 @@ inline std::vector<int32_t> random_blocks(int32_t n, int32_t around, unsigned se
   return blocks;
 }
 
-// The outputs of all blocks behind each other; -1 from the routine ends the test. Every block is a record of its own,
-// which is also the output when `shared`.
+// The outputs of all blocks joined; -1 from the routine ends the test. Every block has its own record, which is also
+// the output when `shared`.
 inline record in_blocks(const record &in, const std::vector<int32_t> &blocks, bool shared,
                         const block_routine &routine) {
   record whole;
