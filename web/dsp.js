@@ -62,6 +62,7 @@ function routines(library) {
 
   /** Calls `body` with samples as signals, null for those left out; what became a signal for the call only is freed. */
   function lent(samples, body) {
+    if (samples.every((x) => x instanceof Signal)) return body(...samples);
     const spacing = samples.find((x) => x instanceof Signal)?.dx;
     const own = [];
     const as_signal = (x) => {
@@ -142,18 +143,27 @@ function routines(library) {
   function of_row(kind, name, signature, { routine = prefixes[kind] + name, args = (...all) => all, ...rest } = {}) {
     const expected = parameters(signature);
     const signals = kinds[kind].length - 2;
+    const most = signals + expected.length;
+    const value_of = ({ name: parameter, type, otherwise }, given, options) => {
+      const value = given ?? options[parameter] ?? otherwise;
+      if (value === undefined) throw new TypeError(`${name} takes ${parameter}`);
+      return type === "number" || type === "boolean" ? value : choose(type, value);
+    };
+    if (kind === "in_place" && expected.length === 0) {
+      const [call, last] = [c[routine], args()];
+      const rule = { name, routine, needs: rest.needs };
+      return (x, { out, dx } = {}) => changed(x, (record) => call(record, ...last), out || dx ? { out, dx, ...rule } : rule);
+    }
     return (...given) => {
       const options = is_options(given.at(-1)) ? given.pop() : {};
-      if (given.length > signals + expected.length) throw new TypeError(`${name} takes ${signals + expected.length} arguments, got ${given.length}`);
-      const values = expected.map(({ name: parameter, type, otherwise }, i) => {
-        const value = given[signals + i] ?? options[parameter] ?? otherwise;
-        if (value === undefined) throw new TypeError(`${name} takes ${parameter}`);
-        return /^[A-Z]/.test(type) ? choose(type, value) : value;
-      });
+      if (given.length > most) throw new TypeError(`${name} takes ${most} arguments, got ${given.length}`);
+      const values = expected.map((parameter, i) => value_of(parameter, given[signals + i], options));
       const length = kind === "generated" ? values.shift() : undefined;
       const called = typeof routine === "function" ? routine(...values) : routine;
-      const taken = { out: options.out, dx: options.dx, length, name, routine: called, ...rest };
-      return kinds[kind]((...records) => c[called](...records, ...args(...values)), taken, ...given.slice(0, signals));
+      const taken = { out: options.out, dx: options.dx, length, name, routine: called, needs: rest.needs, is_complex: rest.is_complex };
+      const call = c[called];
+      const last = args(...values);
+      return kinds[kind]((...records) => call(...records, ...last), taken, ...given.slice(0, signals));
     };
   }
 
