@@ -188,6 +188,9 @@ test("windows, filters and calibration", async () => {
   await status("load ideal");
   assert.equal((await figures_now())["return loss"], "20.00");
   assert.match(page.url(), /#calibration\?format=swr&ideal=true/);
+  await set("calibration", { ideal: false });
+  await page.locator("#open_actual-file").setInputFiles(sweep("open_actual", "-1 0"));
+  await status("short and open are the same standard at 1000000 Hz");
   await page.locator("#open-file").setInputFiles({ name: "x.s1p", mimeType: "", buffer: Buffer.from("# MHz S XY\n1 2 3") });
   await status("x.s1p, line 1: 'XY' in the header");
   quiet();

@@ -9,6 +9,16 @@ function require_same_sweep(sweeps) {
       throw new Error(`${first.name} and ${name} do not have the same frequencies.`);
 }
 
+/** Three standards that are the same anywhere leave nothing to compute the terms from. */
+function require_three_standards(dsp, known, frequency) {
+  known.forEach(({ role, s }, k) => {
+    const next = known[(k + 1) % 3];
+    const distance = dsp.mag(dsp.sub(s, next.s)).samples;
+    const at = distance.findIndex((d) => !(d >= 1e-6));
+    if (at >= 0) throw new Error(`${role} and ${next.role} are the same standard at ${frequency[at]} Hz; three different ones are needed.`);
+  });
+}
+
 /** `files`: {name, text} of short, open, load and device, and of short_actual, open_actual and load_actual where the
  * standards are not ideal; or nothing for the simulation. `ideal` leaves the actual ones aside. */
 export function calibrate(dsp, programs, { files, ideal, format }) {
@@ -21,6 +31,7 @@ export function calibrate(dsp, programs, { files, ideal, format }) {
     const actual = ideal ? undefined : sweeps[`${role}_actual`];
     return { role, is_ideal: !actual, s: actual?.s ?? ideal_standard(a) };
   });
+  require_three_standards(dsp, known, frequency);
   const terms = new dsp.OnePort(known.map(({ role }) => sweeps[role].s), known.map(({ s }) => s)); // prettier-ignore
   const corrected = terms.correct(device);
   const shown = (s, how) => dsp.format_buffer(s, how).samples.slice();
