@@ -7,28 +7,21 @@ programs write theirs. Rows of work `call` tell what a call from Python costs th
 import ctypes
 import itertools
 import json
+import os
 import random
 import sys
 import time
+from pathlib import Path
 
 import numpy as np
 import scipy.fft
 import scipy.signal
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "python"))
+os.environ["DSP_LIBRARY"] = sys.argv[1]
+from dsp._c import Vec as Signal
+
 MIN_TIME = 0.02
-
-
-class Signal(ctypes.Structure):
-    """dsp_vec."""
-
-    _fields_ = [
-        ("dx", ctypes.c_double),
-        ("data", ctypes.c_void_p),
-        ("capacity", ctypes.c_int32),
-        ("length", ctypes.c_int32),
-        ("is_complex", ctypes.c_uint32),
-        ("reserved", ctypes.c_int32),
-    ]
 
 
 def view(x):
