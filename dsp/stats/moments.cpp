@@ -12,20 +12,12 @@ namespace dsp::stats {
 namespace {
 
 template <class Powers>
-struct third_order {
-  static constexpr int sums = 3;
-  widest reference;
-  void operator()(const widest &x, int, widest *term) const {
-    const powers p = Powers()(x - reference);
-    term[0] = p.d;
-    term[1] = p.square;
-    term[2] = p.cube;
-  }
-};
+using up_to_cubes = differences<Powers, 3>;
 
 template <class Powers>
-struct fourth_order {
+struct squares_and_fourth_powers {
   static constexpr int sums = 2;
+  static constexpr int square = 0;
   widest reference;
   void operator()(const widest &x, int, widest *term) const {
     const powers p = Powers()(x - reference);
@@ -51,8 +43,7 @@ double skewness(const stats_input &x) {
   if (x.n < 1) return 0.0;
   const widest about = broadcast(provisional_mean(x, 0));
   double total[3];
-  blocked_sum<1>(x.data, x.n, 1, third_order<plain_powers>{about}, third_order<saturated_powers>{about},
-                 squares_within_bound, total);
+  saturating_sum<up_to_cubes>(x.data, x.n, 1, total, about);
   const auto n = static_cast<double>(x.n);
   const double m1 = total[0] / n;
   const double m2 = total[1] / n;
@@ -68,8 +59,7 @@ double excess_kurtosis(const stats_input &x) {
   if (x.n < 1) return -3.0;
   const widest about = broadcast(clamped_mean(x));
   double total[2];
-  blocked_sum<0>(x.data, x.n, 1, fourth_order<plain_powers>{about}, fourth_order<saturated_powers>{about},
-                 squares_within_bound, total);
+  saturating_sum<squares_and_fourth_powers>(x.data, x.n, 1, total, about);
   const auto n = static_cast<double>(x.n);
   const double variance = total[0] / n;
   const double m4 = total[1] / n;

@@ -23,7 +23,7 @@ struct scatter {
 template <class Powers>
 struct trace_points {
   static constexpr int sums = 5;
-  static constexpr int square_y = 3;
+  static constexpr int square = 3;
   double step;
   double shift_x;
   double shift_y;
@@ -42,7 +42,7 @@ struct trace_points {
 template <class Powers>
 struct plane_points {
   static constexpr int sums = 3;
-  static constexpr int squares = 1;
+  static constexpr int square = 1;
   widest shift;
   void operator()(const widest &z, int, widest *term) const {
     const powers p = Powers()(z - shift);
@@ -71,19 +71,15 @@ scatter scatter_of_trace(const stats_input &y, double dx) {
   const double step = dx == 0.0 ? 1.0 : dx;
   const double shift_x = step * static_cast<double>(y.n - 1) * 0.5;
   const double shift_y = provisional_mean(y, 0);
-  const trace_points<plain_powers> fast = {step, shift_x, shift_y};
-  const trace_points<saturated_powers> exact = {step, shift_x, shift_y};
   double sum[5];
-  blocked_sum<trace_points<plain_powers>::square_y>(y.data, y.n, 1, fast, exact, squares_within_bound, sum);
+  saturating_sum<trace_points>(y.data, y.n, 1, sum, step, shift_x, shift_y);
   return scatter_about(shift_x, shift_y, y.n, sum);
 }
 
 scatter scatter_of_points(const stats_input &z) {
   const double shift[2] = {provisional_mean(z, 0), provisional_mean(z, 1)};
-  const plane_points<plain_powers> fast = {alternating(shift[0], shift[1])};
-  const plane_points<saturated_powers> exact = {alternating(shift[0], shift[1])};
   double sum[6];
-  blocked_sum<plane_points<plain_powers>::squares>(z.data, z.n, 2, fast, exact, squares_within_bound, sum);
+  saturating_sum<plane_points>(z.data, z.n, 2, sum, alternating(shift[0], shift[1]));
   return scatter_about(shift[0], shift[1], z.n, sum);
 }
 

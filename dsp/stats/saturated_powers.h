@@ -36,5 +36,27 @@ struct saturated_powers {
   }
 };
 
+// Sums of d, d^2 and, for order 3, d^3 of the differences d from a reference.
+template <class Powers, int Order>
+struct differences {
+  static constexpr int sums = Order;
+  static constexpr int square = 1;
+  widest reference;
+  void operator()(const widest &x, int, widest *term) const {
+    const powers p = Powers()(x - reference);
+    term[0] = p.d;
+    term[1] = p.square;
+    if constexpr (Order > 2) term[2] = p.cube;
+  }
+};
+
+// blocked_sum of a kernel that takes its powers as a parameter: with plain ones, and again with saturated ones for a
+// block whose sum number `square` is so great that a value may be beyond the bound.
+template <template <class> class Kernel, class... Parameters>
+void saturating_sum(const double *x, int64_t n, int parts, double *total, const Parameters &...parameters) {
+  blocked_sum<Kernel<plain_powers>::square>(x, n, parts, Kernel<plain_powers>{parameters...},
+                                            Kernel<saturated_powers>{parameters...}, squares_within_bound, total);
+}
+
 }  // namespace
 }  // namespace dsp::stats

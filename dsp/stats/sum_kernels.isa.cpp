@@ -29,15 +29,7 @@ struct saturated_square {
 };
 
 template <class Powers>
-struct difference_and_square {
-  static constexpr int sums = 2;
-  widest reference;
-  void operator()(const widest &x, int, widest *term) const {
-    const powers p = Powers()(x - reference);
-    term[0] = p.d;
-    term[1] = p.square;
-  }
-};
+using up_to_squares = differences<Powers, 2>;
 
 void values(const double *x, int64_t n, int parts, double *total) { blocked_sum(x, n, parts, identity(), total); }
 
@@ -46,10 +38,7 @@ void squares(const double *x, int64_t n, int parts, double *total) {
 }
 
 void spread(const double *x, int64_t n, int parts, const double *reference, double *total) {
-  const widest about = alternating(reference[0], reference[parts - 1]);
-  const difference_and_square<plain_powers> fast = {about};
-  const difference_and_square<saturated_powers> exact = {about};
-  blocked_sum<1>(x, n, parts, fast, exact, squares_within_bound, total);
+  saturating_sum<up_to_squares>(x, n, parts, total, alternating(reference[0], reference[parts - 1]));
 }
 
 }  // namespace
