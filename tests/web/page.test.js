@@ -148,6 +148,10 @@ test("cursor, zoom, markers, scales, averages, CSV, PNG and link", async () => {
   await page.reload();
   await page.waitForSelector("body[data-ready]");
   assert.equal(await page.locator("#spectrum [name=average]").inputValue(), "max_hold");
+  await page.close();
+  await open("#spectrum?block=5&window=nonsense&__proto__=1&scale=power");
+  assert.match(await text("#method"), /blocks of 4096.*window gausstop/);
+  assert.equal(await page.locator("#spectrum [name=scale]").inputValue(), "power");
   quiet();
 });
 
@@ -247,7 +251,7 @@ test("a long recording shows in 3 seconds, and the page answers throughout", asy
 
 test("the microphone; a phone in the dark", async () => {
   await page.getByRole("button", { name: "Microphone" }).click();
-  await page.waitForFunction(() => /blocks of 8192/.test(document.getElementById("method").textContent) && /Measuring/.test(document.getElementById("status").textContent));
+  await page.waitForFunction(() => /blocks of 4096/.test(document.getElementById("method").textContent) && /Measuring/.test(document.getElementById("status").textContent));
   await page.getByRole("button", { name: "Microphone" }).click();
   await page.emulateMedia({ colorScheme: "dark" });
   await page.setViewportSize({ width: 360, height: 740 });

@@ -82,6 +82,7 @@ export function read_link() {
     const field = form?.elements.namedItem(name);
     if (field?.type === "checkbox") field.checked = value === "true";
     else if (field) field.value = value;
+    if (field && (!field.value || !field.checkValidity())) field.value = field.first; // is no value of the field
   }
   return element(view)?.matches("[role=tabpanel]") ? view : "spectrum";
 }
