@@ -139,6 +139,15 @@ def spectra(dsp, noise):
         yield "spectrum", n, "welch", lambda x=x: scipy.signal.welch(x, nperseg=x.size, detrend=False)
 
 
+def transforms(dsp, noise):
+    """Complex ones in place, beside SciPy's pocketfft, which may overwrite its input as well."""
+    for n in (1000, 1200, 1920, 4095, 4800, 44100, 48000, 100000, 1000000):
+        x = np.zeros(n, dtype=complex)
+        record = view(x)
+        yield "dft", n, "dsp", lambda record=record: dsp.dspi_dft(ctypes.byref(record), 0)
+        yield "dft", n, "scipy", lambda x=x: scipy.fft.fft(x, norm="forward", overwrite_x=True)
+
+
 def roots(dsp, noise):
     """All zeros of polynomials with random coefficients, twenty of a degree in turn."""
     for n in (10, 50, 200):
@@ -173,7 +182,8 @@ def iterations(run):
 def main(library, results, repetitions=5):
     dsp = ctypes.CDLL(library)
     noise = np.random.default_rng(1)
-    rows = [*calls(dsp), *functions(dsp, noise), *windows(dsp), *spectra(dsp, noise), *roots(dsp, noise)]
+    rows = [*calls(dsp), *functions(dsp, noise), *windows(dsp), *transforms(dsp, noise), *spectra(dsp, noise)]
+    rows += roots(dsp, noise)
     counts = [iterations(run) for *_, run in rows]
     order = list(range(len(rows))) * int(repetitions)
     random.Random(1).shuffle(order)

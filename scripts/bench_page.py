@@ -14,9 +14,10 @@ from bench_table import OURS, read
 
 # In the order of the page: program, title, what a reader must know of the rows.
 FAMILIES = [
-    ("fft", "Transforms", "In place, forward and inverse, of complex (`fft`), real (`rfft`, `irfft`) signals; of any length "
-     "(`dft`); cosine transforms (`dct`). `fft_avx2` keeps ours to AVX2. FFTW runs the plans it measured as fastest; "
-     "they do not scale by 1/n, ours do."),
+    ("fft", "Transforms", "Of complex (`fft`, `ifft`) and real signals (`rfft`, `irfft`); of any length (`dft`, `idft`, `rdft`, "
+     "`irdft`); cosine transforms (`dct`). Ours in place. FFTW runs the plans it measured as fastest, of real signals in "
+     "place or out of place, whichever is faster; they do not scale by 1/n, ours do. `fftw` is Debian's, `fftw-native` "
+     "the same version built for this processor with AVX-512. `fft_avx2` keeps ours to AVX2."),
     ("elementwise", "Arithmetic and functions", "Beside the loop one would write, compiled for this processor. Rows of "
      "10^7 samples are as fast as memory."),
     ("scipy", "Called from Python", "Ours through ctypes, NumPy and SciPy in the same process on the same arrays. Both "

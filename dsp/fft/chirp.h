@@ -9,10 +9,10 @@ namespace dsp::fft {
 // x untouched.
 int32_t chirp_transform(double *x, int32_t n, bool inverse, double scale);
 
-// Whether what a length takes is at hand.
+// Whether the tables of a length are kept already.
 bool has_chirp(int32_t n);
 
-// Cycles or so.
+// In approximate cycles.
 double chirp_cost(int32_t n);
 
 }  // namespace dsp::fft

@@ -73,7 +73,7 @@ struct table_filler {
   }
 };
 
-// Blocks of the last pass: their digits, the radices' remainders, in reverse are the lowest frequency.
+// The lowest frequency in a block of the last pass: the block's number in mixed radix, its digits reversed.
 uint32_t lowest_frequency(const mixed_part &part, int32_t block) {
   int32_t blocks = part.last_blocks;
   int32_t weight = 1;
@@ -97,8 +97,8 @@ int64_t roots_in_passes(const mixed_part &part) {
   return count;
 }
 
-// `copies` transforms side by side, the order of each `apart` units from that of the one before and `unit` units in a
-// step of frequency.
+// Where the results of `copies` neighbouring transforms go: `apart` from one transform to the next, `unit` from one
+// frequency to the next.
 struct part_layout {
   int32_t copies;
   uint32_t apart;
@@ -137,12 +137,12 @@ void build_part(mixed_part *part, const part_layout &layout, const table_filler 
       *order++ = static_cast<uint32_t>(copy) * layout.apart + lowest_frequency(*part, b) * layout.unit;
 }
 
-// Pairs lie in order.
+// Vectors of pairs hold their samples in order, points in that of load_pairs.
 int32_t sample_in_lane(int32_t lanes, bool in_pairs, int32_t l) {
   return lanes < 4 || in_pairs ? l : l % 2 * (lanes / 2) + l / 2;
 }
 
-// Indices of the roots for the lanes of a vector, and how far they move from one result of a butterfly to the next.
+// For each lane the index of its root, and the step to the root of the next result of the butterfly.
 struct lane_indices {
   int64_t at[8];
   int64_t step[8];
@@ -158,7 +158,8 @@ struct lane_indices {
   }
 };
 
-// The roots that one run of the columns' passes meets: of W columns in the lanes, or of one with W frequencies there.
+// The roots between columns and rows for one vector of columns: a column in each lane or, transposed, W frequencies of
+// one column.
 double *put_columns(const mixed_plan &plan, int64_t column, const table_filler &fill, double *to) {
   const int32_t lanes = plan.lanes;
   const int32_t blocks = plan.columns.last_blocks;
@@ -177,7 +178,7 @@ double *put_columns(const mixed_plan &plan, int64_t column, const table_filler &
   return to;
 }
 
-// All of them, in the order in which the passes do.
+// The roots between columns and rows, in the order in which the passes read them.
 void build_middle(const mixed_plan &plan, const table_filler &fill, double *to) {
   const int32_t lanes = plan.lanes;
   const int32_t n2 = plan.rows.n;
@@ -187,7 +188,7 @@ void build_middle(const mixed_plan &plan, const table_filler &fill, double *to) 
   }
 }
 
-// Points the plan to its tables in the block, and fills them. Without a block: counts.
+// Fills the tables and points the plan to them. When the carver has no block, only counts their size.
 void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   const int32_t lanes = plan->lanes;
   const auto n2 = static_cast<uint32_t>(plan->rows.n);

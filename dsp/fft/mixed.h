@@ -5,7 +5,7 @@
 
 namespace dsp::fft {
 
-// How the record is laid out as a matrix, and what that costs, in cycles or so.
+// How the record is laid out as a matrix, and what that costs in approximate cycles.
 struct mixed_shape {
   int32_t lanes;  // as in mixed_plan
   bool transposed;
@@ -16,7 +16,7 @@ struct mixed_shape {
 // n >= 3 that is no power of two, on kernels of up to so many lanes.
 mixed_shape shape_of(int32_t n, int32_t widest);
 
-// The radices of a part on kernels of so many lanes, from the smallest to the largest; their number.
+// Chooses the radices of a part on kernels of so many lanes, from the smallest to the largest; returns their number.
 int32_t choose_radices(int32_t n, int32_t lanes, int8_t *radix);
 
 // Whether a length is one butterfly, which needs no plan.

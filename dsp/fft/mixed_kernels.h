@@ -12,7 +12,8 @@ namespace dsp::fft {
 // Primes up to here have a pass.
 constexpr int32_t largest_radix = 61;
 
-// Whether it is one of its own: 9 and 10 legs take 32 registers, 15 serve 60 samples, and those above 8 are much code.
+// Whether a radix has a butterfly of its own. Those above 8 are much code: 9 and 10 want 32 registers, 15 serves
+// lengths like 60.
 constexpr bool has_butterfly(int32_t radix, int32_t lanes) {
   return radix <= 8 || (radix <= 10 && lanes == 8) || ((radix == 11 || radix == 13) && lanes >= 4) ||
          (radix == 15 && lanes == 4);

@@ -14,7 +14,8 @@ constexpr int widest_lanes = has_vector_registers ? lane_count : 1;
 // Kernels for half as many lanes work on pairs, which fill the same registers.
 constexpr int pair_lanes = widest_lanes > 2 ? widest_lanes / 2 : 0;
 
-// What becomes of the results of a part: vectors of the work area, multiplied by roots, or samples of the record.
+// Where the last pass of a part stores its results: as vectors in the work area, multiplied by roots, or as samples of
+// the record.
 struct result_sink {
   enum { work, pairs, exchanged_pairs } kind;
   double *to;
@@ -48,7 +49,7 @@ struct pass_context {
   const result_sink *sink;
 };
 
-// One pass in place; the last one, on blocks of R vectors, hands its results on.
+// One pass in place. The last one, on blocks of R vectors, stores its results in the sink.
 template <class P, int R>
 void pass(double *x, const pass_context &c) {
   constexpr int W = P::width;
@@ -112,7 +113,7 @@ struct prime_legs {
   }
 };
 
-// Takes the results of one such butterfly: in place with their roots, or in the last pass out.
+// Stores the results of one such butterfly: in place, multiplied by roots, or in the last pass in the sink.
 template <class P>
 struct prime_results {
   static constexpr int W = P::width;
@@ -164,7 +165,7 @@ void prime_pass(int p, double *x, const pass_context &c) {
 template <class P>
 void any_pass(int radix, double *x, const pass_context &c) {
   constexpr int W = P::width;
-  // As has_butterfly tells.
+  // The radices for which has_butterfly is true.
   if constexpr (W == 8) {
     if (radix == 9) return pass<P, 9>(x, c);
     if (radix == 10) return pass<P, 10>(x, c);
@@ -235,7 +236,7 @@ void gather_rows(const double *area, std::ptrdiff_t groups, std::ptrdiff_t n, do
 
 constexpr std::ptrdiff_t smaller(std::ptrdiff_t a, std::ptrdiff_t b) { return a < b ? a : b; }
 
-// Reads no roots.
+// A sink for samples of the record; its roots are not read.
 result_sink to_record(double *x, std::ptrdiff_t stride, double scale, bool inverse) {
   return {inverse ? result_sink::exchanged_pairs : result_sink::pairs, x, stride, stride, x, scale};
 }
@@ -330,13 +331,13 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
     by_gathering<P>(plan, work, x, scale, inverse);
 }
 
-// Sample after sample.
+// Without vectors. With vector registers only primes come here.
 [[maybe_unused]] void single(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
   gather_columns<points<1>>(x, 2, plan.rows.n, inverse, work.buffer);
   const result_sink sink = to_record(x, 2, scale, inverse);
   if constexpr (widest_lanes == 1) {
     run<points<1>>(plan.rows, 1, work.buffer, sink);
-  } else {  // primes only
+  } else {
     const pass_context c = {plan.rows.n, 1, plan.rows.roots, plan.rows.circle[0], plan.rows.order, &sink};
     prime_pass<points<1>>(plan.rows.n, work.buffer, c);
   }

@@ -1,4 +1,4 @@
-// Which passes a length takes. Costs are in cycles or so, as measured with AVX-512 and AVX2.
+// Which passes a length takes. Costs are approximate cycles, as measured with AVX-512 and AVX2.
 #include <cmath>
 
 #include "dsp/fft/mixed.h"
@@ -7,7 +7,7 @@
 namespace dsp::fft {
 namespace {
 
-// Of a butterfly on vectors with its products with roots.
+// Cycles of one butterfly on vectors, its products with roots included.
 struct radix_cost {
   int8_t radix;
   double cycles;
@@ -16,7 +16,7 @@ struct radix_cost {
 constexpr radix_cost butterflies[] = {{15, 115}, {13, 160}, {11, 120}, {10, 74}, {9, 70}, {8, 48},
                                       {7, 48},   {6, 36},   {5, 28},   {4, 20},  {3, 16}, {2, 10}};
 
-// The sum written out.
+// The butterfly of a prime without one of its own.
 constexpr double prime_cycles(int32_t p) { return 1.5 * p * p; }
 
 int32_t without_small_factors(int32_t n) {
@@ -26,7 +26,7 @@ int32_t without_small_factors(int32_t n) {
   return n;
 }
 
-// A vector's share in the passes of a part.
+// Cycles for each vector in all passes of a transform of n vectors.
 double cycles_for(int32_t n) {
   double sum = 0;
   for (; n % 8 == 0; n /= 8) sum += 6;
@@ -46,7 +46,7 @@ constexpr int32_t groups_of(int32_t n, int32_t lanes) { return (n - 1) / lanes +
 // Beyond a level 2 cache, a matrix whose columns and rows both stay within it saves visits to memory.
 constexpr double strain(int32_t vectors, int32_t lanes) { return 16.0 * vectors * lanes > 1 << 20 ? 8 : 0; }
 
-// Of the two ways to run a matrix of n1 rows and n2 columns; `rest` is the cost of the passes but for the columns'.
+// Cycles of the two ways to run a matrix of n1 rows and n2 columns; `columns` and `rows` are those for each vector.
 double transposing(int32_t n1, int32_t n2, int32_t lanes, double columns, double rows) {
   const int32_t m = n1 / lanes;
   const double calls = m > 1 ? 30.0 * (groups_of(n2, lanes) + m) : 30.0;
@@ -87,7 +87,7 @@ struct search {
   double cost;
 };
 
-// Of the radices here.
+// For the radices of the table above.
 constexpr bool is_prime(int32_t r) { return r == 2 || r == 3 || r == 5 || r == 7 || r == 11 || r == 13; }
 
 double cycles_of(const radix_cost &butterfly, int32_t lanes) {

@@ -41,16 +41,16 @@ int32_t from_half_spectrum(dsp_vec *v, int32_t n) {
   return 0;
 }
 
-// An odd length has no pairs.
+// Pairs of samples take an even length: an odd one is transformed as complex.
 int32_t odd_half_spectrum(dsp_vec *v) {
   const int32_t n = v->length;
   if (dspi_rtoc(v) != 0 || dspi_dft(v, 0) != 0) return -1;
-  v->data[1] = 0.0;  // but for rounding it was
+  v->data[1] = 0.0;  // zero but for rounding
   v->length = n / 2 + 1;
   return 0;
 }
 
-// What a half spectrum stands for; 0: by the complex transform.
+// The even length of the real signal with this half spectrum; 0: too short or too long for a transform by pairs.
 int32_t even_length(const dsp_vec *v) {
   const int64_t n = 2 * (int64_t{v->length} - 1);
   return n > 2 && countable(2 * n) ? static_cast<int32_t>(n) : 0;

@@ -7,8 +7,9 @@
 namespace dsp::fft {
 namespace {
 
-// The widest kernels have registers for radix 8: after radix 4 as many of its passes as leave that an even number of
-// levels. The others take one, last, where radix 4 would leave a level over.
+// A pass of radix 4 does two levels, one of radix 8 three. The widest kernels have the registers for radix 8: they take
+// radix 4 first, until the levels left are a multiple of three. The others take radix 4, and radix 8 once, last, where
+// the number of levels is odd.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
   const bool wide = lanes == 8;
@@ -24,7 +25,7 @@ fft_plan make_plan(int bits, int lanes) {
   return plan;
 }
 
-// What the transform of one size needs, found with one look; the tables belong to their caches.
+// All that the transform of one size needs. The tables belong to their caches.
 struct fft_setup {
   const fft_kernel_set *kernels;  // null: not set up
   fft_plan plan;
