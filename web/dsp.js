@@ -160,7 +160,8 @@ function routines(library) {
       const values = expected.map((parameter, i) => value_of(parameter, given[signals + i], options));
       const length = kind === "generated" ? values.shift() : undefined;
       const called = typeof routine === "function" ? routine(...values) : routine;
-      const taken = { out: options.out, dx: options.dx, length, name, routine: called, needs: rest.needs, is_complex: rest.is_complex };
+      const { out, dx } = options;
+      const taken = { out, dx, length, name, routine: called, needs: rest.needs, is_complex: rest.is_complex };
       const call = c[called];
       const last = args(...values);
       return kinds[kind]((...records) => call(...records, ...last), taken, ...given.slice(0, signals));
@@ -189,6 +190,15 @@ function routines(library) {
     (x) => x.length < least && `takes ${least} nodes or more, got ${x.length}`,
   ]; // prettier-ignore
   const at_nodes = (name, x, y, d2, xq, routine, least) => made([x, y, d2, xq], routine, { name, needs: nodes(d2 ? 0 : least) });
+
+  /** A table of so many samples by the coefficients of a cosine series, after the number of taps. */
+  const kernel_table = (name) => (length, coefficients) => {
+    const routine = (series, out) => {
+      library.set_length(out, length);
+      c[`dspc_${name}`](out, series);
+    };
+    return made([coefficients], routine, { name, needs: [real] });
+  };
 
   Object.assign(r, {
     version: () => [Math.floor(c.dsp_version() / 100), c.dsp_version() % 100],
@@ -238,8 +248,8 @@ function routines(library) {
       return filled(sized(length), true, (record) => c.dspc_fir(record, type, f, p));
     },
     fir2: (kind) => filled(sized(), true, (record) => c.dspc_fir2(record, choose("Fir2", kind))),
-    rsmp_cos: (length, table) => made([table], (k, out) => (library.set_length(out, length), c.dspc_rsmp_cos(out, k)), { name: "rsmp_cos", needs: [real] }),
-    rsmp_pcos: (length, table) => made([table], (k, out) => (library.set_length(out, length), c.dspc_rsmp_pcos(out, k)), { name: "rsmp_pcos", needs: [real] }),
+    rsmp_cos: kernel_table("rsmp_cos"),
+    rsmp_pcos: kernel_table("rsmp_pcos"),
 
     interp: (x, y, xq, mode = "linear", { d2 } = {}) => {
       const scheme = choose("Interp", mode);
@@ -256,9 +266,10 @@ function routines(library) {
     solve: (coefficients, y = 0, { all = false } = {}) => {
       const { re, im } = typeof y === "number" ? { re: y, im: 0 } : y;
       if (!all && im !== 0) throw new DspError("dsps_psolve", "solve takes a real value unless all solutions are asked for");
-      const not_constant = (k) => k.samples.every((v, i) => v === [re, k.is_complex ? im : 0][i] || (i > k.is_complex && v === 0)) && "takes an equation that not every number solves";
-      const needs = [...(all ? [] : [real]), not_constant];
-      return made([coefficients], (k, out) => (all ? c.dsps_pcsolve(k, out, re, im) : c.dsps_psolve(k, out, re)), { name: "solve", needs });
+      const is_y = ({ samples, is_complex }) => samples.every((v, i) => v === (i === 0 ? re : i === 1 && is_complex ? im : 0));
+      const needs = [...(all ? [] : [real]), (k) => is_y(k) && "takes an equation that not every number solves"];
+      const routine = (k, out) => (all ? c.dsps_pcsolve(k, out, re, im) : c.dsps_psolve(k, out, re));
+      return made([coefficients], routine, { name: "solve", needs });
     },
   });
   const tools = { sized, made, lent, filled, require, written };

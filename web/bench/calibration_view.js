@@ -17,7 +17,8 @@ let files = {}; // by role; none: the simulation
 export const update = () =>
   attempt("Calibration", async () => {
     const is_simulated = Object.keys(files).length === 0;
-    for (const role of roles) element(`${role}-name`).textContent = is_simulated ? "simulated" : (files[role]?.name ?? (needed.includes(role) ? "missing" : "ideal"));
+    const without = (role) => (is_simulated ? "simulated" : needed.includes(role) ? "missing" : "ideal");
+    for (const role of roles) element(`${role}-name`).textContent = files[role]?.name ?? without(role);
     const missing = needed.filter((role) => !files[role]);
     if (!is_simulated && missing.length) return tell(`Still missing: ${missing.join(", ")}, as measured.`);
     const settings = settings_of("calibration");

@@ -46,21 +46,28 @@ export class Plot extends Figure {
 
   uplot_options() {
     const grid = { stroke: colour("line"), width: 1 };
+    const decimal = { splits: () => decades(...this.range, this.width), values: (_, all) => all, filter: (_, all) => all };
     const axis = (label) => ({ label, stroke: colour("ink"), grid, ticks: grid });
     const traces = this.traces.map((label, i) => ({ label, stroke: colour(colours[i]), width: 1.5, points: { show: false } }));
     return {
       width: this.width, height: this.height, legend: { show: false }, padding: [24, null, null, null],
       scales: { x: { time: false, distr: this.log ? 3 : 1, range: () => this.range }, y: this.y_range ? { range: () => this.y_range } : {} },
-      axes: [this.log ? { ...axis(this.x), splits: () => decades(...this.range, this.width), values: (_, all) => all, filter: (_, all) => all } : axis(this.x), { ...axis(this.y), size: 60 }],
+      axes: [{ ...axis(this.x), ...(this.log ? decimal : {}) }, { ...axis(this.y), size: 60 }],
       series: [{ label: this.x }, ...traces],
       cursor: { drag: { x: true, y: false, setScale: false } },
       hooks: {
         setCursor: [(u) => u.cursor.idx != null && this.read(u.cursor.idx)],
         setSelect: [({ select: { left, width }, posToVal }) => width > 5 && this.zoom(posToVal(left, "x"), posToVal(left + width, "x"))],
         draw: [(u) => (this.draw_marks(u), this.draw_names(u))],
-        ready: [(u) => ((u.over.ondblclick = () => this.zoom(...this.limits)), this.cursor !== undefined && this.move(0), this.on_draw?.())],
+        ready: [(u) => this.drawn(u)],
       },
     };
+  }
+
+  drawn({ over }) {
+    over.ondblclick = () => this.zoom(...this.limits);
+    if (this.cursor !== undefined) this.move(0);
+    this.on_draw?.();
   }
 
   draw_marks({ ctx, bbox, valToPos }) {

@@ -7,7 +7,7 @@ import { Plot } from "./plot.js";
 import { Waterfall } from "./waterfall.js";
 
 const waterfall = new Waterfall("waterfall", "waterfall, level over frequency with time running down");
-const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: () => setTimeout(() => waterfall.draw(plot)) });
+const plot = new Plot({ id: "spectrum-plot", x: "frequency / Hz", y: "level / dB", traces: ["level"], on_mark: show_marks, on_draw: draw_waterfall });
 export let opened = ""; // the name of what is measured
 let about; // its rate, channels and frames
 let microphone;
@@ -17,6 +17,11 @@ function show_marks(marks) {
   const [first] = marks;
   const rows = marks.map(({ x, y }, i) => [`${i + 1}`, x.toFixed(3), y.toFixed(2), (x - first.x).toFixed(3), (y - first.y).toFixed(2)]);
   fill(element("markers"), rows, ["marker", "Hz", plot.y.split("/ ")[1], "from the first", ""]);
+}
+
+/** In a task of its own, so that the page answers in between. */
+function draw_waterfall() {
+  setTimeout(() => waterfall.draw(plot));
 }
 
 // As C's %.4g shows numbers.
