@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "dsp/dsp.h"
+#include "tests/support/each_isa.h"
 #include "tests/support/emulated.h"
 #include "tests/support/heap.h"
 #include "tests/support/record.h"
@@ -59,25 +60,31 @@ record coarse(int32_t n, bool is_complex, unsigned seed) {
 
 TEST(Fir, IsTheConvolutionInBlocksToo) {
   for (const auto [signal, filter] : all_representations)
-    for (const int32_t m : {1, 2, 7, 16, 35, 36, 45, 46, 64, 65, 200, 257, 500}) {
+    for (const int32_t m : {1, 2, 3, 5, 7, 12, 16, 21, 29, 35, 36, 45, 46, 64, 65, 200, 257, 500}) {
       if (emulated && m > 200) continue;
-      SCOPED_TRACE(::testing::Message() << m << " taps, " << signal << filter);
       const record h = coarse(m, filter, 2), past = coarse(m - 1, signal, 3);
-      for (const int32_t n : {0, 1, 2, 15, 64, 100, 257, 512, 1000}) {
+      for (const int32_t n : {0, 1, 2, 7, 15, 30, 64, 100, 257, 512, 1000}) {
         const record in = coarse(n, signal, 1);
-        record out, state(past), newest(past);
-        ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
-        EXPECT_TRUE(close(out, convolved(in, h), 2e-15)) << n;
-        EXPECT_EQ(out.dx, 0.5);
-        ASSERT_EQ(dspd_fir(&in, &out, &h, &state), 0);
-        EXPECT_TRUE(close(out, convolved(in, h, complexes_of(past)), 2e-15)) << n;
+        const record from_silence = convolved(in, h), expected = convolved(in, h, complexes_of(past));
+        record newest(past);
         dsp_append(&newest, &in);
         dspi_shift(&newest, n);
-        EXPECT_TRUE(same(state, newest)) << n;
+        on_each_isa([&] {
+          SCOPED_TRACE(::testing::Message() << m << " taps on " << n << ", " << signal << filter);
+          record out, state(past);
+          ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
+          EXPECT_TRUE(close(out, from_silence, 2e-15));
+          EXPECT_EQ(out.dx, 0.5);
+          ASSERT_EQ(dspd_fir(&in, &out, &h, &state), 0);
+          EXPECT_TRUE(close(out, expected, 2e-15));
+          EXPECT_TRUE(same(state, newest));
+        });
       }
       const bool direct_only = filter || m <= (signal ? 35 : 45);
-      expect_blocks_to_be_the_whole(random_signal(1500, signal, 4), m, direct_only ? 0 : 1e-13,
-                                    [&](auto *b, auto *o, auto *s) { return dspd_fir(b, o, &h, s); });
+      on_each_isa([&] {
+        expect_blocks_to_be_the_whole(random_signal(1500, signal, 4), m, direct_only ? 0 : 1e-13,
+                                      [&](auto *b, auto *o, auto *s) { return dspd_fir(b, o, &h, s); });
+      });
     }
 }
 
@@ -89,11 +96,15 @@ TEST(Sfir, IsTheMirroredFilterInBlocksToo) {
         SCOPED_TRACE(::testing::Message() << l << " of half, " << odd << anti << signal << filter);
         const record half = random_signal(static_cast<std::size_t>(l), filter, 6), full = mirrored(half, odd, anti);
         const record in = random_signal(700, signal, 7, 0.5);
-        record out;
-        ASSERT_EQ(dspd_sfir(&in, &out, &half, odd ? 5 : 0, anti ? -1 : 0, nullptr), 0);
-        EXPECT_TRUE(close(out, convolved(in, full), 2e-15));
-        expect_blocks_to_be_the_whole(in, l, filter || full.length <= 60 ? 0 : 1e-13,
-                                      [&](auto *b, auto *o, auto *s) { return dspd_sfir(b, o, &half, odd, anti, s); });
+        const record expected = convolved(in, full);
+        on_each_isa([&] {
+          record out;
+          ASSERT_EQ(dspd_sfir(&in, &out, &half, odd ? 5 : 0, anti ? -1 : 0, nullptr), 0);
+          EXPECT_TRUE(close(out, expected, 2e-15));
+          expect_blocks_to_be_the_whole(in, l, filter || full.length <= 60 ? 0 : 1e-13, [&](auto *b, auto *o, auto *s) {
+            return dspd_sfir(b, o, &half, odd, anti, s);
+          });
+        });
       }
 }
 
@@ -134,6 +145,13 @@ TEST(Fir, AWildSampleKeepsToTheOutputsThatWeighIt) {
         EXPECT_EQ(weighs_it, !(std::fabs(out.data[n] - expected.data[n]) <= 1e-13)) << wild << " at " << at;
       }
     }
+  record large(clean), out;  // not wild, although the sum of squares is large
+  dspi_scale(&large, 0.9e50);
+  on_each_isa([&] {
+    ASSERT_EQ(dspd_fir(&large, &out, &h, nullptr), 0);
+    dspi_scale(&out, 1 / 0.9e50);
+    EXPECT_TRUE(near(out, expected, 1e-13));
+  });
 }
 
 TEST(Fir, StatesOfOtherLengthsAndRepresentations) {

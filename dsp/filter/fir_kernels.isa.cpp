@@ -71,18 +71,18 @@ DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, c
       const V z = load_once<V>(x + v * lane_count);
 #pragma GCC unroll 4
       for (int q = 0; q < Q; ++q)
-        if (v >= q && v - q < U) tap[q].template add<V>(sum[v - q], z);
+        if (v >= q && v - q < U) tap[q].template add<V>(sum[v - q], z);  // GCOVR_EXCL_BR_LINE: constants, unrolled
     }
   }
 }
 
-template <class V, int U, class Tap>
-DSP_INLINE void add_some_rows(int q, carried<V> *sum, const tap_run &run, const double *x, const double *h,
+// The same for q taps, Least <= q <= Most.
+template <class V, int U, int Least, int Most, class Tap>
+DSP_INLINE void add_some_rows(int64_t q, carried<V> *sum, const tap_run &run, const double *x, const double *h,
                               int64_t group, int64_t rows) {
-  if (q == 1) add_rows<V, U, 1, Tap>(sum, run, x, h, group, rows);
-  if (q == 2) add_rows<V, U, 2, Tap>(sum, run, x, h, group, rows);
-  if (q == 3) add_rows<V, U, 3, Tap>(sum, run, x, h, group, rows);
-  if (q == 4) add_rows<V, U, 4, Tap>(sum, run, x, h, group, rows);
+  if constexpr (Least < Most)
+    if (q < Most) return add_some_rows<V, U, Least, Most - 1, Tap>(q, sum, run, x, h, group, rows);
+  if constexpr (Most > 0) add_rows<V, U, Most, Tap>(sum, run, x, h, group, rows);
 }
 
 template <class V, int U, class Tap>
@@ -92,15 +92,16 @@ DSP_INLINE void add_taps(carried<V> *sum, const tap_run &run, int64_t j) {
   if constexpr (depth == 1) {
     add_rows<V, U, 1, Tap>(sum, run, x, h, 1, run.count);
   } else {
-    const int64_t group = run.step == 1 ? lane_count : lane_count / 2;  // taps from vector to vector
+    const int64_t group = lane_count >> (run.step - 1);  // taps from vector to vector
     const int64_t whole = depth * group;
     int64_t left = run.count;
     for (; left >= whole; left -= whole, x += depth * lane_count, h -= whole * run.stride)
       add_rows<V, U, depth, Tap>(sum, run, x, h, group, group);
-    const auto full = static_cast<int>(run.step == 1 ? left / lane_count : left / (lane_count / 2));
+    const int64_t full = left * run.step / lane_count;
     const int64_t longer = left - full * group;  // rows of one tap more
-    if (longer > 0) add_some_rows<V, U, Tap>(full + 1, sum, run, x, h, group, longer);
-    add_some_rows<V, U, Tap>(full, sum, run, x + longer * run.step, h - longer * run.stride, group, group - longer);
+    add_some_rows<V, U, 1, depth, Tap>(full + 1, sum, run, x, h, group, longer);
+    add_some_rows<V, U, 0, depth - 1, Tap>(full, sum, run, x + longer * run.step, h - longer * run.stride, group,
+                                           group - longer);
   }
 }
 

@@ -45,9 +45,8 @@ int32_t hold(const dsp_vec &h) {
   return 0;
 }
 
-bool same_parts(const partition &a, const partition &b) {
-  return a.size == b.size && a.taps == b.taps && a.parts == b.parts;
-}
+// Of one filter.
+bool same_parts(const partition &a, const partition &b) { return a.size == b.size && a.taps == b.taps; }
 
 int32_t transform_part(const dsp_vec &h, int64_t first, const partition &p, bool complex_block, double *to) {
   temporary part;

@@ -31,11 +31,11 @@ class temporary_state {
   dsph_rsmp_state state_;
 };
 
-// Takes the filters' delay out of the front of a stream.
-int32_t drop(dsp_vec *v, int32_t *delay) {
+// Takes the filters' delay out of the front of a stream. Cutting in place cannot fail.
+void drop(dsp_vec *v, int32_t *delay) {
   const int32_t dropped = std::clamp(*delay, 0, samples(*v));
   *delay -= dropped;
-  return dspi_shift(v, dropped);
+  dspi_shift(v, dropped);
 }
 
 struct cascade {
@@ -49,7 +49,8 @@ struct cascade {
       if (filter::decimate_by_two(in, out, scratch, &coef.halfband, coef.halfband_odd != 0, &state.stage_hist[i],
                                   &state.stage_phase[i]) != 0)
         return -1;
-    return drop(out, &state.delay1);
+    drop(out, &state.delay1);
+    return 0;
   }
 
   // `block` is the length of the converter's own input, and the most that comes out.
@@ -82,9 +83,9 @@ struct cascade {
       if (dsp_alloc(piece) != 0) return -1;
       made = piece->length = stage->make(piece->length, piece->data);
       if (filter::decimate_by_two(piece, piece, aside.get(), &coef.halfband, coef.halfband_odd != 0, &state.post_hist,
-                                  &state.post_phase) != 0 ||
-          drop(piece, &state.delay2) != 0)
+                                  &state.post_phase) != 0)
         return -1;
+      drop(piece, &state.delay2);
       const int32_t some = std::min(piece->length, out->length - kept);
       std::copy_n(piece->data, some * width, out->data + kept * width);
       kept += some;

@@ -226,9 +226,12 @@ int32_t smaller(int64_t a, int64_t b) { return static_cast<int32_t>(a < b ? a : 
 int32_t interpolate(const fractional_run &run, repeating_weights &w, double *offset, int64_t *start) {
   const auto stride = static_cast<int64_t>(run.step * one_sample);
   place p = {static_cast<int64_t>(*offset * one_sample), *start};
+  const auto leave = [&](int64_t at) {
+    *offset = static_cast<double>(at) * (1.0 / one_sample);
+    *start = p.start;
+  };
   batch b;
-  int32_t made = 0;
-  while (made < run.most && p.start <= run.newest) {
+  for (int32_t made = 0;;) {
     // Later batches begin at slots where vectors of weights are aligned.
     b.count =
         smaller(smaller(batch_limit - w.next % lane_count, run.most - made), outputs_within(p, run.newest, stride));
@@ -241,15 +244,10 @@ int32_t interpolate(const fractional_run &run, repeating_weights &w, double *off
     made += b.count;
     w.next = (w.next + b.count) % w.slots;
     p = advanced(p, (b.count - 1) * stride);
-    *offset = static_cast<double>(p.at + stride) * (1.0 / one_sample);
-    *start = p.start;
+    if (made == run.most) return leave(p.at + stride), made;
     p = advanced(p, stride);
+    if (p.start > run.newest) return leave(p.at), made;
   }
-  if (p.start > run.newest && made < run.most) {
-    *offset = static_cast<double>(p.at) * (1.0 / one_sample);
-    *start = p.start;
-  }
-  return made;
 }
 
 }  // namespace
