@@ -36,14 +36,21 @@ DSP_INLINE Tap load_tap(const double *h) {
   return {*h};
 }
 
+// The real parts negated.
+template <class V>
+DSP_INLINE V real_negated(const V &v) {
+  V sign{};
+  for (int k = 0; k < width_of<V>; ++k) sign[k] = k % 2 == 0 ? -1.0 : 1.0;
+  return sign * v;
+}
+
 struct complex_tap {
   double re;
   double im;
 
   template <class V>
   DSP_INLINE void add(carried<V> &sum, const V &z) const {
-    V turned = im - V{};
-    for (int k = 0; k < width_of<V>; k += 2) turned[k] = -turned[k];
+    const V turned = real_negated<V>(im - V{});
     if constexpr (has_fused_products) {
       sum += re * z;
       sum += turned * swap_pairs(z);
@@ -283,11 +290,10 @@ DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, boo
   const V z = load<V>(x);
   const V g = load<V>(h);
   const V re = first_lanes<width_of<V>>(g, g);
-  V im = second_lanes<width_of<V>>(g, g);
-  for (int k = 0; k < width_of<V>; k += 2) im[k] = -im[k];
+  const V im = second_lanes<width_of<V>>(g, g);
   V sum = continued ? load<V>(y) : V{};
   sum += re * z;
-  sum += im * swap_pairs(z);
+  sum += im * real_negated<V>(swap_pairs(z));
   store(y, sum);
 }
 
@@ -311,23 +317,29 @@ bool each_within(const double *x, int64_t count, double bound) {
   return margins >= 0;
 }
 
-// A sum of squares takes half the time, and as a rule tells already. It is NaN with a NaN.
-bool within(const double *x, int64_t count, double bound) {
+// Sums of squares take half the time, and as a rule they are small enough to tell. With a NaN they are NaN.
+bool squares_within(const double *x, int64_t count, double limit) {
   constexpr int vectors = 4;
-  carried<widest> squares[vectors];
-  for (auto &sum : squares) sum = widest{};
+  widest sum[vectors] = {};
+  const auto add_square = [&](int v, int64_t at) {
+    const widest z = load_once<widest>(x + at);
+    sum[v] += z * z;
+  };
   int64_t i = 0;
   for (; i + vectors * lane_count <= count; i += vectors * lane_count)
 #pragma GCC unroll 4
-    for (int v = 0; v < vectors; ++v) {
-      const widest z = load_once<widest>(x + i + v * lane_count);
-      squares[v] += z * z;
-    }
-  double sum = 0;
-  for (; i < count; ++i) sum += x[i] * x[i];
-  for (const auto &square : squares)
-    for (int lane = 0; lane < lane_count; ++lane) sum += square[lane];
-  return sum < 0.5 * bound * bound || each_within(x, count, bound);
+    for (int v = 0; v < vectors; ++v) add_square(v, i + v * lane_count);
+  for (; i + lane_count <= count; i += lane_count) add_square(0, i);
+  add_square(1, count - lane_count);  // some of these are added twice
+  const auto small = (sum[0] + sum[1]) + (sum[2] + sum[3]) < limit;
+  int64_t all = small[0];
+  for (int lane = 1; lane < lane_count; ++lane) all &= small[lane];
+  return all != 0;
+}
+
+bool within(const double *x, int64_t count, double bound) {
+  constexpr int64_t fewest = has_vector_registers ? lane_count : INT64_MAX;
+  return (count >= fewest && squares_within(x, count, 0.5 * bound * bound)) || each_within(x, count, bound);
 }
 
 }  // namespace
