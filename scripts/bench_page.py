@@ -22,7 +22,8 @@ FAMILIES = [
      "10^7 samples are as fast as memory."),
     ("scipy", "Called from Python", "Ours through ctypes, NumPy and SciPy in the same process on the same arrays. Both "
      "functions and windows start from a copy of the same samples each time, so that the copy counts on both sides; "
-     "`call` is a call that has nothing to do, and part of every row. `spectrum` is a Hann window, a real transform and "
+     "`call` is a call that has nothing to do, and part of every row. `dft` is a complex transform in place, beside SciPy's "
+     "pocketfft. `spectrum` is a Hann window, a real transform and "
      "an average: scipy by `rfft` with the window at hand, welch by `scipy.signal.welch`; `roots`, by degree, is that of "
      "NumPy."),
     ("stats", "Statistics", "Reductions; `variance` in one call, Eigen's expression likewise."),
