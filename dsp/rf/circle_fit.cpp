@@ -178,9 +178,10 @@ circle_fit refine(circle c, const point_cloud &points) {
   double damping = 0.0;
   for (int pass = 1; pass < most_passes; ++pass) {
     double step[unknowns];
-    if (!solve(at.hessian, damping, at.gradient, step) &&
-        !solve(at.gauss, damping, at.gradient, step))  // GCOVR_EXCL_BR_LINE: only rounding makes both singular
-      break;                                           // GCOVR_EXCL_LINE: as above
+    // GCOVR_EXCL_BR_START: only rounding makes both matrices singular
+    const bool has_step = solve(at.hessian, damping, at.gradient, step) || solve(at.gauss, damping, at.gradient, step);
+    if (!has_step) break;
+    // GCOVR_EXCL_BR_STOP
     const circle next = moved(c, step);
     const expansion there(next, points);
     if (there.sum_of_squares > at.sum_of_squares * (1.0 + 0x1p-40) + noise) {
