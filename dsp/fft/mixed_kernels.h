@@ -12,11 +12,10 @@ namespace dsp::fft {
 // Primes up to here have a pass.
 constexpr int32_t largest_radix = 61;
 
-// Whether a radix has a butterfly of its own. Those above 8 are much code: 9 and 10 want 32 registers, 15 serves
-// lengths like 60.
+// Whether a radix has a butterfly of its own. Those above 8 are much code: 9 to 13 want 32 registers, 15 serves lengths
+// like 60.
 constexpr bool has_butterfly(int32_t radix, int32_t lanes) {
-  return radix <= 8 || (radix <= 10 && lanes == 8) || ((radix == 11 || radix == 13) && lanes >= 4) ||
-         (radix == 15 && lanes == 4);
+  return radix <= 8 || (lanes == 8 && (radix <= 11 || radix == 13)) || (lanes == 4 && radix == 15);
 }
 
 // A transform of n vectors whose lanes belong to different transforms: in place, one pass for each radix.

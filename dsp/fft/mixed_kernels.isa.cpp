@@ -169,13 +169,11 @@ void any_pass(int radix, double *x, const pass_context &c) {
   if constexpr (W == 8) {
     if (radix == 9) return pass<P, 9>(x, c);
     if (radix == 10) return pass<P, 10>(x, c);
-  }
-  if constexpr (W == 4)
-    if (radix == 15) return pass<P, 15>(x, c);
-  if constexpr (W >= 4) {
     if (radix == 11) return pass<P, 11>(x, c);
     if (radix == 13) return pass<P, 13>(x, c);
   }
+  if constexpr (W == 4)
+    if (radix == 15) return pass<P, 15>(x, c);
   switch (radix) {
     case 2:
       return pass<P, 2>(x, c);
