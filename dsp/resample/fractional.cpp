@@ -112,7 +112,7 @@ int64_t fractional_stage::room_for_slots() const { return k_.taps * slot_stride(
 
 void fractional_stage::empty_slots(double *room) {
   const int64_t stride = slot_stride(slots_);
-  auto *keys = reinterpret_cast<int64_t *>(room + k_.taps * stride);
+  auto *keys = static_cast<int64_t *>(static_cast<void *>(room + k_.taps * stride));
   std::fill_n(keys, keys_of(slots_), -1);
   weights_ = {k_.points, k_.taps, k_.phases, slots_, 0, stride, room, keys};
 }

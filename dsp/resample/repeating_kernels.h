@@ -9,13 +9,13 @@
 
 namespace dsp::resample {
 
-constexpr int32_t most_slots = 512;
-constexpr int32_t most_repeating_taps = 32;
+static constexpr int32_t most_slots = 512;
+static constexpr int32_t most_repeating_taps = 32;
 
 // Outputs go round the slots, of which each has the weights of one phase: tap i of slot s is weights[i * stride + s].
 // Vectors of outputs take the weights of neighbouring slots. They may begin at any slot, so the first slots are
 // repeated behind the last.
-constexpr int32_t repeated_slots = 7;
+static constexpr int32_t repeated_slots = 7;
 
 struct repeating_weights {
   const double *points;  // of the kernel, as in kernel_rows
@@ -28,10 +28,10 @@ struct repeating_weights {
   int64_t *key;  // of a slot's phase; negative while it has no weights
 };
 
-constexpr int64_t keys_of(int32_t slots) { return int64_t{slots} + repeated_slots; }
+static constexpr int64_t keys_of(int32_t slots) { return int64_t{slots} + repeated_slots; }
 
 // An odd number of cache lines, so that the taps of a slot fall into different sets of the cache.
-constexpr int64_t slot_stride(int32_t slots) { return ((keys_of(slots) + 7) / 8 | 1) * 8; }
+static constexpr int64_t slot_stride(int32_t slots) { return ((keys_of(slots) + 7) / 8 | 1) * 8; }
 
 struct repeating_kernel_set {
   // As in fractional_kernel_set, for steps in [0.5, 1) and linear interpolation. The weights of an output are those of

@@ -175,8 +175,8 @@ DSP_INLINE void interleave(double *y, const widest &re, const widest &im) {
 template <int Width, int Taps>
 void weigh(const double *const (&x)[2], const repeating_weights &w, const batch &b, double *y) {
   int32_t slot = w.next;
+  double last[Width * lane_count] = {};
   for (int32_t n = 0; n < b.count; n += lane_count) {
-    double last[Width * lane_count];
     double *to = n + lane_count <= b.count ? y + n * Width : last;
     const double *weights = w.weights + slot;
     const widest re = weighted_sums<Taps>(x[0], b.start + n, weights, w.stride, w.taps);
