@@ -318,7 +318,7 @@ bool each_within(const double *x, int64_t count, double bound) {
 }
 
 // Sums of squares take half the time, and as a rule they are small enough to tell. With a NaN they are NaN.
-bool squares_within(const double *x, int64_t count, double limit) {
+[[maybe_unused]] bool squares_within(const double *x, int64_t count, double limit) {
   constexpr int vectors = 4;
   widest sum[vectors] = {};
   const auto add_square = [&](int v, int64_t at) {
@@ -338,8 +338,9 @@ bool squares_within(const double *x, int64_t count, double limit) {
 }
 
 bool within(const double *x, int64_t count, double bound) {
-  constexpr int64_t fewest = has_vector_registers ? lane_count : INT64_MAX;
-  return (count >= fewest && squares_within(x, count, 0.5 * bound * bound)) || each_within(x, count, bound);
+  if constexpr (has_vector_registers)
+    if (count >= lane_count && squares_within(x, count, 0.5 * bound * bound)) return true;
+  return each_within(x, count, bound);
 }
 
 }  // namespace
