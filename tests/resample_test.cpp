@@ -148,7 +148,7 @@ TEST(Rsmp, FollowsItsDefinitionInBlocksToo) {
           ASSERT_EQ(dspd_rsmp(&in, &out, interp, &table, step, offset != 0 ? &state : nullptr), 0);
           const complexes expected =
               resampled(complexes_of(in), table, interp, step, offset, static_cast<int64_t>(start) - taps);
-          const double limit = 2e-15 * std::max({1.0, table.data[table.length / 2], taps / 16.0});
+          const double limit = 2e-15 * std::max({1.0, table.data[table.length / 2], taps / 8.0});
           EXPECT_TRUE(near(out, signal_of(expected, is_complex), limit));
           EXPECT_EQ(out.dx, 0.5 * step);
           if (kind >= 5 || offset != 0) continue;
