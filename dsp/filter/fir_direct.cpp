@@ -8,13 +8,13 @@ namespace {
 // Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
 constexpr int64_t joined_outputs = 64;
 constexpr int64_t joined_taps = 192;
-constexpr int64_t span_limit = (joined_outputs + joined_taps) * 2;  // doubles
+constexpr int64_t joined_doubles = (joined_outputs + joined_taps) * 2;  // doubles
 
 // Calls kernel(first output, outputs, samples, first tap, taps) for at most `most` outputs at a time. Taps count from
 // the oldest sample; the runs of them that one output needs come in order.
 template <class Source, class Kernel>
 void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel, int64_t most = joined_outputs) {
-  double span[span_limit];
+  double span[joined_doubles];
   for (int64_t n = 0; n < outputs; n += most) {
     const int64_t count = std::min(most, outputs - n);
     const int64_t taps = source.taps_from(n);
@@ -30,7 +30,7 @@ void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel, int6
 // past, rounded up so that the others start on whole tiles.
 template <class Kernel>
 void for_block(const past_and_block &x, Kernel kernel) {
-  if (x.past_length < joined_taps && (x.past_length + x.block_length) * x.width <= span_limit)
+  if (x.past_length < joined_taps && (x.past_length + x.block_length) * x.width <= joined_doubles)
     return for_joined_spans(x, x.block_length, kernel, x.block_length);
   const int64_t tiles = (x.past_length + joined_outputs - 1) / joined_outputs;
   const int64_t joined = std::min(x.block_length, tiles * joined_outputs);

@@ -26,10 +26,13 @@ compile() { # compile WAY FLAGS...: both programs
   check "$way"
 }
 
+# What a command prints is of interest only where it fails.
+quietly() { "$@" >log 2>&1 || { cat log >&2 && exit 1; }; }
+
 # with_package WAY PREFIX OPTIONS... : by find_package.
 with_package() {
-  cmake -S "$here" -B "$1" -DCMAKE_PREFIX_PATH="$2" "${@:3}" >/dev/null
-  cmake --build "$1" >/dev/null
+  quietly cmake -S "$here" -B "$1" -DCMAKE_PREFIX_PATH="$2" "${@:3}"
+  quietly cmake --build "$1"
 }
 # with_pkg_config WAY PREFIX
 with_pkg_config() {
@@ -40,7 +43,7 @@ with_pkg_config() {
 }
 
 # Moved after it was installed: nothing in it may name its place.
-cmake --install "$build" --prefix "$PWD/first" >/dev/null
+quietly cmake --install "$build" --prefix "$PWD/first"
 mv first prefix
 library=$(dirname "$(find "$PWD/prefix" -name libdsp.so)")
 
@@ -57,22 +60,21 @@ mkdir -p private
 check private tone
 
 # As part of a project that names no build type: the kernels must be optimised all the same.
-cmake -S "$here" -B add_subdirectory -DDSP_TREE="$tree" -DDSP_ISA_DISPATCH=OFF \
-  -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
-cmake --build add_subdirectory -j "$(nproc)" >/dev/null
+quietly cmake -S "$here" -B add_subdirectory -DDSP_TREE="$tree" -DDSP_ISA_DISPATCH=OFF -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+quietly cmake --build add_subdirectory -j "$(nproc)"
 check add_subdirectory
 grep dsp_kernels_ add_subdirectory/compile_commands.json | grep command | grep -qv -- -O3 && echo "kernels without -O3" >&2 && exit 1
 
 # An archive only, in folders of unusual names, one of them absolute; moved, used and taken away.
-cmake -S "$tree" -B odd -DBUILD_SHARED_LIBS=OFF -DDSP_TESTS=OFF -DDSP_EXAMPLES=OFF -DDSP_ISA_DISPATCH=OFF -DCMAKE_BUILD_TYPE=Debug \
-  -DCMAKE_UNITY_BUILD=ON -DCMAKE_INSTALL_PREFIX="$PWD/odd-prefix" -DCMAKE_INSTALL_LIBDIR="$PWD/odd-prefix/lib" \
-  -DCMAKE_INSTALL_INCLUDEDIR=include/dsp-2 >/dev/null
-cmake --build odd -j "$(nproc)" >/dev/null
-cmake --install odd >/dev/null
+quietly cmake -S "$tree" -B odd -DBUILD_SHARED_LIBS=OFF -DDSP_TESTS=OFF -DDSP_EXAMPLES=OFF -DDSP_ISA_DISPATCH=OFF \
+  -DCMAKE_BUILD_TYPE=Debug -DCMAKE_UNITY_BUILD=ON -DCMAKE_INSTALL_PREFIX="$PWD/odd-prefix" \
+  -DCMAKE_INSTALL_LIBDIR="$PWD/odd-prefix/lib" -DCMAKE_INSTALL_INCLUDEDIR=include/dsp-2
+quietly cmake --build odd -j "$(nproc)"
+quietly cmake --install odd
 mv odd-prefix moved
 with_package odd_package "$PWD/moved"
 check odd_package
 with_pkg_config odd_pkg_config "$PWD/moved"
 mv moved odd-prefix
-cmake --build odd --target uninstall >/dev/null
+quietly cmake --build odd --target uninstall
 [ -z "$(find odd-prefix -type f -o -name '*dsp*')" ] || { echo "uninstall leaves files" >&2 && exit 1; }
