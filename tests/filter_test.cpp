@@ -47,7 +47,8 @@ record mirrored(const record &half, bool odd, bool anti) {
   return signal_of(taps, half.is_complex != 0);
 }
 
-constexpr struct {
+// Which of both are complex. Clang captures no structured bindings.
+constexpr struct representations {
   bool signal, filter;
 } all_representations[] = {{false, false}, {true, false}, {false, true}, {true, true}};
 
@@ -59,18 +60,18 @@ record coarse(int32_t n, bool is_complex, unsigned seed) {
 }
 
 TEST(Fir, IsTheConvolutionInBlocksToo) {
-  for (const auto [signal, filter] : all_representations)
+  for (const representations complex : all_representations)
     for (const int32_t m : {1, 2, 3, 5, 7, 12, 16, 21, 29, 35, 36, 45, 46, 64, 65, 200, 257, 500}) {
       if (emulated && m > 200) continue;
-      const record h = coarse(m, filter, 2), past = coarse(m - 1, signal, 3);
+      const record h = coarse(m, complex.filter, 2), past = coarse(m - 1, complex.signal, 3);
       for (const int32_t n : {0, 1, 2, 7, 15, 30, 64, 100, 257, 512, 1000}) {
-        const record in = coarse(n, signal, 1);
+        const record in = coarse(n, complex.signal, 1);
         const record from_silence = convolved(in, h), expected = convolved(in, h, complexes_of(past));
         record newest(past);
         dsp_append(&newest, &in);
         dspi_shift(&newest, n);
         on_each_isa([&] {
-          SCOPED_TRACE(::testing::Message() << m << " taps on " << n << ", " << signal << filter);
+          SCOPED_TRACE(::testing::Message() << m << " taps on " << n << ", " << complex.signal << complex.filter);
           record out, state(past);
           ASSERT_EQ(dspd_fir(&in, &out, &h, nullptr), 0);
           EXPECT_TRUE(close(out, from_silence, 2e-15));
@@ -80,30 +81,31 @@ TEST(Fir, IsTheConvolutionInBlocksToo) {
           EXPECT_TRUE(same(state, newest));
         });
       }
-      const bool direct_only = filter || m <= (signal ? 35 : 45);
+      const bool direct_only = complex.filter || m <= (complex.signal ? 35 : 45);
       on_each_isa([&] {
-        expect_blocks_to_be_the_whole(random_signal(1500, signal, 4), m, direct_only ? 0 : 1e-13,
+        expect_blocks_to_be_the_whole(random_signal(1500, complex.signal, 4), m, direct_only ? 0 : 1e-13,
                                       [&](auto *b, auto *o, auto *s) { return dspd_fir(b, o, &h, s); });
       });
     }
 }
 
 TEST(Sfir, IsTheMirroredFilterInBlocksToo) {
-  for (const auto [signal, filter] : all_representations)
+  for (const representations complex : all_representations)
     for (const int32_t l : {1, 2, 8, 20, 30, 31, 60})
       for (const int flags : {0, 1, 2, 3}) {
         const bool odd = flags % 2 != 0, anti = flags > 1;
-        SCOPED_TRACE(::testing::Message() << l << " of half, " << odd << anti << signal << filter);
-        const record half = random_signal(static_cast<std::size_t>(l), filter, 6), full = mirrored(half, odd, anti);
-        const record in = random_signal(700, signal, 7, 0.5);
+        SCOPED_TRACE(::testing::Message() << l << " of half, " << odd << anti << complex.signal << complex.filter);
+        const record half = random_signal(static_cast<std::size_t>(l), complex.filter, 6),
+                     full = mirrored(half, odd, anti);
+        const record in = random_signal(700, complex.signal, 7, 0.5);
         const record expected = convolved(in, full);
         on_each_isa([&] {
           record out;
           ASSERT_EQ(dspd_sfir(&in, &out, &half, odd ? 5 : 0, anti ? -1 : 0, nullptr), 0);
           EXPECT_TRUE(close(out, expected, 2e-15));
-          expect_blocks_to_be_the_whole(in, l, filter || full.length <= 60 ? 0 : 1e-13, [&](auto *b, auto *o, auto *s) {
-            return dspd_sfir(b, o, &half, odd, anti, s);
-          });
+          expect_blocks_to_be_the_whole(
+              in, l, complex.filter || full.length <= 60 ? 0 : 1e-13,
+              [&](auto *b, auto *o, auto *s) { return dspd_sfir(b, o, &half, odd, anti, s); });
         });
       }
 }
