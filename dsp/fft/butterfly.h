@@ -124,28 +124,9 @@ DSP_INLINE void odd_butterfly(P (&x)[R]) {
   }
 }
 
-template <class P>
-DSP_INLINE void butterfly(P (&x)[3]) {
-  odd_butterfly(x);
-}
-
-template <class P>
-DSP_INLINE void butterfly(P (&x)[5]) {
-  odd_butterfly(x);
-}
-
-template <class P>
-DSP_INLINE void butterfly(P (&x)[7]) {
-  odd_butterfly(x);
-}
-
-template <class P>
-DSP_INLINE void butterfly(P (&x)[11]) {
-  odd_butterfly(x);
-}
-
-template <class P>
-DSP_INLINE void butterfly(P (&x)[13]) {
+template <class P, int R>
+DSP_INLINE void butterfly(P (&x)[R]) {
+  static_assert(R == 3 || R == 5 || R == 7 || R == 11 || R == 13);
   odd_butterfly(x);
 }
 
