@@ -8,7 +8,7 @@ namespace {
 // Where past and block meet, the samples that a few outputs need are put side by side, a bounded number at a time.
 constexpr int64_t joined_outputs = 64;
 constexpr int64_t joined_taps = 192;
-constexpr int64_t joined_doubles = (joined_outputs + joined_taps) * 2;  // doubles
+constexpr int64_t joined_doubles = (joined_outputs + joined_taps) * 2;
 
 // Calls kernel(first output, outputs, samples, first tap, taps) for at most `most` outputs at a time. Taps count from
 // the oldest sample; the runs of them that one output needs come in order.

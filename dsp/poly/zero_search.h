@@ -55,7 +55,6 @@ class zero_search {
     int count;
   };
 
-  void group_edges();
   void start(int32_t group);
   void enter(int32_t group);
   void pass(int32_t group, state wanted);
