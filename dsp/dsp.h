@@ -1184,7 +1184,7 @@ DSP_API int32_t dsph_rsmp(const dsp_vec *in, dsp_vec *out, dsp_vec *scratch, con
  * ========================================================================================================== */
 
 /** Schemes of dsp_interp, and a flag. Schemes 2, 4, 6 and 7 give one constant, the ordinate of the right node of the
- * first query's interval. */
+ * first query's interval; but 7 is linear with two nodes. */
 enum {
   DSP_INTERP_HOLD = 0,      /**< the ordinate of the previous node; from the last node on, that of the last */
   DSP_INTERP_LINEAR = 1,    /**< a line through the two nodes around the query */

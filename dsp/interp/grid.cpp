@@ -21,7 +21,7 @@ void without_interval(const nodes &f, const queries &q, bool is_spline) {
 
 constexpr int32_t scheme_mask = 7;
 
-// Parabolas and splines, which have both low bits set, need three nodes.
+// With fewer than the three nodes of a parabola, schemes 3 and 7 (both low bits set) are linear.
 int32_t scheme_for(int32_t mode, int32_t n) {
   const int32_t scheme = mode & scheme_mask;
   return (scheme & DSP_INTERP_QUADRATIC) == DSP_INTERP_QUADRATIC && n < 3 ? DSP_INTERP_LINEAR : scheme;
