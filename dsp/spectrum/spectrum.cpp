@@ -31,7 +31,7 @@ int32_t window_or_swap(dsp_vec *v, dsp_window_type window, const spectrum_flags 
   return samples(*v) > 0 ? dspi_window2(v, window, DSP_WND_ACTIVE | swap, v->length) : 0;
 }
 
-// The factor for the omitted side, or for a sum instead of a mean.
+// Times the length for a sum instead of a mean; else times 2 for the side that a one-sided spectrum omits.
 void scale_forward(dsp_vec *v, const spectrum_flags &f, double length) {
   if (f.sum)
     dspi_scale(v, length);
@@ -45,6 +45,11 @@ int32_t finish_inverse(dsp_vec *v, const spectrum_flags &f) {
   return f.two_sided ? 0 : dspi_scale(v, 0.5);
 }
 
+// How the record lies in the transform: its middle at index 0 where the halves are swapped, else at the front.
+int32_t padding_mode(const spectrum_flags &f) {
+  return f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
+}
+
 int32_t forward_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction, dsp_window_type window,
                     const spectrum_flags &f) {
   const bool half = one_sided(f, in->is_complex != 0);
@@ -56,7 +61,7 @@ int32_t forward_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction,
   if (!f.raw) {
     if (window_or_swap(out, window, f, true) != 0) return -1;
     scale_forward(out, f, m);
-    mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
+    mode = padding_mode(f);
   }
   if (dspi_zpad2(out, m, mode) != 0) return -1;
   if (half) return dspi_rfft(out);
@@ -90,8 +95,7 @@ int32_t inverse_fft(const dsp_vec *in, dsp_vec *out, int32_t n, double fraction,
     return dspi_fft(out, 1);
   }
   if ((full ? inverse_of_both_sides(in, out, m) : inverse_of_half(in, out, m)) != 0) return -1;
-  const int32_t mode = f.sum ? DSP_PAD_SPLIT | DSP_PAD_UNSCALED : f.swaps ? DSP_PAD_SPLIT : DSP_PAD_SCALED;
-  dspi_unzpad(out, rounded(fraction * m), mode);
+  dspi_unzpad(out, rounded(fraction * m), padding_mode(f));
   return finish_inverse(out, f);
 }
 
