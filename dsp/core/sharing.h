@@ -1,7 +1,7 @@
 // Who shares a buffer with whom: the one answer to "may the output be the input?".
 //
-// A routine that reads a sample before it writes the place where the sample may lie takes `operand`s, and works in
-// place. A routine that still reads its inputs after it has written takes an `output`, which stands aside where needed.
+// A routine that reads each sample before it overwrites it takes `operand`s, and works in place. A routine that still
+// reads its inputs after it has begun to write takes an `output`, which writes to a scratch signal where needed.
 #pragma once
 
 #include <cstdint>
@@ -72,9 +72,9 @@ int32_t dspb_prepare_output(const dsp_vec &a, const dsp_vec &b, dsp_vec *out, op
 int32_t dspb_prepare_output(const dsp_vec &a, const dsp_vec &b, bool out_complex, dsp_vec *out, operands *ready);
 
 // The output of a routine that reads its inputs while it writes. Where one of them shares the output's buffer, the
-// result is made in the scratch signal, and commit() copies it to the caller's record; a result that is not committed
-// is abandoned, and the caller's record stays as it was. There is one scratch signal: while an output lives, no other
-// routine that has one may run.
+// result is made in the scratch signal, and commit() copies it to the caller's record; without commit() the caller's
+// record stays as it was. There is only one scratch signal: while an `output` exists, no other routine that uses one
+// may be called.
 class output {
  public:
   output(dsp_vec *callers, std::initializer_list<const dsp_vec *> inputs);

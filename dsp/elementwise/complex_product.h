@@ -1,5 +1,5 @@
-// Product and sum of two samples of either representation. Infinities behind a NaN are not recovered. Local to the file
-// that includes it, since kernel files do.
+// Product and sum of two samples of either representation. A product that comes out as NaN is not corrected to an
+// infinity. The functions are static, so that each kernel file gets code of its own.
 #pragma once
 
 #include "dsp/dsp.h"

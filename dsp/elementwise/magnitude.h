@@ -1,4 +1,4 @@
-// Magnitudes and squared magnitudes. Local to the file that includes it, since kernel files do.
+// Magnitudes and squared magnitudes. The functions are static, so that each kernel file gets code of its own.
 #pragma once
 
 #include "dsp/dsp.h"

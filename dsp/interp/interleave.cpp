@@ -1,4 +1,4 @@
-// Twice the samples: two signals merged, or zeros put in between.
+// Interleaving: two signals merged sample by sample, or zeros inserted.
 #include <cstdint>
 
 #include "dsp/core/sharing.h"
@@ -19,7 +19,7 @@ struct complex_pair {
 dsp_complex widened(double x) { return {x, 0.0}; }
 dsp_complex widened(dsp_complex z) { return z; }
 
-bool doubles_fit(int32_t n) { return n <= INT32_MAX / 2; }
+bool can_double(int32_t n) { return n <= INT32_MAX / 2; }
 
 }  // namespace
 }  // namespace dsp::interp
@@ -29,7 +29,7 @@ using namespace dsp::interp;
 
 int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
   const int32_t n = samples(*a);
-  if (n != samples(*b) || !doubles_fit(n)) return -1;
+  if (n != samples(*b) || !can_double(n)) return -1;
   const operand even(*a, *out);
   const operand odd(*b, *out);
   const bool is_complex = even.is_complex() || odd.is_complex();
@@ -55,7 +55,7 @@ int32_t dspb_inter(const dsp_vec *a, const dsp_vec *b, dsp_vec *out) {
 
 int32_t dspi_zinter(dsp_vec *v) {
   const int32_t n = samples(*v);
-  if (!doubles_fit(n)) return -1;
+  if (!can_double(n)) return -1;
   v->length = 2 * n;
   v->dx *= 0.5;
   if (dsp_realloc(v, n, v->is_complex) != 0) return -1;

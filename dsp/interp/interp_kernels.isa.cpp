@@ -89,7 +89,7 @@ struct parabola {
   }
 };
 
-// A piece ends at the first query beyond it. Comparisons with NaN are false, so NaN stays in the piece.
+// Where a piece ends: at the first query for which this is true. A NaN query never ends a piece.
 
 struct nowhere {
   template <class V>
@@ -127,8 +127,8 @@ int32_t fill(const queries &q, int32_t i, const Piece &piece, const Past &past) 
   return i;
 }
 
-// The first query in [begin, end) that is not below the last node, or `end`. For nodes that do not rise: their last one
-// may lie before the end of a piece.
+// The first query in [begin, end) at or beyond the last node; `end` when there is none. Needed for nodes that do not
+// rise: their last one may lie before the end of a piece.
 [[gnu::noinline]] int32_t first_from(double last, const queries &q, int32_t begin, int32_t end) {
   int32_t i = begin;
   while (i < end && !(q.t[i] >= last)) ++i;

@@ -91,7 +91,7 @@ struct end {
   bool is_knot() const { return condition != DSP_SPLINE_NOT_A_KNOT; }
 };
 
-// Writes n second derivatives to `m` after the last node has been read. `memory` holds 2 n doubles.
+// Writes n second derivatives to `m`, which may be x or y: it is written last. `memory` holds 2 n doubles.
 // NOLINTNEXTLINE(readability-non-const-parameter): the nodes write to the memory
 void solve_spline(const double *x, const double *y, int32_t n, end left, end right, double *memory, double *m) {
   const system_of_nodes nodes = {x, y, memory, memory + n};

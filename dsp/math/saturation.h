@@ -1,5 +1,5 @@
-// The bound that replaces infinity, and its comparisons. NaN counts as within bounds and propagates. Local to the file
-// that includes it, since kernel files (*.isa.cpp) do.
+// The bound that replaces infinity, and its comparisons. NaN counts as within bounds and propagates. The functions are
+// static, so that each kernel file (*.isa.cpp) gets code of its own.
 #pragma once
 
 namespace dsp {

@@ -22,7 +22,7 @@ class heap_array {
   T &operator[](int64_t i) const { return data_[i]; }
 
  private:
-  // One element more than asked for: a block of 0 bytes is no memory.
+  // One element more than asked for: heap_allocate() takes no 0 bytes.
   static T *allocate(int64_t count) {
     const auto elements = static_cast<uint64_t>(count) + 1;
     if (elements > SIZE_MAX / sizeof(T)) return nullptr;  // GCOVR_EXCL_BR_LINE: 64 bits hold the product

@@ -25,7 +25,7 @@ struct candidate {
   }
 };
 
-// A quarter, so that no modulus and no difference overflows.
+// A quarter of the modulus, so that neither it nor a difference overflows.
 double quarter_modulus(dsp_complex z) { return modulus(0.25 * z); }
 
 // Equal points count as an ulp apart: products of 0 could not be compared.

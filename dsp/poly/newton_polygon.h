@@ -9,8 +9,8 @@
 
 namespace dsp::poly {
 
-// Edges whose zeros are sought with the variable scaled by 2^exponent. Each term that matters is then in the range of a
-// double.
+// Neighbouring edges whose zeros are sought with the variable scaled by 2^exponent, which brings each term that matters
+// into the range of a double.
 struct zero_group {
   int32_t first_edge, end_edge;
   int32_t exponent;

@@ -18,7 +18,7 @@
 namespace dsp::poly {
 namespace {
 
-// Tells whether a point solves p(z) = y to rounding.
+// Tells whether |p(z) - y| is no more than rounding noise.
 class noise_test {
  public:
   noise_test(const dsp_vec &c, double y, int32_t degree)
@@ -26,7 +26,7 @@ class noise_test {
 
   bool is_valid() const { return re_ && im_ && modulus_; }
 
-  // Whether every point on the way from z to its real part does.
+  // Whether it is noise at every point on the way from z to its real part.
   bool covers_way_to_axis(dsp_complex z) {
     constexpr int steps = 16;
     for (int i = 0; i <= steps; ++i)
@@ -47,7 +47,7 @@ class noise_test {
     return s.modulus <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * s.terms;
   }
 
-  // At z, in powers of z 2^-exponent, times some power of two.
+  // Value and terms at z as a polynomial in z 2^-exponent; both are scaled by one power of two.
   sums evaluate(dsp_complex z, int exponent) {
     scale(exponent);
     std::complex<double> x = {std::ldexp(z.re, -exponent), std::ldexp(z.im, -exponent)};

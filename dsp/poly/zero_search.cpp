@@ -91,7 +91,8 @@ void zero_search::move_to_axis(int32_t i) {
 
 void zero_search::refine_moved(int32_t count) { refine_all(state::on_axis, count); }
 
-// Evenly on the circle of each edge, turned so that no two edges and no conjugates face each other.
+// Starts evenly on the circle of each edge. The circles are turned against each other and against the real axis, so
+// that the start has no symmetry that the iteration would keep.
 void zero_search::start(int32_t group) {
   const zero_group &g = groups_[group];
   for (int32_t e = g.first_edge; e < g.end_edge; ++e) {
@@ -105,7 +106,8 @@ void zero_search::start(int32_t group) {
   }
 }
 
-// Makes a group the current one: scales the coefficients, the largest term at its radius to about 1, and all zeros.
+// Makes a group the current one: scales the coefficients, so that the largest term at its radius is about 1, and all
+// zeros.
 void zero_search::enter(int32_t group) {
   if (entered_ == group) return;
   entered_ = group;

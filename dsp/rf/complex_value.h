@@ -59,7 +59,7 @@ inline const double *doubles(const dsp_complex *z) { return reinterpret_cast<con
 
 }  // namespace dsp::rf
 
-// What the matrix does otherwise with these elements.
+// Functions of the matrix that have a faster form for these elements.
 namespace dsp::field {
 
 template <>

@@ -245,7 +245,7 @@ class matrix_elements {
  public:
   static matrix_elements *acquire(std::uint32_t rows, std::uint32_t cols) {
     matrix_elements *e = locks_ == 0 ? take(rows, cols) : nullptr;
-    if (e == nullptr) e = new matrix_elements(rows, cols);  // GCOVR_EXCL_BR_LINE: ways of exceptions
+    if (e == nullptr) e = new matrix_elements(rows, cols);  // GCOVR_EXCL_BR_LINE: branches of exceptions
     e->handles = 1;
     ++live_;
     return e;

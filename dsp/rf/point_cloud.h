@@ -30,7 +30,7 @@ class point_cloud {
   bool is_finite_throughout() const { return is_finite_; }
   int64_t count() const { return n_; }
   dsp_complex operator[](int64_t i) const { return std::ldexp(1.0, -fine_) * (coarse(i) - centre_); }
-  // The largest coordinate relative to the caller's origin, in the same scale.
+  // The largest coordinate of the original points, in the same scale.
   double largest() const { return largest_; }
 
   // Back to the caller's coordinates.
@@ -48,7 +48,7 @@ class point_cloud {
   }
 
  private:
-  // So that powers of two by it neither overflow nor underflow.
+  // Limited, so that 2^exponent and 2^-exponent neither overflow nor underflow.
   static int limited_exponent(double x) { return std::clamp(exponent_of(x), -1000, 1000); }
 
   // Point i scaled so that the mean cannot overflow.

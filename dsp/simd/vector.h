@@ -76,7 +76,7 @@ template <class V>
 using carried = typename carried_form<V>::type;
 #endif
 
-// From and to any address that a double may have.
+// load() and store() take any address that is aligned for a double.
 template <class V>
 DSP_INLINE V load(const double *p) {
   V v;
@@ -176,7 +176,7 @@ DSP_INLINE void store_split(double *p, const points<W> &v) {
   store(p + W, v.im);
 }
 
-// Samples in the order in which the cheap way between pairs and lanes leaves them.
+// Puts samples that are in order into the order that load_pairs() leaves them in.
 template <int W>
 DSP_INLINE lanes<W> in_lane_order(const lanes<W> &a) {
   if constexpr (W == 4)
@@ -187,7 +187,7 @@ DSP_INLINE lanes<W> in_lane_order(const lanes<W> &a) {
     return a;
 }
 
-// Of every two neighbouring lanes the first ones of a and b, and the second ones.
+// The even lanes of a and b in turn: a0, b0, a2, b2, ...; second_lanes() gives the odd ones: a1, b1, a3, b3, ...
 template <int W>
 DSP_INLINE lanes<W> first_lanes(const lanes<W> &a, const lanes<W> &b) {
   if constexpr (W == 1)
@@ -212,7 +212,7 @@ DSP_INLINE lanes<W> second_lanes(const lanes<W> &a, const lanes<W> &b) {
     return __builtin_shufflevector(a, b, 1, 9, 3, 11, 5, 13, 7, 15);
 }
 
-// The pairs of lanes from the last to the first.
+// Pairs of lanes in reverse order; the two lanes of a pair keep theirs.
 template <int W>
 DSP_INLINE lanes<W> pairs_reversed(const lanes<W> &a) {
   if constexpr (W == 4)
@@ -223,7 +223,8 @@ DSP_INLINE lanes<W> pairs_reversed(const lanes<W> &a) {
     return a;
 }
 
-// W complex samples as they lie in a signal, re, im, re, im, ..., to lane order and back.
+// W complex samples from a signal, re, im, re, im, ...; store_pairs() writes them back. One shuffle for each vector:
+// the lanes hold the samples in an order of their own, that of in_lane_order().
 template <int W>
 DSP_INLINE points<W> load_pairs(const double *p) {
   const lanes<W> a = load<lanes<W>>(p);
@@ -231,7 +232,7 @@ DSP_INLINE points<W> load_pairs(const double *p) {
   return {first_lanes<W>(a, b), second_lanes<W>(a, b)};
 }
 
-// Lane l holds sample l.
+// The same with sample l in lane l, which takes costlier shuffles.
 template <int W>
 DSP_INLINE points<W> load_pairs_in_order(const double *p) {
   const lanes<W> a = load<lanes<W>>(p);
@@ -251,7 +252,7 @@ DSP_INLINE void store_pairs(double *p, const points<W> &v) {
   store(p + W, second_lanes<W>(v.re, v.im));
 }
 
-// The same with the last sample where the first would be.
+// load_pairs() and store_pairs() with the samples in reverse order.
 template <int W>
 DSP_INLINE points<W> load_pairs_reversed(const double *p) {
   if constexpr (W == 1) return load_pairs<W>(p);
@@ -267,7 +268,7 @@ DSP_INLINE void store_pairs_reversed(double *p, const points<W> &v) {
   store(p + W, pairs_reversed<W>(first_lanes<W>(v.re, v.im)));
 }
 
-// Halves of a followed by halves of b: the lower ones, then the upper ones.
+// a becomes the lower halves of a and b, b the upper halves.
 template <int W>
 DSP_INLINE void exchange_halves(lanes<W> &a, lanes<W> &b) {
   const lanes<W> x = a;
@@ -281,7 +282,7 @@ DSP_INLINE void exchange_halves(lanes<W> &a, lanes<W> &b) {
   }
 }
 
-// Units of two lanes change places as in a square.
+// Transposes a square of W/2 rows and W/2 columns whose elements are pairs of lanes.
 template <int W>
 DSP_INLINE void transpose_units(lanes<W> (&row)[W / 2]) {
   if constexpr (W == 4) {

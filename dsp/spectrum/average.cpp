@@ -67,6 +67,6 @@ int32_t dsph_avg(const dsp_vec *in, dsp_vec *avg, dsp_vec *work, int32_t flags, 
                  double weight, double limit) {
   if (in == nullptr || avg == nullptr) return -1;
   const int32_t status = fold(in, avg, work, flags, count, period, weight, limit);
-  if (avg->data == nullptr) avg->length = 0;  // the average is lost: the next call finds no samples to read
+  if (avg->data == nullptr) avg->length = 0;  // memory ran out: the next call must not read samples
   return status;
 }

@@ -23,8 +23,8 @@ int32_t correlate(const dsp_vec *ref, const dsp_vec *in, dsp_vec *out, dsp_vec *
   const auto p = static_cast<int32_t>(size);
   if (dsp_copy(work, in) != 0 || dsp_copy_at_most(out, ref, m) != 0) return -1;
   if (transform(out, p, is_complex) != 0 || transform(work, p, is_complex) != 0) return -1;
-  if (dspb_conj_mul(work, out, out) != 0) return -1;                      // a transform of one sample is that sample
-  if ((is_complex ? dspi_fft(out, 1) : dspi_irfft(out)) != 0) return -1;  // GCOVR_EXCL_BR_LINE: tables are there
+  if (dspb_conj_mul(work, out, out) != 0) return -1;
+  if ((is_complex ? dspi_fft(out, 1) : dspi_irfft(out)) != 0) return -1;  // GCOVR_EXCL_BR_LINE: its tables exist
   out->dx = dx;
   out->length = lags;
   return halve ? dspi_scale(out, 0.5) : 0;

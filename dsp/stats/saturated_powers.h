@@ -1,5 +1,5 @@
-// Powers that saturate: a value beyond +-1e100 counts as +-1e100, and its powers as fixed numbers. Local to the file
-// that includes it, as simd/vector.h is.
+// Powers that saturate: a value beyond +-1e100 counts as +-1e100, and its powers as fixed numbers. Everything here is
+// local to the file that includes it, as in simd/vector.h.
 #pragma once
 
 #include "dsp/math/saturation.h"

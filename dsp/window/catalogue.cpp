@@ -3,9 +3,9 @@
 namespace dsp::window {
 namespace {
 
-// Published coefficients, digit by digit. The raw flat-tops are as published; the first term of their amplitude sets is
-// not exactly 1, and is the mean a flat-top is meant to have. Hann to Blackman-Harris sum to 1. The power sets are the
-// raw ones over sqrt(a0^2 + sum a_k^2 / 2).
+// Published coefficients, digit by digit. The raw sets from Hann to Blackman-Harris sum to 1, the flat-tops are as
+// published. The first term of an amplitude set is the mean of the window: 1, but for the flat-tops slightly less,
+// which centres their ripple on the true level. The power sets are the raw ones over sqrt(a0^2 + sum a_k^2 / 2).
 struct sets {
   dsp_window_type type;
   int32_t terms;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dsp/math/constants.h"
 #include "dsp/window/catalogue.h"
 #include "dsp/window/normalise.h"
 #include "dsp/window/shapes.h"
@@ -58,7 +59,7 @@ void fill_parametric(double *w, const window_layout &at, dsp_window_type type, w
   else if (type <= DSP_WINDOW_GAUSS80)
     gauss(w, at, scale, sigma[type - DSP_WINDOW_GAUSS60]);
   else if (type == DSP_WINDOW_SINC_LOBE)
-    sinc_lobe(w, at, scale, 3.141592653589793, 1.0);
+    sinc_lobe(w, at, scale, pi, 1.0);
   else
     tukey(w, at, scale, 0.25);
 }

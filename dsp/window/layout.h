@@ -13,8 +13,8 @@ struct window_layout {
   bool between = false;  // the centre lies between two samples
 };
 
-// The periodic form has its centre on sample n/2, one period is n samples; the symmetric form has an end on the first
-// and on the last sample.
+// The periodic form has its centre on sample n/2 and a period of n samples; the symmetric form has its ends on the
+// first and on the last sample.
 inline window_layout layout_of(int32_t n, int32_t flags) {
   const bool symmetric = (flags & DSP_WND_SYMMETRIC) != 0;
   return {n, static_cast<double>(symmetric ? n - 1 : n), symmetric && n % 2 == 0};

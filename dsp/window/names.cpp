@@ -9,7 +9,7 @@ struct named_type {
   dsp_window_type type;
 };
 
-// The first name of each type is the one dsp_window_name returns. Every name may carry the prefix DSP_WINDOW_.
+// In lower case. Each may also carry the prefix DSP_WINDOW_.
 constexpr named_type names[] = {
     {"uniform", 0},    {"rectangular", 0},
     {"none", 0},       {"p000", 0},
@@ -62,7 +62,7 @@ int32_t dsp_window_from_str(const char *name, dsp_window_type *type) {
   return -1;
 }
 
-// Callers rely on the refusal of every type.
+// Part of the interface, but knows no name: dsp.h promises -1 for every type.
 int32_t dsp_window_to_str(dsp_window_type, char *buffer, int32_t size) {
   if (buffer != nullptr && size > 0) buffer[0] = 0;
   return -1;
