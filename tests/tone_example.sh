@@ -66,11 +66,13 @@ low 20 5000 0 >two_periods
 low 23980 5000 0 >two_below
 low 3000 3012 0 >neighbour
 low 3000 5000 0.5 >noisy
+awk 'BEGIN { for (i = 0; i < 4800; ++i) printf "%.15g\n", (1 - 1e-7 * i) * sin(atan2(0, -1) / 8 * i) }' >fading
 program=$tone
 status=1
 refuses "fewer than 3 periods.* 7200 samples" --rate 48000 two_periods
 refuses "7200 samples, or a higher" --rate 48000 two_below
 refuses "change its level by" --rate 48000 neighbour
+refuses "unsteadiness .* change its level by" --rate 48000 fading
 refuses "change its level by" --rate 48000 noisy
 refuses "no tone stands out" --rate 48000 --from 9000 --to 10000 two_periods
 head -n 255 tone.txt >short.txt

@@ -83,6 +83,15 @@ column line_fit::slope_of_line(double bin, double a, double b, const range &rows
   return x;
 }
 
+/** The line of an amplitude that grows as the square of the time from the record's middle. */
+column line_fit::curvature_of_line(double bin, double a, double b, const range &rows) const {
+  constexpr double h = 1e-2;
+  const column low = slope_of_line(bin - h, a, b, rows);
+  column x = slope_of_line(bin + h, a, b, rows);
+  for (std::size_t k = 0; k < x.size(); ++k) x[k] = (x[k] - low[k]) / (2.0 * h);
+  return x;
+}
+
 /** Cosine and sine of every line; before them, where a line comes close to frequency 0, offset and slope. */
 std::vector<column> line_fit::model(const std::vector<harmonic> &lines, const range &rows) const {
   std::vector<column> columns;
@@ -156,6 +165,7 @@ struct line_fit::step {
   range rows;
   least_squares held, moved;
   std::size_t unknowns;
+  std::vector<column> columns;
   double move() const { return moved[unknowns - 1]; }
 };
 
@@ -171,19 +181,38 @@ line_fit::step line_fit::step_from(double bin, int harmonics) const {
     for (std::size_t k = 0; k < along.size(); ++k) along[k] += lines[i].slope * slope[k];
   }
   columns.push_back(along);
-  return {rows, held, least_squares(columns, y), columns.size()};
+  return {rows, held, least_squares(columns, y), columns.size(), columns};
 }
 
 /** The length of what the fit leaves of the bins that matter to the line, as if its unknowns had taken none of it. */
-double line_fit::rest_of(const step &s, double bin) const {
+double line_fit::rest_of(const least_squares &fit, const range &fitted_rows, std::size_t unknowns, double bin) const {
   const range near = around(bin, bin, judged);
-  const auto count = static_cast<std::size_t>(s.rows.last - s.rows.first + 1);
+  const auto count = static_cast<std::size_t>(fitted_rows.last - fitted_rows.first + 1);
   column rest;
   for (int32_t k = near.first; k <= near.last; ++k)
     for (const std::size_t part : {std::size_t{0}, count})
-      rest.push_back(s.held.residual()[static_cast<std::size_t>(k - s.rows.first) + part]);
+      rest.push_back(fit.residual()[static_cast<std::size_t>(k - fitted_rows.first) + part]);
   const auto rows = static_cast<double>(rest.size());
-  return norm(rest) * std::sqrt(rows / std::max(rows - static_cast<double>(s.unknowns), 1.0));
+  return norm(rest) * std::sqrt(rows / std::max(rows - static_cast<double>(unknowns), 1.0));
+}
+
+/** How far the amplitude at the record's ends is from that in its middle, by a fit in which the amplitude may change in
+ * proportion to the time and to its square; less three times the error that the rest of the spectrum makes. */
+double line_fit::variation(const step &s, double bin) const {
+  const double a = s.held[0], b = s.held[1], size = std::hypot(a, b);
+  std::vector<column> columns = s.columns;
+  columns.push_back(slope_of_line(bin, -b / size, a / size, s.rows));
+  columns.push_back(curvature_of_line(bin, a / size, b / size, s.rows));
+  columns.push_back(curvature_of_line(bin, -b / size, a / size, s.rows));  // of the phase
+  const least_squares fit(columns, data(s.rows));
+  const double rest = rest_of(fit, s.rows, columns.size(), bin);
+  const auto ends = [&](std::size_t unknown, double scale) {
+    column weights(columns.size(), 0.0);
+    weights[unknown] = 1.0;
+    return scale * std::max(std::abs(fit[unknown]) - 3.0 * rest * fit.sensitivity(weights), 0.0);
+  };
+  const std::size_t first = s.unknowns;
+  return ends(first, pi) + ends(first + 1, pi * pi);
 }
 
 tone_fit line_fit::tone(double bin, int harmonics) const {
@@ -203,8 +232,8 @@ tone_fit line_fit::tone(double bin, int harmonics) const {
   weights[0] = a / t.amplitude;
   weights[1] = b / t.amplitude;
   constexpr double safety = 2.0;  // noise of neighbouring bins is correlated
-  const double rest = safety * rest_of(s, bin);
-  t.amplitude_error = rest * s.moved.sensitivity(weights);
+  const double rest = safety * rest_of(s.held, s.rows, s.unknowns, bin);
+  t.amplitude_error = rest * s.moved.sensitivity(weights) + variation(s, bin);
   std::fill(weights.begin(), weights.end(), 0.0);
   weights.back() = 1.0;
   t.bin_error = rest * s.moved.sensitivity(weights) + std::abs(s.move());

@@ -12,7 +12,7 @@ namespace examples {
  * the record's own unit. */
 struct tone_fit {
   double bin, amplitude;
-  double bin_error, amplitude_error;  // what the rest of the spectrum around the line can have pulled them by
+  double bin_error, amplitude_error;  // by the rest of the spectrum, and by an amplitude that changes
 };
 
 /** Fits lines to the bins of a windowed spectrum, several at once where they are so close to each other, to frequency 0
@@ -46,11 +46,13 @@ class line_fit {
   column cosine(double bin, const range &rows) const;
   column sine(double bin, const range &rows) const;
   column slope_of_line(double bin, double a, double b, const range &rows) const;
+  column curvature_of_line(double bin, double a, double b, const range &rows) const;
   std::vector<column> model(const std::vector<harmonic> &lines, const range &rows) const;
   std::vector<harmonic> neighbours(double bin, int harmonics) const;
   struct step;
   step step_from(double bin, int harmonics) const;
-  double rest_of(const step &s, double bin) const;
+  double rest_of(const least_squares &fit, const range &fitted_rows, std::size_t unknowns, double bin) const;
+  double variation(const step &s, double bin) const;
   double explained(double bin, const range &rows, double silent) const;
 
   double n_;

@@ -81,7 +81,7 @@ tone_fit find_tone(const line_fit &fit, const dsp_vec &record, const tone_settin
   const double error = 20.0 * std::log10(1.0 + tone.amplitude_error / tone.amplitude);
   if (!(error <= 10.0)) throw no_tone("no tone stands out: the strongest component is at " + at);
   if (error > s.accuracy)
-    throw no_tone("noise or other components around the tone at " + at + " can change its level by " +
+    throw no_tone("noise, other components or unsteadiness of the tone at " + at + " can change its level by " +
                       text("%.2g", error) + " dB; take more samples",
                   ", or --accuracy " + text("%.1g", 1.5 * error));
   return tone;
