@@ -55,10 +55,14 @@ rows '%.0s%.9f' | comma | refused "several columns" --rate 1e4
 { echo 'x;y'; rows '%g;%g' | head -n 9; echo '0,5;0,5'; } | refused "another decimal sign" -k y --rate 1
 { scope; echo '0.06,1'; } | refused "line 602: 2 fields; the other lines have 3" -k CH1
 { scope; echo '0.0601,1,1'; } | refused "line .*not evenly spaced" -k CH1
+# Every other sample 5 % late; times rounded to 4 digits of their own.
+{ echo 'Time (s),CH1'; rows '%.9f,%.9f' | awk -F, -v OFS=, 'NR % 2 { $1 += 5e-6 } 1'; } | refused "line .*not evenly spaced"
+{ echo 'Time (s),CH1'; rows '%.5g,%.9f' | awk -F, -v OFS=, '{ $1 = sprintf("%.4g", $1 + 2e-5) } 1'; } | reads 1234 0
 { echo 'Time (samples),CH1'; rows '%g,%g'; } | refused "unit 'samples' of the time" -k CH1
 { echo 'Time,CH1'; rows '1,%.0s%g'; } | refused "do not rise"
 { echo 'second,"Volt'; rows '%g,"%g'; } | refused "quote that is not closed"
 { echo 'x-axis,1'; rows '%g,%g'; } | refused "a place and also the name of column 2" --rate 1 -k 1
+{ echo 'Time (s),CH1'; rows '%g,%g'; echo '0.06,0x1'; } | refused "'0x1' is not a number"
 printf 'volt\n1\n2x\n3\n4\n5\n6\n' | refused "line 3: no numbers" --rate 1
 { echo 'Time (s),CH1 (mV'; rows '%g,%g'; } | refused "'CH1 (mV' is not clear"
 scope | iconv -t UTF-16 | refused "ASCII or UTF-8" -k CH1

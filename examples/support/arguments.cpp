@@ -54,6 +54,7 @@ std::string describe(const std::vector<option> &options) {
 
 bool parse_number(const std::string &text, double *number) {
   if (text.empty() || std::isspace(static_cast<unsigned char>(text[0]))) return false;
+  if (text.find_first_of("xX") != std::string::npos) return false;  // hexadecimal
   char *end = nullptr;
   *number = std::strtod(text.c_str(), &end);
   return end == text.c_str() + text.size();

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 
@@ -60,6 +61,8 @@ class table_rows {
     return false;
   }
 
+  const std::string &field(std::size_t column) const { return fields_[column]; }
+
   double number(std::size_t column) const {
     double value = 0.0;
     if (!parse_field(fields_[column], layout_.decimal, &value) || !std::isfinite(value))
@@ -118,19 +121,24 @@ class number_column : public sample_reader {
       throw failure(path_ + ": the unit '" + unit + "' of the time is not known; give --rate HZ");
     table_rows rows(path_, layout_);
     int64_t count = 0;
-    double last = 0.0;
+    double last = 0.0, greatest = 0.0;
+    number_digits digits;
     for (; rows.next(); ++count) {
       last = rows.number(time_);
+      greatest = std::max(greatest, std::abs(last));
+      digits.look_at(rows.field(time_), layout_.decimal);
       if (count == 0) start_ = last;
     }
     spacing_ = count > 1 ? (last - start_) / static_cast<double>(count - 1) : 0.0;
     rate_ = 1.0 / (spacing_ * unit_scale(unit));
     if (!(spacing_ > 0.0) || !std::isfinite(rate_)) throw failure(path_ + ": its times do not rise; give --rate HZ");
+    tolerance_ =
+        std::min(0.005 * spacing_ + std::max(digits.last_place(greatest), 0x1p-23 * greatest), 0.25 * spacing_);
   }
 
   void check_time() const {
     const double off = rows_.number(time_) - start_ - spacing_ * static_cast<double>(read_);
-    if (std::abs(off) > 0.25 * spacing_)
+    if (std::abs(off) > tolerance_)
       rows_.refuse("the times are not evenly spaced, or written with too few digits; --rate HZ ignores them");
   }
 
@@ -140,7 +148,10 @@ class number_column : public sample_reader {
   table_rows rows_;
   double rate_, scale_ = 1.0;
   std::size_t index_ = 0, time_ = 0;
-  double start_ = 0.0, spacing_ = 0.0;  // in the time column's unit; spacing 0: it is not used
+  // In the time column's unit; spacing 0: it is not used. Times off by 0.005 of the spacing change the level of a tone
+  // by at most 0.001 dB; the rounding of written times, be it to single precision, says nothing of when samples were
+  // taken.
+  double start_ = 0.0, spacing_ = 0.0, tolerance_ = 0.0;
   int64_t read_ = 0;
 };
 

@@ -1,6 +1,8 @@
 #include "examples/support/table_line.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 #include "examples/support/arguments.h"
 
@@ -53,6 +55,26 @@ bool parse_field(const std::string &field, char decimal, double *number) {
   std::string text = field;
   std::replace(text.begin(), text.end(), decimal, '.');
   return parse_number(text, number);
+}
+
+void number_digits::look_at(const std::string &field, char decimal) {
+  const std::size_t end = std::min(field.find_first_of("eE"), field.size());
+  int digits = 0, places = 0;
+  bool behind = false;
+  for (std::size_t i = 0; i < end; ++i) {
+    behind = behind || field[i] == decimal;
+    const bool is_digit = field[i] >= '0' && field[i] <= '9';
+    digits += is_digit && (digits > 0 || field[i] != '0');
+    places += is_digit && behind;
+  }
+  const double exponent = end < field.size() ? std::strtod(field.c_str() + end + 1, nullptr) : 0.0;
+  digits_ = std::max(digits_, digits);
+  places_ = std::max(places_, static_cast<int>(std::clamp(places - exponent, -400.0, 400.0)));
+}
+
+double number_digits::last_place(double number) const {
+  const double magnitude = number > 0.0 ? std::floor(std::log10(number)) : -400.0;
+  return std::pow(10.0, std::max<double>(-places_, magnitude + 1.0 - digits_));
 }
 
 }  // namespace examples
