@@ -85,6 +85,7 @@ head -c 20 tone.wav >headless.wav
 echo "no sound" >text.wav
 printf '1\n2\nthree\n' >words.txt
 printf '1\nnan\n' >nan.txt
+yes 1e308 | head -n 99 >huge.txt
 refuses "recording is needed"
 refuses "cannot read" -o x.csv missing.wav
 refuses "empty" -o x.csv empty.wav
@@ -111,6 +112,7 @@ refuses "no frequency" -o x.csv --from 2000 --to 1000 tone.wav
 refuses "sample rate" -o x.csv tone.txt
 refuses "line 3: 'three'" -o x.csv --rate 1 words.txt
 refuses "line 2: 'nan'" -o x.csv --rate 1 nan.txt
+refuses "beyond 1e90" -o x.csv --rate 1 --block 16 huge.txt
 refuses "no column 'ampere'" -o x.csv --rate 1 --column ampere scope.csv
 refuses "no column 3" -o x.csv --rate 1 --column 3 scope.csv
 refuses "replace the recording" -o tone.wav --csv ./tone.wav

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "examples/support/failure.h"
 #include "examples/support/sample_reader.h"
@@ -6,6 +7,7 @@
 namespace examples {
 
 constexpr int64_t frames_at_once = 4096;
+constexpr double greatest = 1e90;  // sums of squares stay finite
 
 channel_reader::channel_reader(sample_reader &source, int channel)
     : source_(source), channel_(channel), frames_(static_cast<std::size_t>(frames_at_once * source.channels())) {
@@ -24,7 +26,8 @@ int64_t channel_reader::read(double *samples, int64_t count) {
       const double *frame = frames_.data() + i * channels;
       double sum = 0.0;
       for (int c = 0; c < channels; ++c) sum += frame[c];
-      samples[done + i] = channel_ > 0 ? frame[channel_ - 1] : sum / channels;
+      const double sample = samples[done + i] = channel_ > 0 ? frame[channel_ - 1] : sum / channels;
+      if (!(std::abs(sample) <= greatest)) throw failure("the recording has samples beyond 1e90, too large for powers");
     }
     done += got;
     if (got < wanted) break;
