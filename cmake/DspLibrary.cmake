@@ -7,8 +7,8 @@ set(dsp_kernels ${dsp_sources})
 list(FILTER dsp_kernels INCLUDE REGEX "\\.isa\\.cpp$")
 list(FILTER dsp_sources EXCLUDE REGEX "\\.isa\\.cpp$")
 
-# What distributions harden their libraries with; it costs no time that can be measured. The sanitizers check more, and
-# MinGW would need a library for it.
+# The hardening of Linux distributions, without a measurable cost. Left out with the sanitizers, which check more, and
+# with MinGW, where it would need another library.
 if(DSP_HARDEN AND UNIX AND NOT APPLE AND NOT DSP_SANITIZE)
   set(dsp_hardened_compile -fstack-protector-strong $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
                            $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
@@ -35,10 +35,10 @@ endfunction()
 set(dsp_fused_kernels ${dsp_kernels})
 list(FILTER dsp_fused_kernels INCLUDE REGEX "/dsp/(fft/|filter/fir_|resample/)")
 set_source_files_properties(${dsp_fused_kernels} PROPERTIES COMPILE_OPTIONS -ffp-contract=fast)
-# Written in vectors where they pay; making more of them costs its short transforms twice their time.
+# These are written in vectors where that pays. The compiler's own vectorisation doubles the time of short transforms.
 set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/fft_kernels.isa.cpp ${PROJECT_SOURCE_DIR}/dsp/fft/mixed_kernels.isa.cpp
   APPEND PROPERTY COMPILE_OPTIONS -fno-tree-vectorize -fno-tree-slp-vectorize)
-# A loop for each kind of result would repeat the butterfly in it.
+# GCC would make a copy of each loop, and of the butterfly in it, for every kind of result.
 set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/fft/mixed_kernels.isa.cpp APPEND PROPERTY
              COMPILE_OPTIONS $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops>)
 
@@ -46,13 +46,13 @@ set(dsp_isas baseline)
 if(DSP_ISA_DISPATCH AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
   list(APPEND dsp_isas avx2 avx512)
 endif()
-# Loops that cost time are kernels; the rest is to be small, vectorised where that is cheap, and so is the baseline
-# where the processor will hardly ever have no better set. Every build type but Debug is optimised so, also the empty one
-# of a project that adds this tree; sanitizers keep the level of their build type.
+# Kernels are optimised for speed. The rest is optimised for size and vectorised where that is cheap; so are the baseline
+# kernels on x86-64, where nearly every processor has a better set. This holds for every build type but Debug and
+# MinSizeRel, also for the empty one of a project that adds this tree; sanitizers keep the level of their build type.
 if(DSP_SANITIZE)
   set(dsp_optimised $<CONFIG:Release>)
 else()
-  set(dsp_optimised $<NOT:$<CONFIG:Debug>>)
+  set(dsp_optimised $<NOT:$<OR:$<CONFIG:Debug>,$<CONFIG:MinSizeRel>>>)
 endif()
 set(dsp_for_speed $<${dsp_optimised}:-O3>)
 set(dsp_for_size "$<${dsp_optimised}:-O2;-ftree-vectorize>" $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>)
@@ -60,7 +60,7 @@ set(dsp_isa_flags_baseline ${dsp_for_speed})
 if("avx2" IN_LIST dsp_isas)
   set(dsp_isa_flags_baseline ${dsp_for_size})
 endif()
-# Kernels only, and not those of matrices: Clang 14 makes vectors of that code that come out wrong in WebAssembly.
+# In WebAssembly only kernels use vectors, and not those of matrices, which Clang 14 compiles wrongly with them.
 if(EMSCRIPTEN)
   list(APPEND dsp_isa_flags_baseline -msimd128)
   set_property(SOURCE ${PROJECT_SOURCE_DIR}/dsp/rf/matrix_kernels.isa.cpp APPEND PROPERTY COMPILE_OPTIONS -mno-simd128)
