@@ -1,5 +1,5 @@
-# What `cmake --install` puts down: library, headers, programs, a CMake package, dsp.pc and the documents; and the target
-# `uninstall`, which takes it away again. DspPackages.cmake makes Debian packages of it.
+# What `cmake --install` installs: library, headers, programs, a CMake package, dsp.pc and the documents; and the target
+# `uninstall`, which removes it. DspPackages.cmake makes Debian packages of it.
 
 include(CMakePackageConfigHelpers)
 

@@ -1,5 +1,5 @@
-# Debian packages of what `cmake --install` puts down, made by scripts/package. The files that every package has to have
-# lie in ${dsp_debian}, where that script puts them.
+# Debian packages of what `cmake --install` installs, made by scripts/package. That script puts the files that every
+# package must have into ${dsp_debian}.
 
 set(DSP_MAINTAINER "dsp developers <dsp@example.org>" CACHE STRING "maintainer of the Debian packages")
 set(dsp_debian ${PROJECT_BINARY_DIR}/debian)
@@ -9,7 +9,7 @@ set(dsp_debian_name_tools dsp-tools)
 set(dsp_debian_name_python python3-dsp)
 set(dsp_debian_name_documents libdsp-doc)
 
-# A manual page for each program, of what its --help says.
+# A manual page for each program, made of its --help.
 find_program(HELP2MAN help2man REQUIRED)
 set(dsp_pages)
 function(dsp_manual_page program about)
