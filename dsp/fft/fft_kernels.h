@@ -29,8 +29,7 @@ struct fft_tables {
 constexpr int most_small_real_bits = 4;
 
 struct fft_kernel_set {
-  int lanes;        // of the widest kernel
-  int root_values;  // doubles a root takes: cos, sin, or cos, -(cos + sin), sin - cos for three-multiplication products
+  int lanes;  // of the widest kernel
   int most_small_bits;
   void (*transform)(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse);
   void (*small)(int bits, double *x, double scale, bool inverse);  // up to 2^most_small_bits

@@ -11,15 +11,7 @@ namespace dsp::fft {
 namespace DSP_ISA {
 namespace {
 
-#if defined(__AVX512F__)
-constexpr int widest = 8;
-#elif defined(__AVX__)
-constexpr int widest = 4;
-#elif defined(__SSE2__) || defined(__aarch64__)
-constexpr int widest = 2;
-#else
-constexpr int widest = 1;
-#endif
+constexpr int widest = has_vector_registers ? lane_count : 1;
 
 // Blocks of so many samples go through all their passes before the next is touched.
 constexpr std::ptrdiff_t cached_samples = 1024;
@@ -396,7 +388,7 @@ void small_real_any(int bits, double *x, double scale, bool inverse) {
 }  // namespace
 
 extern const fft_kernel_set fft_set = {
-    widest > 2 ? widest : 2, root_values,      most_small_bits, transform_any, small_any, post_process, pre_process,
+    widest > 2 ? widest : 2, most_small_bits,  transform_any,  small_any, post_process, pre_process,
     small_real_any,          post_process_any, pre_process_any};
 
 }  // namespace DSP_ISA

@@ -42,7 +42,6 @@ struct carver {
 struct table_filler {
   const circle &roots_of_n;
   int32_t n;
-  int32_t root_values;
   bool in_pairs;
 
   int32_t values_of_lane() const { return in_pairs ? 4 : root_values; }
@@ -50,8 +49,7 @@ struct table_filler {
   void put(int64_t k, int32_t spacing, double *to) const {
     const root r = roots_of_n[k];
     to[0] = r.cos;
-    to[spacing] = root_values == 2 ? r.sin : -(r.cos + r.sin);
-    if (root_values == 3) to[2 * spacing] = r.sin - r.cos;
+    to[spacing] = r.sin;
   }
 
   void put_lane(int64_t k, int32_t lanes, int32_t lane, double *to) const {
@@ -121,7 +119,7 @@ void build_circles(mixed_part *part, int32_t lanes, const table_filler &fill, ca
 }
 
 void build_part(mixed_part *part, const part_layout &layout, const table_filler &fill, carver *memory) {
-  double *roots = memory->take(roots_in_passes(*part) * fill.root_values);
+  double *roots = memory->take(roots_in_passes(*part) * root_values);
   const int32_t blocks = part->last_blocks;
   uint32_t *order = memory->take_numbers(int64_t{blocks} * layout.copies);
   if (memory->at == nullptr) return;
@@ -199,7 +197,7 @@ void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   const bool transposed = plan->transposed != 0;
   build_part(&plan->columns, transposed ? part_layout{lanes, 1, n2} : part_layout{1, 0, 1}, fill, memory);
   const int64_t vectors = (int64_t{n2} + lanes - 1) / lanes * plan->n1;
-  double *first = memory->take(transposed ? (plan->n1 - plan->n1 / lanes) * int64_t{fill.root_values} : 0);
+  double *first = memory->take(transposed ? (plan->n1 - plan->n1 / lanes) * int64_t{root_values} : 0);
   double *middle = memory->take(vectors * lanes * fill.values_of_lane());
   if (memory->at == nullptr) return;
   plan->first = first;
@@ -232,7 +230,7 @@ const mixed_entry *make_mixed(int32_t n, const mixed_shape &shape) {
   mixed_plan plan = make_plan(n, shape);
   const mixed_kernel_set &kernels = mixed_kernels_for(plan.lanes);
   circle roots(n);
-  const table_filler fill = {roots, n, kernels.root_values, plan.lanes == kernels.pair_lanes};
+  const table_filler fill = {roots, n, plan.lanes == kernels.pair_lanes};
   carver memory = {nullptr, 0};
   build_tables(&plan, fill, &memory);
   if (!roots.build()) return nullptr;

@@ -385,7 +385,7 @@ void transform(const mixed_plan &plan, const mixed_work &work, double *x, double
 
 }  // namespace
 
-extern const mixed_kernel_set mixed_set = {widest_lanes, pair_lanes, root_values, transform, any_direct};
+extern const mixed_kernel_set mixed_set = {widest_lanes, pair_lanes, transform, any_direct};
 
 }  // namespace DSP_ISA
 }  // namespace dsp::fft

@@ -37,7 +37,7 @@ const double *octants[32];
 
 [[gnu::noinline]] bool set_up(int bits, const fft_kernel_set &kernels, fft_setup *setup) {
   fft_setup fresh = {&kernels, make_plan(bits, kernels.lanes), {}};
-  fresh.tables.roots = twiddle_table(fresh.plan, kernels.root_values);
+  fresh.tables.roots = twiddle_table(fresh.plan);
   fresh.tables.pairs = bitrev_pairs(bits - 2 * fresh.plan.tile_bits);
   fresh.tables.fixed = bitrev_fixed(bits - 2 * fresh.plan.tile_bits);
   if (fresh.tables.roots == nullptr || fresh.tables.pairs == nullptr || fresh.tables.fixed == nullptr) return false;

@@ -14,12 +14,6 @@ constexpr int64_t octant_length(int64_t n) { return n / 8 + 1; }
 
 void fill_octant_table(double *table, int64_t n) { fill_octant(table, table + octant_length(n), n); }
 
-void put_root(const root &r, int root_values, int lanes, double *to) {
-  to[0] = r.cos;
-  to[lanes] = root_values == 2 ? r.sin : -(r.cos + r.sin);
-  if (root_values == 3) to[2 * lanes] = r.sin - r.cos;
-}
-
 // Calls visit(n, radix) for the blocks of every pass.
 template <class Visit>
 void visit_passes(const fft_plan &plan, const Visit &visit) {
@@ -30,15 +24,16 @@ void visit_passes(const fft_plan &plan, const Visit &visit) {
   }
 }
 
-void fill_passes(const fft_plan &plan, int root_values, const double *octant, double *to) {
+void fill_passes(const fft_plan &plan, const double *octant, double *to) {
   const int64_t whole = int64_t{1} << plan.bits;
   visit_passes(plan, [&](int64_t n, int radix) {
     for (int64_t j = 0; j < n / radix; j += plan.lanes) {
       for (int power = 1; power < radix; ++power, to += root_values * plan.lanes) {
         for (int lane = 0; lane < plan.lanes; ++lane) {
           const int64_t k = power * (j + lane) * (whole / n);
-          put_root(root_from_octant(octant, octant + octant_length(whole), whole, k), root_values, plan.lanes,
-                   to + lane);
+          const root r = root_from_octant(octant, octant + octant_length(whole), whole, k);
+          to[lane] = r.cos;
+          to[plan.lanes + lane] = r.sin;
         }
       }
     }
@@ -47,16 +42,16 @@ void fill_passes(const fft_plan &plan, int root_values, const double *octant, do
 
 }  // namespace
 
-const double *twiddle_table(const fft_plan &plan, int root_values) {
+const double *twiddle_table(const fft_plan &plan) {
   const int64_t n = int64_t{1} << plan.bits;
   int64_t roots = 0;
   visit_passes(plan, [&roots](int64_t block, int radix) { roots += block / radix * (radix - 1); });
-  const int64_t key = (n * 16 + plan.lanes) * 4 + root_values;
+  const int64_t key = n * 64 + plan.lanes;
   return fft_twiddle_cache.find_or_build(key, roots * root_values, [&](double *table) {
     double *octant = allocate_doubles(2 * octant_length(n));
     if (octant == nullptr) return false;
     fill_octant_table(octant, n);
-    fill_passes(plan, root_values, octant, table);
+    fill_passes(plan, octant, table);
     heap_release(octant);
     return true;
   });
