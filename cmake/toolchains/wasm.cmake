@@ -1,9 +1,9 @@
 # WebAssembly with its vector instructions: Debian's emscripten, run by Node. The preset names the folder where Debian
 # keeps the modules of Node that emscripten uses, since another Node does not look there.
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)
-# Kernels hold templates that short vectors have no use for.
+# Memory is copied by instructions for it. Kernels hold templates that short vectors have no use for.
 foreach(language C CXX)
-  set(CMAKE_${language}_FLAGS_INIT "-fwasm-exceptions -Wno-unneeded-internal-declaration")
+  set(CMAKE_${language}_FLAGS_INIT "-fwasm-exceptions -mbulk-memory -Wno-unneeded-internal-declaration")
 endforeach()
 # The link optimises no more: that would take minutes for a program.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-O1 -sALLOW_MEMORY_GROWTH -sNODERAWFS -sEXIT_RUNTIME")
