@@ -86,7 +86,11 @@ class raw_input {
     frames_.resize(frame * static_cast<std::size_t>(count));
     if (std::fread(frames_.data(), frame, static_cast<std::size_t>(count), stdin) < static_cast<std::size_t>(count))
       return false;
-    for (int32_t i = 0; i < count; ++i) samples[i] = value_(frames_.data() + static_cast<std::size_t>(i) * frame);
+    for (int32_t i = 0; i < count; ++i, ++done_) {
+      samples[i] = value_(frames_.data() + static_cast<std::size_t>(i) * frame);
+      if (!(std::abs(samples[i]) <= 1e90))
+        throw failure("sample " + std::to_string(done_ + 1) + " is not finite, or too large; see --format");
+    }
     return true;
   }
 
@@ -102,6 +106,7 @@ class raw_input {
   std::size_t bytes_ = 0;
   double (*value_)(const char *) = nullptr;
   std::vector<char> frames_;
+  int64_t done_ = 0;
 };
 
 struct screen {
@@ -182,18 +187,19 @@ line strongest(const signal &power) {
   return {(peak[1] + half_lobe) * power.dx, 10.0 * std::log10(lines[bin] * std::exp(curvature * offset * offset))};
 }
 
-std::string told(const line &l, double rate) {
+/** The frequency to a thousandth of a bin, or to 0.01 Hz where bins are wide. */
+std::string told(const line &l, double bin, double rate) {
   if (std::isnan(l.frequency)) return "no line stands out\n";
   char text[80];
-  std::snprintf(text, sizeof text, "strongest: %.2f Hz, %.2f dB; sample rate %.0f Hz\n", l.frequency, l.level, rate);
-  return text;
+  std::snprintf(text, sizeof text, " Hz, %.2f dB; sample rate %.10g Hz\n", l.level, rate);
+  return "strongest: " + examples::fixed(l.frequency, std::max(examples::decimals_for(bin / 1000.0), 2)) + text;
 }
 
 std::string frame(const signal &power, const screen &s, double rate) {
   signal levels;
   require(dsp_copy(&levels, &power), "copy the spectrum");
   require(dspi_db(&levels, 10.0), "convert the spectrum to dB");
-  return plot(levels, s) + told(strongest(power), rate);
+  return plot(levels, s) + told(strongest(power), power.dx, rate);
 }
 
 int live(const examples::arguments &given) {

@@ -101,6 +101,7 @@ grep -q "strongest: 997\.3[0-2] Hz, -6\.0[0-4] dB" report || fail "live reads $(
 program=$live
 refuses "fewer samples" <tone.txt --block 1048576
 refuses "power of two" --block 1000 <tone.raw
+refuses "sample 1 is not finite" --format f32 <<<"$(yes $'\xff' | tr -d '\n' | head -c 20000)"
 refuses "not one of s16" --format u8 <tone.raw
 
 [ $failures -eq 0 ] || exit 1
