@@ -93,6 +93,8 @@ refuses "truncated" -o x.csv truncated.wav
 refuses "no sound file" -o x.csv headless.wav
 refuses "no sound file" -o x.csv text.wav
 refuses "directory" -o x.csv .
+refuses "not a plain file" -o x.csv /dev/null
+refuses "needs a name" -o x.csv --rate 1 -
 refuses "hanning" -o x.csv --window hanning tone.wav
 refuses "fewer than a block" -o x.csv --block 12001 tone.wav
 refuses "fewer than a block" -o x.csv --rate 1 --block 20001 tone.txt

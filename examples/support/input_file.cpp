@@ -12,6 +12,8 @@ namespace examples {
 int64_t readable_size(const std::string &path) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) throw failure(path + " is a directory");
+  if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
+    throw failure(path + " is not a plain file; only a sound file is read from a pipe, as - from standard input");
   errno = 0;
   std::ifstream file(path, std::ios::binary | std::ios::ate);
   if (!file) throw failure("cannot read " + path + ": " + std::strerror(errno));

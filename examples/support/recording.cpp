@@ -30,6 +30,7 @@ std::unique_ptr<sample_reader> open_recording(const arguments &given, const std:
   const bool text = given.has("rate") || given.has("column") || extension == ".csv" || extension == ".tsv" ||
                     extension == ".txt" || extension == ".dat";
   if (!text) return open_sound(path);
+  if (path == "-") throw failure("only a sound file is read from standard input; a text file needs a name");
   return open_column(path, given.text("column", ""), given.number("rate", 0.0, 1e-9, 1e15));
 }
 
