@@ -47,9 +47,8 @@ const char *const introduction =
     "\n"
     "Filters a sound file, lowers its sample rate, or both, in that order; all channels alike. The end of the "
     "output's\n"
-    "name tells its format, and its samples lie where they were in time. - is standard input, or a WAV file on "
-    "standard\n"
-    "output.\n"
+    "name tells its format, and its samples lie where they were in time, to within one sample of the input. - is\n"
+    "standard input, or a WAV file on standard output.\n"
     "\n";
 
 const char *const notes =
@@ -65,9 +64,9 @@ const char *const notes =
     "\n"
     "Samples beyond full scale are clipped by integer encodings; standard error then tells how many, and by how much.\n"
     "\n"
-    "JSON holds rate, frames and channels of the output, its largest sample (level, in dB of full scale), and how "
-    "many\n"
-    "were clipped.\n"
+    "JSON holds rate, frames and channels of the output, its largest sample (level, in dB of full scale), how many\n"
+    "were clipped, and the time of its first sample in the input (start, in s): 0, but for an even number of taps and\n"
+    "for a rate that is converted.\n"
     "\n"
     "Status 0, or 2 with a line on standard error that says what is refused; no file is then written.\n";
 
@@ -163,14 +162,19 @@ class channel {
  public:
   /** No taps: no filter. */
   channel(const signal &taps, double ratio) : taps_(taps), to_drop_(std::max(taps.length - 1, 0) / 2) {
+    if (taps.length > 0 && taps.length % 2 == 0) start_ = -0.5;
     if (ratio == 1.0) return;
     converter_ = std::make_unique<converter>(ratio);
     // Silence ahead moves the time of the first output to that of the first sample, or less than one sample after it.
     signal lead(static_cast<int32_t>(converter_->first()));
+    start_ += converter_->first() - lead.length;
     require(dspi_zero(&lead), "prepare the converter");
     signal nothing;
     converter_->process(lead, &nothing);
   }
+
+  /** The time of the first output, in samples of the input. */
+  double start() const { return start_; }
 
   /** Replaces the block by its output. */
   void process(signal *block) {
@@ -187,6 +191,7 @@ class channel {
   const signal &taps_;
   signal past_;
   int32_t to_drop_;  // outputs of the filter that come before the first sample
+  double start_ = 0.0;
   std::unique_ptr<converter> converter_;
 };
 
@@ -306,7 +311,7 @@ int64_t process(examples::sample_reader &recording, const job &j, const signal &
 
 /** What there is to say of a written stream: to standard error where samples were clipped, and a line of report. */
 void tell(const job &j, const examples::arguments &given, const examples::sound_writer &sound, int64_t frames,
-          double rate, int channels) {
+          double rate, int channels, double start) {
   const double level = 20.0 * std::log10(sound.largest());
   if (sound.clipped() > 0)
     std::fprintf(
@@ -321,7 +326,7 @@ void tell(const job &j, const examples::arguments &given, const examples::sound_
   }
   examples::json out;
   out.add("rate", rate).add("frames", static_cast<double>(frames)).add("channels", channels);
-  out.add("level", level).add("clipped", static_cast<double>(sound.clipped())).print();
+  out.add("level", level).add("clipped", static_cast<double>(sound.clipped())).add("start", start).print();
 }
 
 int stream_of(const examples::arguments &given) {
@@ -358,7 +363,7 @@ int stream_of(const examples::arguments &given) {
   const int64_t frames = process(*recording, j, taps, sound, before.get(), after.get());
   if (before) draw(j.picture, name_of(j.input) + " and " + name_of(j.output), rate / 2.0, before.get(), after.get());
   sound.commit();
-  tell(j, given, sound, frames, new_rate, channels);
+  tell(j, given, sound, frames, new_rate, channels, channel(taps, j.ratio).start() / rate);
   return 0;
 }
 

@@ -61,7 +61,8 @@ reads -12 back.wav 1 1000
 "$stream" --gain 12.0412 in.wav loud.wav >report 2>clipped || fail "a loud output"
 grep -q "clipped, the largest [56]\.[0-9]* dB beyond.*--gain 6\.0" clipped || fail "clipped: $(cat clipped)"
 "$stream" --gain 12.0412 --encoding f32 --json in.wav loud.wav >report 2>clipped || fail "a loud output in floats"
-grep -q '"frames": 24000, .*"level": [56]\..*"clipped": 0}' report && [ ! -s clipped ] || fail "floats: $(cat report clipped)"
+grep -q '"frames": 24000, .*"level": [56]\..*"clipped": 0, "start": 0}' report && [ ! -s clipped ] || fail "floats: $(cat report clipped)"
+"$stream" -f lowpass -e 5000 -t 20 --json in.wav even.wav | grep -q '"start": -1\.04166.*e-05}' || fail "start of even.wav"
 reads 0 loud.wav 1 1000; reads 6 loud.wav 2 3000
 ln in.wav same.wav
 
