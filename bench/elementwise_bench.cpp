@@ -20,7 +20,7 @@ constexpr double pi = 3.141592653589793;
 
 // v is what the work changes, a and b are given; n samples.
 using ours = void (*)(dsp_vec *v, const dsp_vec *a, const dsp_vec *b);
-using plain = void (*)(double *v, const double *a, const double *b, std::int64_t n);
+using plain = void (*)(double *v, const double *a, const double *b, int64_t n);
 
 enum : unsigned { real = 0, pairs = 1, fresh = 2 };  // fresh: v starts as a copy of a each time, on either side
 
@@ -40,8 +40,8 @@ complex *z(double *x) { return reinterpret_cast<complex *>(x); }
 const complex *z(const double *x) { return reinterpret_cast<const complex *>(x); }
 
 // clang-format off
-#define EACH for (std::int64_t i = 0; i < n; ++i)
-#define LOOP [](double *__restrict v, [[maybe_unused]] const double *a, [[maybe_unused]] const double *b, std::int64_t n)
+#define EACH for (int64_t i = 0; i < n; ++i)
+#define LOOP [](double *__restrict v, [[maybe_unused]] const double *a, [[maybe_unused]] const double *b, int64_t n)
 #define OURS [](dsp_vec *v, [[maybe_unused]] const dsp_vec *a, [[maybe_unused]] const dsp_vec *b)
 
 const work works[] = {
@@ -67,7 +67,7 @@ const work works[] = {
     {"magnitude_hypot", pairs, 3, OURS { dspu_mag(a, v); }, LOOP { EACH v[i] = std::abs(z(a)[i]); }},
     {"magsq", pairs, 3, OURS { dspu_magsq(a, v); }, LOOP { EACH v[i] = std::norm(z(a)[i]); }},
     {"ritoc", real, 4, OURS { dspb_ritoc(a, b, v); }, LOOP { EACH { v[2 * i] = a[i]; v[2 * i + 1] = b[i]; } }},
-    {"differ", fresh, 2, OURS { dspi_differ(v); }, LOOP { double dx = 0.5; benchmark::DoNotOptimize(dx); for (std::int64_t i = n - 1; i > 0; --i) v[i] = (v[i] - v[i - 1]) / dx; }},
+    {"differ", fresh, 2, OURS { dspi_differ(v); }, LOOP { double dx = 0.5; benchmark::DoNotOptimize(dx); for (int64_t i = n - 1; i > 0; --i) v[i] = (v[i] - v[i - 1]) / dx; }},
     {"integ", fresh, 2, OURS { dspi_integ(v); }, LOOP { double s = 0; EACH v[i] = 0.5 * (s += v[i]); }},
     {"rev", real, 2, OURS { dspi_rev(v); }, LOOP { std::reverse(v, v + n); }},
     {"swap_halves", real, 2, OURS { dspi_swap_halves(v); }, LOOP { std::swap_ranges(v, v + n / 2, v + n / 2); }},
@@ -85,7 +85,7 @@ const work works[] = {
 // clang-format on
 
 // Positive, around 1 and exactly 1 in v, so that repetition leaves it in place; a phase for unwrap.
-doubles input(std::int64_t n, unsigned seed, bool phases) {
+doubles input(int64_t n, unsigned seed, bool phases) {
   std::mt19937_64 engine(seed);
   std::uniform_real_distribution<double> value(0.5, 2.0);
   doubles x(static_cast<std::size_t>(n));
@@ -94,18 +94,18 @@ doubles input(std::int64_t n, unsigned seed, bool phases) {
   return x;
 }
 
-dsp_vec borrow(doubles &x, std::int64_t n, bool is_complex) {
-  return {0.5, x.data(), static_cast<std::int32_t>(x.size()), static_cast<std::int32_t>(n), is_complex, 0};
+dsp_vec borrow(doubles &x, int64_t n, bool is_complex) {
+  return {0.5, x.data(), static_cast<int32_t>(x.size()), static_cast<int32_t>(n), is_complex, 0};
 }
 
-void measure(benchmark::State &state, const work &w, std::int64_t n, bool plain_loop) {
+void measure(benchmark::State &state, const work &w, int64_t n, bool plain_loop) {
   const bool is_complex = (w.flags & pairs) != 0;
   const bool phases = w.name == std::string("unwrap");
-  const std::int64_t count = is_complex ? 2 * n : n;
+  const int64_t count = is_complex ? 2 * n : n;
   // Fresh data are so many that no branch on them can be learnt by heart.
-  const std::int64_t copies = (w.flags & fresh) != 0 && n < 100000 ? 100000 / n : 1;
+  const int64_t copies = (w.flags & fresh) != 0 && n < 100000 ? 100000 / n : 1;
   doubles a = input(count * copies, 1, phases), b = input(count, 2, phases), v(static_cast<std::size_t>(2 * n), 1.0);
-  std::int64_t turn = 0;
+  int64_t turn = 0;
   const dsp_vec va = borrow(a, n, is_complex), vb = borrow(b, n, is_complex);
   for (auto _ : state) {
     if ((w.flags & fresh) != 0)
@@ -119,12 +119,12 @@ void measure(benchmark::State &state, const work &w, std::int64_t n, bool plain_
     benchmark::DoNotOptimize(v.data());
     benchmark::ClobberMemory();
   }
-  state.SetBytesProcessed(state.iterations() * n * w.moved * static_cast<std::int64_t>(sizeof(double)));
+  state.SetBytesProcessed(state.iterations() * n * w.moved * static_cast<int64_t>(sizeof(double)));
 }
 
 const bool registered = [] {
   for (const work &w : works)
-    for (const std::int64_t n : {1000, 100000, 10000000})
+    for (const int64_t n : {1000, 100000, 10000000})
       for (const bool plain_loop : {false, true}) {
         const std::string name = std::string(w.name) + "/" + std::to_string(n) + (plain_loop ? "/loop" : "/dsp");
         benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State &state) { measure(state, w, n, plain_loop); });

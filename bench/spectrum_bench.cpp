@@ -19,9 +19,9 @@ namespace {
 
 using doubles = std::vector<double>;
 
-dsp_vec view(doubles &x) { return {1.0, x.data(), 0, static_cast<std::int32_t>(x.size()), 0, 0}; }
+dsp_vec view(doubles &x) { return {1.0, x.data(), 0, static_cast<int32_t>(x.size()), 0, 0}; }
 
-void check(std::int32_t status) {
+void check(int32_t status) {
   if (status != 0) std::abort();
 }
 
@@ -31,7 +31,7 @@ void our_spectrum(benchmark::State &state, std::size_t n) {
   dsp_vec spectrum, average;
   dsp_init(&spectrum);
   dsp_init(&average);
-  std::int32_t count = 0;
+  int32_t count = 0;
   for (auto _ : state) {
     check(dsph_fft(&in, &spectrum, 0, 1.0, DSP_WINDOW_HANN, 0));
     check(dsph_avg(&spectrum, &average, nullptr, DSP_AVG_MEAN | DSP_AVG_LIMIT, ++count % 1000000, 0, -1.0, 100.0));
@@ -70,7 +70,7 @@ void our_correlation(benchmark::State &state, std::size_t n) {
   dsp_vec out, work;
   dsp_init(&out);
   dsp_init(&work);
-  for (auto _ : state) check(dsph_corr(&ref, &in, &out, &work, static_cast<std::int32_t>(n / 4), 0));
+  for (auto _ : state) check(dsph_corr(&ref, &in, &out, &work, static_cast<int32_t>(n / 4), 0));
   dsp_destroy(&out);
   dsp_destroy(&work);
   dsp_free_internal();

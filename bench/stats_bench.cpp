@@ -36,7 +36,7 @@ void measure(benchmark::State &state, std::size_t n, std::size_t count, const re
     benchmark::DoNotOptimize(x.data());
     benchmark::DoNotOptimize(reduce(x));
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(n * sizeof(double)));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(n * sizeof(double)));
 }
 
 void add(const char *work, const char *library, const reduction &reduce) {
@@ -48,11 +48,11 @@ void add(const char *work, const char *library, const reduction &reduce) {
   }
 }
 
-constexpr std::int32_t bins = 100;
+constexpr int32_t bins = 100;
 
 dsp_vec view(const doubles &x, bool is_complex = false) {
   const std::size_t n = is_complex ? x.size() / 2 : x.size();
-  return {1.0, const_cast<double *>(x.data()), 0, static_cast<std::int32_t>(n), is_complex, 0};
+  return {1.0, const_cast<double *>(x.data()), 0, static_cast<int32_t>(n), is_complex, 0};
 }
 
 template <class Reduce>

@@ -31,7 +31,7 @@ void add(const char *work, const char *library, const std::function<void(doubles
   }
 }
 
-dsp_vec view(doubles &x) { return {1.0, x.data(), 0, static_cast<std::int32_t>(x.size()), 0, 0}; }
+dsp_vec view(doubles &x) { return {1.0, x.data(), 0, static_cast<int32_t>(x.size()), 0, 0}; }
 
 const doubles &hann(std::size_t n) {
   static doubles w;

@@ -27,7 +27,7 @@ class block {
   std::size_t size() const { return memory_.empty() ? 0 : (memory_.size() - 2 * guard) / sizeof(T); }
 
   bool is_intact() const {
-    const auto is_mark = [](std::uint8_t b) { return b == mark; };
+    const auto is_mark = [](uint8_t b) { return b == mark; };
     return memory_.empty() || (std::all_of(memory_.begin(), memory_.begin() + guard, is_mark) &&
                                std::all_of(memory_.end() - guard, memory_.end(), is_mark));
   }
@@ -38,9 +38,9 @@ class block {
 #else
   static constexpr std::ptrdiff_t guard = 64;
 #endif
-  static constexpr std::uint8_t mark = 0xa5;
+  static constexpr uint8_t mark = 0xa5;
 
-  std::vector<std::uint8_t> memory_;
+  std::vector<uint8_t> memory_;
 };
 
 }  // namespace fuzz

@@ -8,10 +8,10 @@ namespace fuzz {
 namespace {
 
 // Keeps at most the samples that are there.
-std::int32_t resize(play *p) {
+int32_t resize(play *p) {
   dsp_vec *v = p->output(true);
-  const std::int32_t length = v->length;
-  const std::uint32_t is_complex = v->is_complex;
+  const int32_t length = v->length;
+  const uint32_t is_complex = v->is_complex;
   v->length = p->integer();
   v->is_complex = p->in->byte() % 2;
   return dsp_realloc(v, std::min(length, p->integer()), is_complex);

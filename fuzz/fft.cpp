@@ -9,14 +9,14 @@ namespace fuzz {
 namespace {
 
 // A length that is no power of two is refused, however little there is behind it.
-std::int32_t bare_array(play *p) {
-  const std::int32_t there = p->in->length();
+int32_t bare_array(play *p) {
+  const int32_t there = p->in->length();
   const bool is_complex = p->in->byte() % 2 != 0;
   block<double> data(static_cast<std::size_t>(there) * (is_complex ? 2 : 1));
-  p->in->fill(data.data(), static_cast<std::int32_t>(data.size()));
-  const std::int32_t wanted = p->integer();
+  p->in->fill(data.data(), static_cast<int32_t>(data.size()));
+  const int32_t wanted = p->integer();
   const bool is_hostile = wanted <= 0 || (wanted & (wanted - 1)) != 0;
-  const std::int32_t status = cf_dspi_fft(data.data(), is_hostile ? wanted : there, is_complex, p->in->byte() % 2);
+  const int32_t status = cf_dspi_fft(data.data(), is_hostile ? wanted : there, is_complex, p->in->byte() % 2);
   p->check(data.is_intact(), "writes beside its array");
   return status;
 }

@@ -9,7 +9,7 @@ namespace {
 // dspd_fir, dspd_sfir: in, out, filter, state.
 enum : unsigned { third_null = 4, fourth_null = 8 };
 
-std::int32_t half_band(play *p) {
+int32_t half_band(play *p) {
   const dsp_vec *in = p->input_signal();
   dsp_vec *out = p->output(false);
   return dspd_hwfilt(in, out, p->in->byte() < 8 ? in : nullptr, p->output(true));

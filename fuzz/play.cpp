@@ -50,8 +50,8 @@ double play::number() {
   return x;
 }
 
-std::int32_t play::integer() {
-  const std::int32_t i = in->integer();
+int32_t play::integer() {
+  const int32_t i = in->integer();
   if (tells) std::fprintf(stderr, " %d", i);
   return i;
 }
@@ -69,11 +69,11 @@ void play::forget_output() {
   std::fill_n(v.data, std::max(v.length, 0) * (v.is_complex != 0 ? 2 : 1), 0.5);
 }
 
-std::uint64_t run(const row &r, input *in, signals *all, bool tells) {
+uint64_t run(const row &r, input *in, signals *all, bool tells) {
   play p(r, in, all, tells);
   if (tells) std::fputs(r.name, stderr);
   all->remember();
-  const std::int32_t status = r.call(&p);
+  const int32_t status = r.call(&p);
   if (tells) std::fprintf(stderr, " -> %d\n", status);
   p.check(status == 0 || status == -1, "returns neither 0 nor -1");
   all->check_untouched(p.changed, r.name);

@@ -27,7 +27,7 @@ class play;
 
 struct row {
   const char *name;
-  std::int32_t (*call)(play *p);  // returns the status
+  int32_t (*call)(play *p);  // returns the status
   unsigned promises;
 };
 
@@ -44,10 +44,10 @@ class play {
   // Calls it with arguments drawn by their type. A signal that is only read is an input; the first other one
   // after it is an output, whose length says nothing; all else is both.
   template <class... Args>
-  std::int32_t call(std::int32_t (*function)(Args...)) {
+  int32_t call(int32_t (*function)(Args...)) {
     const std::tuple<Args...> arguments{draw(static_cast<Args *>(nullptr))...};  // braces: from left to right
     disturb();
-    const std::int32_t status = std::apply(function, arguments);
+    const int32_t status = std::apply(function, arguments);
     note(integer_result_);
     note(number_result_);
     return status;
@@ -56,7 +56,7 @@ class play {
   dsp_vec *output(bool is_input);
   const dsp_vec *input_signal();
   double number();
-  std::int32_t integer();
+  int32_t integer();
 
   // For rows that know more of their routine.
   void check(bool holds, const char *promise) const { fuzz::check(holds, routine.name, promise); }
@@ -68,17 +68,17 @@ class play {
   // What the routine was given, and what came out beside the signals.
   unsigned changed = 0;  // signals that it may change, a bit each
   int first = -1;        // the first of them
-  std::int32_t first_length = 0;
+  int32_t first_length = 0;
   bool is_sane = true;  // all inputs lie within +-1e100
-  std::uint64_t digest = 0;
+  uint64_t digest = 0;
 
  private:
   const dsp_vec *draw(const dsp_vec **) { return input_signal(); }
   dsp_vec *draw(dsp_vec **) { return output((routine.promises & folds) != 0 || !reads_ || sized_ >= 0); }
   double draw(double *) { return number(); }
-  std::int32_t draw(std::int32_t *) { return integer(); }
-  std::uint32_t draw(std::uint32_t *) { return static_cast<std::uint32_t>(integer()); }
-  std::int32_t *draw(std::int32_t **) { return &integer_result_; }
+  int32_t draw(int32_t *) { return integer(); }
+  uint32_t draw(uint32_t *) { return static_cast<uint32_t>(integer()); }
+  int32_t *draw(int32_t **) { return &integer_result_; }
   double *draw(double **) { return &number_result_; }
 
   int draw_signal();
@@ -88,11 +88,11 @@ class play {
   int drawn_ = 0;                  // signals, null ones included
   int sized_ = -1;                 // the signal whose length says nothing
   bool reads_ = false;
-  std::int32_t integer_result_ = 0;
+  int32_t integer_result_ = 0;
   double number_result_ = 0.0;
 };
 
 // Runs the row and insists on what it and every routine promises. Returns a digest of the results beside the signals.
-std::uint64_t run(const row &r, input *in, signals *all, bool tells);
+uint64_t run(const row &r, input *in, signals *all, bool tells);
 
 }  // namespace fuzz

@@ -20,7 +20,7 @@ const fuzz::target *const targets[] = {&fuzz::core,     &fuzz::elementwise, &fuz
 
 void replay(const fuzz::target &t, const std::string &name, const std::string &bytes, bool trace) {
   std::fprintf(trace ? stderr : stdout, "%s\n", name.c_str());
-  fuzz::run(t, reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size(), trace);
+  fuzz::run(t, reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size(), trace);
 }
 
 std::string from_hex(const std::string &digits) {

@@ -9,12 +9,12 @@ namespace {
 enum : unsigned { third_null = 4, fourth_null = 8 };
 
 // A stream from its records to their end, in a few blocks.
-std::int32_t stream(play *p) {
+int32_t stream(play *p) {
   dsph_rsmp_coef coef;
   dsph_rsmp_state state;
   dsph_rsmp_coef_init(&coef);
   dsph_rsmp_state_init(&state);
-  std::int32_t status = dsph_rsmp_coef_alloc(&coef, p->in->byte() < 8);
+  int32_t status = dsph_rsmp_coef_alloc(&coef, p->in->byte() < 8);
   if (status == 0) status = dsph_rsmp_coef_setup(&coef, p->integer(), p->number(), p->integer(), p->in->byte() < 8);
   const bool has_state = p->in->byte() % 8 != 0;
   if (status == 0 && has_state) status = dsph_rsmp_state_alloc(&coef, &state, p->in->byte() % 2);

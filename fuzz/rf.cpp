@@ -11,7 +11,7 @@ namespace {
 
 using elements = block<dsp_complex>;
 
-elements filled(play *p, std::int32_t n) {
+elements filled(play *p, int32_t n) {
   elements z(static_cast<std::size_t>(n));
   p->in->fill(reinterpret_cast<double *>(z.data()), 2 * n);
   return z;
@@ -23,16 +23,16 @@ void finish(play *p, elements *z) {
 }
 
 // The six arrays may be the same ones; an empty range may lie anywhere.
-std::int32_t calibrate(play *p) {
-  const std::int32_t n = p->in->below(20);
+int32_t calibrate(play *p) {
+  const int32_t n = p->in->below(20);
   elements z[6];
   for (elements &each : z) each = filled(p, n);
   dsp_complex *at[6];
   const bool shared = p->in->byte() % 2 != 0;
   for (int i = 0; i < 6; ++i) at[i] = z[shared ? p->in->below(6) : i].data();
   const bool is_within = p->in->byte() < 224;
-  const std::int32_t a = is_within ? p->in->below(n + 1) : p->integer();
-  const std::int32_t b = is_within ? p->in->below(n + 1) : p->integer();
+  const int32_t a = is_within ? p->in->below(n + 1) : p->integer();
+  const int32_t b = is_within ? p->in->below(n + 1) : p->integer();
   Compute1PortTerms(at[0], at[1], at[2], at[3], at[4], at[5], is_within ? std::min(a, b) : std::max(a, b),
                     is_within ? std::max(a, b) : std::min(a, b));
   for (elements &each : z) finish(p, &each);
@@ -40,20 +40,20 @@ std::int32_t calibrate(play *p) {
 }
 
 // Sizes that are refused, however little there is behind them, or small ones.
-std::int32_t multiply(play *p) {
+int32_t multiply(play *p) {
   const bool is_hostile = p->in->byte() >= 192;
-  const std::int32_t m = is_hostile ? p->integer() : p->in->below(7);
-  const std::int32_t k = is_hostile ? p->integer() : p->in->below(7);
-  const std::int32_t columns = is_hostile ? p->integer() : p->in->below(7);
+  const int32_t m = is_hostile ? p->integer() : p->in->below(7);
+  const int32_t k = is_hostile ? p->integer() : p->in->below(7);
+  const int32_t columns = is_hostile ? p->integer() : p->in->below(7);
   const bool refused = m < 0 || k < 0 || columns < 0 || (k > 0 && k > m);
   if (is_hostile && !refused) return 0;
-  const std::int32_t sharing = p->in->below(4);
-  const std::int32_t size = is_hostile ? 1 : std::max({m * k, k * columns, m * columns});
+  const int32_t sharing = p->in->below(4);
+  const int32_t size = is_hostile ? 1 : std::max({m * k, k * columns, m * columns});
   elements a = filled(p, is_hostile || sharing != 0 ? size : m * k);
   elements b = filled(p, is_hostile || sharing != 0 ? size : k * columns);
   elements c = filled(p, is_hostile || sharing != 0 ? size : m * columns);
   elements &out = sharing == 1 ? a : sharing == 2 ? b : c;
-  const std::int32_t written = MatrixMult(a.data(), sharing == 3 ? a.data() : b.data(), out.data(), m, k, columns);
+  const int32_t written = MatrixMult(a.data(), sharing == 3 ? a.data() : b.data(), out.data(), m, k, columns);
   p->check(written == (refused ? -1 : m * columns), "returns another count");
   finish(p, &a);
   finish(p, &b);
@@ -61,25 +61,25 @@ std::int32_t multiply(play *p) {
   return 0;
 }
 
-std::int32_t inverse(play *p) {
+int32_t inverse(play *p) {
   const bool is_hostile = p->in->byte() >= 224;
-  const std::int32_t n = is_hostile ? std::min(p->integer(), 0) : p->in->below(9);
+  const int32_t n = is_hostile ? std::min(p->integer(), 0) : p->in->below(9);
   elements m = filled(p, is_hostile ? 1 : n * n);
-  const std::int32_t done = invert(m.data(), n);
+  const int32_t done = invert(m.data(), n);
   p->check(done == 0 || (done == 1 && n > 0), "returns neither 0 nor 1");
   finish(p, &m);
   return 0;
 }
 
 // Nothing is written when there is no circle.
-std::int32_t fit_circle(play *p) {
-  const std::int32_t n = p->in->below(40);
+int32_t fit_circle(play *p) {
+  const int32_t n = p->in->below(40);
   elements z = filled(p, n);
-  const std::int32_t start = p->in->below(n + 1);
-  const std::int32_t stop = p->in->byte() < 224 ? p->in->below(n + 1) : std::min(p->integer(), start + 2);
+  const int32_t start = p->in->below(n + 1);
+  const int32_t stop = p->in->byte() < 224 ? p->in->below(n + 1) : std::min(p->integer(), start + 2);
   dsp_complex centre = {0.5, 0.5};
   double radius = 0.5, rms = 0.5;
-  const std::int32_t status =
+  const int32_t status =
       vfpd_CircleFit(z.data(), start, stop, &centre, &radius, p->in->byte() % 2 != 0 ? &rms : nullptr);
   if (status != 0)
     p->check(centre.re == 0.5 && radius == 0.5 && rms == 0.5, "writes what it refuses");
@@ -89,15 +89,15 @@ std::int32_t fit_circle(play *p) {
 }
 
 // Abscissae that mostly rise, queries that are anything.
-std::int32_t interpolate(play *p) {
-  const std::int32_t n = p->in->below(9), m = p->in->below(20);
+int32_t interpolate(play *p) {
+  const int32_t n = p->in->below(9), m = p->in->below(20);
   elements z = filled(p, n), zi = filled(p, m);
   block<double> x(static_cast<std::size_t>(n)), xi(static_cast<std::size_t>(m));
   p->in->fill(x.data(), n);
   p->in->fill(xi.data(), m);
   if (p->in->byte() < 224)
-    for (std::int32_t i = 1; i < n; ++i) x.data()[i] = x.data()[i - 1] + std::fabs(x.data()[i]);
-  const std::int32_t nodes = p->in->byte() < 240 ? n : std::min(p->integer(), 0);
+    for (int32_t i = 1; i < n; ++i) x.data()[i] = x.data()[i - 1] + std::fabs(x.data()[i]);
+  const int32_t nodes = p->in->byte() < 240 ? n : std::min(p->integer(), 0);
   CircularInterpolation(x.data(), z.data(), nodes, xi.data(), zi.data(), p->in->byte() < 240 ? m : 0);
   finish(p, &z);
   finish(p, &zi);

@@ -11,13 +11,11 @@
 namespace fuzz {
 namespace {
 
-constexpr std::int32_t longest = 2500;  // quadratic routines are to end soon
+constexpr int32_t longest = 2500;  // quadratic routines are to end soon
 
-std::int64_t doubles(const dsp_vec &v) {
-  return static_cast<std::int64_t>(std::max(v.length, 0)) * (v.is_complex != 0 ? 2 : 1);
-}
+int64_t doubles(const dsp_vec &v) { return static_cast<int64_t>(std::max(v.length, 0)) * (v.is_complex != 0 ? 2 : 1); }
 
-std::uint64_t digest_of(const dsp_vec &v) { return mix(0, v.data, static_cast<std::size_t>(doubles(v))); }
+uint64_t digest_of(const dsp_vec &v) { return mix(0, v.data, static_cast<std::size_t>(doubles(v))); }
 
 bool same_record(const dsp_vec &a, const dsp_vec &b) {
   return std::memcmp(&a.dx, &b.dx, sizeof a.dx) == 0 && a.data == b.data && a.capacity == b.capacity &&
@@ -45,7 +43,7 @@ void signals::make(int k, input *in) {
   empty_stale_views();
   const int how = in->byte();
   const int kind = kinds[how % 8];
-  v.is_complex = static_cast<std::uint32_t>(how / 8 % 8 == 7 ? -1 : how / 8 % 2);
+  v.is_complex = static_cast<uint32_t>(how / 8 % 8 == 7 ? -1 : how / 8 % 2);
   if (how & 64) v.dx = in->number();
   if (kind == empty) return;
   v.length = how & 128 ? in->length() : usual_;
@@ -64,14 +62,14 @@ void signals::make(int k, input *in) {
     v.length = 0;
     return;
   }
-  in->fill(v.data, static_cast<std::int32_t>(need));
+  in->fill(v.data, static_cast<int32_t>(need));
 }
 
-std::int64_t signals::room(int k) const {
+int64_t signals::room(int k) const {
   const dsp_vec &v = records_[k];
   if (v.capacity > 0) return v.capacity;
   if (v.data == nullptr) return 0;
-  return owner_[k] >= 0 ? room(owner_[k]) : static_cast<std::int64_t>(lent_[k].size());
+  return owner_[k] >= 0 ? room(owner_[k]) : static_cast<int64_t>(lent_[k].size());
 }
 
 bool signals::share(int a, int b) const {
@@ -94,7 +92,7 @@ void signals::check_untouched(unsigned changed, const char *routine) const {
   }
 }
 
-void signals::settle(unsigned changed, std::int32_t status, const char *routine) {
+void signals::settle(unsigned changed, int32_t status, const char *routine) {
   for (int k = 0; k < count; ++k) {
     check(lent_[k].is_intact(), routine, "writes beside a borrowed buffer");
     if ((changed >> k & 1) == 0) continue;
@@ -135,8 +133,8 @@ bool signals::has_nan(int k) const {
   return std::any_of(v.data, v.data + doubles(v), [](double x) { return std::isnan(x); });
 }
 
-std::uint64_t signals::digest() const {
-  std::uint64_t hash = 0;
+uint64_t signals::digest() const {
+  uint64_t hash = 0;
   for (const dsp_vec &v : records_) {
     hash = mix(hash, v.dx);
     hash = mix(hash, static_cast<double>(doubles(v)));

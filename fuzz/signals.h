@@ -36,26 +36,26 @@ class signals {
 
   // After a call that was given the signals `changed`: they must be records as the status promises. Views whose owner
   // has got another buffer become empty, and so does a signal that a failed call left longer than its buffer.
-  void settle(unsigned changed, std::int32_t status, const char *routine);
+  void settle(unsigned changed, int32_t status, const char *routine);
 
   // Of spacings, lengths and samples; any NaN is like any other.
-  std::uint64_t digest() const;
+  uint64_t digest() const;
 
  private:
   struct memory {
     dsp_vec record;
-    std::uint64_t samples;
+    uint64_t samples;
     unsigned sharing;  // a bit for each signal on the same buffer
   };
 
-  std::int64_t room(int k) const;  // doubles that signal k may touch
+  int64_t room(int k) const;  // doubles that signal k may touch
   void empty_stale_views();
 
   dsp_vec records_[count];
   int owner_[count];  // of a view; -1: none
   block<double> lent_[count];
   memory remembered_[count];
-  std::int32_t usual_;  // a length that many signals have, since most routines want equal ones
+  int32_t usual_;  // a length that many signals have, since most routines want equal ones
 };
 
 }  // namespace fuzz

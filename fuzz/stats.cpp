@@ -8,7 +8,7 @@ namespace {
 
 // The search for zeros takes a time that rises with the square of the degree.
 template <auto Routine>
-std::int32_t with_short_signals(play *p) {
+int32_t with_short_signals(play *p) {
   for (int k = 0; k < signals::count; ++k)
     if ((*p->all)[k]->length > 100) return 0;
   return p->call(Routine);

@@ -23,7 +23,7 @@ void allocate(dsp_vec *v) {
   v->data = static_cast<double *>(dsp::heap_allocate(bytes_of(v)));
 }
 
-void reallocate(dsp_vec *v, std::int32_t, std::uint32_t) {
+void reallocate(dsp_vec *v, int32_t, uint32_t) {
   const std::size_t old = v->data != nullptr ? static_cast<std::size_t>(v->capacity) * sizeof(double) : 0;
   v->data = static_cast<double *>(dsp::heap_resize(v->data, old, bytes_of(v)));
 }
@@ -37,15 +37,15 @@ void use_hooks(bool use) {
 }
 
 // The first byte says which request for memory fails, if any, and whether through hooks.
-void fail_memory(std::uint8_t how) {
+void fail_memory(uint8_t how) {
   if (how >= 128) support::heap_fail(how % 32 + 1, how >= 192);
 }
 
 // What the signals have been through, up to the first call that rounds: the same for the same bytes.
-std::uint64_t play_out(const target &t, input in, bool tells) {
-  std::uint64_t digest = 0;
+uint64_t play_out(const target &t, input in, bool tells) {
+  uint64_t digest = 0;
   bool is_exact = true;
-  const std::uint8_t memory = in.byte();
+  const uint8_t memory = in.byte();
   use_hooks((memory & 32) != 0);
   {
     signals all(&in);
@@ -53,7 +53,7 @@ std::uint64_t play_out(const target &t, input in, bool tells) {
     for (int calls = 0; calls < most_calls && !in.is_empty(); ++calls) {
       const int what = in.byte();
       const row &r = t.rows[static_cast<std::size_t>(what) % t.count];
-      std::uint64_t result = 0;
+      uint64_t result = 0;
       if (what >= 224)
         all.make(what % signals::count, &in);
       else
@@ -70,17 +70,17 @@ std::uint64_t play_out(const target &t, input in, bool tells) {
 
 }  // namespace
 
-void run(const target &t, const std::uint8_t *bytes, std::size_t size, bool tells) {
+void run(const target &t, const uint8_t *bytes, std::size_t size, bool tells) {
   static const dsp::isa best = dsp::active_isa();
   support::heap_limit(most_bytes);
   const long live = support::heap_live();
   const auto on = [&](dsp::isa set) {
     dsp::force_isa(set);
-    const std::uint64_t digest = play_out(t, input(bytes, size), tells);
+    const uint64_t digest = play_out(t, input(bytes, size), tells);
     check(support::heap_live() == live, t.name, "leaks");
     return digest;
   };
-  const std::uint64_t digest = on(best);
+  const uint64_t digest = on(best);
   if (best == dsp::isa::baseline) return;
   const bool take_avx2 = best == dsp::isa::avx512 && size > 0 && (bytes[0] & 16) != 0;
   check(on(take_avx2 ? dsp::isa::avx2 : dsp::isa::baseline) == digest, t.name, "depends on the instruction set");

@@ -23,6 +23,6 @@ struct target {
 extern const target core, elementwise, fft, stats, window, spectrum, filter, resample, interp, trace, rf;
 
 // Ends the process when a promise is broken. `tells`: on standard error, what it calls.
-void run(const target &t, const std::uint8_t *bytes, std::size_t size, bool tells = false);
+void run(const target &t, const uint8_t *bytes, std::size_t size, bool tells = false);
 
 }  // namespace fuzz

@@ -10,13 +10,13 @@ namespace {
 
 // Points to read, points to write, and a range: mostly within them, sometimes an empty one that lies anywhere.
 struct trace_arrays {
-  explicit trace_arrays(play *p, std::int32_t in_parts = 1, std::int32_t out_parts = 1)
+  explicit trace_arrays(play *p, int32_t in_parts = 1, int32_t out_parts = 1)
       : n(p->in->length()), in(static_cast<std::size_t>(n * in_parts)), out(static_cast<std::size_t>(n * out_parts)) {
     p->in->fill(in.data(), n * in_parts);
     p->in->fill(out.data(), n * out_parts);
     const bool is_within = p->in->byte() < 224;
-    const std::int32_t a = is_within ? p->in->below(n + 1) : p->integer();
-    const std::int32_t b = is_within ? p->in->below(n + 1) : p->integer();
+    const int32_t a = is_within ? p->in->below(n + 1) : p->integer();
+    const int32_t b = is_within ? p->in->below(n + 1) : p->integer();
     start = is_within ? std::min(a, b) : std::max(a, b);
     stop = is_within ? std::max(a, b) : std::min(a, b);
     count = is_within ? n : std::min(stop, 0);
@@ -25,54 +25,54 @@ struct trace_arrays {
   const dsp_complex *complex_in() { return reinterpret_cast<const dsp_complex *>(in.data()); }
   dsp_complex *complex_out() { return reinterpret_cast<dsp_complex *>(out.data()); }
 
-  std::int32_t finish(play *p) {
+  int32_t finish(play *p) {
     p->check(in.is_intact() && out.is_intact(), "writes beside its arrays");
     p->note(in.data(), in.size());
     p->note(out.data(), out.size());
     return 0;
   }
 
-  std::int32_t finish_index(play *p, std::int32_t index, std::int32_t least) {
+  int32_t finish_index(play *p, int32_t index, int32_t least) {
     p->check(stop <= start || (index >= least && index < stop) || index == start, "gives a place outside the range");
     p->note(index);
     return finish(p);
   }
 
-  std::int32_t n, start, stop, count;
+  int32_t n, start, stop, count;
   block<double> in, out;
 };
 
-std::int32_t scale_reals(play *p) {
+int32_t scale_reals(play *p) {
   trace_arrays t(p);
   (p->in->byte() % 2 != 0 ? vfpdbMul1 : vfpdbMul2)(p->number(), t.out.data(), t.count);
   return t.finish(p);
 }
 
-std::int32_t scale_floats(play *p) {
-  const std::int32_t n = p->in->length();
+int32_t scale_floats(play *p) {
+  const int32_t n = p->in->length();
   block<float> data(static_cast<std::size_t>(n));
-  for (std::int32_t i = 0; i < n; ++i) data.data()[i] = static_cast<float>(i % 7 - 3);
+  for (int32_t i = 0; i < n; ++i) data.data()[i] = static_cast<float>(i % 7 - 3);
   if (n > 0) data.data()[n / 2] = p->in->single();
-  const std::int32_t count = p->in->byte() < 224 ? n : std::min(p->integer(), 0);
+  const int32_t count = p->in->byte() < 224 ? n : std::min(p->integer(), 0);
   vfpsbMul2(p->in->single(), data.data(), count);
   p->check(data.is_intact(), "writes beside its array");
-  for (std::int32_t i = 0; i < n; ++i) p->note(data.data()[i]);
+  for (int32_t i = 0; i < n; ++i) p->note(data.data()[i]);
   return 0;
 }
 
-std::int32_t scale_to_int(play *p) {
+int32_t scale_to_int(play *p) {
   trace_arrays t(p);
-  block<std::int32_t> pixels(static_cast<std::size_t>(t.n));
+  block<int32_t> pixels(static_cast<std::size_t>(t.n));
   const auto routine = p->in->byte() % 2 != 0 ? vfpdb_ScaleToInt : vfpdb_ScaleToInt2;
   const double lo = p->number(), hi = p->number();
-  const std::int32_t out_lo = p->integer(), out_hi = p->integer();
+  const int32_t out_lo = p->integer(), out_hi = p->integer();
   routine(t.in.data(), t.count, lo, hi, pixels.data(), out_lo, out_hi);
   p->check(pixels.is_intact(), "writes beside its array");
-  for (std::int32_t i = 0; i < t.count; ++i) p->note(pixels.data()[i]);
+  for (int32_t i = 0; i < t.count; ++i) p->note(pixels.data()[i]);
   return t.finish(p);
 }
 
-std::int32_t scale_to_fp(play *p) {
+int32_t scale_to_fp(play *p) {
   trace_arrays t(p);
   const double lo = p->number(), hi = p->number();
   const double out_lo = p->number(), out_hi = p->number();
@@ -80,23 +80,23 @@ std::int32_t scale_to_fp(play *p) {
   return t.finish(p);
 }
 
-std::int32_t find(play *p) {
+int32_t find(play *p) {
   trace_arrays t(p);
   const bool greatest = p->in->byte() % 2 != 0;
   return t.finish_index(p, (greatest ? vfpd_FindMax : vfpd_FindMin)(t.in.data(), t.start, t.stop), t.start);
 }
 
-std::int32_t find_outside(play *p) {
+int32_t find_outside(play *p) {
   trace_arrays t(p);
   const bool greatest = p->in->byte() % 2 != 0;
-  const std::int32_t lo = p->integer(), hi = p->integer();
-  const std::int32_t index = (greatest ? vfpd_FindMax2 : vfpd_FindMin2)(t.in.data(), t.start, t.stop, lo, hi);
+  const int32_t lo = p->integer(), hi = p->integer();
+  const int32_t index = (greatest ? vfpd_FindMax2 : vfpd_FindMin2)(t.in.data(), t.start, t.stop, lo, hi);
   p->check(index < 0 || t.stop <= t.start || index == t.start || index < lo || index >= hi,
            "gives a place in the band");
   return t.finish_index(p, index, -1);
 }
 
-std::int32_t expand(play *p) {
+int32_t expand(play *p) {
   trace_arrays t(p);
   const double first = p->number(), last = p->number();
   (p->in->byte() % 2 != 0 ? vfpd_ExpandLinear : vfpd_ExpandLog)(t.out.data(), t.count, first, last);
@@ -104,39 +104,39 @@ std::int32_t expand(play *p) {
 }
 
 // A range that ends beyond the trace and a negative count are harmless here.
-std::int32_t smooth(play *p) {
+int32_t smooth(play *p) {
   const bool is_complex = p->in->byte() % 2 != 0;
   trace_arrays t(p, is_complex ? 2 : 1, is_complex ? 2 : 1);
   const bool is_hostile = p->in->byte() >= 192;
-  const std::int32_t start = is_hostile ? p->integer() : t.start;
-  const std::int32_t stop = is_hostile ? p->integer() : t.stop;
-  const std::int32_t width = p->integer();
-  const std::int32_t done =
-      is_complex ? vfpd_SmoothCpx(t.complex_in(), t.complex_out(), t.count, start, stop, width)
-                 : vfpd_Smooth(t.in.data(), t.out.data(), t.count, start, stop, width, p->in->byte() % 2);
+  const int32_t start = is_hostile ? p->integer() : t.start;
+  const int32_t stop = is_hostile ? p->integer() : t.stop;
+  const int32_t width = p->integer();
+  const int32_t done = is_complex
+                           ? vfpd_SmoothCpx(t.complex_in(), t.complex_out(), t.count, start, stop, width)
+                           : vfpd_Smooth(t.in.data(), t.out.data(), t.count, start, stop, width, p->in->byte() % 2);
   p->check(done >= -1 && done <= std::max(t.n, 0), "gives an impossible count");
   p->note(done);
   return t.finish(p);
 }
 
-std::int32_t format(play *p) {
+int32_t format(play *p) {
   trace_arrays t(p, 2);
-  vfpd_FormatBuffer(static_cast<std::uint32_t>(p->integer()), t.complex_in(), t.out.data(), t.start, t.stop);
+  vfpd_FormatBuffer(static_cast<uint32_t>(p->integer()), t.complex_in(), t.out.data(), t.start, t.stop);
   return t.finish(p);
 }
 
-std::int32_t unwrap(play *p) {
+int32_t unwrap(play *p) {
   trace_arrays t(p, 2);
   vfpd_UnwrapPhase(t.complex_in(), t.start, t.stop, t.out.data());
   return t.finish(p);
 }
 
-std::int32_t modes(play *p) {
-  const std::uint32_t before = get_fpscr();
-  const std::uint32_t wanted = static_cast<std::uint32_t>(p->integer()) & 0x03c00000u;
-  const std::uint32_t old = set_fpscr(wanted);
-  const std::uint32_t fast = set_runfast(p->integer());
-  const std::uint32_t after = get_fpscr();
+int32_t modes(play *p) {
+  const uint32_t before = get_fpscr();
+  const uint32_t wanted = static_cast<uint32_t>(p->integer()) & 0x03c00000u;
+  const uint32_t old = set_fpscr(wanted);
+  const uint32_t fast = set_runfast(p->integer());
+  const uint32_t after = get_fpscr();
   set_fpscr(before);
   p->check(old == before && fast == after && get_fpscr() == before, "does not give back the modes");
   return 0;

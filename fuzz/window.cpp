@@ -8,21 +8,21 @@
 namespace fuzz {
 namespace {
 
-std::int32_t name_to_type(play *p) {
+int32_t name_to_type(play *p) {
   static constexpr const char *known[] = {"", "dsp_window_", "Hann", "FLATTOP", "kaiser1", "gauss", "riemann", "p"};
   std::string name = known[p->in->pick(std::size(known))];
   for (int more = p->in->pick(16); more > 0; --more) name += static_cast<char>(p->in->byte());
   dsp_window_type type = -1;
-  const std::int32_t status = dsp_window_from_str(name.c_str(), &type);
+  const int32_t status = dsp_window_from_str(name.c_str(), &type);
   p->check(type >= 0 && type <= 24, "gives a type that does not exist");
   return status;
 }
 
-std::int32_t type_to_name(play *p) {
+int32_t type_to_name(play *p) {
   block<char> name(static_cast<std::size_t>(p->in->pick(4)));
-  const std::int32_t size = p->integer();
-  const auto there = static_cast<std::int32_t>(name.size());
-  const std::int32_t status =
+  const int32_t size = p->integer();
+  const auto there = static_cast<int32_t>(name.size());
+  const int32_t status =
       dsp_window_to_str(p->integer(), there > 0 ? name.data() : nullptr, size > there && there > 0 ? there : size);
   p->check(name.is_intact(), "writes beside its buffer");
   return status;

@@ -14,8 +14,8 @@ namespace {
 
 using namespace support;
 
-std::size_t bytes(std::int64_t length, std::uint32_t is_complex) {
-  return static_cast<std::size_t>(std::max<std::int64_t>(length, 0)) * (is_complex != 0 ? 2 : 1) * sizeof(double);
+std::size_t bytes(int64_t length, uint32_t is_complex) {
+  return static_cast<std::size_t>(std::max<int64_t>(length, 0)) * (is_complex != 0 ? 2 : 1) * sizeof(double);
 }
 
 // The test heap behind the hooks of a program, which loses no block when a resize fails.

@@ -23,36 +23,36 @@ using namespace support;
 // FNV-1a over the bytes of the values; any NaN is the same NaN.
 class hash {
  public:
-  void add(std::uint64_t word) {
+  void add(uint64_t word) {
     for (int shift = 0; shift < 64; shift += 8) value_ = (value_ ^ (word >> shift & 0xff)) * 0x100000001b3;
   }
   void add(double x) {
-    std::uint64_t word = 0x7ff8000000000000;
+    uint64_t word = 0x7ff8000000000000;
     if (!std::isnan(x)) std::memcpy(&word, &x, sizeof word);
     add(word);
   }
   void add(const dsp_vec &v) {
-    add(static_cast<std::uint64_t>(v.length));
-    add(static_cast<std::uint64_t>(v.is_complex != 0));
+    add(static_cast<uint64_t>(v.length));
+    add(static_cast<uint64_t>(v.is_complex != 0));
     add(v.dx);
     for (const double x : doubles_of(v)) add(x);
   }
-  std::uint64_t value() const { return value_; }
+  uint64_t value() const { return value_; }
 
  private:
-  std::uint64_t value_ = 0xcbf29ce484222325;
+  uint64_t value_ = 0xcbf29ce484222325;
 };
 
 void check_record(const dsp_vec &v, int32_t status) {
   EXPECT_TRUE(v.capacity <= 0 || v.data != nullptr);
   if (status == 0 && v.capacity > 0) {
-    EXPECT_LE(std::int64_t{v.length} * (v.is_complex != 0 ? 2 : 1), v.capacity);
+    EXPECT_LE(int64_t{v.length} * (v.is_complex != 0 ? 2 : 1), v.capacity);
   }
 }
 
 // Calls step(place, hash so far) after each call and signal, so that two runs can be compared step by step.
 template <class Step>
-std::uint64_t results_of(const routine &r, const Step &step) {
+uint64_t results_of(const routine &r, const Step &step) {
   hash h;
   int call = 0;
   for (const bool hostile : {false, true})
@@ -62,7 +62,7 @@ std::uint64_t results_of(const routine &r, const Step &step) {
                 const int32_t status = s.run(r, variant);
                 EXPECT_TRUE(status == 0 || status == -1) << status;
                 const std::string place = "call " + std::to_string(call++) + ", variant " + std::to_string(variant);
-                h.add(static_cast<std::uint64_t>(status != 0));
+                h.add(static_cast<uint64_t>(status != 0));
                 step(place + ", status", h.value());
                 for (std::size_t i = 0; i < signals.size(); ++i) {
                   check_record(s[i], status);
@@ -128,10 +128,10 @@ bool is_fused(const routine &r) {
 // the other platform can tell: both write their steps to a file, and `diff` finds the first.
 std::string first_difference(const routine &r) {
   const dsp::isa here = dsp::active_isa();
-  std::vector<std::pair<std::string, std::uint64_t>> steps;
+  std::vector<std::pair<std::string, uint64_t>> steps;
   dsp::force_isa(dsp::isa::baseline);
-  const std::uint64_t baseline =
-      results_of(r, [&](const std::string &place, std::uint64_t value) { steps.emplace_back(place, value); });
+  const uint64_t baseline =
+      results_of(r, [&](const std::string &place, uint64_t value) { steps.emplace_back(place, value); });
   dsp::force_isa(here);
   if (baseline != r.result) {
     std::ofstream file(std::string(r.name) + ".steps");
@@ -140,7 +140,7 @@ std::string first_difference(const routine &r) {
   }
   std::string first;
   std::size_t at = 0;
-  results_of(r, [&](const std::string &place, std::uint64_t value) {
+  results_of(r, [&](const std::string &place, uint64_t value) {
     if (first.empty() && value != steps[at].second) first = ", from the baseline first at " + place;
     ++at;
   });
@@ -150,7 +150,7 @@ std::string first_difference(const routine &r) {
 TEST(Results, AreTheSameEverywhere) {
   on_each_isa([] {
     for (const routine &r : routines()) {
-      const std::uint64_t result = results_of(r, [](const std::string &, std::uint64_t) {});
+      const uint64_t result = results_of(r, [](const std::string &, uint64_t) {});
       if (r.result == of_functions || r.result == of_transforms || is_fused(r)) continue;
       EXPECT_EQ(result, r.result) << r.name << " of " << r.signals << std::hex << " gives 0x" << result
                                   << first_difference(r);

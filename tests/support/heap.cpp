@@ -17,12 +17,12 @@
 namespace {
 
 struct header {
-  std::uint64_t mark;
-  std::uint64_t bytes;  // behind the header; both keep malloc's alignment
+  uint64_t mark;
+  uint64_t bytes;  // behind the header; both keep malloc's alignment
 };
 
-constexpr std::uint64_t allocated = 0x616c6c6f63617465;
-constexpr std::uint64_t released = 0x72656c6561736564;
+constexpr uint64_t allocated = 0x616c6c6f63617465;
+constexpr uint64_t released = 0x72656c6561736564;
 
 std::size_t limit = SIZE_MAX - sizeof(header);
 long live = 0;

@@ -23,7 +23,7 @@ struct call {
 };
 
 // Why a routine has no result to be expected everywhere.
-enum : std::uint64_t {
+enum : uint64_t {
   of_functions = 1,  // the C library's mathematical functions
   of_transforms = 2  // transforms, whose kernels fuse products where the processor does
 };
@@ -40,7 +40,7 @@ struct routine {
   //   w work space
   const char *signals;
   std::vector<int> lengths;
-  std::uint64_t result;  // hash of all results, or why there is none
+  uint64_t result;  // hash of all results, or why there is none
   std::function<int32_t(call &)> run;
   int variants = 1;
 };
