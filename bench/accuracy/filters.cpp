@@ -47,7 +47,7 @@ void filters() {
          figure(1e16 * static_cast<double>(std::sqrt(wrong / all))),
          figure(1e16 * static_cast<double>(std::sqrt(looped / all)))});
   }
-  held_by("`Fir.IsTheConvolution`, `Fir.BlocksAreTheWhole`");
+  held_by("`Fir.IsTheConvolutionInBlocksToo`");
 }
 
 }  // namespace accuracy

@@ -101,7 +101,7 @@ void functions() {
   measure_complex(
       "phase of z", dspi_phase, [](double re, double im) { return std::atan2(im, re); },
       [](wide re, wide im) { return std::atan2(im, re); });
-  held_by("`Unary.ExponentialsAndLogarithmsAreRightToTheLastPlace`, `Unary.AgreesWithLongDouble`");
+  held_by("`InPlace.ExponentialsAndLogarithmsAreRightToTheLastPlace`, `InPlace.AgreesWithLongDouble`");
 }
 
 void generators() {

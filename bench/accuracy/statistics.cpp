@@ -129,7 +129,7 @@ void statistics() {
   table({"slope of 100 001 points around", "ours", "GSL"});
   for (const double pedestal : {0.0, 1e4, 1e8}) fit(pedestal);
   held_by(
-      "`Statistics.KeepTheirDigitsOnAHighPedestal`, `Statistics.EqualTheirDefinitionsAtEveryLength`, "
+      "`Statistics.EqualTheirDefinitions`, "
       "`Regression.EqualsTheDefinition`");
 }
 

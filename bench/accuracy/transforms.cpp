@@ -50,7 +50,7 @@ void transforms() {
   for (const fft::kind *what : {&fft::complex, &fft::complex_inverse, &fft::real, &fft::real_inverse, &fft::cosine})
     errors_at(*what, {16, 64, 256, 1024, 4096, 16384, 65536, 1048576});
   held_by(
-      "`Transforms.ErrLittle`, `Transforms.RealOnesGiveHalfTheSpectrumAndComeBack`, "
+      "`Transforms.AgreeWithTheDefinition`, "
       "`Transforms.CosineHilbertAnalytic`");
 
   heading("Transforms of lengths with small prime factors", "As above.");
