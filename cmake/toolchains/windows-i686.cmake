@@ -1,5 +1,5 @@
-# 32-bit Windows: Debian's MinGW-w64, run by the Wine of Debian's i386. The arithmetic is that of SSE2, for the x87
-# rounds otherwise; callers may come with a stack that is aligned to 4 bytes only.
+# 32-bit Windows: Debian's MinGW-w64, run by the Wine of Debian's i386. Arithmetic uses SSE2, since the x87 rounds
+# differently. Callers may align the stack to 4 bytes only.
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(wine /usr/lib/wine/wine)
 set(wine_server /usr/lib/wine/wineserver32)
