@@ -27,7 +27,7 @@ def fft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Raises
     ------
     Error
-        If the length is no power of two.
+        If the length is not a power of two.
 
     Examples
     --------
@@ -53,7 +53,7 @@ def ifft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Raises
     ------
     Error
-        If the length is no power of two.
+        If the length is not a power of two.
 
     Examples
     --------
@@ -85,7 +85,7 @@ def rfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Raises
     ------
     Error
-        If `x` is complex, or its length no power of two.
+        If `x` is complex, or its length is not a power of two.
 
     Examples
     --------
@@ -111,7 +111,7 @@ def irfft(x: Samples, *, axis: int = -1, dx: Optional[float] = None) -> Signal:
     Raises
     ------
     Error
-        If n - 1 is no power of two.
+        If n - 1 is not a power of two.
 
     Examples
     --------
@@ -296,7 +296,7 @@ def bitrev(x: Samples, *, scale: bool = False, axis: int = -1) -> Signal:
     Raises
     ------
     Error
-        If the length is no power of two.
+        If the length is not a power of two.
 
     Examples
     --------

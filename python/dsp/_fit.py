@@ -42,8 +42,8 @@ def hist(x: Samples, start: float, bin_width: float, bins: int, *, axis: int = -
 class Found(NamedTuple):
     """What `peak` finds: value, position in samples, place in units of dx, and whether the refinement was clamped.
 
-    A Gaussian whose centre lies more than a sample from the middle of its pair is clamped to there: the value is then
-    of use, the place hardly.
+    A Gaussian whose centre lies more than a sample from the middle of its pair is clamped to that distance: its place
+    is then only a limit.
     """
 
     value: Any

@@ -1,4 +1,4 @@
-"""Interpolation: a tabulated function at other abscissae, real throughout."""
+"""Interpolation: a tabulated real function at other abscissae."""
 
 from __future__ import annotations
 

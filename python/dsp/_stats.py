@@ -18,7 +18,7 @@ def sum(x: Samples, *, axis: int = -1) -> Number:
     Returns
     -------
     float, or an array of one for each row
-        The sum, right to about 2 units in the last place of the largest partial sum.
+        The sum; its error is about 2 units in the last place of the sum of |x|.
 
     Examples
     --------

@@ -1,4 +1,4 @@
-"""Windows. Halves are swapped after weighing, which brings the record's middle to sample 0, unless the flags say
+"""Windows. Halves are swapped after weighting, which brings the record's middle to sample 0, unless the flags say
 "no_swap": `window(numpy.ones(n), "hann", "raw, no_swap")` are the bare samples.
 """
 
@@ -50,7 +50,7 @@ def window(
     axis: int = -1,
     out: Out = None,
 ) -> Signal:
-    """Weighs a signal by a window of the catalogue (dspi_window, dspi_window2).
+    """Multiplies a signal by a window of the catalogue (dspi_window, dspi_window2).
 
     Parameters
     ----------
@@ -93,7 +93,7 @@ def window_gauss(
     axis: int = -1,
     out: Out = None,
 ) -> Signal:
-    """Weighs by a Gauss window (dspi_window_gauss).
+    """Multiplies by a Gauss window (dspi_window_gauss).
 
     Parameters
     ----------
@@ -129,7 +129,7 @@ def window_kaiser(
     axis: int = -1,
     out: Out = None,
 ) -> Signal:
-    """Weighs by a Kaiser window (dspi_window_kaiser).
+    """Multiplies by a Kaiser window (dspi_window_kaiser).
 
     Parameters
     ----------
@@ -165,7 +165,7 @@ def window_tukey(
     axis: int = -1,
     out: Out = None,
 ) -> Signal:
-    """Weighs by a window that is flat but for tapers (dspi_window_tukey).
+    """Multiplies by a window that is flat but for tapers (dspi_window_tukey).
 
     Parameters
     ----------
@@ -202,7 +202,7 @@ def window_sinc(
     axis: int = -1,
     out: Out = None,
 ) -> Signal:
-    """Weighs by sin(t)/t (dspi_window_sinc).
+    """Multiplies by sin(t)/t (dspi_window_sinc).
 
     Parameters
     ----------
@@ -233,7 +233,7 @@ def window_sinc(
 
 
 def window_cos(x: Samples, coefficients: Samples, *, axis: int = -1, out: Out = None) -> Signal:
-    """Weighs by a sum of cosines, not scaled and not swapped (dspi_window_cos).
+    """Multiplies by a sum of cosines, not scaled and not swapped (dspi_window_cos).
 
     Parameters
     ----------
@@ -262,7 +262,7 @@ def window_cos(x: Samples, coefficients: Samples, *, axis: int = -1, out: Out = 
 
 
 def window_fir(taps: Samples, window: Choice, *, axis: int = -1, out: Out = None) -> Signal:
-    """Weighs filter taps by a window that leaves none without weight (dspi_window_fir).
+    """Multiplies filter taps by a window that is 0 at none of them (dspi_window_fir).
 
     Parameters
     ----------
