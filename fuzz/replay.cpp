@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 const fuzz::target *const targets[] = {&fuzz::core,     &fuzz::elementwise, &fuzz::fft,    &fuzz::stats,
                                        &fuzz::window,   &fuzz::spectrum,    &fuzz::filter, &fuzz::interp,
-                                       &fuzz::resample, &fuzz::trace,       &fuzz::rf};
+                                       &fuzz::resample, &fuzz::trace,       &fuzz::rf,     &fuzz::poly};
 
 void replay(const fuzz::target &t, const std::string &name, const std::string &bytes, bool trace) {
   std::fprintf(trace ? stderr : stdout, "%s\n", name.c_str());

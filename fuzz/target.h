@@ -20,7 +20,7 @@ struct target {
 #routine, [](::fuzz::play * p) { return p->call(routine); }, promises \
   }
 
-extern const target core, elementwise, fft, stats, window, spectrum, filter, resample, interp, trace, rf;
+extern const target core, elementwise, fft, stats, window, spectrum, filter, resample, interp, trace, rf, poly;
 
 // Ends the process when a promise is broken. `tells`: on standard error, what it calls.
 void run(const target &t, const uint8_t *bytes, std::size_t size, bool tells = false);
