@@ -175,7 +175,7 @@ TEST(Output, KeepsNoMoreThanTheOperandsHold) {
   dsp::operands ready;
   EXPECT_EQ(dsp::dspb_prepare_output(a, wide, &out, &ready), -1);
   EXPECT_EQ(kept_complex, 0u);
-  reals three = {1, 2, 3};  // held, but for the last two, in a record that says less
+  reals three = {1, 2, 3};  // the output's own record states only the first of them
   dsp_vec part = {1.0, three.data(), 3, 1, 0, 0};
   const dsp_vec operand_on_it = {1.0, three.data(), 0, 3, 0, 0};
   static int32_t kept_length;
@@ -221,7 +221,7 @@ TEST(Output, StatesTakeTheInputsShape) {
   state.data[1] = 9;
   EXPECT_TRUE(same(shaped(real, 1), record(reals{7, 8, 0}, 0.5)));
 
-  // One that is shared lasts until released.
+  // The shared state lasts until it is released.
   for (const double expected : {0.0, 42.0, 0.0}) {
     dsp::stream_block block(&wide, &out, nullptr);
     ASSERT_EQ(dsp::dsp_output_prepare(&block, nullptr, 3, dsp::DSP_OUT_SHARED_STATE), 0);

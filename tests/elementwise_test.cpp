@@ -50,7 +50,7 @@ int32_t run(const std::string &name, const std::vector<dsp_vec *> &signals) {
   return find(name)->run(c);
 }
 
-// Random samples with the awkward ones strewn in.
+// Random samples with special values among them.
 record awkward_signal(std::size_t n, bool is_complex, unsigned seed) {
   const double special[] = {0.0, -0.0, 1e101, -1e101, 1e-310, -1e-310, inf, -inf, nan, 1e200, 1e-200, 300.0, -2.0};
   record v = random_signal(n, is_complex, seed, 0.5);
@@ -423,12 +423,13 @@ TEST(Reshape, SortsWhateverTheOrder) {
     }
 }
 
-// An opponent that fixes values only as they are compared, so that every pivot turns out to be among the least.
+// An adversary that chooses values only when they are compared, so that every pivot is among the smallest. (McIlroy, A
+// killer adversary for quicksort, 1999.)
 TEST(Reshape, SortsInTimeWhateverThePivots) {
   constexpr std::size_t n = 4000, open = n;
   for (const bool selects : {false, true}) {
     std::vector<std::size_t> value(n, open), order(n);
-    value[0] = value[2] = 1, value[1] = 0;  // sorting looks first whether it is needed
+    value[0] = value[2] = 1, value[1] = 0;  // neither in order nor in reverse order, which is tested first
     std::size_t fixed = 2, candidate = 0, comparisons = 0;
     const auto before = [&](std::size_t a, std::size_t b) {
       ++comparisons;
@@ -442,9 +443,9 @@ TEST(Reshape, SortsInTimeWhateverThePivots) {
       dsp::select(order.data(), n, n / 2, before);
     else
       dsp::sort(order.data(), n, before);
-    EXPECT_LT(comparisons, 80 * n);  // 40 n for a fair order
+    EXPECT_LT(comparisons, 80 * n);  // 40 n for a random order
     for (std::size_t i = 0; i < n / 2; ++i) ASSERT_FALSE(before(order[n / 2], order[i]));
-    for (const std::size_t looks : {n - 1, n + 1}) {  // what is in order, or in the opposite one, is only looked at
+    for (const std::size_t looks : {n - 1, n + 1}) {  // for samples in order, and in reverse order
       if (selects) continue;
       EXPECT_TRUE(std::is_sorted(order.begin(), order.end(), before));
       if (looks > n) std::reverse(order.begin(), order.end());

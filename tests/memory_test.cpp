@@ -18,7 +18,7 @@ std::size_t bytes(int64_t length, uint32_t is_complex) {
   return static_cast<std::size_t>(std::max<int64_t>(length, 0)) * (is_complex != 0 ? 2 : 1) * sizeof(double);
 }
 
-// The test heap behind the hooks of a program, which loses no block when a resize fails.
+// Hooks of a program on the test heap. They lose no block when a resize fails.
 class hooks {
  public:
   hooks() {
@@ -72,7 +72,7 @@ void goes_on(const routine &r, int variant, const std::vector<part> &parts, std:
               same_results(parts, *failed, after));
 }
 
-// One call whose k-th request fails, then one that is left alone; true when there was no k-th request.
+// One call whose k-th request fails, then one that may succeed; true when there was no k-th request.
 bool survives(const routine &r, int variant, const std::vector<part> &parts, const std::vector<record> &contents,
               const arrangement &a, const scene &expected, long k, bool for_ever) {
   const long live = heap_live();
@@ -113,7 +113,7 @@ void sweep(const routine &r, int variant, const std::vector<part> &parts, const 
   }
 }
 
-// All buffers but two at most stand alone: a failure does not look at more of them.
+// Whether at most two signals share a buffer. More sharing takes no other way when memory fails.
 bool shares_little(const arrangement &a) {
   return std::max(*std::max_element(a.buffer.begin(), a.buffer.end()) + 2, 0) >= static_cast<int>(a.buffer.size());
 }

@@ -33,7 +33,8 @@ record coefficients_of(record z) {
   return z;
 }
 
-// Fails each request for memory in turn, until a call needs fewer: it says -1 and leaves its record as it was.
+// Fails each request for memory in turn, until the call makes no further one. A failing call returns -1 and leaves its
+// record as it was. Returns the status of the last call.
 template <class Call>
 int32_t fail_each_request(const record &in, Call call) {
   for (long k = 1;; ++k) {
@@ -86,7 +87,7 @@ void expect_zeros(const char *name, const record &c) {
   EXPECT_LE(worst, 4.0) << name << ' ' << z.size();
 }
 
-// The polynomial with zeros z, each so often; exact as long as doubles hold the coefficients.
+// The polynomial with the zeros z and their multiplicities; exact as long as doubles hold the coefficients.
 reals with_zeros(const std::vector<std::pair<double, int>> &z) {
   reals c = {1};
   for (const auto &[zero, times] : z)
@@ -122,7 +123,7 @@ reals mandelbrot(int n) {
   return c;
 }
 
-// Without a wide long double the references have no more exponents than a double.
+// Whether references have a wider range of exponents than a double; they do not where long double is a double.
 constexpr bool wide_exponents = LDBL_MAX_EXP > DBL_MAX_EXP;
 
 TEST(Zeros, HaveBackwardErrorsOfRounding) {

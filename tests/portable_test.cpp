@@ -86,7 +86,7 @@ void expect_negative_lengths_to_be_empty(const routine &r) {
   });
 }
 
-// Set-up, names and release, and routines on plain arrays or records that rows of other routines call.
+// Set-up, names and release; and routines that rows of other routines call.
 const char *const not_in_the_table =
     "dsp_lib_init dsp_version dsp_init dsp_destroy dsp_lib_alloc dsp_lib_realloc dsp_lib_free dsp_free_internal "
     "dsp_window_from_str dsp_window_to_str get_fpscr set_fpscr set_runfast dsph_rsmp_coef_init dsph_rsmp_coef_destroy "
@@ -124,8 +124,8 @@ bool is_fused(const routine &r) {
   return (baseline_fuses || dsp::active_isa() != dsp::isa::baseline) && routines.count(r.name) > 0;
 }
 
-// Where this instruction set departs from the baseline; where the baseline itself departs from the table, only a run on
-// the other platform can tell: both write their steps to a file, and `diff` finds the first.
+// The first step whose result differs from the baseline's. If the baseline itself differs from the table, the step can
+// only be found by a run on another platform: both write their steps to a file, to be compared by `diff`.
 std::string first_difference(const routine &r) {
   const dsp::isa here = dsp::active_isa();
   std::vector<std::pair<std::string, uint64_t>> steps;

@@ -26,12 +26,12 @@ constexpr int32_t huge = std::numeric_limits<int32_t>::max();
 dsp_complex *points(complexes &z) { return reinterpret_cast<dsp_complex *>(z.data()); }
 const dsp_complex *points(const complexes &z) { return reinterpret_cast<const dsp_complex *>(z.data()); }
 
-// Corrects the measured standards g by the actual ones.
+// Replaces the measured standards g by the error terms; a: the actual ones.
 void compute_terms(complexes (&g)[3], const complexes (&a)[3], int32_t first, int32_t end) {
   Compute1PortTerms(points(g[0]), points(g[1]), points(g[2]), points(a[0]), points(a[1]), points(a[2]), first, end);
 }
 
-// An element with functions beside it that only share their names with those of the matrix.
+// An element in whose namespace functions have the names of the matrix's own helpers.
 namespace crowded {
 struct number {
   double x;
@@ -138,7 +138,7 @@ TEST(Matrix, ReleasedElementsServeTheNextOfTheirShape) {
   EXPECT_EQ(elements::live(), 0);
 }
 
-// Makes a matrix of its like when it dies, be it in the pool.
+// Its destructor makes a matrix of its own type, also while the pool is being emptied.
 struct restless {
   static inline int depth = 0;
   restless() = default;
@@ -284,11 +284,12 @@ TEST(OnePort, FindsTheErrorBox) {
       }
   }
   complexes ideal[] = {{1.0}, {-1.0}, {0.0}};
-  compute_terms(ideal, ideal, 0, 1);  // the terms over the standards
+  compute_terms(ideal, ideal, 0, 1);  // the terms overwrite the actual standards
   for (const int k : {0, 1, 2}) EXPECT_EQ(ideal[k][0], k == 2 ? 1.0 : 0.0);
 }
 
-// Any pivots, a singular point, tiny and huge standards: whatever the inverse of its matrix leaves, at every point.
+// The same bits as the inverse of each point's matrix: for any order of pivots, a singular point, tiny and huge
+// standards.
 TEST(OnePort, StepsAreThoseOfTheMatrix) {
   const std::size_t n = 61;
   complexes g[3], a[3], expected[3];
@@ -332,7 +333,7 @@ int32_t fit_circle(const complexes &z, circle *c) {
   return status;
 }
 
-// Points of an arc, their distance from the centre off by up to `noise`.
+// Points of an arc, with errors of up to `noise` in their distances from the centre.
 complexes noisy_arc(complex centre, double radius, double span, std::size_t n, double noise) {
   complexes z;
   for (const double r : random_reals(n, 5))
@@ -341,7 +342,7 @@ complexes noisy_arc(complex centre, double radius, double span, std::size_t n, d
   return z;
 }
 
-// Where centre and radius go by a Gauss-Newton step from c in wide numbers.
+// Centre and radius after a Gauss-Newton step from c, in wide numbers.
 complex gauss_newton_step(const complexes &z, const circle &c, double *of_radius) {
   wide m[3][4] = {};
   for (const complex p : z) {

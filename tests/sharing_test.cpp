@@ -17,7 +17,7 @@ bool is_another_view(const std::vector<part> &parts, const arrangement &a, std::
          std::count(a.buffer.begin(), a.buffer.end(), a.buffer[i]) > 1;
 }
 
-// What an output says of the samples it is about to lose is of no meaning: let it say something else.
+// Changes the length and representation that an output has before the call. They must not matter.
 void reshape(dsp_vec *v) {
   v->length = v->is_complex != 0 ? 2 * v->length : v->length / 2;
   v->is_complex = v->is_complex == 0;

@@ -30,7 +30,7 @@ record run(const Reduce &reduce, const dsp_vec &in) {
   return out;
 }
 
-// Those whose results are samples, complex ones of a complex signal.
+// Statistics whose result is complex for a complex signal.
 const statistic of_samples[] = {dsps_sum, dsps_mean, dsps_gmean, dsps_hmean, dsps_median, dsps_max, dsps_min};
 
 complex sample(statistic reduce, const dsp_vec &in) {
@@ -304,7 +304,7 @@ TEST(Peak, SearchesAndRefines) {
   EXPECT_EQ(doubles_of(v), (reals{1, 2, 3}));
 }
 
-// Whose lobe the Gaussian has.
+// The main lobe of Gausstop is the Gaussian of dsps_peak.
 TEST(Peak, GaussianFindsAToneUnderGausstop) {
   double worst[2] = {};
   for (double place = 40; place < 41; place += 0.0625) {
@@ -399,7 +399,7 @@ TEST(Regression, DegeneratePoints) {
   EXPECT_TRUE(std::isnan(run(dsps_lin_regres2, record(reals{1, nan, 2})).data[0]));
 }
 
-TEST(Regression, RoundingLeavesTheRangeOfNoValue) {
+TEST(Regression, RoundingStaysInRange) {
   for (std::size_t n = 2; n < 60; ++n) {
     // Perfect lines, whose correlation rounds to either side of +-1.
     complexes line = random_complexes(n, static_cast<unsigned>(n)), far(n, complex(1e308, 0.0));
@@ -409,7 +409,7 @@ TEST(Regression, RoundingLeavesTheRangeOfNoValue) {
       EXPECT_NEAR(r, std::copysign(1.0, slope), 1e-14);
       EXPECT_LE(std::abs(r), 1.0) << n;
     }
-    // About a rough mean that overflows each of them is worth -1e100; what their variance rounds to is not below 0.
+    // The provisional mean overflows, so that each difference saturates to -1e100: their variance may round to below 0.
     const double variance = run(dsps_lin_regres2, record(far)).data[16];
     EXPECT_TRUE(variance == 0 || variance > 1e100) << variance << " of " << n;
   }

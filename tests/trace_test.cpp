@@ -74,7 +74,7 @@ TEST(Axis, EndsAreExact) {
   }
 }
 
-// The search as it is told, index by index.
+// The search as dsp.h describes it, index by index.
 int32_t plain_search(const reals &x, int32_t start, int32_t stop, int32_t lo, int32_t hi, double sign) {
   const auto skipped = [lo, hi](int32_t i) { return i >= lo && i < hi; };
   if (skipped(start) && hi >= stop) return -1;
@@ -210,7 +210,7 @@ TEST(Format, EachFormatOnEachInstructionSet) {
 TEST(Unwrap, PiecesContinueTheWhole) {
   const int32_t n = 130;
   complexes z;
-  reals expected = {100.0};  // before the trace, and not to be looked at
+  reals expected = {100.0};  // lies before the trace and must not be read
   for (int i = 0; i < n; ++i) {
     expected.push_back(i - 0.011 * i * i);
     z.push_back(std::polar(0.5, expected.back()));

@@ -245,7 +245,7 @@ TEST(Generators, ParametricShapesToTheLastDigits) {
   EXPECT_EQ(weights(1, dspi_window_sinc, 3.0, 0.0, 4), reals{1.0});
 }
 
-// Read off the window of 64 samples.
+// The coefficients of a cosine sum, from the window of 64 samples.
 reals coefficients_of(int32_t type) {
   const reals raw = catalogued(type, DSP_WND_RAW, 64);
   reals c(8, 0.0);

@@ -1,5 +1,5 @@
-// Whether another processor is emulated, some fifty times slower: tests then leave out what takes longest and what
-// their native runs show as well.
+// Whether the processor is emulated, which is some fifty times slower: tests then leave out what takes longest, as long
+// as native runs cover it.
 #pragma once
 
 namespace support {

@@ -17,12 +17,12 @@ long heap_lost();  // blocks given up by dsp_realloc when a resize failed (its s
 // The k-th request from now on fails (k = 1 is the next), and all later ones with `for_ever`; 0 fails none.
 void heap_fail(long k, bool for_ever = false);
 
-// For another heap that fails together with this one: whether its next request fails, and its blocks as they come and
-// go.
+// For another heap that fails together with this one: whether its next request fails, and by how many its blocks have
+// changed.
 bool heap_refuses();
 void heap_count(int blocks);
 
-// While one lives, no request fails or counts: tests build their signals so.
+// While one exists, requests neither fail nor count. Tests build their signals under it.
 class exempt {
  public:
   exempt();
@@ -31,7 +31,7 @@ class exempt {
   exempt &operator=(const exempt &) = delete;
 };
 
-// While one lives, operator new is one of the failing requests and what it gave out must come back.
+// While one exists, operator new counts and fails like the other requests, and its blocks must be freed.
 class raising {
  public:
   raising();

@@ -46,7 +46,7 @@ struct coefficients : dsph_rsmp_coef {
   coefficients &operator=(const coefficients &) = delete;
 };
 
-// Kept, since the kernel takes milliseconds.
+// Kept for all tests, since making the kernel takes milliseconds.
 const dsph_rsmp_coef &converter(double ratio) {
   static std::map<double, coefficients> made;
   return made.try_emplace(ratio, ratio).first->second;
@@ -117,7 +117,7 @@ int32_t inverse(call &c) {
   return invert(points(c[0]), c.variant + 1) == 1 ? 0 : -1;
 }
 
-// Zeros of either sign, and samples with a NaN, come in any order.
+// Equal samples come in any order: zeros of either sign and samples with a NaN are made alike.
 int32_t sort(call &c) {
   const int32_t status = dspi_sort(c[0]);
   const int32_t width = c[0]->is_complex != 0 ? 2 : 1;

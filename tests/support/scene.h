@@ -16,8 +16,8 @@ struct part {
 
 std::vector<part> parts_of(const routine &r);
 
-// What the signals hold for a row's length. `choice` picks, a bit each, the representation of those that have both;
-// `hostile` mixes NaN, infinities, subnormals and neighbours of 1e100 into the values.
+// The contents of the signals for a row's length. `choice` picks, a bit each, the representation of those that have
+// both; `hostile` mixes NaN, infinities, subnormals and neighbours of 1e100 into the values.
 std::vector<record> contents(const std::vector<part> &signals, int n, unsigned choice, bool hostile);
 unsigned choices(const std::vector<part> &signals);
 
@@ -36,7 +36,7 @@ arrangement separate(const std::vector<part> &signals);
 std::vector<arrangement> arrangements(const std::vector<part> &signals);
 std::string name_of(const arrangement &a);
 
-// Signals that share hold what the first of them would.
+// Signals that share a buffer hold the contents of the first of them.
 std::vector<record> shared_contents(std::vector<record> contents, const arrangement &a);
 
 // The records themselves, and the call on them. Building and destroying is exempt from failing memory.
