@@ -79,12 +79,16 @@ using carried = typename carried_form<V>::type;
 // load() and store() take any address that is aligned for a double.
 template <class V>
 DSP_INLINE V load(const double *p) {
-  V v;
-  if constexpr (has_vector_registers || sizeof v == sizeof *p)
-    __builtin_memcpy(&v, p, sizeof v);
-  else
-    for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) v[i] = p[i];
-  return v;
+  if constexpr (width_of<V> == 1) {
+    return *p;
+  } else {
+    V v;
+    if constexpr (has_vector_registers)
+      __builtin_memcpy(&v, p, sizeof v);
+    else
+      for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) v[i] = p[i];
+    return v;
+  }
 }
 
 // The same for a vector of many uses: GCC would repeat a plain load as an operand of each.
@@ -98,7 +102,9 @@ DSP_INLINE V load_once(const double *p) {
 
 template <class V>
 DSP_INLINE void store(double *p, const V &v) {
-  if constexpr (has_vector_registers || sizeof v == sizeof *p)
+  if constexpr (width_of<V> == 1)
+    *p = v;
+  else if constexpr (has_vector_registers)
     __builtin_memcpy(p, &v, sizeof v);
   else
     for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) p[i] = v[i];
