@@ -169,6 +169,11 @@ DSP_INLINE void butterfly(P (&x)[12]) {
 }
 
 template <class P>
+DSP_INLINE void butterfly(P (&x)[14]) {
+  coprime_butterfly<2, 7>(x);
+}
+
+template <class P>
 DSP_INLINE void butterfly(P (&x)[15]) {
   coprime_butterfly<3, 5>(x);
 }

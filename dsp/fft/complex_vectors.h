@@ -22,6 +22,17 @@ struct pairs {
   lanes<2 * W> parts;
 };
 
+// One complex sample: a vector where there are vector registers, else two numbers.
+template <bool InPairs>
+struct one_sample_type {
+  using type = pairs<1>;
+};
+template <>
+struct one_sample_type<false> {
+  using type = points<1>;
+};
+using one_sample = one_sample_type<has_vector_registers>::type;
+
 // (x, -x, x, -x, ...)
 template <int W>
 DSP_INLINE lanes<2 * W> alternating_signs(double x) {
@@ -94,7 +105,12 @@ DSP_INLINE points<W> plus_i(const points<W> &a, const points<W> &b) {
 }
 template <int W>
 DSP_INLINE pairs<W> plus_i(const pairs<W> &a, const pairs<W> &b) {
-  return {a.parts - swap_pairs(b.parts) * alternating_signs<W>(1.0)};
+  const lanes<2 *W> t = swap_pairs(b.parts);
+#ifdef __AVX__  // one instruction subtracts and adds in turn, unless the vector has 512 bits
+  if constexpr (W == 1) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 3)};
+  if constexpr (W == 2) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 5, 2, 7)};
+#endif
+  return {a.parts - t * alternating_signs<W>(1.0)};
 }
 
 // a - i k b and a + i k b.
@@ -123,7 +139,7 @@ DSP_INLINE points<W> turned(const points<W> &a, double cos, double sin) {
 }
 template <int W>
 DSP_INLINE pairs<W> turned(const pairs<W> &a, double cos, double sin) {
-  return {a.parts * cos + swap_pairs(a.parts) * alternating_signs<W>(sin)};
+  return {a.parts * cos + swap_pairs(a.parts) * (alternating_signs<W>(1.0) * sin)};
 }
 
 // A vector of the record: points in lane order, pairs as they lie there. The widest pairs come in halves, since a load
@@ -133,7 +149,7 @@ DSP_INLINE P load_samples(const double *p) {
   if constexpr (P::in_pairs && P::width == 4)
     return {__builtin_shufflevector(load<lanes<4>>(p), load<lanes<4>>(p + 4), 0, 1, 2, 3, 4, 5, 6, 7)};
   else if constexpr (P::in_pairs)
-    return {load<lanes<2 * P::width>>(p)};
+    return {load_once<lanes<2 * P::width>>(p)};
   else
     return load_pairs<P::width>(p);
 }

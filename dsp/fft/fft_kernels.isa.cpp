@@ -16,7 +16,7 @@ constexpr int widest = has_vector_registers ? lane_count : 1;
 // Blocks of so many samples go through all their passes before the next is touched.
 constexpr std::ptrdiff_t cached_samples = 1024;
 
-// What needs no plan. With wide vectors 16 and 32 samples are one straight line as well.
+// What needs no plan. With wide vectors 16 and 32 samples are straight-line code as well.
 constexpr int most_small_bits = widest < 4 ? 3 : 5;
 
 constexpr int reversed_bits(int value, int size) {
@@ -229,15 +229,16 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
   transform<(widest < 2 ? 2 : widest), (widest < 8 ? 4 : 8)>(plan, tables, x, scale, inverse);
 }
 
-template <int N, bool Exchange>
-DSP_INLINE void small(double *x, double scale) {
-  if constexpr (N < 16) {
-    points<1> v[N];
-    for (int i = 0; i < N; ++i) v[i] = exchanged_if<Exchange>(load_split<1>(x + 2 * i));
-    butterfly(v);
-    for (int i = 0; i < N; ++i) store_split<1>(x + 2 * i, exchanged_if<Exchange>(v[i] * scale));
+// One function for each direction: compiled as one, they would share more values than there are registers.
+template <int N, bool Inverse>
+[[gnu::noinline]] void small(double *x, double scale) {
+  if constexpr (widest >= 4 && N >= 8) {
+    short_transform<(N < 32 ? 2 : widest / 2), N, Inverse>(x, scale);
   } else {
-    short_transform<(N < 32 ? 2 : widest / 2), N, Exchange>(x, scale);
+    one_sample v[N];
+    DSP_UNROLL for (int i = 0; i < N; ++i) v[i] = load_samples<one_sample>(x + 2 * i);
+    butterfly(v);
+    DSP_UNROLL for (int i = 0; i < N; ++i) store_samples(x + 2 * i, v[result<Inverse>(i, N)] * scale);
   }
 }
 

@@ -19,8 +19,8 @@ mixed_shape shape_of(int32_t n, int32_t widest);
 // Chooses the radices of a part on kernels of so many lanes, from the smallest to the largest; returns their number.
 int32_t choose_radices(int32_t n, int32_t lanes, int8_t *radix);
 
-// Whether a length is one butterfly, which needs no plan.
-constexpr bool is_direct(int32_t n) { return n == 3 || n == 5 || n == 6 || n == 7 || n == 9 || n == 10 || n == 12; }
+// Whether a length that is no power of two is one butterfly, which needs no plan.
+constexpr bool is_direct(int32_t n) { return n < 16; }
 
 void direct_transform(double *x, int32_t n, bool inverse, double scale);
 

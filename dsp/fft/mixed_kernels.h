@@ -50,7 +50,7 @@ struct mixed_kernel_set {
   int32_t lanes;       // of the widest kernel
   int32_t pair_lanes;  // of the kernel on pairs; 0: there is none
   void (*transform)(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse);
-  // One butterfly: 3, 5, 6, 7, 9, 10 or 12 samples. Not in the set for AVX-512.
+  // One butterfly: 3 to 15 samples, no power of two. Null in the set for AVX-512.
   void (*direct)(int32_t n, double *x, double scale, bool inverse);
 };
 

@@ -343,13 +343,15 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
 
 #if !defined(__AVX512F__)
 template <int N>
-void direct(double *x, double scale, bool inverse) {
-  double *const re = inverse ? x + 1 : x;
-  double *const im = inverse ? x : x + 1;
-  points<1> v[N];
-  DSP_UNROLL for (int i = 0; i < N; ++i) v[i] = {re[2 * i], im[2 * i]};
+[[gnu::noinline]] void direct(double *x, double scale, bool inverse) {
+  // The inverse transform is the forward one of the samples 0, N - 1, .., 1.
+  const double *from = inverse ? x + 2 * (N - 1) : x + 2;
+  const std::ptrdiff_t step = inverse ? -2 : 2;
+  one_sample v[N];
+  v[0] = load_samples<one_sample>(x);
+  DSP_UNROLL for (int i = 1; i < N; ++i, from += step) v[i] = load_samples<one_sample>(from);
   butterfly(v);
-  DSP_UNROLL for (int i = 0; i < N; ++i) re[2 * i] = v[i].re * scale, im[2 * i] = v[i].im * scale;
+  DSP_UNROLL for (int i = 0; i < N; ++i) store_samples(x + 2 * i, v[i] * scale);
 }
 
 void any_direct(int32_t n, double *x, double scale, bool inverse) {
@@ -366,8 +368,16 @@ void any_direct(int32_t n, double *x, double scale, bool inverse) {
       return direct<9>(x, scale, inverse);
     case 10:
       return direct<10>(x, scale, inverse);
-    default:
+    case 11:
+      return direct<11>(x, scale, inverse);
+    case 12:
       return direct<12>(x, scale, inverse);
+    case 13:
+      return direct<13>(x, scale, inverse);
+    case 14:
+      return direct<14>(x, scale, inverse);
+    default:
+      return direct<15>(x, scale, inverse);
   }
 }
 

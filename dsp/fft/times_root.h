@@ -7,7 +7,7 @@
 namespace dsp::fft {
 namespace {
 
-// Doubles that tables hold for the root of a lane: for pairs (cos, cos) and (sin, -sin), one value for each part.
+// Doubles that tables hold for the root of a lane: for pairs (cos, cos) and (sin, -sin).
 template <class P>
 constexpr int values_of_root = P::in_pairs ? 4 : root_values;
 
@@ -25,13 +25,9 @@ DSP_INLINE pairs<W> times_root(const pairs<W> &a, const double *root) {
 }
 
 // The same root for all lanes.
-template <int W>
-DSP_INLINE points<W> times_one_root(const points<W> &a, const double *root) {
-  return {a.re * root[0] + a.im * root[1], a.im * root[0] - a.re * root[1]};
-}
-template <int W>
-DSP_INLINE pairs<W> times_one_root(const pairs<W> &a, const double *root) {
-  return {swap_pairs(a.parts) * (alternating_signs<W>(1.0) * root[1]) + a.parts * root[0]};
+template <class P>
+DSP_INLINE P times_one_root(const P &a, const double *root) {
+  return turned(a, root[0], root[1]);
 }
 
 }  // namespace

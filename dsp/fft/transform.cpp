@@ -45,7 +45,8 @@ const double *octants[32];
   return true;
 }
 
-int32_t planned_transform(const fft_kernel_set &kernels, double *x, int bits, bool inverse, double scale) {
+[[gnu::noinline]] int32_t planned_transform(const fft_kernel_set &kernels, double *x, int bits, bool inverse,
+                                            double scale) {
   fft_setup &setup = setups[bits];
   if (setup.kernels != &kernels && !set_up(bits, kernels, &setup)) return -1;
   kernels.transform(setup.plan, setup.tables, x, scale, inverse);

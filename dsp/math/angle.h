@@ -13,7 +13,7 @@ struct root {
   double cos;
   double sin;
 };
-constexpr int root_values = 2;  // that a table holds for it
+constexpr int root_values = 2;  // doubles that a table holds for one
 
 // cos and sin of 2 pi k/n for k = first .. last <= n/8, `spacing` doubles apart.
 void fill_roots(double *cosines, double *sines, std::ptrdiff_t spacing, int64_t first, int64_t last, int64_t n);
