@@ -24,7 +24,7 @@
  * Names       dsp_ manages signals, dspi_ changes a signal in place, dspb_ makes one signal of two, dspbs_ makes a
  *             scalar of two signals, dspc_ creates a signal, dspd_ filters with a state, dsph_ computes spectra and
  *             converts sample rates, dsps_ computes statistics, dspu_ makes one signal of another, vfp... works on
- *             plain trace arrays.
+ *             plain trace arrays, cf_... is the routine of the same name on a plain array.
  * Threads     One thread at a time: tables, windows and scratch signals belong to the process and have no lock.
  *
  * Each family has a section below, with an introduction and an example.
@@ -108,8 +108,8 @@ DSP_API int32_t dsp_destroy(dsp_vec *v);
 DSP_API int32_t dsp_alloc(dsp_vec *v);
 
 /** As dsp_alloc, but keeps the samples that `old_length` and `old_is_complex` describe. Those of a borrowed buffer are
- * copied. -1: as dsp_alloc. The samples are then lost, and an owned block that the heap could not resize is not
- * released (a block is released when the wanted size is above INT32_MAX doubles). */
+ * copied. -1: as dsp_alloc, and the samples are lost. An owned block that the heap could not resize is then leaked; it
+ * is released if the wanted size was above INT32_MAX doubles. */
 DSP_API int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_complex);
 
 /** Hooks that replace the heap for all buffers of signals, process-wide, null at first. A hook works on the record
@@ -121,8 +121,8 @@ DSP_API int32_t dsp_realloc(dsp_vec *v, int32_t old_length, uint32_t old_is_comp
  * absent buffer `data` is null; the library then copies the borrowed samples itself. On failure the hook sets `data` to
  * null, and has to release the old buffer itself if that is wanted.
  * dsp_destroy calls the release hook for an owned buffer, to release `data`.
- * Tables of the transforms, the list of cached windows and the records within a dsph_rsmp_state come from the heap of
- * the C library all the same. */
+ * Tables of the transforms, the list of cached windows, the records within a dsph_rsmp_state and the work memory of the
+ * polynomial routines still come from the heap of the C library. */
 typedef void (*dsp_alloc_fn)(dsp_vec *v);
 typedef void (*dsp_realloc_fn)(dsp_vec *v, int32_t old_length, uint32_t old_is_complex);
 typedef void (*dsp_free_fn)(dsp_vec *v);
@@ -232,8 +232,8 @@ DSP_API int32_t dspi_limit(dsp_vec *v, double lo, double hi, int32_t *clipped);
 /** Sets all samples to 0. A buffer that is too small or borrowed is replaced first. -1: no memory. */
 DSP_API int32_t dspi_zero(dsp_vec *v);
 
-/** Magnitude, within one unit in the last place of hypot, and like that without overflow or underflow in between; the
- * signal becomes real. */
+/** Magnitude, right to one unit in the last place; as with hypot no square overflows or underflows. The signal becomes
+ * real. */
 DSP_API int32_t dspi_mag(dsp_vec *v);
 
 /** Squared magnitude, 1e100 for a sample with a part beyond +-1e100; the signal becomes real. */
@@ -336,7 +336,7 @@ DSP_API int32_t dspi_exp(dsp_vec *v);
  * stay as they are; a complex sample with such a real part gets the magnitude -1e100. */
 DSP_API int32_t dspi_exp10(dsp_vec *v);
 
-/** Natural logarithm. -708.3964185322641 for a real sample below the smallest normal double; (the same, 0) for a
+/** Natural logarithm. -708.3964185322641 for a real sample below the smallest normal double; (-708.39..., 0) for a
  * complex sample whose squared magnitude is below it. The squared magnitude counts as 1e100 if a part is beyond
  * +-1e100; the real part of the result is then 115.12925464970229. */
 DSP_API int32_t dspi_log(dsp_vec *v);
@@ -660,7 +660,7 @@ enum {
   DSP_WND_SYMMETRIC = 4,     /**< both ends on samples: Gauss, Kaiser, sinc lobe and Tukey; uniform ignores it */
   DSP_WND_ACTIVE = 8,        /**< the parameter is the number of samples that the window spans */
   DSP_WND_SWAP_UNIFORM = 16, /**< the uniform window swaps the halves as well */
-  DSP_WND_NO_SWAP = 32       /**< the other windows do not */
+  DSP_WND_NO_SWAP = 32       /**< the other windows do not swap them */
 };
 
 /** The type of a name in upper or lower case: "Hann", "Flattop", "kaiser70" and so on, and the names of the constants,
@@ -886,7 +886,7 @@ DSP_API int32_t dsps_excess(const dsp_vec *in, dsp_vec *out);
  * samples equal to `start` count in bin 0; a negative bin_width counts downwards. bins <= 0: nothing is counted. */
 DSP_API int32_t dsps_hist(const dsp_vec *in, dsp_vec *out, double start, double bin_width, int32_t bins);
 
-/** Flags of dsps_peak: one refinement, and one of the last two if wanted (both: DSP_PEAK_AT_INDEX holds). */
+/** Flags of dsps_peak: one refinement, and one of the last two if wanted (DSP_PEAK_AT_INDEX overrides the other). */
 enum {
   DSP_PEAK_NO_INTERP = 0x000,   /**< the sample itself */
   DSP_PEAK_PARABOLIC = 0x100,   /**< a parabola through the sample and its neighbours */
@@ -1012,9 +1012,10 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly: on one processor the results
  * are the same bits for every division into blocks. Longer real filters run through the FFT where that is cheaper; then
  * blocks agree to 1e-13 of the sum of |h| times the largest input. A block is summed directly if it or its past holds a
- * sample that is not finite or beyond 1e50, so that such a sample reaches only the outputs that weight it; so is one
- * whose filter has such a tap. The spectra of the last long filter are kept while the same taps (within 1.1e-15 |h[0]|)
- * and transform sizes are used: one filter on many blocks is cheap, several long ones in turn are not. -1: no memory.
+ * sample that is not finite or beyond 1e50, so that such a sample reaches only the outputs that weight it. If the
+ * filter has such a tap, every block is summed directly. The spectra of the last long filter are kept while the same
+ * taps (within 1.1e-15 |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several long ones in
+ * turn are not. -1: no memory.
  */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
 
@@ -1058,12 +1059,12 @@ DSP_API int32_t dspi_hwfilt(dsp_vec *v, const void *reserved);
  * What it reaches (docs/filters.md has the figures for each ratio), with a pass band of 0 to 0.39 of the output rate:
  * flat within 0.065 dB; distortion of a tone below -115 dB rms. Tones from 0.61 of the output rate on leave at most
  * -90 dB in the pass band, and at most -36 dB between 0.39 and 0.5 (most a little above ratios of 2, 4 and 8).
- * Frequencies from 0.5 to 0.61 fall into the latter part. A stream in blocks gives the same bits as the
- * stream at once. The output begins where the filters have settled: samples that depend on the silence before the
- * stream are dropped.
+ * Frequencies from 0.5 to 0.61 are mirrored into the latter band. A stream in blocks gives the same bits as the stream
+ * at once. The output begins where the filters have settled: samples that depend on the silence before the stream are
+ * dropped.
  * ========================================================================================================== */
 
-/** What a ratio needs. The routines below fill it; read it as you like. */
+/** The filters and settings for one ratio. The routines below fill it; its fields may be read. */
 typedef struct dsph_rsmp_coef {
   dsp_vec halfband;      /**< first half of the 39-tap lowpass */
   int32_t halfband_odd;  /**< 1: it ends with the centre */
@@ -1301,7 +1302,7 @@ DSP_API int32_t vfpd_SmoothCpx(const dsp_complex *in, dsp_complex *out, int32_t 
 enum {
   DSP_FORMAT_LEVEL = 0,      /**< 10 log10(p): level in dB, minus infinity for a zero point */
   DSP_FORMAT_MAGNITUDE = 1,  /**< r */
-  DSP_FORMAT_PHASE = 2,      /**< atan2(im, re) 57.29577951307855: degrees (the factor is 7e-14 of it below 180/pi) */
+  DSP_FORMAT_PHASE = 2,      /**< atan2(im, re) 57.29577951307855: degrees (180/pi, but smaller by 7e-14 of it) */
   DSP_FORMAT_SWR = 3,        /**< (1 + r)/(1 - r): standing-wave ratio, 1000000 for r above 0.999998 */
   DSP_FORMAT_RETURN_LOSS = 4 /**< -10 log10(p): return loss in dB */
 };
@@ -1348,9 +1349,9 @@ DSP_API uint32_t set_runfast(int32_t on);
 /** Coefficients become zeros: a complex signal of as many samples as the degree, dx 1, in ascending order of modulus;
  * zeros of one modulus (to 4 eps) in the order of their phase, from 0 up to 2 pi. Those of a real polynomial, one whose
  * imaginary parts are all 0 included, have an imaginary part of exactly 0 or come in exact conjugate pairs, the one
- * with the positive imaginary part first and the other directly behind it. Zero coefficients at the top lower the
- * degree; those at the bottom are zeros at exactly 0. No samples, or degree 0: an empty complex signal. A zero too
- * small for a double is 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method:
+ * with the positive imaginary part first and the other directly behind it. Coefficients of 0 at the top lower the
+ * degree; each one at the bottom gives a zero at exactly 0. No samples, or degree 0: an empty complex signal. A zero
+ * too small for a double is 0. -1: every sample is 0, a sample is not finite, a zero is too large for a double. Method:
  * Ehrlich-Aberth iteration from the polynomial's Newton polygon. */
 DSP_API int32_t dspi_proots(dsp_vec *v);
 
@@ -1396,8 +1397,7 @@ DSP_API void Compute1PortTerms(dsp_complex *g1, dsp_complex *g2, dsp_complex *g3
                                const dsp_complex *a2, const dsp_complex *a3, int32_t first, int32_t end);
 
 /** out = a b for row-major arrays: a of m x k, b of k x p, out of m x p elements (it may be a or b). Returns the number
- * of elements written, m p. -1, and out untouched: k k > m k (for positive sizes: a has more columns than rows), a
- * negative size, no memory. */
+ * of elements written, m p. -1, and out untouched: a has more columns than rows, a negative size, no memory. */
 DSP_API int32_t MatrixMult(const dsp_complex *a, const dsp_complex *b, dsp_complex *out, int32_t m, int32_t k,
                            int32_t p);
 
