@@ -1,5 +1,5 @@
-// What memory gives to plain loops, by the way they use it. A row of another program that is labelled with one of
-// these patterns and counts its bytes can state its share of the same size's bandwidth.
+// The memory bandwidth of plain loops, by access pattern. A row of another program that is labelled with one of these
+// patterns and counts its bytes shows its share of that bandwidth at the same size.
 #include <benchmark/benchmark.h>
 
 #include <string>

@@ -18,7 +18,7 @@ using doubles = std::vector<double>;
 using complex = std::complex<double>;
 constexpr double pi = 3.141592653589793;
 
-// v is what the work changes, a and b are given; n samples.
+// v is the signal that the work changes, a and b are its inputs; n samples.
 using ours = void (*)(dsp_vec *v, const dsp_vec *a, const dsp_vec *b);
 using plain = void (*)(double *v, const double *a, const double *b, int64_t n);
 
@@ -32,7 +32,7 @@ struct work {
   plain loop;
 };
 
-// Complex products as the textbook has them, without the recovery of infinities.
+// The textbook's complex product: std::complex would also repair infinities.
 complex times(complex a, complex b) {
   return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
 }
@@ -84,7 +84,7 @@ const work works[] = {
 };
 // clang-format on
 
-// Positive, around 1 and exactly 1 in v, so that repetition leaves it in place; a phase for unwrap.
+// Positive samples around 1, so that repeated products neither overflow nor vanish; or a wrapped phase, for unwrap.
 doubles input(int64_t n, unsigned seed, bool phases) {
   std::mt19937_64 engine(seed);
   std::uniform_real_distribution<double> value(0.5, 2.0);
@@ -102,7 +102,7 @@ void measure(benchmark::State &state, const work &w, int64_t n, bool plain_loop)
   const bool is_complex = (w.flags & pairs) != 0;
   const bool phases = w.name == std::string("unwrap");
   const int64_t count = is_complex ? 2 * n : n;
-  // Fresh data are so many that no branch on them can be learnt by heart.
+  // So many fresh samples that the processor cannot learn to predict branches on them.
   const int64_t copies = (w.flags & fresh) != 0 && n < 100000 ? 100000 / n : 1;
   doubles a = input(count * copies, 1, phases), b = input(count, 2, phases), v(static_cast<std::size_t>(2 * n), 1.0);
   int64_t turn = 0;

@@ -80,7 +80,7 @@ void multiply_arrays(benchmark::State &state, int32_t n) {
   }
 }
 
-// By Cramer's rule, unpivoted, written out for real and imaginary parts: the least work that gives the terms at all.
+// By Cramer's rule without pivoting, written out for real and imaginary parts: the least work that gives the terms.
 struct pair {
   double re, im;
   explicit pair(const dsp_complex &z) : re(z.re), im(z.im) {}

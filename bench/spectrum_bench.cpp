@@ -1,4 +1,4 @@
-// The windowed, averaged spectrum of a real record, and correlation, beside the same made with FFTW. Names are
+// The windowed, averaged spectrum of a real record, beside the same with FFTW's transforms, and correlation. Names are
 // work/size/library.
 #include <benchmark/benchmark.h>
 

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "bench/noise.h"
 #include "dsp/dsp.h"
 #ifdef HAVE_EIGEN
 #include <Eigen/Dense>
@@ -25,11 +25,8 @@ using doubles = std::vector<double>;
 using reduction = std::function<double(const doubles &x)>;
 
 void measure(benchmark::State &state, std::size_t n, std::size_t count, const reduction &reduce) {
-  std::mt19937_64 engine(1);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  std::vector<doubles> records(count, doubles(n));
-  for (doubles &x : records)
-    for (double &sample : x) sample = value(engine);
+  std::vector<doubles> records;
+  while (records.size() < count) records.push_back(noise(n, static_cast<unsigned>(records.size() + 1)));
   std::size_t turn = 0;
   for (auto _ : state) {
     doubles &x = records[turn++ % count];
@@ -42,7 +39,8 @@ void measure(benchmark::State &state, std::size_t n, std::size_t count, const re
 void add(const char *work, const char *library, const reduction &reduce) {
   for (const std::size_t n : {1000, 100000, 10000000}) {
     const std::string name = std::string(work) + "/" + std::to_string(n) + "/" + library;
-    // A selection takes several records in turn, so that no branch on their values can be learnt by heart.
+    // A selection takes several records in turn, so that the processor cannot learn to predict branches on their
+    // values.
     const std::size_t count = work == std::string("median") && n < 100000 ? 32 : 1;
     benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State &state) { measure(state, n, count, reduce); });
   }

@@ -1,5 +1,4 @@
-// Windows put on a record: one that is cached beside a plain product, and ones that are made. Names are
-// work/size/library.
+// Records times windows: cached ones beside a plain product, and generated ones. Names are work/size/library.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -20,7 +19,7 @@ void measure(benchmark::State &state, std::size_t n, const std::function<void(do
     apply(x);
     benchmark::DoNotOptimize(x.data());
     benchmark::ClobberMemory();
-    if (x[n / 4] < 1e-200) x.assign(n, 1.0);  // long before the products get subnormal
+    if (x[n / 4] < 1e-200) x.assign(n, 1.0);  // before products become subnormal, which would be slow
   }
 }
 
@@ -43,7 +42,7 @@ const doubles &hann(std::size_t n) {
   return w;
 }
 
-// What one would write: each cosine from the library.
+// The plain loop: each cosine from the C library.
 void cosine_loop(doubles &x, const double *c, int terms) {
   const double step = 2.0 * std::acos(-1.0) / static_cast<double>(x.size());
   for (std::size_t i = 0; i < x.size(); ++i) {

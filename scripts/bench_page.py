@@ -47,11 +47,11 @@ FAMILIES = [
 
 # Why, where we are slower: shown when a row that matches is behind the peer.
 REASONS = [
-    ("fft", r"r?i?r?dft/(12|24|60|100|360)/", "fftw", "Short lengths that are no powers of two: the way to the passes "
-     "counts, and lanes that stay empty."),
-    ("elementwise", r"[^/]*/1000/", "loop", "At 1000 samples checks of the call count, and that results saturate rather "
-     "than overflow."),
-    ("rf", r"product/3/", "eigen", "A product of 3 x 3 takes little more than the call, its tests and its memory do."),
+    ("fft", r"r?i?r?dft/(12|24|60|100|360)/", "fftw", "At short lengths that are not powers of two the choice of the "
+     "passes takes a share of the time, and vectors are partly empty."),
+    ("elementwise", r"[^/]*/1000/", "loop", "At 1000 samples the checks of a call take a share of the time, and so does "
+     "saturation, which the loop leaves out."),
+    ("rf", r"product/3/", "eigen", "A product of 3 x 3 takes little more time than the call, its checks and its memory."),
     ("rf", r"product/32/", "eigen", "Eigen blocks for registers and caches; ours sums each element in order."),
     ("stats", r"[^/]*/1000/", ".*", "Partial sums over blocks of 2048 and saturation are part of the result, also at 1000 "
      "samples."),
@@ -167,8 +167,8 @@ def main(build, results):
     print(f"""# Performance
 
 Medians of the processor time of runs that were interleaved at random, ours beside the libraries that a user would
-otherwise pick, in one process and one thread; in brackets ours over theirs, below 1 we are faster. `scripts/bench --page` measures all of it
-anew on your machine, `scripts/bench --page fft` one family.
+otherwise pick, in one process and one thread. In brackets: our time over theirs; below 1 we are faster.
+`scripts/bench --page` measures all of it on your machine, `scripts/bench --page fft` one family.
 
 - Processor: {processor}, on which the library chose {chosen}
 - Compiler: {output("c++", "--version").splitlines()[0]}; plain loops and peers' headers with `-O3 -march=native`

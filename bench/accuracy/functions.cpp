@@ -52,7 +52,7 @@ void measure(const function &f, const std::string &range, double from, double to
   row({f.name, range, figure(ours), figure(plain)});
 }
 
-// The worst over points near the circle of radius 1, of results that are real.
+// The worst over points of the square from -1 - i to 1 + i, for functions whose result is real.
 void measure_complex(const char *name, int32_t (*ours)(dsp_vec *v), double (*plain)(double re, double im),
                      wide (*exact)(wide re, wide im)) {
   const doubles z = noise(1000000, 13);

@@ -35,7 +35,7 @@ void row(const cells &line);
 void table(const cells &head);                // numbers to the right but in the first column
 void held_by(const std::string &test_names);  // ends a table: what keeps these figures from growing
 
-// Two digits that count; "-" for what is not a number.
+// Two significant digits; "-" for NaN.
 std::string figure(double value);
 
 inline dsp_vec borrow(doubles &x) { return {1.0, x.data(), 0, static_cast<int32_t>(x.size()), 0, 0}; }

@@ -38,7 +38,7 @@ double worst_of(const apply &ours, int32_t flags, const shape &exact) {
   return worst;
 }
 
-// A dash for forms that a window does not have.
+// One row; "-" for forms that a window does not have.
 void measure(const std::string &name, const apply &ours, const shape &exact) {
   cells line = {name};
   for (const int32_t scale : {static_cast<int32_t>(DSP_WND_RAW), static_cast<int32_t>(DSP_WND_AMPLITUDE),
@@ -91,8 +91,9 @@ void windows() {
   heading(
       "Windows",
       "The worst error over lengths from 2 to 100 003, in eps of the window's peak: as generated, scaled to mean 1, "
-      "scaled to mean square 1, and symmetric. The scaled cosine sums use published coefficients of their own, "
-      "which leaves nothing to compare them with.");
+      "scaled to mean square 1, and symmetric. The scaled cosine sums have published coefficients of their own, so "
+      "that "
+      "there is no reference for them.");
   table({"window", "raw", "amplitude", "power", "symmetric"});
   measure(
       "triangular", [](dsp_vec *v, int32_t f) { return dspi_window(v, DSP_WINDOW_TRIANGULAR, f); },
