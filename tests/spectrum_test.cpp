@@ -15,6 +15,9 @@ using namespace support;
 
 const double pi = std::acos(-1.0);
 
+constexpr int32_t two_sided = DSP_SPECTRUM_TWO_SIDED, summed = DSP_SPECTRUM_SUM, centred = DSP_SPECTRUM_CENTRED,
+                  raw = DSP_SPECTRUM_RAW;
+
 TEST(Spectrum, ShowsAmplitudeUnderEveryWindowAndPadding) {
   for (int32_t window = 0; window <= 23; ++window)
     for (const double fraction : {1.0, 0.5})
@@ -58,7 +61,7 @@ TEST(Spectrum, CleansUpItsArguments) {
     EXPECT_EQ(dsph_fft(&in, &out, 0, 1.0, unknown, 0), -1);
     EXPECT_EQ(dsph_dft(&in, &out, unknown, 0), -1);
   }
-  for (const int32_t flags : {0, 2, 4, 16, 128}) {
+  for (const int32_t flags : {0, two_sided, summed, centred, raw}) {
     EXPECT_EQ(dsph_fft(&empty, &out, 0, 1.0, DSP_WINDOW_HANN, flags), 0) << flags;
     EXPECT_EQ(complexes_of(out), complexes(1, 0.0));
   }
@@ -70,11 +73,11 @@ TEST(Spectrum, FlagsMeanWhatTheySay) {
     int32_t flags;
     double divisor;
     int time_zero, first_bin;
-  } cases[] = {{DSP_SPECTRUM_TWO_SIDED, n, 0, -n / 2},
-               {DSP_SPECTRUM_RAW, n, 0, 0},
-               {DSP_SPECTRUM_SUM | DSP_SPECTRUM_TWO_SIDED, 1, n / 2, -n / 2},
-               {DSP_SPECTRUM_CENTRED | DSP_SPECTRUM_TWO_SIDED, n, n / 2, -n / 2},
-               {DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_UNWINDOWED, n, 0, -n / 2}};
+  } cases[] = {{two_sided, n, 0, -n / 2},
+               {raw, n, 0, 0},
+               {summed | two_sided, 1, n / 2, -n / 2},
+               {centred | two_sided, n, n / 2, -n / 2},
+               {two_sided | DSP_SPECTRUM_UNWINDOWED, n, 0, -n / 2}};
   for (const bool is_complex : {false, true})
     for (const auto &c : cases) {
       const record in = random_signal(n, is_complex, 5);
@@ -93,11 +96,11 @@ TEST(Spectrum, FlagsMeanWhatTheySay) {
 
 TEST(Spectrum, InverseUndoesForward) {
   for (const bool is_complex : {false, true})
-    for (const int32_t base : {0, 2, 4, 16, 2 + 4, 2 + 16, 128})
+    for (const int32_t base : {0, two_sided, summed, centred, two_sided | summed, two_sided | centred, raw})
       for (const int n : {1, 2, 8, 64, 13, 48})
         for (const int32_t padded : {0, 8, 64}) {  // 0: by the transform of any length
-          const bool full = is_complex || (base & (DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_RAW)) != 0;
-          const bool whole = (base & (4 + 16 + 128)) != 0;
+          const bool full = is_complex || (base & (two_sided | raw)) != 0;
+          const bool whole = (base & (summed | centred | raw)) != 0;
           if (padded != 0 && (n > padded || (whole && n != padded))) continue;
           SCOPED_TRACE(testing::Message() << is_complex << " flags " << base << " length " << n << " of " << padded);
           const auto transform = [&](const record &in, record *out, int32_t flags) {
@@ -168,7 +171,8 @@ TEST(Average, FollowsItsDefinition) {
   run(9, 0, -1, 0, kept);
   record two(reals{1, 2});
   const record three(reals{1, 2, 3});
-  for (const int32_t mode : {1, 2, 3, 4, 5}) EXPECT_EQ(dsph_avg(&three, &two, nullptr, mode, 2, 0, -1, 0), -1) << mode;
+  for (const int32_t mode : {DSP_AVG_MEAN, DSP_AVG_MAX_HOLD, DSP_AVG_MIN_HOLD, DSP_AVG_HARMONIC, DSP_AVG_GEOMETRIC})
+    EXPECT_EQ(dsph_avg(&three, &two, nullptr, mode, 2, 0, -1, 0), -1) << mode;
   EXPECT_EQ(doubles_of(two), (reals{1, 2}));
 }
 

@@ -137,7 +137,16 @@ constexpr int32_t average_modes[] = {DSP_AVG_REPLACE,
                                      9,
                                      DSP_AVG_POWER | DSP_AVG_MEAN,
                                      DSP_AVG_LIMIT | DSP_AVG_MEAN};
-constexpr int32_t spectrum_flags[] = {0, 1, 2, 4, 8, 2 + 16, 1 + 32, 64 + 1, 128, 129};
+constexpr int32_t spectrum_flags[] = {0,
+                                      DSP_SPECTRUM_INVERSE,
+                                      DSP_SPECTRUM_TWO_SIDED,
+                                      DSP_SPECTRUM_SUM,
+                                      DSP_SPECTRUM_UNWINDOWED,
+                                      DSP_SPECTRUM_TWO_SIDED | DSP_SPECTRUM_CENTRED,
+                                      DSP_SPECTRUM_INVERSE | DSP_SPECTRUM_FROM_TWO_SIDED,
+                                      DSP_SPECTRUM_INVERSE | DSP_SPECTRUM_ODD,
+                                      DSP_SPECTRUM_RAW,
+                                      DSP_SPECTRUM_RAW | DSP_SPECTRUM_INVERSE};
 constexpr int32_t interpolations[] = {0, 1, 2, 3, 5, 16, 17, 18, 19, 21};
 
 template <class Array>
