@@ -83,9 +83,16 @@ def by_rows(one: Callable[[Any], Array], lead: tuple[int, ...], axis: int = -1) 
     return signal
 
 
+def axis_last(array: Array, axis: int) -> Array:
+    """The array with this axis behind the others."""
+    if not hasattr(axis, "__index__"):
+        raise TypeError(f"axis takes an integer, got {axis!r}")
+    return np.moveaxis(array, axis, -1)
+
+
 def moved(array: Array, axis: int) -> Array:
     """Samples along the last axis; the one axis of a plain signal is that."""
-    return array if array.ndim == 1 else np.moveaxis(array, axis, -1)
+    return array if array.ndim == 1 else axis_last(array, axis)
 
 
 def row_of(array: Array, lead: tuple[int, ...], index: Optional[tuple[int, ...]]) -> Array:
@@ -137,7 +144,7 @@ def _operands(
             plain = plain and array.ndim == 1
             operands[k], dx[k] = moved(array, axis), spacing(a)
     if axis != -1 and plain:
-        np.moveaxis(next(iter(operands.values())), axis, -1)  # raises for an axis out of range
+        axis_last(next(iter(operands.values())), axis)  # raises for an axis out of range
     for need in needs:
         need(routine, *operands.values())
     return operands, dx, plain
@@ -205,7 +212,7 @@ def changed(
     if out is not None:
         return _into(out, routine, array, step, args, axis, each)
     if array.ndim > 1 or axis != -1:
-        rows = np.moveaxis(array, axis, -1)
+        rows = axis_last(array, axis)
     if array.ndim == 1 or each:
         result = _changed_row(routine, array.reshape(-1), step, args)
         return result if array.ndim == 1 else result.reshape(array.shape)

@@ -7,7 +7,7 @@ from __future__ import annotations
 import functools
 import operator
 import re
-from enum import IntEnum, IntFlag
+from enum import Enum, IntEnum, IntFlag
 from typing import Iterable, Type, Union
 
 __all__ = [
@@ -212,6 +212,8 @@ def choose(names: Names, choice: Choice) -> int:
     """The value of a constant, or of its name; of several flags, `|` or a comma between them."""
     flags, members = issubclass(names, IntFlag), names.__members__
     if not isinstance(choice, str):
+        if not hasattr(choice, "__index__") or (isinstance(choice, Enum) and not isinstance(choice, names)):
+            raise TypeError(f"{names.__name__} takes a name or a value of its own, got {choice!r}")
         value, values = operator.index(choice), [int(member) for member in members.values()]
         if names is Window and value == TUKEY:
             return value

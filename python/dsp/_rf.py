@@ -8,7 +8,7 @@ import numpy as np
 import numpy.typing as npt
 
 from ._c import Error, lib, run
-from ._call import indices
+from ._call import axis_last, indices
 from ._signal import Array, doubles, numbers
 
 __all__ = ["Circle", "OnePort", "arc_interp", "circle_fit", "invert", "matrix_mult"]
@@ -200,7 +200,7 @@ def circle_fit(z: npt.ArrayLike, *, axis: int = -1) -> Circle:
     >>> dsp.circle_fit([3, 2 + 1j, 1, 2 - 1j])
     Circle(centre=(2+0j), radius=1.0, rms=0.0)
     """
-    points = np.moveaxis(np.asarray(numbers(z), np.complex128), axis, -1)
+    points = axis_last(np.asarray(numbers(z), np.complex128), axis)
     fits = np.empty(points.shape[:-1] + (4,))
     for index in indices(points.shape[:-1]):
         row, centre = np.ascontiguousarray(points[index]), fits[index][:2].view(np.complex128)
@@ -247,7 +247,7 @@ def arc_interp(x: npt.ArrayLike, z: npt.ArrayLike, xi: npt.ArrayLike, *, axis: i
     array([0.707+0.707j])
     """
     nodes, at = doubles(x), np.atleast_1d(numbers(xi, "biuf")).astype(float)
-    trace = np.moveaxis(np.asarray(numbers(z), np.complex128), axis, -1)
+    trace = axis_last(np.asarray(numbers(z), np.complex128), axis)
     if nodes.shape != trace.shape[-1:]:
         raise Error(
             f"arc_interp takes a value for each x, got {trace.shape[-1]} for {nodes.size}",

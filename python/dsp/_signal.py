@@ -45,7 +45,10 @@ def doubles(samples: Samples) -> Array:
 
 def spacing(samples: Any, dx: Optional[float] = None) -> float:
     """`dx` if given, else the spacing of a signal, else 1."""
-    return float(getattr(samples, "dx", 1.0) if dx is None else dx)
+    value = getattr(samples, "dx", 1.0) if dx is None else dx
+    if not isinstance(value, float) and (isinstance(value, (str, bytes)) or np.ndim(value)):
+        raise TypeError(f"dx takes a number, got {value!r}")
+    return float(value)
 
 
 class Signal(Array):
@@ -109,9 +112,10 @@ class Signal(Array):
     def _spacing_of(self, index: tuple[Any, ...]) -> float:
         """Spacing of what an index takes: that of this signal, times the step of a slice along the last axis; 1 where
         the last axis is gone."""
-        taken = [part for part in index if part is not None and part is not Ellipsis]
-        open_ended = len(taken) == len(index) and len(taken) < self.ndim
-        if not taken or open_ended or index[-1] is Ellipsis:
+        places = [k for k, part in enumerate(index) if part is Ellipsis]
+        behind = index[places[0] + 1 :] if places else index
+        taken = [part for part in behind if part is not None]
+        if not taken or (not places and len(taken) < self.ndim):
             return self.dx
         if isinstance(taken[-1], slice):
             return self.dx * float(abs(taken[-1].step or 1))

@@ -93,7 +93,8 @@ def test_a_signal_is_an_array_that_keeps_its_spacing():
         assert again.dx == 0.5 and list(again) == list(s) and not np.shares_memory(again, s)
     rows = dsp.Signal(np.zeros((3, 4, 5)), 0.5)
     spacings = [rows[0].dx, rows[..., ::2].dx, rows[:, ::2].dx, rows[1, 2, ::3].dx, rows[..., 1].dx, rows[None, 1:].dx]
-    assert spacings == [0.5, 1, 0.5, 1.5, 1, 0.5] and len(rows.axis()) == 5
+    spacings += [rows[None, ::2].dx, rows[0, ..., None].dx]
+    assert spacings == [0.5, 1, 0.5, 1.5, 1, 0.5, 0.5, 0.5] and len(rows.axis()) == 5
     assert repr(s[:2]) == "Signal([1., 2.], dx=0.5)" and np.outer(s, s).shape == (5, 5)
     memory = np.zeros(4, complex)
     assert np.shares_memory(dsp.Signal(memory), memory)
@@ -271,6 +272,10 @@ def test_what_cannot_be_is_told():
         (ValueError, lambda: dsp.edge([[0.0, 1, 0, 1], [0.0, 1, 1, 1]], 0.5)),
         (ValueError, lambda: dsp.rfft(np.ones(4), axis=1)),
         (TypeError, lambda: dsp.neg([1.0], out=[0.0])),
+        (TypeError, lambda: dsp.mean(np.ones((2, 2)), axis=None)),
+        (TypeError, lambda: dsp.rdft(np.ones(4), dx="1")),
+        (TypeError, lambda: dsp.spectrum(np.ones(4), dsp.Fir.RAMP)),
+        (TypeError, lambda: dsp.spectrum(np.ones(4), 2.0)),
         (TypeError, lambda: dsp.shift([1.0], 0.5)),
         (TypeError, lambda: dsp.scale([1.0], "2")),
         (TypeError, lambda: dsp.lib.vfpdbMul1(2.0, [1.0], 1)),
