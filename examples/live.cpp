@@ -22,11 +22,13 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/averaged_spectrum.h"
 #include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/json.h"
 #include "examples/support/signal.h"
 
+using examples::averaged_spectrum;
 using examples::failure;
 using examples::require;
 using examples::signal;
@@ -195,11 +197,10 @@ std::string told(const line &l, double bin, double rate) {
   return "strongest: " + examples::fixed(l.frequency, std::max(examples::decimals_for(bin / 1000.0), 2)) + text;
 }
 
-std::string frame(const signal &power, const screen &s, double rate) {
+std::string frame(const averaged_spectrum &spectrum, const screen &s) {
   signal levels;
-  require(dsp_copy(&levels, &power), "copy the spectrum");
-  require(dspi_db(&levels, 10.0), "convert the spectrum to dB");
-  return plot(levels, s) + told(strongest(power), power.dx, rate);
+  spectrum.levels(&levels);
+  return plot(levels, s) + told(strongest(spectrum.power()), spectrum.power().dx, spectrum.rate());
 }
 
 int live(const examples::arguments &given) {
@@ -210,37 +211,33 @@ int live(const examples::arguments &given) {
   const double rate = given.number("rate", 48000.0, 1e-9, 1e15);
   const auto n = static_cast<int32_t>(given.integer("block", 4096, 256, 1 << 24));
   if ((n & (n - 1)) != 0) throw failure("--block: " + std::to_string(n) + " is not a power of two");
-  const auto memory = static_cast<double>(given.integer("average", 8, 1, 1 << 30));
+  examples::spectrum_settings settings = examples::half_overlapped(n, DSP_WINDOW_GAUSSTOP);
+  settings.exponential = static_cast<double>(given.integer("average", 8, 1, 1 << 30));
   raw_input input(given.text("format", "s16"), static_cast<int>(given.integer("channels", 1, 1, 256)));
 
   using clock = std::chrono::steady_clock;
   const bool on_terminal = isatty(fileno(stdout)) != 0 && !given.has("json");
   auto next = clock::now();
-  signal block(n), bins, power, work;
-  block.dx = 1.0 / rate;
-  int32_t count = 0;
-  for (int32_t kept = 0; input.read(block.data + kept, n - kept); kept = n / 2) {
-    require(dsph_fft(&block, &bins, 0, 1.0, DSP_WINDOW_GAUSSTOP, 0), "transform a block");
-    count += count < INT32_MAX;
-    require(dsph_avg(&bins, &power, &work, DSP_AVG_MEAN | DSP_AVG_POWER | DSP_AVG_LIMIT, count, 0, -1.0, memory),
-            "average the spectrum");
-    std::memmove(block.data, block.data + n / 2, static_cast<std::size_t>(n / 2) * sizeof(double));
+  averaged_spectrum spectrum(settings, rate);
+  signal block(n);
+  while (input.read(block.data, spectrum.wanted())) {
+    spectrum.add(block.data, spectrum.wanted());
     if (!on_terminal || clock::now() < next) continue;
     next = clock::now() + std::chrono::milliseconds(100);
-    std::printf("\x1b[H\x1b[J%s", frame(power, s, rate).c_str());
+    std::printf("\x1b[H\x1b[J%s", frame(spectrum, s).c_str());
     std::fflush(stdout);
   }
-  if (count == 0) throw failure("there are fewer samples than a block of " + std::to_string(n));
-  const line found = strongest(power);
+  if (spectrum.blocks() == 0) throw failure("there are fewer samples than a block of " + std::to_string(n));
+  const line found = strongest(spectrum.power());
   if (given.has("json"))
     examples::json()
         .add("frequency", found.frequency)
         .add("level", found.level)
         .add("rate", rate)
-        .add("blocks", count)
+        .add("blocks", spectrum.blocks())
         .print();
   else
-    std::printf("%s%s", on_terminal ? "\x1b[H\x1b[J" : "", frame(power, s, rate).c_str());
+    std::printf("%s%s", on_terminal ? "\x1b[H\x1b[J" : "", frame(spectrum, s).c_str());
   return std::isnan(found.frequency) ? 1 : 0;
 }
 

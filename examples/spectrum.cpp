@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <limits>
 #include <string>
@@ -12,6 +11,7 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/averaged_spectrum.h"
 #include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
@@ -24,6 +24,7 @@
 #include "examples/support/signal.h"
 #include "examples/support/window_line.h"
 
+using examples::averaged_spectrum;
 using examples::decimals_for;
 using examples::failure;
 using examples::fixed;
@@ -31,31 +32,29 @@ using examples::frequency_axis;
 using examples::frequency_unit;
 using examples::json;
 using examples::peak;
-using examples::require;
 using examples::signal;
 using examples::unit_for;
 using examples::window_line;
 
 namespace {
 
-const std::vector<examples::option> options = examples::with_recording_options({
+const std::vector<examples::option> of_output = {
     {'o', "output", "FILE", "the picture, .png or .svg, or the numbers, .csv\n(default: RECORDING.png here)"},
     {0, "csv", nullptr,
      "numbers instead of a picture: frequency in Hz, level in dB;\nto standard output unless -o is given"},
-    {'b', "block", "N", "samples of a block (default 4096)"},
-    {'w', "window", "NAME", "window (default Gausstop); see below"},
-    {'f', "fraction", "F",
-     "active part of a block, 0 ... 1 (default 1); zeros fill the\nrest and interpolate the spectrum"},
-    {'v', "overlap", "F", "share that a block has in common with the next one,\n0 ... 0.99 (default 0.75)"},
-    {'a', "average", "MODE", "power, max, min, geometric, harmonic or last (default power)"},
+};
+
+const std::vector<examples::option> of_result = {
     {'n', "count", "N", "blocks to average (default: all)"},
-    {'e', "exponential", "N", "from block N on, a new one counts 1/N: old ones fade"},
     {'p', "peaks", "N", "peaks to list at most (default 10)"},
     {0, "from", "HZ", "lowest frequency shown (default 0)"},
     {0, "to", "HZ", "highest frequency shown (default: half the sample rate)"},
     {'l', "log", nullptr, "logarithmic frequency axis"},
     {0, "json", nullptr, "peaks and figures as one object of JSON, with all digits;\na picture only if -o is given"},
-});
+};
+
+const std::vector<examples::option> options = examples::with_recording_options(
+    examples::joined(of_output, examples::joined(examples::spectrum_options(), of_result)));
 
 const char *const introduction =
     "usage: dsp-spectrum [OPTION]... RECORDING\n"
@@ -88,41 +87,18 @@ const char *const notes =
     "Status 0; 1 if no peak was found; 2 with a line on standard error that says what is refused: no file is then\n"
     "written.\n";
 
-struct averaging {
-  const char *name;
-  int32_t mode;
-  const char *title;
-};
-const averaging averagings[] = {
-    {"power", DSP_AVG_MEAN, "mean power"},
-    {"max", DSP_AVG_MAX_HOLD, "maximum"},
-    {"min", DSP_AVG_MIN_HOLD, "minimum"},
-    {"geometric", DSP_AVG_GEOMETRIC, "geometric mean"},
-    {"harmonic", DSP_AVG_HARMONIC, "harmonic mean"},
-    {"last", DSP_AVG_REPLACE, "last block"},
-};
-
 enum class output_kind { picture, csv, none };
 
 struct settings {
   std::string recording, output;  // an empty output is standard output
   output_kind kind;
-  int32_t block, active, hop, grid;  // samples: stated, windowed, from block to block, transformed
-  dsp_window_type window;
-  std::string window_name;
-  const averaging *average;
-  int64_t count, exponential;
+  examples::spectrum_settings spectrum;
+  int64_t count;
   int channel;
-  double full_scale, from, to;
+  double from, to;
   int64_t peaks;
   bool logarithmic;
 };
-
-const averaging *averaging_of(const std::string &name) {
-  for (const averaging &a : averagings)
-    if (name == a.name) return &a;
-  throw failure("--average: '" + name + "' is not one of power, max, min, geometric, harmonic, last");
-}
 
 void choose_output(const examples::arguments &given, settings *s) {
   s->output = given.text("output", "");
@@ -134,31 +110,15 @@ void choose_output(const examples::arguments &given, settings *s) {
     s->output = s->recording == "-" ? "spectrum.png" : std::filesystem::path(s->recording).stem().string() + ".png";
 }
 
-int32_t power_of_two_from(int32_t n) {
-  int32_t power = 1;
-  while (power < n) power *= 2;
-  return power;
-}
-
 settings settings_from(const examples::arguments &given) {
   if (given.words().size() != 1) throw failure("one recording is needed; --help tells more");
   settings s{};
   s.recording = given.words()[0];
   choose_output(given, &s);
-  s.block = static_cast<int32_t>(given.integer("block", 4096, 16, 1 << 24));
-  const double fraction = given.number("fraction", 1.0, 0.001, 1.0);
-  s.active = std::max(static_cast<int32_t>(std::lround(fraction * s.block)), 8);
-  s.grid = power_of_two_from(s.block);
-  s.hop = std::max(static_cast<int32_t>(std::lround((1.0 - given.number("overlap", 0.75, 0.0, 0.99)) * s.active)), 1);
-  s.window_name = given.text("window", "Gausstop");
-  if (dsp_window_from_str(s.window_name.c_str(), &s.window) != 0)
-    throw failure("--window: '" + s.window_name + "' is unknown; --help lists some");
-  s.average = averaging_of(given.text("average", "power"));
+  s.spectrum = examples::spectrum_settings_from(given);
   constexpr int64_t most = std::numeric_limits<int32_t>::max();
   s.count = given.integer("count", most, 1, most);
-  s.exponential = given.integer("exponential", 0, 1, most);
   s.channel = examples::channel_of(given);
-  s.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
   s.peaks = given.integer("peaks", 10, 0, 1000);
   s.logarithmic = given.has("log");
   return s;
@@ -167,40 +127,15 @@ settings settings_from(const examples::arguments &given) {
 void choose_range(const examples::arguments &given, double rate, settings *s) {
   s->from = given.number("from", 0.0, 0.0, rate / 2.0);
   s->to = given.number("to", rate / 2.0, 0.0, rate / 2.0);
-  if (s->logarithmic) s->from = std::max(s->from, rate / s->grid);
+  if (s->logarithmic) s->from = std::max(s->from, rate / s->spectrum.grid);
   if (!(s->from < s->to)) throw failure("--from and --to leave no frequency between them");
 }
 
-/** Averages the recording's blocks into `spectrum`, in dB; returns how many there were. */
-int32_t measure(examples::sample_reader &recording, const settings &s, signal *spectrum) {
+void measure(examples::sample_reader &recording, const settings &s, averaged_spectrum *spectrum) {
   examples::channel_reader channel(recording, s.channel);
   examples::progress progress("measuring " + s.recording);
-  signal block(s.active), bins, work;
-  block.dx = 1.0 / recording.rate();
-  const double fraction = static_cast<double>(s.active) / s.grid;
-  const int32_t flags = s.average->mode | DSP_AVG_POWER | (s.exponential > 0 ? DSP_AVG_LIMIT : 0);
-  int32_t count = 0;
-  for (int32_t kept = 0; count < s.count; kept = s.active - s.hop) {
-    std::memmove(block.data, block.data + s.active - kept, static_cast<std::size_t>(kept) * sizeof(double));
-    const int64_t got = channel.read(block.data + kept, s.active - kept);
-    if (got < s.active - kept) {
-      if (count == 0)
-        throw failure(s.recording + " holds " + std::to_string(got) + " samples, fewer than a block of " +
-                      std::to_string(s.active) + "; see --block");
-      break;
-    }
-    require(dsph_fft(&block, &bins, s.grid, fraction, s.window, 0), "transform a block");
-    ++count;
-    require(dsph_avg(&bins, spectrum, &work, flags, count, 0, -1.0, static_cast<double>(s.exponential)),
-            "average a spectrum");
-    progress.show(recording.progress());
-  }
-  // The single-sided spectrum doubles every amplitude, but zero and half the sample rate have no other side.
-  (*spectrum)[0] *= 0.25;
-  (*spectrum)[spectrum->length - 1] *= 0.25;
-  require(dspi_scale(spectrum, 1.0 / (s.full_scale * s.full_scale)), "scale the spectrum");
-  require(dspi_db(spectrum, 10.0), "convert the spectrum to dB");
-  return count;
+  while (spectrum->blocks() < s.count && spectrum->add_block(channel)) progress.show(recording.progress());
+  spectrum->require_block(s.recording);
 }
 
 std::string text(const char *format, double value) {
@@ -209,33 +144,23 @@ std::string text(const char *format, double value) {
   return buffer;
 }
 
-double noise_bandwidth(const settings &s, double rate) {
-  double bins = 0.0;
-  require(dsp_window_enbw(&bins, s.window, s.active), "compute the noise bandwidth");
-  return bins * rate / s.active;
-}
-
-/** One line that tells how the spectrum was made. */
-std::string method(const settings &s, int32_t count, double rate) {
-  return text("%.0f", count) + (count == 1 ? " block of " : " blocks of ") + text("%.0f", s.active) + ", overlap " +
-         text("%.0f", 100.0 * (s.active - s.hop) / s.active) + " %, " + s.average->title + ", window " + s.window_name +
-         ", bins " + text("%.4g", rate / s.grid) + " Hz, ENBW " + text("%.4g", noise_bandwidth(s, rate)) + " Hz";
-}
-
 void print_table(const std::vector<peak> &peaks, double dx) {
-  const int decimals = std::clamp(static_cast<int>(3.0 - std::floor(std::log10(dx))), 0, 9);
   std::printf("\n%16s  %10s\n", "frequency / Hz", "level / dB");
-  for (const peak &p : peaks) std::printf("%16.*f  %10.2f\n", decimals, p.bin * dx, p.level);
+  for (const peak &p : peaks) {
+    const examples::peak_text t = examples::text_of(p, dx);
+    std::printf("%16s  %10s\n", t.frequency.c_str(), t.level.c_str());
+  }
   if (peaks.empty()) std::printf("%16s\n", "no peaks");
 }
 
-void print_json(const std::vector<peak> &peaks, double dx, const settings &s, int32_t count, double rate) {
+void print_json(const std::vector<peak> &peaks, double dx, const averaged_spectrum &spectrum) {
   std::vector<json> list;
   for (const peak &p : peaks) list.push_back(json().add("frequency", p.bin * dx).add("level", p.level));
   const peak first = peaks.empty() ? peak{std::nan(""), std::nan("")} : peaks[0];
   json out;
   out.add("frequency", first.bin * dx).add("level", first.level).add("peaks", list);
-  out.add("rate", rate).add("blocks", count).add("bin_width", dx).add("noise_bandwidth", noise_bandwidth(s, rate));
+  out.add("rate", spectrum.rate()).add("blocks", spectrum.blocks()).add("bin_width", dx);
+  out.add("noise_bandwidth", spectrum.noise_bandwidth());
   out.print();
 }
 
@@ -355,17 +280,19 @@ int spectrum_of(const examples::arguments &given) {
     throw failure(s.output + " would replace the recording");
   if (!s.output.empty()) file = std::make_unique<examples::output_file>(s.output);
 
+  averaged_spectrum measured(s.spectrum, rate);
+  measure(*recording, s, &measured);
   signal spectrum;
-  const int32_t count = measure(*recording, s, &spectrum);
-  const window_line line(s.window, s.active, s.grid);
+  measured.levels(&spectrum);
+  const window_line line(s.spectrum.window, s.spectrum.active, s.spectrum.grid);
   const std::vector<peak> peaks = examples::find_peaks(spectrum, line, s.from, s.to, s.peaks);
-  const std::string how = method(s, count, rate), read = examples::channel_read(given, *recording);
+  const std::string how = measured.method(), read = examples::channel_read(given, *recording);
   if (s.kind == output_kind::csv) write_csv(spectrum, s, file ? file->stream() : stdout);
   if (s.kind == output_kind::picture) draw(spectrum, peaks, s, how, *file);
   if (s.kind == output_kind::csv && !file) return 0;
   if (file) file->commit();
   if (given.has("json")) {
-    print_json(peaks, spectrum.dx, s, count, rate);
+    print_json(peaks, spectrum.dx, measured);
   } else {
     std::printf("%s: %s\n", s.recording.c_str(), how.c_str());
     if (!read.empty()) std::printf("read: %s\n", read.c_str());

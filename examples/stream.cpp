@@ -11,6 +11,7 @@
 
 #include "dsp/dsp.h"
 #include "examples/support/arguments.h"
+#include "examples/support/averaged_spectrum.h"
 #include "examples/support/axis.h"
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
@@ -21,6 +22,7 @@
 #include "examples/support/signal.h"
 #include "examples/support/sound_writer.h"
 
+using examples::averaged_spectrum;
 using examples::failure;
 using examples::require;
 using examples::signal;
@@ -195,50 +197,27 @@ class channel {
   std::unique_ptr<converter> converter_;
 };
 
-/** The averaged power spectrum of a stream, in blocks of a twentieth of a second that overlap by half: noise then has
- * one level at every sample rate. */
-class spectrum_meter {
- public:
-  explicit spectrum_meter(double rate)
-      : dx_(1.0 / rate), active_(static_cast<int32_t>(std::clamp(std::round(rate / 20.0), 64.0, 1048576.0))) {
-    while (grid_ < active_) grid_ *= 2;
-  }
+/** A spectrum in blocks of a twentieth of a second, so that noise has one level at every sample rate. */
+std::unique_ptr<averaged_spectrum> meter_for(double rate) {
+  const auto block = static_cast<int32_t>(std::clamp(std::round(rate / 20.0), 64.0, 1048576.0));
+  return std::make_unique<averaged_spectrum>(examples::half_overlapped(block, DSP_WINDOW_BLACKMAN_HARRIS4), rate);
+}
 
-  void add(const signal &block) {
-    require(dsp_append(&waiting_, &block), "measure a block");
-    for (; waiting_.length >= active_; require(dspi_shift(&waiting_, active_ / 2), "measure a block")) measure();
+/** Level in dB over frequency. A stream shorter than a block is measured with zeros behind it. */
+std::vector<std::vector<double>> table_of(averaged_spectrum *spectrum) {
+  if (spectrum->blocks() == 0) {
+    const std::vector<double> zeros(static_cast<std::size_t>(spectrum->wanted()), 0.0);
+    spectrum->add(zeros.data(), spectrum->wanted());
   }
-
-  /** Level in dB over frequency. A stream shorter than a block is measured with zeros behind it. */
-  std::vector<std::vector<double>> table() {
-    if (count_ == 0) {
-      require(dspi_zpad(&waiting_, active_), "measure a block");
-      measure();
-    }
-    std::vector<std::vector<double>> columns(2);
-    for (int32_t i = 0; i < average_.length; ++i) {
-      columns[0].push_back(i * average_.dx);
-      columns[1].push_back(10.0 * std::log10(std::max(average_[i], 1e-20)));
-    }
-    return columns;
+  signal levels;
+  spectrum->levels(&levels);
+  std::vector<std::vector<double>> columns(2);
+  for (int32_t i = 0; i < levels.length; ++i) {
+    columns[0].push_back(i * levels.dx);
+    columns[1].push_back(std::max(levels[i], -200.0));
   }
-
- private:
-  void measure() {
-    require(dsp_copy_at_most(&block_, &waiting_, active_), "measure a block");
-    block_.dx = dx_;
-    require(dsph_fft(&block_, &bins_, grid_, static_cast<double>(active_) / grid_, DSP_WINDOW_BLACKMAN_HARRIS4, 0),
-            "transform a block");
-    require(dsph_avg(&bins_, &average_, &work_, DSP_AVG_MEAN | DSP_AVG_POWER, ++count_, 0, -1.0, 0.0),
-            "average a spectrum");
-  }
-
-  double dx_;
-  int32_t active_;
-  int32_t grid_ = 64;
-  int32_t count_ = 0;
-  signal waiting_, block_, bins_, average_, work_;
-};
+  return columns;
+}
 
 /** Splits frames into channels, and puts channels together again. */
 void take_channel(const std::vector<double> &frames, int64_t count, int channels, int c, signal *block) {
@@ -253,12 +232,12 @@ void put_channel(const signal &block, int channels, int c, std::vector<double> *
 
 std::string name_of(const std::string &path) { return std::filesystem::path(path).filename().string(); }
 
-void draw(const std::string &path, const std::string &title, double highest, spectrum_meter *before,
-          spectrum_meter *after) {
+void draw(const std::string &path, const std::string &title, double highest, averaged_spectrum *before,
+          averaged_spectrum *after) {
   examples::output_file picture(path);
   examples::gnuplot plot;
-  plot.table("before", before->table());
-  plot.table("after", after->table());
+  plot.table("before", table_of(before));
+  plot.table("after", table_of(after));
   plot.command("set title " + examples::gnuplot::quoted(title) + " noenhanced");
   plot.command(examples::frequency_axis(0.0, highest, false));
   plot.command("set ylabel 'level / dB relative to full scale'; set yrange [-160:*]");
@@ -277,7 +256,7 @@ struct job {
 
 /** The whole stream through the channels; returns how many frames were written. */
 int64_t process(examples::sample_reader &recording, const job &j, const signal &taps, examples::sound_writer &sound,
-                spectrum_meter *before, spectrum_meter *after) {
+                averaged_spectrum *before, averaged_spectrum *after) {
   const int channels = recording.channels();
   const double gain = std::pow(10.0, j.gain / 20.0);
   std::vector<std::unique_ptr<channel>> stream;
@@ -296,11 +275,11 @@ int64_t process(examples::sample_reader &recording, const job &j, const signal &
     if (got == 0) std::fill(in.begin(), in.end(), 0.0);
     for (int c = 0; c < channels; ++c) {
       take_channel(in, got == 0 ? j.block : got, channels, c, &block);
-      if (c == 0 && got > 0 && before) before->add(block);
+      if (c == 0 && got > 0 && before) before->add(block.data, block.length);
       stream[static_cast<std::size_t>(c)]->process(&block);
       require(dspi_scale(&block, gain), "amplify a block");
       if (got == 0) block.length = static_cast<int32_t>(std::min<int64_t>(block.length, wanted - written));
-      if (c == 0 && after) after->add(block);
+      if (c == 0 && after) after->add(block.data, block.length);
       put_channel(block, channels, c, &out);
     }
     sound.write(out.data(), block.length);
@@ -353,10 +332,10 @@ int stream_of(const examples::arguments &given) {
   signal taps;
   design(given, rate, &taps);
 
-  std::unique_ptr<spectrum_meter> before, after;
+  std::unique_ptr<averaged_spectrum> before, after;
   if (!j.picture.empty()) {
-    before = std::make_unique<spectrum_meter>(rate);
-    after = std::make_unique<spectrum_meter>(new_rate);
+    before = meter_for(rate);
+    after = meter_for(new_rate);
   }
   const int channels = recording->channels();
   examples::sound_writer sound(j.output, encoding, given.has("encoding"), new_rate, channels);

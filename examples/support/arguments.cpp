@@ -52,6 +52,11 @@ std::string describe(const std::vector<option> &options) {
 
 }  // namespace
 
+std::vector<option> joined(std::vector<option> first, const std::vector<option> &more) {
+  first.insert(first.end(), more.begin(), more.end());
+  return first;
+}
+
 bool parse_number(const std::string &text, double *number) {
   if (text.empty() || std::isspace(static_cast<unsigned char>(text[0]))) return false;
   if (text.find_first_of("xX") != std::string::npos) return false;  // hexadecimal

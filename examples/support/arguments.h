@@ -16,6 +16,8 @@ struct option {
   const char *help;  // may hold line breaks
 };
 
+std::vector<option> joined(std::vector<option> first, const std::vector<option> &more);
+
 /** A command line, taken apart by a table: --name value, --name=value, -l value, -lvalue; "--" ends the options. The
  * last of repeated options counts. Everything wrong is a failure that names the option. */
 class arguments {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "examples/support/axis.h"
+
 namespace examples {
 namespace {
 
@@ -58,6 +60,11 @@ std::vector<peak> find_peaks(const signal &spectrum, const window_line &line, do
   }
   std::stable_sort(peaks.begin(), peaks.end(), [](const peak &a, const peak &b) { return a.level > b.level; });
   return peaks;
+}
+
+peak_text text_of(const peak &p, double dx) {
+  const int decimals = std::clamp(static_cast<int>(3.0 - std::floor(std::log10(dx))), 0, 9);
+  return {fixed(p.bin * dx, decimals), fixed(p.level, 2)};
 }
 
 }  // namespace examples

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "examples/support/window_line.h"
@@ -14,5 +15,11 @@ struct peak {
  * bins by the window's `line`: maxima that stand out by 6 dB and are no side lobes. The main lobe at frequency 0 holds
  * an offset, no tone. */
 std::vector<peak> find_peaks(const signal &spectrum, const window_line &line, double from, double to, int64_t most);
+
+/** A peak as readers see it, in Hz and dB; bins are `dx` apart. */
+struct peak_text {
+  std::string frequency, level;
+};
+peak_text text_of(const peak &p, double dx);
 
 }  // namespace examples

@@ -1,6 +1,7 @@
 #include "examples/support/recording.h"
 
 #include <filesystem>
+#include <utility>
 
 #include "examples/support/failure.h"
 
@@ -21,8 +22,7 @@ std::vector<option> with_recording_options(std::vector<option> own) {
        "its column: a number from 1, or a name of its header\n(default: the only one beside the times)"},
       {'s', "full-scale", "X", "amplitude that reads 0 dB (default 1)"},
   };
-  own.insert(own.end(), shared.begin(), shared.end());
-  return own;
+  return joined(std::move(own), shared);
 }
 
 std::unique_ptr<sample_reader> open_recording(const arguments &given, const std::string &path) {
