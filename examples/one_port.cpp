@@ -1,10 +1,8 @@
 // A one-port calibration: from three measured standards and a measured device to the device as it is.
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "dsp/dsp.h"
@@ -13,6 +11,8 @@
 #include "examples/support/failure.h"
 #include "examples/support/gnuplot.h"
 #include "examples/support/json.h"
+#include "examples/support/one_port_calibration.h"
+#include "examples/support/one_port_figures.h"
 #include "examples/support/output_file.h"
 #include "examples/support/simulated_reflectometer.h"
 #include "examples/support/smith_chart.h"
@@ -22,7 +22,7 @@ namespace {
 
 using namespace examples;
 
-constexpr double pi = 3.14159265358979323846;
+using figure = one_port_figure;
 
 const std::vector<option> options = {
     {'o', "output", "FILE.s1p", "write the corrected device"},
@@ -65,45 +65,6 @@ number_format format_named(const std::string &name) {
   throw failure("--format: '" + name + "' is not one of ri, ma, db");
 }
 
-reflection read_actual(const std::string &word, const reflection &measured) {
-  const std::pair<const char *, double> ideals[] = {{"short", -1.0}, {"open", 1.0}, {"load", 0.0}};
-  for (const auto &[name, coefficient] : ideals) {
-    if (word != name) continue;
-    reflection r = measured;
-    r.name = word;
-    r.s.assign(measured.s.size(), {coefficient, 0.0});
-    return r;
-  }
-  return read_touchstone(word);
-}
-
-calibration_set read_set(const std::vector<std::string> &files) {
-  if (files.size() != 7)
-    throw failure("three standards, each measured and actual, and a device are seven files, not " +
-                  std::to_string(files.size()) + "; --help tells more");
-  calibration_set set;
-  for (std::size_t k = 0; k < 3; ++k) {
-    set.measured[k] = read_touchstone(files[2 * k]);
-    set.actual[k] = read_actual(files[2 * k + 1], set.measured[k]);
-  }
-  set.device = read_touchstone(files[6]);
-  return set;
-}
-
-void require_three_standards(const calibration_set &set) {
-  for (int k = 0; k < 3; ++k) {
-    require_same_sweep(set.device, set.measured[k]);
-    require_same_sweep(set.device, set.actual[k]);
-  }
-  for (int k = 0; k < 3; ++k) {
-    const reflection &one = set.actual[k], &next = set.actual[(k + 1) % 3];
-    for (std::size_t i = 0; i < one.s.size(); ++i)
-      if (std::hypot(one.s[i].re - next.s[i].re, one.s[i].im - next.s[i].im) < 1e-6)
-        throw failure(one.name + " and " + next.name + " are the same standard at " + hertz(one.frequency[i]) +
-                      "; a calibration takes three different ones");
-  }
-}
-
 void write_file(const std::string &path, const std::string &text) {
   output_file file(path);
   std::fputs(text.c_str(), file.stream());
@@ -118,62 +79,6 @@ void keep_set(const calibration_set &set, const reflection &truth, const std::st
     write_file(directory + "/" + r->name, touchstone(*r, number_format::ri, "simulated reflectometer"));
 }
 
-struct error_terms {
-  std::vector<dsp_complex> directivity, source_match, tracking;
-};
-
-error_terms terms_of(const calibration_set &set) {
-  error_terms e = {set.measured[0].s, set.measured[1].s, set.measured[2].s};
-  Compute1PortTerms(e.directivity.data(), e.source_match.data(), e.tracking.data(), set.actual[0].s.data(),
-                    set.actual[1].s.data(), set.actual[2].s.data(), 0, set.device.points());
-  return e;
-}
-
-dsp_complex product(const dsp_complex &a, const dsp_complex &b) {
-  return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
-}
-
-// The error box maps the actual coefficient a to (p a + e00) / (1 - e11 a), p = e10e01 - e00 e11: a quotient of two
-// linear forms. The inverse of their matrix, applied to (g, 1), gives those of a.
-reflection corrected(const reflection &device, const error_terms &e) {
-  reflection r = device;
-  r.name = "corrected";
-  for (std::size_t i = 0; i < r.s.size(); ++i) {
-    const dsp_complex e00 = e.directivity[i], e11 = e.source_match[i], both = product(e00, e11);
-    dsp_complex box[] = {{e.tracking[i].re - both.re, e.tracking[i].im - both.im}, e00, {-e11.re, -e11.im}, {1.0, 0.0}};
-    const dsp_complex measured[] = {device.s[i], {1.0, 0.0}};
-    dsp_complex actual[2];
-    if (invert(box, 2) == 0 || MatrixMult(box, measured, actual, 2, 2, 1) != 2 || invert(&actual[1], 1) == 0)
-      throw failure("the standards do not tell the errors at " + hertz(r.frequency[i]));
-    r.s[i] = product(actual[0], actual[1]);
-  }
-  return r;
-}
-
-std::vector<double> formatted(uint32_t format, const std::vector<dsp_complex> &s) {
-  std::vector<double> out(s.size());
-  vfpd_FormatBuffer(format, s.data(), out.data(), 0, static_cast<int32_t>(s.size()));
-  return out;
-}
-
-double largest(const std::vector<double> &x) {
-  return x[static_cast<std::size_t>(vfpd_FindMax(x.data(), 0, static_cast<int32_t>(x.size())))];
-}
-
-// One figure of the report: its line in the table, and its name among the members of the object of JSON.
-struct figure {
-  const char *label, *member;
-  double value;
-  const char *format;
-};
-
-std::vector<figure> figures_of_terms(const error_terms &e) {
-  return {{"directivity", "directivity", largest(formatted(DSP_FORMAT_LEVEL, e.directivity)), "%8.2f dB at worst"},
-          {"source match", "source_match", largest(formatted(DSP_FORMAT_LEVEL, e.source_match)), "%8.2f dB at worst"},
-          {"reflection loss", "reflection_loss", largest(formatted(DSP_FORMAT_RETURN_LOSS, e.tracking)),
-           "%8.2f dB at most"}};
-}
-
 // The level as its minimum is looked for: smoothed or not.
 std::vector<double> searched_level(const reflection &device, int32_t smooth) {
   const std::vector<double> level = formatted(DSP_FORMAT_LEVEL, device.s);
@@ -183,73 +88,6 @@ std::vector<double> searched_level(const reflection &device, int32_t smooth) {
   if (vfpd_Smooth(level.data(), smoothed.data(), n, 0, n, smooth, 0) != n)
     throw failure("--smooth: an odd number of points from 3 on");
   return smoothed;
-}
-
-std::vector<figure> figures_of_device(const reflection &device, std::size_t at, double delay) {
-  return {{"  return loss", "return_loss", formatted(DSP_FORMAT_RETURN_LOSS, device.s)[at], "%8.2f dB"},
-          {"  standing-wave ratio", "standing_wave_ratio", formatted(DSP_FORMAT_SWR, device.s)[at], "%8.3f"},
-          {"  phase", "phase", formatted(DSP_FORMAT_PHASE, device.s)[at], "%8.1f degrees"},
-          {"delay", "delay", delay * 1e12, "%8.4g ps there and back"}};
-}
-
-// The mean group delay, from the phase without its jumps.
-double delay_of(const reflection &device) {
-  const int32_t n = device.points();
-  if (n < 2) return 0.0;
-  std::vector<double> phase(device.s.size());
-  vfpd_UnwrapPhase(device.s.data(), 0, n, phase.data());
-  return (phase.front() - phase.back()) / (2.0 * pi * (device.frequency.back() - device.frequency.front()));
-}
-
-struct circle {
-  dsp_complex centre;
-  double rms;
-};
-
-// The circle nearest to a part of a trace; its rms is infinite when no circle fits.
-circle circle_near(const std::vector<dsp_complex> &s) {
-  circle c = {};
-  double radius;
-  if (vfpd_CircleFit(s.data(), 0, static_cast<int32_t>(s.size()), &c.centre, &radius, &c.rms) != 0) c.rms = HUGE_VAL;
-  return c;
-}
-
-// The points of [first, last] without a delay on the way there and back.
-std::vector<dsp_complex> undelayed(const reflection &device, std::size_t first, std::size_t last, double delay) {
-  std::vector<dsp_complex> s;
-  for (std::size_t i = first; i <= last; ++i) {
-    const double turn = 2.0 * pi * delay * (device.frequency[i] - device.frequency[first]);
-    s.push_back(product(device.s[i], {std::cos(turn), std::sin(turn)}));
-  }
-  return s;
-}
-
-// The loaded quality factor of the resonance at the least reflection; 0 without a resonance. Between the half-power
-// frequencies the reflection runs along a circle, where f is at the angle 2 atan(2 Q (f/f0 - 1)) from f0. A line in
-// front of the resonator bends the circle: its delay is found as the one whose removal brings the points nearest to a
-// circle.
-double quality_of(const reflection &device, std::size_t least) {
-  const auto power = [&](std::size_t i) { return std::pow(device.s[i].re, 2) + std::pow(device.s[i].im, 2); };
-  const double half = 0.5 * (1.0 + power(least));
-  std::size_t first = least, last = least;
-  while (first > 0 && power(first - 1) <= half) --first;
-  while (last + 1 < device.s.size() && power(last + 1) <= half) ++last;
-  const double band = device.frequency[last] - device.frequency[first];
-  double delay = 0.0, best = HUGE_VAL;
-  for (double step = 0.02 / band; step > 1e-6 / band; step *= 0.2) {
-    const double middle = delay;
-    for (int k = -20; k <= 20; ++k) {
-      const double rms = circle_near(undelayed(device, first, last, middle + k * step)).rms;
-      if (rms < best) best = rms, delay = middle + k * step;
-    }
-  }
-  if (best == HUGE_VAL) return 0.0;
-  const std::vector<dsp_complex> s = undelayed(device, first, last, delay);
-  const dsp_complex centre = circle_near(s).centre;
-  const auto angle = [&](const dsp_complex &z) { return std::atan2(z.im - centre.im, z.re - centre.re); };
-  const double at_least = angle(s[least - first]);
-  const auto half_tangent = [&](const dsp_complex &z) { return std::fabs(std::tan(0.5 * (angle(z) - at_least))); };
-  return 0.5 * device.frequency[least] * (half_tangent(s.front()) + half_tangent(s.back())) / band;
 }
 
 // The reflection at a frequency, between points along arcs.
@@ -273,11 +111,7 @@ figure deviation_of(const reflection &device, const reflection &truth) {
 }
 
 void tell(const std::vector<figure> &figures) {
-  for (const figure &f : figures) {
-    std::printf("%-20s ", f.label);
-    std::printf(f.format, f.value);
-    std::printf("\n");
-  }
+  for (const figure &f : figures) std::printf("%-20s %s\n", f.label, f.text().c_str());
 }
 
 json as_json(const reflection &device, double frequency, const std::vector<figure> &figures) {
@@ -376,9 +210,7 @@ int calibrate(const arguments &args) {
   }
 
   const std::vector<figure> of_terms = figures_of_terms(e);
-  std::vector<figure> of_device = figures_of_device(device, least, delay_of(device));
-  const double quality = quality_of(device, least);
-  if (quality > 0.0) of_device.push_back({"quality factor", "quality_factor", quality, "%8.2f, loaded"});
+  std::vector<figure> of_device = figures_of_device(device, least);
   if (args.has("marker"))
     for (const figure &f : figures_of_marker(at_marker(device, args.number("marker", 0.0, 0.0, 1e15))))
       of_device.push_back(f);
