@@ -21,12 +21,12 @@ export * from "./names.js";
 /** What the module asks of its surroundings: nothing that a library without files and clocks needs. */
 const surroundings = new Proxy({}, { get: () => () => 0 });
 
-/** Loads the library: dsp.wasm beside this file, or its bytes, or a URL. */
-export async function load(source = new URL("dsp.wasm", import.meta.url)) {
+/** Loads the library: dsp.wasm beside this file, or its bytes, or a URL; `more` are imports of a module that has some. */
+export async function load(source = new URL("dsp.wasm", import.meta.url), more = {}) {
   const bytes = source instanceof URL || typeof source === "string" ? await fetched(new URL(source, import.meta.url)) : source;
   const module = await WebAssembly.compile(bytes);
   const imports = {};
-  for (const { module: from } of WebAssembly.Module.imports(module)) imports[from] = surroundings;
+  for (const { module: from } of WebAssembly.Module.imports(module)) imports[from] = more[from] ?? surroundings;
   const { exports } = await WebAssembly.instantiate(module, imports);
   exports._initialize();
   return routines(new Library(exports));

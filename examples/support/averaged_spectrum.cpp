@@ -80,6 +80,7 @@ void averaged_spectrum::add(const double *samples, int64_t count) {
     const auto taken = static_cast<int32_t>(std::min<int64_t>(wanted(), count));
     std::memcpy(block_.data + filled_, samples, static_cast<std::size_t>(taken) * sizeof(double));
     filled_ += taken;
+    samples_ += taken;
     samples += taken;
     count -= taken;
     if (wanted() == 0) fold();
@@ -100,6 +101,7 @@ void averaged_spectrum::fold() {
   blocks_ += blocks_ < std::numeric_limits<int32_t>::max();
   const int32_t flags = settings_.average->mode | DSP_AVG_POWER | (settings_.exponential > 0.0 ? DSP_AVG_LIMIT : 0);
   require(dsph_avg(&bins_, &power_, &work_, flags, blocks_, 0, -1.0, settings_.exponential), "average a spectrum");
+  if (each_) each_(bins_);
   filled_ = settings_.active - settings_.hop;
   std::memmove(block_.data, block_.data + settings_.hop, static_cast<std::size_t>(filled_) * sizeof(double));
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/support/arguments.h"
@@ -42,13 +44,16 @@ class averaged_spectrum {
   /** Reads what the next block lacks and adds it; false when the recording ends before. */
   bool add_block(channel_reader &channel);
 
+  /** `each` is called with the bins of every block. */
+  void watch(std::function<void(const signal &bins)> each) { each_ = std::move(each); }
+
   int32_t blocks() const { return blocks_; }
+  int64_t samples() const { return samples_; }
   /** Samples that complete the next block. */
   int32_t wanted() const { return block_.length - filled_; }
   /** Fails unless there was a block in the recording of this name. */
   void require_block(const std::string &name) const;
 
-  const signal &latest_bins() const { return bins_; }
   const signal &power() const { return power_; }
   /** The average in dB: a sine of full scale shows 0. */
   void levels(signal *levels) const;
@@ -64,7 +69,9 @@ class averaged_spectrum {
   spectrum_settings settings_;
   signal block_, bins_, power_, work_;
   std::vector<double> read_;
+  std::function<void(const signal &bins)> each_;
   int32_t filled_ = 0, blocks_ = 0;
+  int64_t samples_ = 0;
 };
 
 }  // namespace examples

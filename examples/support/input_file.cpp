@@ -22,4 +22,8 @@ int64_t readable_size(const std::string &path) {
   return size;
 }
 
+std::unique_ptr<std::istream> open_input(const std::string &path) {
+  return std::make_unique<std::ifstream>(path, std::ios::binary);
+}
+
 }  // namespace examples

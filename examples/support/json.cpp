@@ -43,6 +43,10 @@ json &json::add(const std::string &name, const std::vector<json> &values) {
   return add_text(name, list(values, [](const json &value) { return value.text(); }));
 }
 
+json &json::add(const std::string &name, const std::vector<std::string> &values) {
+  return add_text(name, list(values, quoted));
+}
+
 json &json::add_text(const std::string &name, const std::string &value) {
   members_ += (members_.empty() ? "" : ", ") + quoted(name) + ": " + value;
   return *this;

@@ -12,6 +12,7 @@ class json {
   json &add(const std::string &name, const std::string &value);
   json &add(const std::string &name, const std::vector<double> &values);
   json &add(const std::string &name, const std::vector<json> &values);
+  json &add(const std::string &name, const std::vector<std::string> &values);
 
   std::string text() const { return "{" + members_ + "}"; }
   /** Writes the object as one line to standard output. */

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
 #include "examples/support/failure.h"
 #include "examples/support/input_file.h"
@@ -14,10 +13,10 @@ namespace {
 /** The lines of a text file, without comments and without a byte-order mark. */
 class text_lines {
  public:
-  explicit text_lines(const std::string &path) : path_(path), file_(path, std::ios::binary) {}
+  explicit text_lines(const std::string &path) : path_(path), file_(open_input(path)) {}
 
   bool next(std::string *line) {
-    if (!std::getline(file_, *line)) return false;
+    if (!std::getline(*file_, *line)) return false;
     bytes_ += static_cast<int64_t>(line->size()) + 1;
     if (line->find('\0') != std::string::npos) throw failure(path_ + " is not a text file in ASCII or UTF-8");
     if (number_++ == 0 && line->compare(0, 3, "\xef\xbb\xbf") == 0) line->erase(0, 3);
@@ -29,7 +28,7 @@ class text_lines {
 
  private:
   std::string path_;
-  std::ifstream file_;
+  std::unique_ptr<std::istream> file_;
   int64_t number_ = 0, bytes_ = 0;
 };
 
@@ -156,6 +155,17 @@ class number_column : public sample_reader {
 };
 
 }  // namespace
+
+std::vector<std::string> columns_of(const std::string &path) {
+  readable_size(path);
+  const table_layout layout = layout_of(path);
+  std::vector<std::string> names;
+  for (std::size_t k = 0; k < layout.columns.size(); ++k) {
+    const table_column &c = layout.columns[k];
+    if (c.has_numbers && k != layout.time()) names.push_back(c.text.empty() ? std::to_string(k + 1) : c.text);
+  }
+  return names;
+}
 
 std::unique_ptr<sample_reader> open_column(const std::string &path, const std::string &column, double rate) {
   return std::make_unique<number_column>(path, column, rate);

@@ -1,6 +1,5 @@
 #include "examples/support/recording.h"
 
-#include <filesystem>
 #include <utility>
 
 #include "examples/support/failure.h"
@@ -8,7 +7,8 @@
 namespace examples {
 
 std::string extension_of(const std::string &path) {
-  std::string extension = std::filesystem::path(path).extension().string();
+  const std::size_t name = path.find_last_of("/\\") + 1, dot = path.rfind('.');
+  std::string extension = dot == std::string::npos || dot < name ? "" : path.substr(dot);
   for (char &c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
   return extension;
 }

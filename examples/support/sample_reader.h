@@ -32,6 +32,9 @@ std::unique_ptr<sample_reader> open_sound(const std::string &path, int *encoding
  * scaled to V and s. `rate` 0: from the column of times. */
 std::unique_ptr<sample_reader> open_column(const std::string &path, const std::string &column, double rate);
 
+/** The columns that open_column can read beside the time: their names, or their numbers where they have none. */
+std::vector<std::string> columns_of(const std::string &path);
+
 /** One channel of a recording, from 1; channel 0 is the mean of all. */
 class channel_reader {
  public:

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <complex>
 #include <cstdio>
-#include <fstream>
 
 #include "examples/support/arguments.h"
 #include "examples/support/failure.h"
@@ -145,18 +144,9 @@ class parser {
 
 reflection read_touchstone(const std::string &path) {
   readable_size(path);
-  std::ifstream file(path);
+  const auto file = open_input(path);
   parser p(path);
-  for (std::string line; std::getline(file, line);) p.add(line);
-  return p.done();
-}
-
-reflection parse_touchstone(const std::string &name, const std::string &text) {
-  parser p(name);
-  for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
-    end = std::min(text.find('\n', at), text.size());
-    p.add(text.substr(at, end - at));
-  }
+  for (std::string line; std::getline(*file, line);) p.add(line);
   return p.done();
 }
 

@@ -23,8 +23,6 @@ struct reflection {
 
 /** Reads a file; all that is wrong with it is a failure that names file and line. */
 reflection read_touchstone(const std::string &path);
-/** The same of a text, which failures call by `name`. */
-reflection parse_touchstone(const std::string &name, const std::string &text);
 
 /** The text of a file in Hz; each line of `comment` becomes a comment. */
 std::string touchstone(const reflection &r, number_format format, const std::string &comment);

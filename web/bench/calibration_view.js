@@ -6,52 +6,69 @@ import { Plot } from "./plot.js";
 import { Smith } from "./smith.js";
 
 const x = "frequency / MHz";
-const quantities = { level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio", phase: "phase / °" };
+const quantities = {
+  level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio", phase: "phase / °", // prettier-ignore
+};
 const device = new Plot({ id: "reflection-plot", x, y: quantities.level, traces: ["corrected", "measured"] });
-const terms = new Plot({ id: "terms-plot", x, y: "error terms / dB", traces: ["directivity", "source match", "reflection tracking"], height: 280 });
+const terms = new Plot({
+  id: "terms-plot", x, y: "error terms / dB", height: 280,
+  traces: ["directivity", "source match", "reflection tracking"], // prettier-ignore
+});
 const smith = new Smith("smith", "Smith chart of the device");
-const roles = ["short", "open", "load", "device", "short_actual", "open_actual", "load_actual"];
-const needed = roles.slice(0, 4);
+const standards = ["short", "open", "load"];
+const measured = [...standards, "device"];
+const roles = [...measured, ...standards.map((role) => `${role}_actual`)];
 let files = {}; // by role; none: the simulation
 
+/** A place for the file of a role. */
+const place_for = (role) => `<td><label class="button">Choose<input type="file" id="${role}-file" accept=".s1p"
+  aria-label="${role.replace("_actual", " as it is")}"></label> <span id="${role}-name"></span></td>`;
+
+function show(result, settings) {
+  const [hertz, corrected, raw, ...others] = result.columns;
+  const frequency = hertz.map((f) => f / 1e6);
+  device.y = quantities[settings.format];
+  device.show([frequency, corrected, raw], { y_range: settings.format === "swr" ? [1, 10] : undefined });
+  terms.show([frequency, ...others.slice(0, 3)]);
+  smith.show(hertz, others.slice(3));
+  const row = (line) => line.match(/^ *(.*)\t *([-\d.]+),? *(.*)$/).slice(1);
+  fill("calibration-figures", result.rows.map(row));
+}
+
 export const update = () =>
-  attempt("Calibration", async () => {
+  attempt(async () => {
     const is_simulated = Object.keys(files).length === 0;
-    const without = (role) => (is_simulated ? "simulated" : needed.includes(role) ? "missing" : "ideal");
+    const without = (role) => (is_simulated ? "simulated" : measured.includes(role) ? "missing" : "ideal");
     for (const role of roles) element(`${role}-name`).textContent = files[role]?.name ?? without(role);
-    const missing = needed.filter((role) => !files[role]);
+    const missing = measured.filter((role) => !files[role]);
     if (!is_simulated && missing.length) return tell(`Still missing: ${missing.join(", ")}, as measured.`);
     const settings = settings_of("calibration");
-    const result = await ask("calibrate", { files: is_simulated ? undefined : files, ...settings });
-    const frequency = result.frequency.map((f) => f / 1e6);
-    device.y = quantities[settings.format];
-    device.show([frequency, ...result.device], { y_range: settings.format === "swr" ? [1, 10] : undefined });
-    terms.show([frequency, ...result.terms]);
-    smith.show(result.frequency, result.smith);
-    fill(element("calibration-figures"), result.rows);
-    tell(`${is_simulated ? "A simulated antenna" : files.device.name}, corrected by three standards: ${result.standards}`);
+    show(await ask("calibrate", { files, ...settings }), settings);
+    const how = (role) => `${role} ${is_simulated || (files[`${role}_actual`] && !settings.ideal) ? "as it is" : "ideal"}`;
+    const name = files.device?.name ?? "A simulated antenna";
+    tell(`${name}, corrected by three standards: ${standards.map(how).join(", ")}`);
   });
 
 /** The role of a file by its name: short, open or load, with "actual" or "ideal" in it what the standard really is. */
 function role_of({ name }) {
-  const standard = ["short", "open", "load"].find((word) => name.toLowerCase().includes(word));
+  const standard = standards.find((word) => name.toLowerCase().includes(word));
   return standard ? `${standard}${/actual|ideal|defin/i.test(name) ? "_actual" : ""}` : "device";
 }
 
 /** Takes files, all in the role given, or each in that of its name. */
-const adopt = (chosen, role) =>
-  attempt("Calibration", async () => {
-    for (const file of chosen) {
-      if (file.size > 50e6) throw new Error(`${file.name} is no Touchstone file of a one-port: it has more than 50 MB.`);
-      files[role ?? role_of(file)] = { name: file.name, text: await file.text() };
-    }
-    await update();
-  });
-
-export const open = (dropped) => adopt(dropped);
+export function open(chosen, role) {
+  for (const file of chosen) {
+    if (file.size > 50e6) return tell(`${file.name} is no Touchstone file of a one-port: it has more than 50 MB.`, true);
+    files[role ?? role_of(file)] = file;
+  }
+  return update();
+}
 
 export function start() {
-  for (const role of roles) element(`${role}-file`).onchange = ({ target }) => adopt([...target.files], role);
-  element("sweeps").onchange = ({ target }) => adopt([...target.files]);
+  const row = (role) => `<tr><th scope="row">${role}</th>${place_for(role)}`;
+  const rows = [...standards.map((role) => `${row(role)}${place_for(`${role}_actual`)}</tr>`), `${row("device")}</tr>`];
+  element("standards").insertAdjacentHTML("beforeend", rows.join(""));
+  for (const role of roles) element(`${role}-file`).onchange = ({ target }) => open([...target.files], role);
+  element("sweeps").onchange = ({ target }) => open([...target.files]);
   element("simulate").onclick = () => ((files = {}), update());
 }

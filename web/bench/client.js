@@ -7,7 +7,8 @@ let asked = 0;
 export const ready = new Promise((resolve, reject) => waiting.set(0, { resolve, reject }));
 
 worker.onerror = () => {
-  for (const { reject } of waiting.values()) reject(new Error("The computation broke off: reload the page, or take a smaller file."));
+  const sentence = "The computation broke off: reload the page, or take a smaller file.";
+  for (const { reject } of waiting.values()) reject(new Error(sentence));
   waiting.clear();
 };
 

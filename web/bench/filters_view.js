@@ -1,7 +1,7 @@
 // A filter: its response and step response, its coefficients, and the recording heard through it.
 
 import { ask } from "./client.js";
-import { attempt, element, settings_of, tell } from "./page.js";
+import { attempt, element, quantity, settings_of, tell } from "./page.js";
 import { Plot } from "./plot.js";
 
 const response = new Plot({ id: "response-plot", x: "frequency / Hz", y: "gain / dB", traces: ["gain"] });
@@ -9,9 +9,10 @@ const step = new Plot({ id: "step-plot", x: "sample", y: "step response", traces
 let sound;
 
 export const update = () =>
-  attempt("", async () => {
+  attempt(async () => {
     const settings = settings_of("filters");
     if (!settings) return;
+    document.querySelector(".band").hidden = !settings.kind.startsWith("band");
     const result = await ask("filter", settings);
     response.show([result.frequency, result.response], { y_range: [-140, 10] });
     step.show([Float64Array.from(result.step, (_, i) => i), result.step]);
@@ -26,7 +27,7 @@ async function hear() {
     return;
   }
   const settings = settings_of("filters");
-  const { samples, rate } = await ask("listen", { ...settings, channel: settings_of("spectrum")?.channel ?? 0 });
+  const { samples, rate } = await ask("listen", { ...settings, source: settings_of("spectrum") });
   sound = new AudioContext();
   const buffer = sound.createBuffer(1, Math.max(samples.length, 1), rate);
   buffer.copyToChannel(samples, 0);
@@ -34,13 +35,13 @@ async function hear() {
   source.connect(sound.destination);
   source.onended = () => (sound?.close(), (sound = undefined));
   source.start();
-  tell(`Playing ${(samples.length / rate).toFixed(1)} s at ${rate.toFixed(0)} Hz`);
+  tell(`Playing ${quantity(samples.length / rate, "s", 2)} at ${quantity(rate, "Hz")}`);
 }
 
 export function start() {
-  element("listen").onclick = () => attempt("Cannot play", hear);
+  element("listen").onclick = () => attempt(hear);
   element("copy").onclick = () =>
-    attempt("Cannot copy", async () => {
+    attempt(async () => {
       element("coefficients").select();
       await navigator.clipboard.writeText(element("coefficients").value);
       tell("Copied the coefficients");

@@ -43,7 +43,7 @@ function along_tabs(event) {
   next.click();
 }
 
-await attempt("", async () => {
+await attempt(async () => {
   fill_window_lists();
   const chosen = read_link();
   await ready;

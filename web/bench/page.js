@@ -9,26 +9,39 @@ export function tell(text, is_error = false) {
   element("status").classList.toggle("error", is_error);
 }
 
-/** Lets the page answer what has come in meanwhile. */
-export const breath = () => new Promise((resolve) => setTimeout(resolve));
+/** What a field is called on the page, for sentences that name an option of the programs. */
+const label_of = (option, name) => {
+  const label = document.querySelector(`[name="${name}"]`)?.labels[0].firstChild.textContent.trim();
+  return label ? `“${label}”` : option;
+};
 
 /** Runs what may fail; a failure becomes a sentence on the page. */
-export async function attempt(subject, body) {
+export async function attempt(body) {
   try {
     await body();
-  } catch (error) {
-    tell(subject ? `${subject}: ${error.message}` : error.message, true);
+  } catch ({ message }) {
+    tell(message.replace(/--([a-z][a-z-]*)( HZ)?/g, label_of), true);
   }
 }
 
-/** Rows of name, value, unit ... below a table's caption. */
-export function fill(table, rows, head) {
+/** A value with its unit: 9.000 ms, 48 kHz. */
+export function quantity(value, unit, digits) {
+  const prefixes = ["n", "µ", "m", "", "k", "M", "G"];
+  const k = Math.min(Math.max(Math.floor(Math.log10(value) / 3 + 1e-9), -3), unit === "s" ? 0 : 3);
+  const scaled = value / 1000 ** k;
+  return `${digits ? scaled.toPrecision(digits) : Number(scaled.toPrecision(6))} ${prefixes[k + 3]}${unit}`;
+}
+
+/** Rows of name, value, unit ... below the caption of the table of this name. */
+export function fill(id, rows, head) {
+  const table = element(id);
   const { caption } = table;
   const row = (cells, kind) => {
     const tr = document.createElement("tr");
     cells.forEach((text, i) => {
       const cell = document.createElement(i === 0 || kind === "th" ? "th" : "td");
       cell.textContent = text;
+      if (cell.tagName === "TH") cell.scope = kind === "th" ? "col" : "row";
       if (i > 0 && /^[-−\d.]+$/.test(text)) cell.className = "number";
       tr.append(cell);
     });
@@ -46,7 +59,11 @@ export function download(name, blob) {
 }
 
 const fields = (form) => [...form.elements].filter((e) => e.name);
-const value_of = (e) => (e.type === "checkbox" ? e.checked : e.type === "number" || e.name === "channel" ? Number(e.value) : e.value);
+
+function value_of(field) {
+  if (field.type === "checkbox") return field.checked;
+  return field.type === "number" && field.value !== "" ? Number(field.value) : field.value;
+}
 
 /** A view's form as an object; null while a field is out of its range. */
 export function settings_of(view) {
@@ -54,6 +71,13 @@ export function settings_of(view) {
   if (!form) return {};
   if (!form.reportValidity()) return null;
   return Object.fromEntries(fields(form).map((e) => [e.name, value_of(e)]));
+}
+
+/** Makes these the choices of a list, whose choice stays where it can; a link may have asked for one of them before. */
+export function offer(list, choices) {
+  const wanted = [list.value, list.wanted].find((value) => choices.some((choice) => choice.value === value));
+  list.replaceChildren(...choices.map(({ text, value }) => new Option(text, value)));
+  list.value = wanted ?? choices[0]?.value;
 }
 
 export function fill_window_lists() {
@@ -80,9 +104,10 @@ export function read_link() {
   const form = element(view)?.querySelector("form");
   for (const [name, value] of new URLSearchParams(query ?? "")) {
     const field = form?.elements.namedItem(name);
-    if (field?.type === "checkbox") field.checked = value === "true";
-    else if (field) field.value = value;
-    if (field && (!field.value || !field.checkValidity())) field.value = field.first; // is no value of the field
+    if (!field) continue;
+    if (field.type === "checkbox") field.checked = value === "true";
+    else [field.value, field.wanted] = [value, value];
+    if (!field.value || !field.checkValidity()) field.value = field.first; // is no value of the field
   }
   return element(view)?.matches("[role=tabpanel]") ? view : "spectrum";
 }

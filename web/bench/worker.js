@@ -1,20 +1,16 @@
 // Everything that takes time, away from the page: tasks by name, each answered once; progress on the way.
 
-import { load } from "../dsp.js";
-import { AveragedSpectrum } from "./averaged.js";
-import { calibrate } from "./calibrate.js";
+import { Format } from "../names.js";
+import { breath } from "./breath.js";
 import { design, filtered } from "./filter_design.js";
 import { Programs } from "./programs.js";
-import { read_table } from "./table.js";
-import { is_wav, open_arrays, open_wav } from "./wav.js";
+import { as_wav } from "./sound.js";
 import { compare } from "./window_figures.js";
 
-const dsp = await load(new URL("../bench.wasm", import.meta.url));
-const programs = new Programs(dsp);
-const most_samples = 2 ** 22; // of a tone, and of what is listened to
-const piece = 2 ** 18; // frames between two looks at what else there is to do
-let recording;
-let live;
+const programs = await new Programs().load();
+const { dsp } = programs;
+const of_spectra = ["block", "overlap", "window", "average", "exponential"];
+let opened; // {name, is_table}
 let latest = 0; // the measurement that was asked for last: those before it stop
 
 /** A tone with harmonics and noise, so that the page shows something at once. */
@@ -24,101 +20,72 @@ function example() {
   [[1994, 5e-4], [2991, 2e-4], [4985, 5e-5], [12000, 1e-3]].forEach(([f, amp]) => dsp.addcos(x, f, { amp, out: x }));
   let state = 1; // the same noise every time
   const noise = () => (state = (Math.imul(state, 1664525) + 1013904223) >>> 0) / 2 ** 32 - 0.5;
-  return open_arrays([x.samples.map((v) => v + 4e-5 * (noise() + noise()))], 48000);
+  return as_wav([x.samples.map((v) => v + 4e-5 * (noise() + noise()))], 48000);
 }
 
-async function whole(channel, most, report = () => {}) {
-  const { rate, frames } = recording;
-  const record = dsp.signal(new Float64Array(Math.min(frames, most)), { dx: 1 / rate });
-  for (let at = 0; at < record.length; at += piece) {
-    const samples = await recording.read(at, Math.min(piece, record.length - at), channel);
-    record.samples.set(samples, at);
-    report(at / record.length);
-  }
-  return record;
-}
-
-/** What the page shows of an average: levels, peaks, how it was made, and the rows of the waterfall since `from`. */
-function shown(measured, settings, from = 0) {
-  if (measured.count === 0) throw new Error(`The recording holds fewer samples than a block of ${settings.block}.`);
-  const levels = measured.levels();
-  const { window, block } = settings;
-  const peaks = programs.peaks(levels, window, block, 10);
-  const { dx, count, enbw, hop, row_spacing } = measured;
-  const rows = measured.rows.slice(from);
-  const result = { levels: levels.samples.slice(), peaks, dx, count, enbw, hop, rows, row_spacing };
-  levels.free();
-  return result;
+/** The settings of these names as options, and those that say what of the file is read. */
+function options_of(settings, names = []) {
+  const of_source = opened.is_table ? ["column", "rate", "full-scale"] : ["channel", "full-scale"];
+  const chosen = [...names, ...of_source].map((name) => [name, settings[name]]);
+  return Object.fromEntries(chosen.filter(([, value]) => value !== ""));
 }
 
 const tasks = {
-  async open({ file, rate }) {
-    if (file.size === 0) throw new Error("is empty");
-    if (await is_wav(file)) recording = await open_wav(file);
-    else {
-      const table = await read_table(file, rate);
-      recording = open_arrays([table.samples], table.rate);
+  /** Keeps the file that was open before when this one cannot be read. */
+  async open({ name, file, is_table }) {
+    const before = programs.files.get(name);
+    programs.files.set(name, file ?? (await example()));
+    try {
+      const about = programs.run("about", is_table ? { column: "" } : {}, [name]);
+      opened = { name, is_table };
+      return about;
+    } catch (error) {
+      programs.files.set(name, before);
+      throw error;
     }
-    return tasks.about();
   },
-  open_decoded({ channels, rate }) {
-    recording = open_arrays(channels, rate);
-    return tasks.about();
-  },
-  open_example() {
-    recording = example();
-    return tasks.about();
-  },
-  about: () => ({ rate: recording.rate, channels: recording.channels, frames: recording.frames }),
 
   async spectrum(settings, report) {
     const mine = ++latest;
-    const { rate, frames, channels } = recording;
-    const blocks = frames / Math.max((1 - settings.overlap) * settings.block, 1);
-    const measured = new AveragedSpectrum(dsp, { ...settings, blocks_per_row: Math.ceil(blocks / 400) }, rate);
-    try {
-      for (let at = 0; at < frames; at += piece) {
-        measured.push(await recording.read(at, piece, Math.min(settings.channel, channels)));
-        report((at + piece) / frames);
-        if (mine !== latest) return undefined;
-      }
-      return shown(measured, settings);
-    } finally {
-      measured.free();
+    const { name } = opened;
+    programs.run("start", options_of(settings, of_spectra), [name]);
+    for (let progress = 0; progress < 1; await breath()) {
+      if (mine !== latest) return undefined;
+      ({ progress } = programs.run("step", {}, [name]));
+      report(progress);
     }
+    return programs.run("spectrum");
   },
+  tone: (settings) => programs.run("tone", options_of(settings), [opened.name]),
 
-  async tone({ channel }) {
-    const record = await whole(Math.min(channel, recording.channels), most_samples);
-    try {
-      return { rows: programs.tone(record) };
-    } catch ({ message }) {
-      return { refusal: `${message[0].toUpperCase()}${message.slice(1)}.` };
-    } finally {
-      record.free();
-    }
-  },
-
-  live_start({ settings, rate }) {
+  start_live({ settings, rate }) {
     ++latest;
-    live?.measured.free();
-    live = { settings, measured: new AveragedSpectrum(dsp, settings, rate), seen: 0 };
+    const options = of_spectra.map((name) => [name, settings[name]]).filter(([, value]) => value !== "");
+    programs.run("start", { ...Object.fromEntries(options), rate });
   },
-  live_push({ samples }) {
-    live.measured.push(samples);
-    if (live.measured.count === 0) return undefined;
-    const result = shown(live.measured, live.settings, live.seen);
-    live.seen = live.measured.rows.length;
-    return result;
+  add_live({ pieces }) {
+    const { blocks } = pieces.map((samples) => programs.run("add_input", {}, [], samples)).at(-1);
+    return blocks ? programs.run("spectrum") : undefined;
   },
 
   windows: (settings) => compare(dsp, settings),
   filter: (settings) => design(dsp, settings),
-  async listen(settings, report) {
-    const record = await whole(Math.min(settings.channel, recording.channels), most_samples, report);
-    return filtered(dsp, record, settings);
+  listen({ source, ...settings }) {
+    const { columns, rate } = programs.run("samples", options_of(source), [opened.name]);
+    return filtered(dsp, dsp.signal(columns[0], { dx: 1 / rate }), settings);
   },
-  calibrate: (input) => calibrate(dsp, programs, input),
+
+  /** Files by their roles; none for the simulation. */
+  calibrate({ files, ideal, format }) {
+    const named = (role) => {
+      const name = `${role.replace("_actual", " as it is")}: ${files[role].name}`;
+      programs.files.set(name, files[role]);
+      return name;
+    };
+    const standard = (role) => [named(role), files[`${role}_actual`] && !ideal ? named(`${role}_actual`) : role];
+    const names = files.device ? [...["short", "open", "load"].flatMap(standard), named("device")] : [];
+    return programs.run("one_port", { format: Format[format.toUpperCase()] }, names);
+  },
 };
 
 onmessage = async ({ data: { id, task, input } }) => {
