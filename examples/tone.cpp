@@ -1,6 +1,5 @@
 // The figures of a tone in a recording: frequency, level, harmonics, noise, and what they make of each other.
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -19,7 +18,6 @@ using examples::failure;
 using examples::not_readable;
 using examples::signal;
 using examples::tone_report;
-using examples::tone_settings;
 
 namespace {
 
@@ -59,17 +57,6 @@ const char *const notes =
     "Status 0; 1 if there is no tone, or its level cannot be read to the accuracy asked for; 2 if an option or a file\n"
     "is refused. Either comes with a line on standard error that says why.\n";
 
-tone_settings settings_from(const examples::arguments &given, double rate) {
-  tone_settings s{};
-  s.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
-  s.harmonics = static_cast<int>(given.integer("harmonics", 10, 1, 100));
-  s.from = given.number("from", 0.0, 0.0, rate / 2.0);
-  s.to = given.number("to", rate / 2.0, 0.0, rate / 2.0);
-  if (s.from > s.to) throw failure("--from and --to leave no frequency between them");
-  s.accuracy = given.number("accuracy", 0.002, 1e-9, 10.0);
-  return s;
-}
-
 void print(const tone_report &r) {
   for (const tone_report::line &l : r.lines())
     std::printf("%-22s %14s%s%s\n", l.name.c_str(), l.value.c_str(), l.value == "none" ? "" : " ",
@@ -84,30 +71,17 @@ void print_json(const tone_report &r) {
   out.print();
 }
 
-/** Fills the record, or as much of it as there are samples. */
-void read_all(const examples::sample_reader &recording, examples::channel_reader &channel, const std::string &name,
-              signal *record) {
-  examples::progress progress("reading " + name);
-  constexpr int64_t at_once = 65536;
-  int64_t done = 0;
-  for (int64_t got = at_once; got == at_once && done < record->length; done += got) {
-    got = channel.read(record->data + done, std::min(at_once, record->length - done));
-    progress.show(recording.progress());
-  }
-  record->length = static_cast<int32_t>(done);
-  record->dx = 1.0 / recording.rate();
-}
-
 int tone_of(const examples::arguments &given) {
   if (given.words().size() != 1) throw failure("one recording is needed; --help tells more");
   const std::string &name = given.words()[0];
   const auto recording = examples::open_recording(given, name);
-  examples::channel_reader channel(*recording, examples::channel_of(given));
-  signal record(static_cast<int32_t>(given.integer("samples", 1 << 22, examples::least_tone_samples, 1 << 24)));
-  read_all(*recording, channel, name, &record);
+  signal record;
+  const int64_t most = given.integer("samples", 1 << 22, examples::least_tone_samples, 1 << 24);
+  examples::progress progress("reading " + name);
+  examples::read_record(given, *recording, most, &record, [&](double share) { progress.show(share); });
   const std::string read = examples::channel_read(given, *recording);
   try {
-    const tone_report r = examples::measure_tone(record, settings_from(given, 1.0 / record.dx));
+    const tone_report r = examples::measure_tone(record, examples::tone_settings_from(given, 1.0 / record.dx));
     given.has("json") ? print_json(r) : print(r);
   } catch (const examples::no_tone &e) {
     throw not_readable(name + ": " + e.what() + e.advice + (read.empty() ? "" : " (this is " + read + ")"));

@@ -179,12 +179,7 @@ json about(const arguments &given) {
 
 /** As many samples as dsp-tone takes. */
 void read_samples(const arguments &given, signal *record) {
-  const auto recording = open_recording(given, given.words().at(0));
-  const int64_t most = 1 << 22, frames = recording->frames();
-  record->resize(static_cast<int32_t>(frames < 0 ? most : std::min(frames, most)));
-  record->length =
-      static_cast<int32_t>(channel_reader(*recording, channel_of(given)).read(record->data, record->length));
-  record->dx = 1.0 / recording->rate();
+  read_record(given, *open_recording(given, given.words().at(0)), 1 << 22, record, [](double) {});
 }
 
 json samples(const arguments &given) {
@@ -197,12 +192,10 @@ json samples(const arguments &given) {
 json tone(const arguments &given) {
   signal record;
   read_samples(given, &record);
-  tone_settings settings{};
-  settings.to = 0.5 / record.dx;
-  settings.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
-  std::vector<std::string> lines;
-  for (const auto &l : measure_tone(record, settings).lines()) lines.push_back(l.name + "\t" + l.value + "\t" + l.unit);
-  return json().add("rows", lines);
+  std::vector<std::string> rows;
+  const tone_report report = measure_tone(record, tone_settings_from(given, 1.0 / record.dx));
+  for (const auto &l : report.lines()) rows.push_back(l.name + "\t" + l.value + "\t" + l.unit);
+  return json().add("rows", rows);
 }
 
 std::vector<double> numbers(const std::vector<dsp_complex> &s) {
@@ -249,7 +242,7 @@ std::vector<char *> words_of(char *line) {
 
 std::string run(std::vector<char *> words) {
   static const std::vector<option> options =
-      with_recording_options(joined(spectrum_options(), {{0, "format", "F", "as DSP_FORMAT_LEVEL and its like"}}));
+      with_recording_options(joined(spectrum_options(), {{0, "format", "F", ""}}));
   columns.clear();
   for (const auto &task : tasks)
     if (task.name == std::string(words.at(0)))

@@ -1,5 +1,6 @@
 #include "examples/support/recording.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "examples/support/failure.h"
@@ -36,6 +37,22 @@ std::unique_ptr<sample_reader> open_recording(const arguments &given, const std:
 
 int channel_of(const arguments &given) {
   return given.text("channel", "mix") == "mix" ? 0 : static_cast<int>(given.integer("channel", 1, 1, 1024));
+}
+
+void read_record(const arguments &given, sample_reader &recording, int64_t most, signal *record,
+                 const std::function<void(double)> &report) {
+  channel_reader channel(recording, channel_of(given));
+  constexpr int64_t at_once = 65536;
+  std::vector<double> samples;
+  for (int64_t got = at_once, done = 0; got == at_once && done < most; done += got) {
+    samples.resize(static_cast<std::size_t>(std::min(done + at_once, most)));
+    got = channel.read(samples.data() + done, static_cast<int64_t>(samples.size()) - done);
+    samples.resize(static_cast<std::size_t>(done + got));
+    report(recording.progress());
+  }
+  record->resize(static_cast<int32_t>(samples.size()));
+  std::copy(samples.begin(), samples.end(), record->data);
+  record->dx = 1.0 / recording.rate();
 }
 
 std::string channel_read(const arguments &given, const sample_reader &recording) {

@@ -99,6 +99,17 @@ std::vector<figure> figures_of(double tone, double harmonics, double noise, doub
 
 }  // namespace
 
+tone_settings tone_settings_from(const arguments &given, double rate) {
+  tone_settings s{};
+  s.full_scale = given.number("full-scale", 1.0, 1e-12, 1e12);
+  s.harmonics = static_cast<int>(given.integer("harmonics", 10, 1, 100));
+  s.from = given.number("from", 0.0, 0.0, rate / 2.0);
+  s.to = given.number("to", rate / 2.0, 0.0, rate / 2.0);
+  if (s.from > s.to) throw failure("--from and --to leave no frequency between them");
+  s.accuracy = given.number("accuracy", 0.002, 1e-9, 10.0);
+  return s;
+}
+
 std::vector<tone_report::line> tone_report::lines() const {
   const int decimals = std::clamp(static_cast<int>(std::ceil(-std::log10(frequency_error))), 3, 12);
   std::vector<line> all = {{"frequency", fixed(frequency, decimals), "Hz"},

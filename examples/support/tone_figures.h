@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "dsp/dsp.h"
+#include "examples/support/arguments.h"
 #include "examples/support/failure.h"
 
 namespace examples {
@@ -14,6 +15,9 @@ struct tone_settings {
   double full_scale = 1.0;  // amplitude that reads 0 dB
   int harmonics = 10;       // the highest that counts as distortion
 };
+
+/** What --full-scale, --harmonics, --from, --to and --accuracy say. */
+tone_settings tone_settings_from(const arguments &given, double rate);
 
 /** A figure of a report: how it is called for readers and in JSON, and its unit. */
 struct figure {

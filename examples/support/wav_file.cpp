@@ -100,7 +100,7 @@ class wav_reader : public sample_reader {
       const std::string name = text(4);
       const int64_t length = number(4), end = at_ + length + length % 2;
       if (name == "data" && encoding_) return length;
-      if (name == "data" || (name == "fmt " && length < 16)) break;
+      if (name == "data" || (name == "fmt " && (length < 16 || at_ + length > size_))) break;
       if (name == "fmt ") read_format(length);
       file_->ignore(end - at_);
       at_ = end;

@@ -1,4 +1,4 @@
-// The page: views behind tabs, settings in the link.
+// The page: views behind links, settings in the link.
 
 import * as calibration from "./calibration_view.js";
 import { ready } from "./client.js";
@@ -8,14 +8,11 @@ import * as spectrum from "./spectrum_view.js";
 import * as windows from "./windows_view.js";
 
 const views = { spectrum, windows, filters, calibration };
-const tabs = [...document.querySelectorAll("[role=tab]")];
 
 function choose(view) {
-  for (const tab of tabs) {
-    const is_chosen = tab.id === `tab-${view}`;
-    tab.setAttribute("aria-selected", is_chosen);
-    tab.tabIndex = is_chosen ? 0 : -1;
-    element(tab.id.slice(4)).hidden = !is_chosen;
+  for (const name of Object.keys(views)) {
+    element(name).hidden = name !== view;
+    element(`to-${name}`).ariaCurrent = name === view ? "page" : null;
   }
   write_link(view);
   return views[view].update();
@@ -35,22 +32,10 @@ function take_drops() {
   };
 }
 
-function along_tabs(event) {
-  const by = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
-  if (!by) return;
-  const next = tabs[(tabs.indexOf(event.target) + by + tabs.length) % tabs.length];
-  next.focus();
-  next.click();
-}
-
 await attempt(async () => {
   fill_window_lists();
   const chosen = read_link();
   await ready;
-  for (const tab of tabs) {
-    tab.onclick = () => choose(tab.id.slice(4));
-    tab.onkeydown = along_tabs;
-  }
   for (const form of document.forms) {
     const view = form.closest("section").id;
     form.onsubmit = (event) => event.preventDefault();

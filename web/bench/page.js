@@ -9,11 +9,11 @@ export function tell(text, is_error = false) {
   element("status").classList.toggle("error", is_error);
 }
 
-/** What a field is called on the page, for sentences that name an option of the programs. */
-const label_of = (option, name) => {
+/** What an option of the programs is called on the page. */
+function label_of(option, name) {
   const label = document.querySelector(`[name="${name}"]`)?.labels[0].firstChild.textContent.trim();
   return label ? `“${label}”` : option;
-};
+}
 
 /** Runs what may fail; a failure becomes a sentence on the page. */
 export async function attempt(body) {
@@ -25,40 +25,37 @@ export async function attempt(body) {
 }
 
 /** A value with its unit: 9.000 ms, 48 kHz. */
-export function quantity(value, unit, digits) {
-  const prefixes = ["n", "µ", "m", "", "k", "M", "G"];
-  const k = Math.min(Math.max(Math.floor(Math.log10(value) / 3 + 1e-9), -3), unit === "s" ? 0 : 3);
-  const scaled = value / 1000 ** k;
-  return `${digits ? scaled.toPrecision(digits) : Number(scaled.toPrecision(6))} ${prefixes[k + 3]}${unit}`;
+export function quantity(value, unit, digits = 6) {
+  const [scale, prefix] = [[1e6, "M"], [1e3, "k"], [1, ""], [1e-3, "m"]].find(([s]) => value >= s) ?? [1e-6, "µ"]; // prettier-ignore
+  const text = (value / scale).toPrecision(digits);
+  return `${digits === 6 ? Number(text) : text} ${prefix}${unit}`;
 }
 
 /** Rows of name, value, unit ... below the caption of the table of this name. */
 export function fill(id, rows, head) {
-  const table = element(id);
-  const { caption } = table;
-  const row = (cells, kind) => {
+  const row = (cells, scope) => {
     const tr = document.createElement("tr");
     cells.forEach((text, i) => {
-      const cell = document.createElement(i === 0 || kind === "th" ? "th" : "td");
+      const is_head = text !== "" && (i === 0 || scope === "col");
+      const cell = tr.appendChild(document.createElement(is_head ? "th" : "td"));
       cell.textContent = text;
-      if (cell.tagName === "TH") cell.scope = kind === "th" ? "col" : "row";
-      if (i > 0 && /^[-−\d.]+$/.test(text)) cell.className = "number";
-      tr.append(cell);
+      if (is_head) cell.scope = scope;
+      if (/^[-−\d.]+$/.test(text)) cell.className = "number";
     });
     return tr;
   };
-  table.replaceChildren(caption, ...(head ? [row(head, "th")] : []), ...rows.map((cells) => row(cells)));
+  const heads = head ? [row(head, "col")] : [];
+  element(id).replaceChildren(element(id).caption, ...heads, ...rows.map((cells) => row(cells, "row")));
 }
 
 export function download(name, blob) {
-  const link = document.createElement("a");
-  link.href = URL.createObjectURL(blob);
-  link.download = name;
+  const link = Object.assign(document.createElement("a"), { href: URL.createObjectURL(blob), download: name });
   link.click();
   setTimeout(() => URL.revokeObjectURL(link.href), 10000);
 }
 
-const fields = (form) => [...form.elements].filter((e) => e.name);
+const form_of = (view) => element(view)?.querySelector("form");
+const fields = (form) => [...form.elements].filter((field) => field.name);
 
 function value_of(field) {
   if (field.type === "checkbox") return field.checked;
@@ -67,41 +64,37 @@ function value_of(field) {
 
 /** A view's form as an object; null while a field is out of its range. */
 export function settings_of(view) {
-  const form = element(view).querySelector("form");
-  if (!form) return {};
-  if (!form.reportValidity()) return null;
-  return Object.fromEntries(fields(form).map((e) => [e.name, value_of(e)]));
+  const form = form_of(view);
+  return form.reportValidity() ? Object.fromEntries(fields(form).map((field) => [field.name, value_of(field)])) : null;
 }
 
-/** Makes these the choices of a list, whose choice stays where it can; a link may have asked for one of them before. */
+/** Makes these pairs of text and value the choices of a list; a choice made before, also by a link, stays if it can. */
 export function offer(list, choices) {
-  const wanted = [list.value, list.wanted].find((value) => choices.some((choice) => choice.value === value));
-  list.replaceChildren(...choices.map(({ text, value }) => new Option(text, value)));
-  list.value = wanted ?? choices[0]?.value;
+  const wanted = [list.value, list.wanted].find((value) => choices.some((choice) => choice[1] === value));
+  list.replaceChildren(...choices.map(([text, value]) => new Option(text, value)));
+  list.value = wanted ?? choices[0]?.[1];
 }
 
 export function fill_window_lists() {
+  const names = Object.keys(Window).filter((name, i, all) => all.findIndex((n) => Window[n] === Window[name]) === i);
+  const choices = names.map((name) => [name.toLowerCase().replaceAll("_", " "), name.toLowerCase()]);
   for (const list of document.querySelectorAll("[data-windows]")) {
-    const names = Object.keys(Window).filter((name, i, all) => all.findIndex((n) => Window[n] === Window[name]) === i);
-    for (const name of names) {
-      const chosen = name.toLowerCase() === list.dataset.windows;
-      list.add(new Option(name.toLowerCase().replaceAll("_", " "), name.toLowerCase(), chosen, chosen));
-    }
+    list.wanted = list.dataset.windows;
+    offer(list, choices);
   }
 }
 
 /** The link that restores a view: #view?name=value&... of what is not as it was at first. */
 export function write_link(view) {
-  const form = element(view).querySelector("form");
-  const changed = form ? fields(form).filter((e) => value_of(e) !== e.first) : [];
-  const query = new URLSearchParams(changed.map((e) => [e.name, value_of(e)]));
+  const changed = fields(form_of(view)).filter((field) => value_of(field) !== field.first);
+  const query = new URLSearchParams(changed.map((field) => [field.name, value_of(field)]));
   history.replaceState(null, "", `#${view}${changed.length ? `?${query}` : ""}`);
 }
 
 export function read_link() {
-  for (const form of document.forms) for (const e of fields(form)) e.first ??= value_of(e);
+  for (const form of document.forms) for (const field of fields(form)) field.first ??= value_of(field);
   const [view, query] = location.hash.slice(1).split("?");
-  const form = element(view)?.querySelector("form");
+  const form = form_of(view);
   for (const [name, value] of new URLSearchParams(query ?? "")) {
     const field = form?.elements.namedItem(name);
     if (!field) continue;
@@ -109,5 +102,5 @@ export function read_link() {
     else [field.value, field.wanted] = [value, value];
     if (!field.value || !field.checkValidity()) field.value = field.first; // is no value of the field
   }
-  return element(view)?.matches("[role=tabpanel]") ? view : "spectrum";
+  return form ? view : "spectrum";
 }

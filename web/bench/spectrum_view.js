@@ -76,12 +76,12 @@ export async function update() {
 }
 
 /** The choices that a file has, and none that it has not. */
-function offer_choices({ channels, names }) {
+function offer_choices({ channels = 0, names }) {
   const { channel, column, rate } = element("spectrum").querySelector("form").elements;
-  const all = Array.from({ length: channels ?? 0 }, (_, i) => ({ text: i + 1, value: `${i + 1}` }));
-  if (names) offer(column, names.map((name) => ({ text: name, value: name }))); // prettier-ignore
-  else offer(channel, [{ text: "mean of all", value: "mix" }, ...all]);
-  channel.parentNode.hidden = !(channels > 1);
+  const numbers = Array.from({ length: channels }, (_, i) => `${i + 1}`);
+  if (names) offer(column, names.map((name) => [name, name])); // prettier-ignore
+  else offer(channel, [["mean of all", "mix"], ...numbers.map((number) => [number, number])]);
+  channel.parentNode.hidden = channels < 2;
   column.parentNode.hidden = rate.parentNode.hidden = !names;
 }
 
