@@ -26,7 +26,7 @@ struct folded_filter {
   bool has_centre;  // one more tap between them
   bool anti;        // the second half is negated
 
-  [[gnu::always_inline]] int32_t length() const { return 2 * pairs + (has_centre ? 1 : 0); }
+  [[gnu::always_inline]] int32_t length() const { return 2 * pairs + static_cast<int32_t>(has_centre); }
 };
 constexpr int32_t folded_limit = 60;  // taps
 

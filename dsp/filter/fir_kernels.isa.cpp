@@ -277,9 +277,9 @@ void halved_taps(const fir_run &run, const folded_filter &f) {
     const unfolded all(f);
     const double *newest = all.taps + f.length() - 1;
     const int64_t evens = (f.length() + 1) / 2;
-    filter<double>(run.y, run.count,
-                   split_taps{{even, newest, run.step, 2, evens}, {odd, newest - 1, run.step, 2, f.length() - evens}},
-                   false);
+    const tap_run of_even = {even, newest, run.step, 2, evens};
+    const tap_run of_odd = {odd, newest - 1, run.step, 2, f.length() - evens};
+    filter<double>(run.y, run.count, split_taps{of_even, of_odd}, false);
   } else {
     filter<double>(run.y, run.count, mirrored_taps<alternating, false>{f, {even, odd, run.step}}, false);
   }

@@ -10,7 +10,7 @@
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/fractional.h"
-#include "dsp/resample/kernel_taps.h"
+#include "dsp/resample/kernel_table.h"
 
 namespace dsp::resample {
 namespace {

@@ -6,7 +6,7 @@
 #include "dsp/core/heap.h"
 #include "dsp/core/stream.h"
 #include "dsp/dsp.h"
-#include "dsp/resample/kernel_taps.h"
+#include "dsp/resample/kernel_table.h"
 
 namespace dsp::resample {
 namespace {

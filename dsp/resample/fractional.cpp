@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <numeric>
 #include <utility>
 
@@ -15,14 +14,14 @@
 #include "dsp/core/work_signal.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/kernel_lists.h"
-#include "dsp/resample/kernel_taps.h"
+#include "dsp/resample/kernel_rows.h"
 
 namespace dsp::resample {
 namespace {
 
-// The samples where past and block meet, and the kernel's weights in the order in which they are needed. Process-wide;
-// its contents last for one stage.
-work_signal weight_store;
+// The samples where past and block meet, and the weights of a step whose phases repeat. Process-wide; its contents last
+// for one stage.
+work_signal work_store;
 
 // One channel of an output whose span may begin in the past, summed without rows. A past that is not held adds
 // nothing, however many taps reach into it.
@@ -71,16 +70,6 @@ fractional_stage::fractional_stage(const kernel &k, bool linear, double step)
       in_runs_(k.phases > 0 && step < 0x1p31),
       slots_(in_runs_ && linear && k.taps <= most_repeating_taps ? slots_for(step) : 0) {}
 
-bool kernel::read(const dsp_vec &table) {
-  taps = kernel_taps(table);
-  if (taps == 0 || table.length < 2 || table.is_complex != 0) return false;
-  points = table.data + 1;
-  phases = (table.length - 2) / taps;
-  alike[0] = alike[1] = points[0];
-  if (phases == 0) points = alike;
-  return (table.length - 2) % taps == 0;
-}
-
 int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
   x_ = past_and_block(in, state, k_.taps);
   newest_ = x_.block_length - k_.taps;
@@ -97,15 +86,18 @@ int32_t fractional_stage::begin(const dsp_vec &in, dsp_vec *state) {
 
 int32_t fractional_stage::prepare() {
   const int64_t joined = 2 * int64_t{k_.taps} * x_.width;
-  const int64_t needed = joined + (slots_ > 0 ? room_for_slots() : room_for_rows());
+  const int64_t needed = joined + (slots_ > 0 ? room_for_slots() : 0);
   if (!countable(needed)) return -1;  // GCOVR_EXCL_BR_LINE: takes gigabytes
-  dsp_vec *store = weight_store.obtain();
+  dsp_vec *store = work_store.obtain();
   store->length = static_cast<int32_t>(needed);
   if (dsp_alloc(store) != 0) return -1;
   joined_ = store->data + needed - joined;
   x_.copy(0, 2 * int64_t{k_.taps} - 1, joined_);
-  slots_ > 0 ? empty_slots(store->data) : empty_rows(store->data);
-  return 0;
+  if (slots_ > 0)
+    empty_slots(store->data);
+  else
+    rows_ = obtain_rows(k_);
+  return slots_ > 0 || rows_ != nullptr ? 0 : -1;
 }
 
 int64_t fractional_stage::room_for_slots() const { return k_.taps * slot_stride(slots_) + keys_of(slots_); }
@@ -115,17 +107,6 @@ void fractional_stage::empty_slots(double *room) {
   auto *keys = static_cast<int64_t *>(static_cast<void *>(room + k_.taps * stride));
   std::fill_n(keys, keys_of(slots_), -1);
   weights_ = {k_.points, k_.taps, k_.phases, slots_, 0, stride, room, keys};
-}
-
-int64_t fractional_stage::room_for_rows() const {
-  const int64_t marks = rows_of(k_.phases) / static_cast<int64_t>(sizeof(double)) + 1;
-  return rows_of(k_.phases) * row_stride(k_.taps) + marks;
-}
-
-void fractional_stage::empty_rows(double *room) {
-  auto *ready = reinterpret_cast<unsigned char *>(room + rows_of(k_.phases) * row_stride(k_.taps));
-  std::memset(ready, 0, static_cast<std::size_t>(rows_of(k_.phases)));
-  rows_ = {k_.points, k_.taps, k_.phases, room, ready, 0};
 }
 
 int32_t fractional_stage::make(int32_t most, double *y) {
@@ -148,7 +129,7 @@ int32_t fractional_stage::make_run(int32_t most, double *y) {
   const fractional_run run = {in_past ? joined_ : x_.block, x_.width, newest, linear_, step_, y, most};
   int64_t start = static_cast<int64_t>(at_.start) + origin;
   const int32_t made = slots_ > 0 ? repeating_kernels().interpolate(run, weights_, &at_.offset, &start)
-                                  : fractional_kernels().interpolate(run, rows_, &at_.offset, &start);
+                                  : fractional_kernels().interpolate(run, *rows_, &at_.offset, &start);
   at_.start = static_cast<double>(start - origin);
   return made;
 }
@@ -170,7 +151,7 @@ void fractional_stage::end() {
   stored[x_.width] = at_.start - static_cast<double>(newest_);
 }
 
-int32_t free_kernel_rows() { return weight_store.release(); }
+int32_t free_fractional_work() { return free_rows() == 0 ? work_store.release() : -1; }
 
 }  // namespace dsp::resample
 

@@ -6,21 +6,11 @@
 #include "dsp/core/stream.h"
 #include "dsp/dsp.h"
 #include "dsp/resample/fractional_kernels.h"
+#include "dsp/resample/kernel_table.h"
 #include "dsp/resample/position.h"
 #include "dsp/resample/repeating_kernels.h"
 
 namespace dsp::resample {
-
-// A kernel table taken apart.
-struct kernel {
-  const double *points;  // phases * taps + 1 of them, or two alike
-  int32_t taps;
-  int32_t phases;   // points from tap to tap
-  double alike[2];  // a table of one point, which weighs all samples the same
-
-  // False when the table holds no kernel.
-  bool read(const dsp_vec &table);
-};
 
 // begin(), make() as often as wanted, end(). One stage at a time: its weights lie in a process-wide store.
 class fractional_stage {
@@ -39,8 +29,6 @@ class fractional_stage {
   int32_t prepare();
   int64_t room_for_slots() const;
   void empty_slots(double *room);
-  int64_t room_for_rows() const;
-  void empty_rows(double *room);
   int32_t make_run(int32_t most, double *y);
   int32_t make_one(double *y);
 
@@ -53,9 +41,9 @@ class fractional_stage {
   int64_t newest_ = 0;  // the last sample at which a span may begin
   position at_ = {0.0, 0.0};
   dsp_vec *state_ = nullptr;
-  kernel_rows rows_ = {};
-  repeating_weights weights_ = {};
-  double *joined_ = nullptr;  // the past and the first taps - 1 samples of the block
+  repeating_weights weights_ = {};  // for a step whose phases repeat
+  kernel_rows *rows_ = nullptr;     // for any other
+  double *joined_ = nullptr;        // the past and the first taps - 1 samples of the block
 };
 
 }  // namespace dsp::resample

@@ -22,6 +22,7 @@ struct kernel_rows {
   double *rows;
   unsigned char *ready;  // by row: it and the next one are filled
   int32_t fills;         // so far
+  int32_t missing;       // rows that are not ready
 };
 
 struct fractional_run {

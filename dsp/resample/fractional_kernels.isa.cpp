@@ -21,31 +21,66 @@ constexpr int32_t vectors_of(int32_t taps) { return (taps + lane_count - 1) / la
   return vector * lane_count < last ? vector * lane_count : last;
 }
 
-// Copies a tap's points to a column of neighbouring rows.
-void fill_column(const double *points, double scale, int32_t count, int64_t stride, double *rows) {
-  for (int32_t j = 0; j < count; ++j) rows[j * stride] = scale * points[j];
+// Whether rows lie in whole vectors. Their lane `lane` of vector `v` holds this share of its tap's weight.
+constexpr bool in_whole_vectors(int32_t taps) { return in_vectors && taps >= lane_count; }
+double share_of(int32_t v, int32_t lane, int32_t taps) {
+  const int32_t last = vectors_of(taps) - 1;
+  const int32_t tap = first_tap(v, taps) + lane;
+  return tap >= first_tap(last, taps) && tap < last * lane_count ? 0.5 : 1.0;
 }
 
-void fill_rows(const kernel_rows &k, int32_t first, int32_t count) {
-  const int64_t stride = row_stride(k.taps);
-  double *rows = k.rows + first * stride;
-  const auto points = [&](int32_t tap) { return k.points + first + int64_t{tap} * k.phases; };
-  const int32_t last = in_vectors && k.taps >= lane_count ? (vectors_of(k.taps) - 1) * lane_count : k.taps;
-  const int32_t begin = k.taps - lane_count;  // of the last vector
-  for (int32_t i = 0; i < last; ++i)
-    fill_column(points(i), last < k.taps && i >= begin ? 0.5 : 1.0, count, stride, rows + i);
-  for (int32_t i = 0; last < k.taps && i < lane_count; ++i)
-    fill_column(points(begin + i), begin + i < last ? 0.5 : 1.0, count, stride, rows + last + i);
-  for (int32_t j = 0; j < count - 1; ++j) k.ready[first + j] = 1;
+void fill_row(const kernel_rows &k, int32_t row) {
+  const double *point = k.points + row;
+  double *to = k.rows + row * row_stride(k.taps);
+  if (!in_whole_vectors(k.taps)) {
+    for (int32_t tap = 0; tap < k.taps; ++tap) to[tap] = point[int64_t{tap} * k.phases];
+    return;
+  }
+  for (int32_t v = 0; v < vectors_of(k.taps); ++v)
+    for (int32_t lane = 0; lane < lane_count; ++lane)
+      *to++ = share_of(v, lane, k.taps) * point[int64_t{first_tap(v, k.taps) + lane} * k.phases];
 }
 
-// A row and the next one; when many are needed, all whose points share lines of the cache.
+// Vector `v` of as many rows as it has lanes.
+[[maybe_unused]] void fill_square(const kernel_rows &k, int32_t row, int32_t v) {
+  const double *column = k.points + row + int64_t{first_tap(v, k.taps)} * k.phases;
+  widest share{};
+  widest even[lane_count / 2];
+  widest odd[lane_count / 2];
+  for (int i = 0; i < lane_count; ++i) share[i] = share_of(v, i, k.taps);
+  for (int i = 0; i < lane_count / 2; ++i, column += 2 * int64_t{k.phases}) {
+    const widest a = load<widest>(column);
+    const widest b = load<widest>(column + k.phases);
+    even[i] = first_lanes<lane_count>(a, b);
+    odd[i] = second_lanes<lane_count>(a, b);
+  }
+  transpose_units<lane_count>(even);
+  transpose_units<lane_count>(odd);
+  double *to = k.rows + row * row_stride(k.taps) + v * lane_count;
+  for (int i = 0; i < lane_count; ++i, to += row_stride(k.taps))
+    store(to, share * (i % 2 == 0 ? even[i / 2] : odd[i / 2]));
+}
+
+void fill_rows(kernel_rows *k, int32_t first, int32_t count) {
+  int32_t row = first;
+  if constexpr (in_vectors)
+    if (in_whole_vectors(k->taps))
+      for (; row + lane_count <= first + count; row += lane_count)
+        for (int32_t v = 0; v < vectors_of(k->taps); ++v) fill_square(*k, row, v);
+  for (; row < first + count; ++row) fill_row(*k, row);
+  for (row = first; row < first + count - 1; ++row) {
+    k->missing -= k->ready[row] == 0 ? 1 : 0;
+    k->ready[row] = 1;
+  }
+}
+
+// A row and the next one; after the first few, so many that whole cache lines of points are used.
 void make_ready(kernel_rows *k, int32_t row) {
-  constexpr int32_t many = 64;
-  constexpr int32_t together = 8;
-  if (++k->fills <= many) return fill_rows(*k, row, 2);
+  constexpr int32_t few = 8;
+  constexpr int32_t together = in_vectors ? 64 : 8;
+  if (++k->fills <= few) return fill_rows(k, row, 2);
   const int32_t first = row / together * together;
-  fill_rows(*k, first, k->phases - first < together ? k->phases - first + 1 : together + 1);
+  fill_rows(k, first, k->phases - first < together ? k->phases - first + 1 : together + 1);
 }
 
 // One channel of an output, in four lanes and the rest.
@@ -91,68 +126,69 @@ DSP_INLINE lanes<W> doubled_high(const lanes<W> &w) {
     return __builtin_shufflevector(w, w, 1, 1);
 }
 
-// The products of one output with the row before its phase and with the row after, not yet summed: of complex samples
-// in pairs of lanes.
-struct products {
-  widest before;
-  widest after;
-};
-
+// The products of one output, not yet summed: of complex samples in pairs of lanes.
 template <int Width>
-DSP_INLINE products products_of(const double *x, const double *row, int32_t taps, int32_t vectors) {
+DSP_INLINE widest products_of(const double *x, const double *row, double fraction, int32_t taps, int32_t vectors) {
   const double *next = row + row_stride(taps);
-  products sum = {};
+  widest sum = {};
   for (int32_t v = 0; v < vectors; ++v) {
-    const widest a = load<widest>(row + v * lane_count);
-    const widest b = load<widest>(next + v * lane_count);
+    const widest a = load_once<widest>(row + v * lane_count);
+    const widest w = a + fraction * (load<widest>(next + v * lane_count) - a);
     const double *from = x + first_tap(v, taps) * Width;
-    const widest z = load_once<widest>(from);
     if constexpr (Width == 1) {
-      sum.before += a * z;
-      sum.after += b * z;
+      sum += w * load<widest>(from);
     } else {
-      const widest later = load_once<widest>(from + lane_count);
-      sum.before += doubled_low<lane_count>(a) * z;
-      sum.before += doubled_high<lane_count>(a) * later;
-      sum.after += doubled_low<lane_count>(b) * z;
-      sum.after += doubled_high<lane_count>(b) * later;
+      sum += doubled_low<lane_count>(w) * load<widest>(from);
+      sum += doubled_high<lane_count>(w) * load<widest>(from + lane_count);
     }
   }
   return sum;
 }
 
-// The sums of the pairs of lanes of each row, side by side.
+// Units of one or more lanes are added to their neighbours; the sums of a and of b take turns. Each sum is one blend
+// and one shuffle: a blend costs less.
 template <int W>
-DSP_INLINE lanes<W> sum_of_pairs(lanes<W> (&row)[W / 2]) {
-  transpose_units<W>(row);
-  lanes<W> sum = row[0];
-  for (int i = 1; i < W / 2; ++i) sum += row[i];
-  return sum;
+DSP_INLINE lanes<W> sum_lanes(const lanes<W> &a, const lanes<W> &b) {
+  if constexpr (W == 8)
+    return __builtin_shufflevector(a, b, 0, 9, 2, 11, 4, 13, 6, 15) +
+           __builtin_shufflevector(a, b, 1, 8, 3, 10, 5, 12, 7, 14);
+  else if constexpr (W == 4)
+    return __builtin_shufflevector(a, b, 0, 5, 2, 7) + __builtin_shufflevector(a, b, 1, 4, 3, 6);
+  else
+    return __builtin_shufflevector(a, b, 0, 3) + __builtin_shufflevector(a, b, 1, 2);
 }
 
-[[maybe_unused]] DSP_INLINE widest paired_sums(const widest &a, const widest &b) {
-  return first_lanes<lane_count>(a, b) + second_lanes<lane_count>(a, b);
+template <int W>
+DSP_INLINE lanes<W> sum_pairs(const lanes<W> &a, const lanes<W> &b) {
+  if constexpr (W == 8)
+    return __builtin_shufflevector(a, b, 0, 1, 10, 11, 4, 5, 14, 15) +
+           __builtin_shufflevector(a, b, 2, 3, 8, 9, 6, 7, 12, 13);
+  else
+    return __builtin_shufflevector(a, b, 0, 1, 6, 7) + __builtin_shufflevector(a, b, 2, 3, 4, 5);
 }
 
-// Outputs of one or two doubles that fill a vector; of(i) are the products of output i.
-template <int Width, class Products>
-DSP_INLINE products sums_of(const Products &of) {
-  widest before[lane_count / 2];
-  widest after[lane_count / 2];
-#pragma GCC unroll 4
-  for (int i = 0; i < lane_count / 2; ++i) {
-    if constexpr (Width == 2) {
-      const products p = of(i);
-      before[i] = p.before;
-      after[i] = p.after;
-    } else {
-      const products p = of(2 * i);
-      const products q = of(2 * i + 1);
-      before[i] = paired_sums(p.before, q.before);
-      after[i] = paired_sums(p.after, q.after);
-    }
-  }
-  return {sum_of_pairs<lane_count>(before), sum_of_pairs<lane_count>(after)};
+template <int W>
+DSP_INLINE lanes<W> sum_halves(const lanes<W> &a, const lanes<W> &b) {
+  return __builtin_shufflevector(a, b, 0, 1, 2, 3, 12, 13, 14, 15) +
+         __builtin_shufflevector(a, b, 4, 5, 6, 7, 8, 9, 10, 11);
+}
+
+// Outputs of one or two doubles that fill W lanes, side by side; of(i) are the products of output i.
+template <int Width, int W, class Products>
+DSP_INLINE lanes<W> sums_of(const Products &of) {
+  const auto two = [&](int i) {
+    if constexpr (Width == 2)
+      return of(i);
+    else
+      return sum_lanes<W>(of(2 * i), of(2 * i + 1));
+  };
+  const auto four = [&](int i) { return sum_pairs<W>(two(2 * i), two(2 * i + 1)); };
+  if constexpr (W == 8)
+    return sum_halves<W>(four(0), four(1));
+  else if constexpr (W == 4)
+    return four(0);
+  else
+    return two(0);
 }
 
 // Where a batch of outputs, and the one after it, lie: found before anything is weighed.
@@ -239,12 +275,10 @@ void interpolate_in_vectors(const fractional_run &run, const kernel_rows &k, con
   const double *const rows = k.rows;
   const int64_t stride = row_stride(taps);
   const auto interpolated = [&](int32_t n) {
-    const products sums = sums_of<Width>([&](int32_t i) {
-      return products_of<Width>(block + b.start[n + i] * Width, rows + b.row[n + i] * stride, taps, vectors);
+    return sums_of<Width, lane_count>([&](int32_t i) {
+      return products_of<Width>(block + b.start[n + i] * Width, rows + b.row[n + i] * stride, b.fraction[n + i], taps,
+                                vectors);
     });
-    widest fraction = load<widest>(b.fraction + n);
-    if constexpr (Width == 2) fraction = doubled_low<lane_count>(fraction);
-    return sums.before + fraction * (sums.after - sums.before);
   };
   int32_t n = 0;
   for (; n + outputs <= b.count; n += outputs) store(y + n * Width, interpolated(n));
@@ -267,6 +301,7 @@ void interpolate_batch(const fractional_run &run, const kernel_rows &k, const ba
 }
 
 void make_rows_ready(kernel_rows *k, const batch &b) {
+  if (k->missing == 0) return;
   unsigned all = 1;
   for (int32_t n = 0; n < b.count; ++n) all &= k->ready[b.row[n]];
   if (all != 0) return;
