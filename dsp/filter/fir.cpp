@@ -18,10 +18,6 @@ partition parts_for(const past_and_block &x, const dsp_vec &h) {
   return find_partition(x, h.length);
 }
 
-bool all_tame(const past_and_block &x) {
-  return is_tame(x.past, x.past_length * x.width) && is_tame(x.block, x.block_length * x.width);
-}
-
 }  // namespace
 }  // namespace dsp::filter
 
@@ -37,7 +33,7 @@ int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *sta
   if (dsp_output_prepare(&block, h, past, DSP_OUT_ALIAS) != 0) return -1;
   const past_and_block x(block.in, state, past);
   const partition p = parts_for(x, *h);
-  if (p.parts == 0 || !all_tame(x))
+  if (p.parts == 0)
     filter_direct(x, *h, block.out->data);
   else if (filter_by_transforms(x, *h, p, block.out.get()) != 0)
     return -1;

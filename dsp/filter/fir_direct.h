@@ -15,13 +15,6 @@ void filter_direct(const past_and_block &x, const dsp_vec &h, double *y);
 // The same for a real filter that is its own mirror image, of at most `folded_limit` taps.
 void filter_folded(const past_and_block &x, const folded_filter &h, double *y);
 
-// Whether no value is a NaN, infinite or huge. A transform would spread these, or the rounding of a huge one, over its
-// whole block; the sum keeps them to the outputs that weigh them.
-inline bool is_tame(const double *x, int64_t count) {
-  constexpr double huge = 1e50;
-  return x == nullptr || fir_kernels().within(x, count, huge);
-}
-
 // Turns the circular convolution y of a block of `size` samples with the real filter h into the plain one. The block
 // ended in as much of the past as had room there; the rest of it takes the place of the samples that wrapped round.
 void unwrap_past(const past_and_block &x, int64_t size, const dsp_vec &h, double *y);

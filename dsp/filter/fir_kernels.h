@@ -43,8 +43,8 @@ struct fir_kernel_set {
   void (*folded_taps)(const fir_run &run, const folded_filter &filter);
   // folded_taps with every second output left out: output m is made from the sample 2 m of run.x on. No `anti`.
   void (*halved_taps)(const fir_run &run, const folded_filter &filter);
-  // y[k] = (continued ? y[k] : 0) + x[k] h[k] for complex numbers.
-  void (*multiply)(double *y, const double *x, const double *h, int64_t count, bool continued);
+  // y[k] = (continued ? y[k] : 0) + x[k] h[k] for complex numbers. Returns the sum of |x[k]|^2.
+  double (*multiply)(double *y, const double *x, const double *h, int64_t count, bool continued);
   // Whether all of x[0 .. count - 1] are at most `bound` in magnitude; a NaN is not.
   bool (*within)(const double *x, int64_t count, double bound);
 };

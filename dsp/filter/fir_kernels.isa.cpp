@@ -286,7 +286,7 @@ void halved_taps(const fir_run &run, const folded_filter &f) {
 }
 
 template <class V>
-DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, bool continued) {
+DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, bool continued, carried<V> &squares) {
   const V z = load<V>(x);
   const V g = load<V>(h);
   const V re = first_lanes<width_of<V>>(g, g);
@@ -295,16 +295,30 @@ DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, boo
   sum += re * z;
   sum += im * real_negated<V>(swap_pairs(z));
   store(y, sum);
+  squares += z * z;
 }
 
-void multiply(double *y, const double *x, const double *h, int64_t count, bool continued) {
+double multiply(double *y, const double *x, const double *h, int64_t count, bool continued) {
+  constexpr int vectors = 2;
+  carried<widest> squares[vectors];
+  carried<lanes<2>> rest;
+  for (carried<widest> &s : squares) s = widest{};
+  rest = lanes<2>{};
   int64_t i = 0;
-  for (; i + lane_count <= 2 * count; i += lane_count) multiply_vector<widest>(y + i, x + i, h + i, continued);
-  for (; i < 2 * count; i += 2) multiply_vector<lanes<2>>(y + i, x + i, h + i, continued);
+  for (; i + vectors * lane_count <= 2 * count; i += vectors * lane_count)
+#pragma GCC unroll 2
+    for (int v = 0; v < vectors; ++v) {
+      const int64_t at = i + v * lane_count;
+      multiply_vector<widest>(y + at, x + at, h + at, continued, squares[v]);
+    }
+  for (; i < 2 * count; i += 2) multiply_vector<lanes<2>>(y + i, x + i, h + i, continued, rest);
+  double sum = rest[0] + rest[1];
+  for (int lane = 0; lane < lane_count; ++lane) sum += squares[0][lane] + squares[1][lane];
+  return sum;
 }
 
 // Magnitudes compare as the integers of their bits do, NaN and infinity being the largest.
-bool each_within(const double *x, int64_t count, double bound) {
+bool within(const double *x, int64_t count, double bound) {
   constexpr int64_t magnitude = INT64_MAX;
   int64_t most = 0;
   __builtin_memcpy(&most, &bound, sizeof most);
@@ -315,32 +329,6 @@ bool each_within(const double *x, int64_t count, double bound) {
     margins |= most - (bits & magnitude);
   }
   return margins >= 0;
-}
-
-// Sums of squares take half the time, and as a rule they are small enough to tell. With a NaN they are NaN.
-[[maybe_unused]] bool squares_within(const double *x, int64_t count, double limit) {
-  constexpr int vectors = 4;
-  widest sum[vectors] = {};
-  const auto add_square = [&](int v, int64_t at) {
-    const widest z = load_once<widest>(x + at);
-    sum[v] += z * z;
-  };
-  int64_t i = 0;
-  for (; i + vectors * lane_count <= count; i += vectors * lane_count)
-#pragma GCC unroll 4
-    for (int v = 0; v < vectors; ++v) add_square(v, i + v * lane_count);
-  for (; i + lane_count <= count; i += lane_count) add_square(0, i);
-  add_square(1, count - lane_count);  // some of these are added twice
-  const auto small = (sum[0] + sum[1]) + (sum[2] + sum[3]) < limit;
-  int64_t all = small[0];
-  for (int lane = 1; lane < lane_count; ++lane) all &= small[lane];
-  return all != 0;
-}
-
-bool within(const double *x, int64_t count, double bound) {
-  if constexpr (has_vector_registers)
-    if (count >= lane_count && squares_within(x, count, 0.5 * bound * bound)) return true;
-  return each_within(x, count, bound);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "dsp/core/sizing.h"
 #include "dsp/core/temporary.h"
 #include "dsp/core/work_signal.h"
-#include "dsp/filter/fir_direct.h"
 
 namespace dsp::filter {
 namespace {

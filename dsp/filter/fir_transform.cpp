@@ -83,15 +83,35 @@ partition find_partition(const past_and_block &x, int32_t taps) {
   return best;
 }
 
+namespace {
+
+bool all_tame(const past_and_block &x) {
+  return is_tame(x.past, x.past_length * x.width) && is_tame(x.block, x.block_length * x.width);
+}
+
+// Whether all samples of a transform are tame for certain, by the energy of their spectrum. The forward transform
+// divides by its size: the sum of squares of the samples is `size` times that of the bins, of which a real block has
+// half. A NaN is not small.
+bool is_small(double squares_of_bins, int64_t size) {
+  return 2 * static_cast<double>(size) * squares_of_bins < 0.9 * wild * wild;
+}
+
+int32_t filter_by_sum(const past_and_block &x, const dsp_vec &h, double dx, dsp_vec *out) {
+  out->length = static_cast<int32_t>(x.block_length);
+  out->is_complex = x.width == 2;
+  out->dx = dx;
+  filter_direct(x, h, out->data);
+  return 0;
+}
+
+}  // namespace
+
 int32_t filter_by_transforms(const past_and_block &x, const dsp_vec &h, const partition &p, dsp_vec *out) {
   const bool complex_block = x.width == 2;
   const double dx = out->dx;
   const double *spectra = nullptr;
   if (fir_spectra(h, p, complex_block, &spectra) != 0) return -1;
-  if (spectra == nullptr) {
-    filter_direct(x, h, out->data);
-    return 0;
-  }
+  if (spectra == nullptr) return filter_by_sum(x, h, dx, out);
   if (reserve(out, p.size) != 0) return -1;
   dsp_vec *const later = part_spectrum.obtain();
   if (p.parts > 1 && reserve(later, p.size) != 0) return -1;
@@ -99,7 +119,8 @@ int32_t filter_by_transforms(const past_and_block &x, const dsp_vec &h, const pa
   for (int64_t i = 0; i < p.parts; ++i) {
     dsp_vec *v = i == 0 ? out : later;
     if (transform(x, i * p.taps, p.size, v) != 0) return -1;  // GCOVR_EXCL_BR_LINE: tables are there
-    fir_kernels().multiply(out->data, v->data, spectra + 2 * i * bins, bins, i > 0);
+    const double squares = fir_kernels().multiply(out->data, v->data, spectra + 2 * i * bins, bins, i > 0);
+    if (!is_small(squares, p.size) && !all_tame(x)) return filter_by_sum(x, h, dx, out);
   }
   if ((complex_block ? dspi_fft(out, 1) : dspi_irfft(out)) != 0) return -1;  // GCOVR_EXCL_BR_LINE: tables are there
   out->length = static_cast<int32_t>(x.block_length);

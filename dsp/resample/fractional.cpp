@@ -151,7 +151,10 @@ void fractional_stage::end() {
   stored[x_.width] = at_.start - static_cast<double>(newest_);
 }
 
-int32_t free_fractional_work() { return free_rows() == 0 ? work_store.release() : -1; }
+int32_t free_fractional_work() {
+  free_rows();
+  return work_store.release();
+}
 
 }  // namespace dsp::resample
 

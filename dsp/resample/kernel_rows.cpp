@@ -50,9 +50,9 @@ kernel_rows *obtain_rows(const kernel &k) {
   return &held;
 }
 
-int32_t free_rows() {
+void free_rows() {
   is_held = false;
-  return store.release();
+  store.release();
 }
 
 }  // namespace dsp::resample

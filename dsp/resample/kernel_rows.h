@@ -9,6 +9,6 @@ namespace dsp::resample {
 // Rows for kernel `k`, not all of them filled; valid until the next call. Null: no memory.
 kernel_rows *obtain_rows(const kernel &k);
 
-int32_t free_rows();
+void free_rows();
 
 }  // namespace dsp::resample
