@@ -58,7 +58,7 @@ int32_t transform_part(const dsp_vec &h, int64_t first, const partition &p, bool
   std::fill_n(part->data, int64_t{p.size} * step, 0.0);
   for (int64_t k = 0; k < taps; ++k) part->data[k * step] = h.data[first + k];
   dspi_scale(part.get(), p.size);  // both forward transforms divide by it, one too many
-  if ((complex_block ? dspi_fft(part.get(), 0) : dspi_rfft(part.get())) != 0) return -1;
+  if ((complex_block ? dspi_dft(part.get(), 0) : dspi_rdft(part.get())) != 0) return -1;
   std::copy_n(part->data, 2 * p.bins(complex_block), to);
   return 0;
 }
