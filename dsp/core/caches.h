@@ -26,7 +26,7 @@ int32_t free_window_cache();  // generated windows
 
 namespace resample {
 int32_t free_fractional_work();  // work signals of the fractional stage
-int32_t free_converter_work();  // outputs of that stage on their way through the converter
+int32_t free_converter_work();   // outputs of that stage on their way through the converter
 }  // namespace resample
 
 }  // namespace dsp
