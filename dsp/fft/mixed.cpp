@@ -241,8 +241,10 @@ const mixed_entry *make_mixed(int32_t n, const mixed_shape &shape) {
   build_tables(&plan, fill, &memory);
   const int64_t groups = (int64_t{plan.rows.n} + plan.lanes - 1) / plan.lanes;
   const int32_t longest = plan.n1 > plan.rows.n ? plan.n1 : plan.rows.n;
-  *entry = {&kernels, plan, plan.lanes > 1 ? rounded_up(2 * groups * plan.lanes * plan.n1) : 0,
-            2 * int64_t{longest} * plan.lanes};
+  entry->kernels = &kernels;
+  entry->plan = plan;
+  entry->area = plan.lanes > 1 ? rounded_up(2 * groups * plan.lanes * plan.n1) : 0;
+  entry->buffer = 2 * int64_t{longest} * plan.lanes;
   return entry;
 }
 

@@ -27,7 +27,9 @@ class recent {
     *block = allocate(bytes);
     if (*block == nullptr) return nullptr;
     const int32_t free = make_room(bytes);
-    slots_[free] = {key, bytes, 0, *block, {}};
+    slots_[free].key = key;
+    slots_[free].bytes = bytes;
+    slots_[free].block = *block;
     return touch(free);
   }
 

@@ -22,8 +22,8 @@ exact_rotation rotation_by(double_double angle) {
   exact_rotation term = sum;
   const double_double square = -(angle * angle);
   for (int power = 2; power < 28 && term.cos.hi * term.cos.hi > 0x1p-220; power += 2) {
-    term.cos = term.cos * square / (power * (power - 1));
-    term.sin = term.sin * square / (power * (power + 1));
+    term.cos = term.cos * (square / (power * (power - 1)));  // the quotients wait for no other term
+    term.sin = term.sin * (square / (power * (power + 1)));
     sum = {sum.cos + term.cos, sum.sin + term.sin};
   }
   return sum;
