@@ -333,7 +333,7 @@ template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   // A load across two of the transform's last stores would wait for both: short signals take narrow ones.
   if constexpr (W > 2)
-    if (m < 8 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
+    if (m < 4 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
   for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
   points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
@@ -365,7 +365,7 @@ DSP_INLINE void pairs_from(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const 
 template <int W, class Kernel>
 DSP_INLINE void all_pairs_of(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
   if constexpr (W > 2)  // a load wider than the transform's stores would wait for them
-    if (m < 8 * W) return all_pairs_of<W / 2, Kernel>(x, m, cosines, sines);
+    if (m < 4 * W) return all_pairs_of<W / 2, Kernel>(x, m, cosines, sines);
   pairs_from<1, Kernel, true>(x, m, 0, cosines, sines);
   std::ptrdiff_t k = 1;
   for (; 2 * (k + W - 1) < m; k += W) pairs_from<W, Kernel, false>(x, m, k, cosines, sines);
