@@ -33,17 +33,6 @@ struct one_sample_type<false> {
 };
 using one_sample = one_sample_type<has_vector_registers>::type;
 
-// (x, -x, x, -x, ...)
-template <int W>
-DSP_INLINE lanes<2 * W> alternating_signs(double x) {
-  if constexpr (W == 1)
-    return lanes<2>{x, -x};
-  else if constexpr (W == 2)
-    return lanes<4>{x, -x, x, -x};
-  else
-    return lanes<8>{x, -x, x, -x, x, -x, x, -x};
-}
-
 template <int W>
 DSP_INLINE points<W> operator+(const points<W> &a, const points<W> &b) {
   return {a.re + b.re, a.im + b.im};
@@ -96,7 +85,7 @@ DSP_INLINE points<W> minus_i(const points<W> &a, const points<W> &b) {
 }
 template <int W>
 DSP_INLINE pairs<W> minus_i(const pairs<W> &a, const pairs<W> &b) {
-  return {a.parts + swap_pairs(b.parts) * alternating_signs<W>(1.0)};
+  return {a.parts + swap_pairs(b.parts) * alternating<lanes<2 * W>>(1.0, -1.0)};
 }
 
 template <int W>
@@ -110,7 +99,7 @@ DSP_INLINE pairs<W> plus_i(const pairs<W> &a, const pairs<W> &b) {
   if constexpr (W == 1) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 3)};
   if constexpr (W == 2) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 5, 2, 7)};
 #endif
-  return {a.parts - t * alternating_signs<W>(1.0)};
+  return {a.parts - t * alternating<lanes<2 * W>>(1.0, -1.0)};
 }
 
 // a - i k b and a + i k b.
@@ -120,7 +109,7 @@ DSP_INLINE points<W> minus_i(const points<W> &a, const points<W> &b, double k) {
 }
 template <int W>
 DSP_INLINE pairs<W> minus_i(const pairs<W> &a, const pairs<W> &b, double k) {
-  return {a.parts + swap_pairs(b.parts) * alternating_signs<W>(k)};
+  return {a.parts + swap_pairs(b.parts) * alternating<lanes<2 * W>>(k, -k)};
 }
 
 template <int W>
@@ -129,7 +118,7 @@ DSP_INLINE points<W> plus_i(const points<W> &a, const points<W> &b, double k) {
 }
 template <int W>
 DSP_INLINE pairs<W> plus_i(const pairs<W> &a, const pairs<W> &b, double k) {
-  return {a.parts - swap_pairs(b.parts) * alternating_signs<W>(k)};
+  return {a.parts - swap_pairs(b.parts) * alternating<lanes<2 * W>>(k, -k)};
 }
 
 // a (cos - i sin).
@@ -139,7 +128,7 @@ DSP_INLINE points<W> turned(const points<W> &a, double cos, double sin) {
 }
 template <int W>
 DSP_INLINE pairs<W> turned(const pairs<W> &a, double cos, double sin) {
-  return {a.parts * cos + swap_pairs(a.parts) * (alternating_signs<W>(1.0) * sin)};
+  return {a.parts * cos + swap_pairs(a.parts) * (alternating<lanes<2 * W>>(1.0, -1.0) * sin)};
 }
 
 // A vector of the record: points in lane order, pairs as they lie there. The widest pairs come in halves, since a load

@@ -36,21 +36,13 @@ DSP_INLINE Tap load_tap(const double *h) {
   return {*h};
 }
 
-// The real parts negated.
-template <class V>
-DSP_INLINE V real_negated(const V &v) {
-  V sign{};
-  for (int k = 0; k < width_of<V>; ++k) sign[k] = k % 2 == 0 ? -1.0 : 1.0;
-  return sign * v;
-}
-
 struct complex_tap {
   double re;
   double im;
 
   template <class V>
   DSP_INLINE void add(carried<V> &sum, const V &z) const {
-    const V turned = real_negated<V>(im - V{});
+    const V turned = im * alternating<V>(-1.0, 1.0);
     if constexpr (has_fused_products) {
       sum += re * z;
       sum += turned * swap_pairs(z);
@@ -164,7 +156,7 @@ struct contiguous {
   const double *at(int64_t i) const { return x + i * step; }
 };
 
-struct alternating {
+struct interlaced {
   const double *even;
   const double *odd;
   int32_t step;
@@ -281,7 +273,7 @@ void halved_taps(const fir_run &run, const folded_filter &f) {
     const tap_run of_odd = {odd, newest - 1, run.step, 2, f.length() - evens};
     filter<double>(run.y, run.count, split_taps{of_even, of_odd}, false);
   } else {
-    filter<double>(run.y, run.count, mirrored_taps<alternating, false>{f, {even, odd, run.step}}, false);
+    filter<double>(run.y, run.count, mirrored_taps<interlaced, false>{f, {even, odd, run.step}}, false);
   }
 }
 
@@ -293,7 +285,7 @@ DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, boo
   const V im = second_lanes<width_of<V>>(g, g);
   V sum = continued ? load<V>(y) : V{};
   sum += re * z;
-  sum += im * real_negated<V>(swap_pairs(z));
+  sum += im * (alternating<V>(-1.0, 1.0) * swap_pairs(z));
   store(y, sum);
   squares += z * z;
 }

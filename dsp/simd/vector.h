@@ -123,10 +123,12 @@ inline V swap_pairs(const V &v) {
 
 inline widest broadcast(double x) { return x - widest{}; }
 
-inline widest alternating(double even, double odd) {
-  widest place{};
-  for (int i = 0; i < lane_count; ++i) place[i] = i % 2;
-  return place == 0.0 ? broadcast(even) : broadcast(odd);
+// (even, odd, even, odd, ...)
+template <class V = widest>
+DSP_INLINE V alternating(double even, double odd) {
+  V place{};
+  for (int i = 0; i < width_of<V>; ++i) place[i] = i % 2;
+  return place == 0.0 ? even - V{} : odd - V{};
 }
 
 // first, first + 1, ...
