@@ -1,4 +1,4 @@
-"""Averaging: the floor of one spectrum scatters by 6 dB, that of the mean of 100 by 0.4 dB, and a tone comes out."""
+"""Averaging: the floor of one spectrum scatters by 6 dB, that of the mean of 100 by 0.4 dB, and shows a weak tone."""
 import numpy as np
 import dsp
 

@@ -1,4 +1,4 @@
-/* A frequency between the bins: the lobe of the Gausstop window is a Gaussian, whose top two samples give away. */
+/* A frequency between the bins: the lobe of the Gausstop window is a Gaussian, whose centre two samples determine. */
 #include <stdio.h>
 
 #include "dsp/dsp.h"

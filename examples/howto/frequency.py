@@ -1,4 +1,4 @@
-"""A frequency between the bins: the lobe of the Gausstop window is a Gaussian, whose top two samples give away."""
+"""A frequency between the bins: the lobe of the Gausstop window is a Gaussian, whose centre two samples determine."""
 import dsp
 
 v = dsp.cos(1024, 123.4567, dx=1e-3)  # in place of a recording

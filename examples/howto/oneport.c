@@ -8,8 +8,8 @@ typedef double complex number; /* laid out as dsp_complex is */
 
 int main(void) {
   const number e00[3] = {0.10, 0.10 * I, -0.10}, e11[3] = {0.20, -0.20, 0.20 * I}, e10e01[3] = {0.8, 0.8 * I, -0.8};
-  const number device = 0.3 + 0.4 * I; /* what is to be found, and what the instrument makes of it: */
-  number is[3][3] = {{-1, -1, -1}, {1, 1, 1}, {0, 0, 0}}, read[3][3], raw[3]; /* short, open, load */
+  const number device = 0.3 + 0.4 * I; /* to be found from what the instrument measures, `raw` */
+  number is[3][3] = {{-1, -1, -1}, {1, 1, 1}, {0, 0, 0}}, read[3][3], raw[3]; /* of short, open, load */
   for (int i = 0; i < 3; ++i) {
     for (int k = 0; k < 3; ++k) read[k][i] = e00[i] + e10e01[i] * is[k][i] / (1 - e11[i] * is[k][i]);
     raw[i] = e00[i] + e10e01[i] * device / (1 - e11[i] * device);

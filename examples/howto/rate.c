@@ -1,4 +1,4 @@
-/* From 48 to 44.1 kHz, block by block. The lowpasses that this takes are inside. */
+/* From 48 to 44.1 kHz, block by block. The converter contains the lowpasses that it needs. */
 #include <stdio.h>
 
 #include "dsp/dsp.h"

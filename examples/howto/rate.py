@@ -1,4 +1,4 @@
-"""From 48 to 44.1 kHz, block by block. The lowpasses that this takes are inside."""
+"""From 48 to 44.1 kHz, block by block. The converter contains the lowpasses that it needs."""
 import numpy as np
 import dsp
 

@@ -16,9 +16,9 @@ and `out`, mean everywhere; help() shows it.
 
 The names are those of dsp.h without their prefixes, and the docstrings name the routine whose contract, in dsp.h, holds
 here, too. What a routine refuses raises `Error`, a ValueError that says why; a MemoryError means that memory ran out.
-Constants go by name: windows, and flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are objects that
-are called block by block, fork by `copy.copy` and can be pickled. `lib` has the routines as they are in C, for `Record`s
-and arrays.
+Constants go by name: windows, and flags as in "raw, no_swap". Streams (`FirFilter`, `Resampler`, `Average`, ...) are
+objects that are called block by block, fork by `copy.copy` and can be pickled. `lib` has the routines as they are in C,
+for `Record`s and arrays.
 
 Threads may call everything, and take turns: the library serves one at a time, so that a call holds the interpreter's
 lock until it is done. A server that must answer meanwhile gives long records to processes (`concurrent.futures` has
