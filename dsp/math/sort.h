@@ -136,8 +136,8 @@ inline bool any_nan(const double *x, int64_t n) {
 // Moves the samples without NaN to the front and returns their count.
 template <class Sample>
 int64_t numbers_first(Sample *x, int64_t n) {
-  constexpr int parts = sizeof(Sample) / sizeof(double);  // NOLINT(bugprone-sizeof-expression): 1 or 2
-  if (!any_nan(reinterpret_cast<const double *>(x), n * parts)) return n;
+  constexpr int width = sizeof(Sample) / sizeof(double);  // NOLINT(bugprone-sizeof-expression): 1 or 2
+  if (!any_nan(reinterpret_cast<const double *>(x), n * width)) return n;
   return split(x, n, [](const Sample &s) { return !is_nan(s); });
 }
 

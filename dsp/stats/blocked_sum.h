@@ -113,16 +113,16 @@ struct running_totals {
   lanes<2> result() const { return rest == rest ? value + rest : value; }
 };
 
-// block(x, n, pair) sums the even and the odd elements of a block's n doubles. total[k * parts + part] becomes the k-th
-// sum; parts is 2 for complex samples, whose components are summed separately, else 1.
+// block(x, n, pair) sums the even and the odd elements of a block's n doubles. total[k * width + part] becomes the k-th
+// sum; width is 2 for complex samples, whose components are summed separately, else 1.
 template <int Sums, class Block>
-void add_blocks(const double *x, int64_t samples, int parts, const Block &block, double *total) {
+void add_blocks(const double *x, int64_t samples, int width, const Block &block, double *total) {
   running_totals sum[Sums] = {};
-  for (int64_t done = 0; done < samples; done += sum_block, x += sum_block * parts) {
+  for (int64_t done = 0; done < samples; done += sum_block, x += sum_block * width) {
     lanes<2> pair[Sums];
-    block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * parts, pair);
+    block(x, static_cast<int>(samples - done < sum_block ? samples - done : sum_block) * width, pair);
     for (int k = 0; k < Sums; ++k) {
-      if (parts == 1) pair[k] = lanes<2>{pair[k][0] + pair[k][1], 0.0};
+      if (width == 1) pair[k] = lanes<2>{pair[k][0] + pair[k][1], 0.0};
       if (done == 0)
         sum[k].value = pair[k];
       else
@@ -131,30 +131,30 @@ void add_blocks(const double *x, int64_t samples, int parts, const Block &block,
   }
   for (int k = 0; k < Sums; ++k) {
     const lanes<2> pair = sum[k].result();
-    total[k * parts] = pair[0];
-    if (parts == 2) total[2 * k + 1] = pair[1];
+    total[k * width] = pair[0];
+    if (width == 2) total[2 * k + 1] = pair[1];
   }
 }
 
 template <class Kernel>
-void blocked_sum(const double *x, int64_t samples, int parts, const Kernel &kernel, double *total) {
+void blocked_sum(const double *x, int64_t samples, int width, const Kernel &kernel, double *total) {
   const auto block = [&](const double *at, int n, lanes<2> *pair) {
     sum_one_block<groups_at_once(Kernel::sums)>(at, n, kernel, pair);
   };
-  add_blocks<Kernel::sums>(x, samples, parts, block, total);
+  add_blocks<Kernel::sums>(x, samples, width, block, total);
 }
 
 // The same for a kernel that treats rare values in a costly way: `fast` omits that. A block whose sum number `Guard`,
 // of non-negative terms, exceeds `limit` is summed again with `exact`.
 template <int Guard, class Fast, class Exact>
-void blocked_sum(const double *x, int64_t samples, int parts, const Fast &fast, const Exact &exact, double limit,
+void blocked_sum(const double *x, int64_t samples, int width, const Fast &fast, const Exact &exact, double limit,
                  double *total) {
   const auto block = [&](const double *at, int n, lanes<2> *pair) {
     sum_one_block<groups_at_once(Fast::sums)>(at, n, fast, pair);
     if (pair[Guard][0] <= limit && pair[Guard][1] <= limit) return;
     sum_one_block<1>(at, n, exact, pair);
   };
-  add_blocks<Fast::sums>(x, samples, parts, block, total);
+  add_blocks<Fast::sums>(x, samples, width, block, total);
 }
 
 }  // namespace

@@ -11,8 +11,8 @@ namespace dsp::stats {
 // complex one, or 1e100 when one of its components is beyond +-1e100. -1 when no key is above -1e100 (below 1e100). NaN
 // never wins.
 struct extremes_kernel_set {
-  int64_t (*greatest)(const double *x, int64_t n, int parts);
-  int64_t (*least)(const double *x, int64_t n, int parts);
+  int64_t (*greatest)(const double *x, int64_t n, int width);
+  int64_t (*least)(const double *x, int64_t n, int width);
 };
 
 DSP_DECLARE_KERNELS(extremes)

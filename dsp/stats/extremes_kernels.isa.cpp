@@ -117,12 +117,12 @@ best_of<double> first_best(const double *x, int64_t n) {
 // Searches complex samples by plain keys first, and again with saturation when the best is so great that a component
 // may be beyond the bound. (A least key never is: it would not beat the start.)
 template <bool Least>
-int64_t find(const double *x, int64_t n, int parts) {
+int64_t find(const double *x, int64_t n, int width) {
   best_of<double> first =
-      parts == 1 ? first_best<value_key, Least>(x, n) : first_best<plain_magnitude_key, Least>(x, 2 * n);
+      width == 1 ? first_best<value_key, Least>(x, n) : first_best<plain_magnitude_key, Least>(x, 2 * n);
   if constexpr (!Least)
-    if (parts == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
-  return first.place < nowhere ? static_cast<int64_t>(first.place) / parts : -1;
+    if (width == 2 && first.key > 0.5 * overflow_square) first = first_best<magnitude_key, Least>(x, 2 * n);
+  return first.place < nowhere ? static_cast<int64_t>(first.place) / width : -1;
 }
 
 }  // namespace

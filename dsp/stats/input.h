@@ -12,10 +12,10 @@ struct stats_input {
   const double *data;
   int64_t n;
   bool is_complex;
-  int parts;  // doubles per sample
+  int width;  // doubles per sample
 
   explicit stats_input(const dsp_vec &in)
-      : data(in.data), n(samples(in)), is_complex(in.is_complex != 0), parts(is_complex ? 2 : 1) {}
+      : data(in.data), n(samples(in)), is_complex(in.is_complex != 0), width(is_complex ? 2 : 1) {}
 };
 
 }  // namespace dsp::stats

@@ -87,7 +87,7 @@ int32_t dsps_mean(const dsp_vec *in, dsp_vec *out) {
   const stats_input x(*in);
   const double n = x.n > 0 ? static_cast<double>(x.n) : 1.0;
   double total[2] = {};
-  sum_kernels().values(x.data, x.n, x.parts, total);
+  sum_kernels().values(x.data, x.n, x.width, total);
   return put_sample(out, x.is_complex, total[0] / n, total[1] / n);
 }
 

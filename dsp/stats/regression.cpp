@@ -133,7 +133,7 @@ void summarise(const dsp_vec &in, double *summary) {
   const stats_input points(in);
   for (int i = 0; i < summary_length; ++i) summary[i] = 0.0;
   if (points.n == 1) {  // one point: the line passes through it
-    summary[1] = summary[15] = points.data[points.parts - 1];
+    summary[1] = summary[15] = points.data[points.width - 1];
     summary[8] = summary[14] = points.is_complex ? points.data[0] : 0.0;
   } else if (points.n > 1) {
     summarise(points.is_complex ? scatter_of_points(points) : scatter_of_trace(points, in.dx), summary);

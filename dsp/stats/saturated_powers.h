@@ -53,8 +53,8 @@ struct differences {
 // blocked_sum of a kernel that takes its powers as a parameter: with plain ones, and again with saturated ones for a
 // block whose sum number `square` is so great that a value may be beyond the bound.
 template <template <class> class Kernel, class... Parameters>
-void saturating_sum(const double *x, int64_t n, int parts, double *total, const Parameters &...parameters) {
-  blocked_sum<Kernel<plain_powers>::square>(x, n, parts, Kernel<plain_powers>{parameters...},
+void saturating_sum(const double *x, int64_t n, int width, double *total, const Parameters &...parameters) {
+  blocked_sum<Kernel<plain_powers>::square>(x, n, width, Kernel<plain_powers>{parameters...},
                                             Kernel<saturated_powers>{parameters...}, squares_within_bound, total);
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 double sum_of_squares(const stats_input &x) {
   double total[2] = {};
-  sum_kernels().squares(x.data, x.n, x.parts, total);
+  sum_kernels().squares(x.data, x.n, x.width, total);
   return total[0] + total[1];
 }
 
@@ -24,7 +24,7 @@ using namespace dsp::stats;
 int32_t dsps_sum(const dsp_vec *in, dsp_vec *out) {
   const stats_input x(*in);
   double total[2] = {};
-  sum_kernels().values(x.data, x.n, x.parts, total);
+  sum_kernels().values(x.data, x.n, x.width, total);
   return put_sample(out, x.is_complex, total[0], total[1]);
 }
 

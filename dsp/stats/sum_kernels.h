@@ -7,15 +7,15 @@
 
 namespace dsp::stats {
 
-// Sums over n samples of `parts` doubles each (2: complex). `total` takes them in the order named; those of complex
+// Sums over n samples of `width` doubles each (2: complex). `total` takes them in the order named; those of complex
 // samples are pairs, over the real and over the imaginary parts.
 struct sum_kernel_set {
   // x
-  void (*values)(const double *x, int64_t n, int parts, double *total);
+  void (*values)(const double *x, int64_t n, int width, double *total);
   // x^2, but 1e100 for a sample with a part beyond +-1e100
-  void (*squares)(const double *x, int64_t n, int parts, double *total);
+  void (*squares)(const double *x, int64_t n, int width, double *total);
   // d = x - reference and d^2; +-1e100 and 1e200 for a d beyond +-1e100. The reference is a number, or re and im.
-  void (*spread)(const double *x, int64_t n, int parts, const double *reference, double *total);
+  void (*spread)(const double *x, int64_t n, int width, const double *reference, double *total);
 };
 
 DSP_DECLARE_KERNELS(sum)

@@ -14,9 +14,9 @@ namespace {
 // negative result, which is returned as it is.
 double population_variance(const stats_input &x) {
   if (x.n < 1) return 0.0;
-  const double about[2] = {provisional_mean(x, 0), provisional_mean(x, x.parts - 1)};
+  const double about[2] = {provisional_mean(x, 0), provisional_mean(x, x.width - 1)};
   double total[4] = {};
-  sum_kernels().spread(x.data, x.n, x.parts, about, total);
+  sum_kernels().spread(x.data, x.n, x.width, about, total);
   const auto n = static_cast<double>(x.n);
   const auto square = [](double v) { return v * v; };
   if (!x.is_complex) return total[1] / n - square(total[0] / n);
