@@ -76,7 +76,7 @@ inline std::size_t find_pivot(const rf::complex_value *a, std::size_t n, std::si
   return is_safe(rf::sum_of_squares(a[row * n + k])) ? row : largest_in_column(a, n, k, rf::modulus);
 }
 
-// Small matrices stay where the compiler sees their size.
+// Small matrices are inlined, where the compiler knows their size.
 template <>
 inline void eliminate(rf::complex_value *a, std::size_t n, std::size_t k) {
   constexpr std::size_t worth_a_call = 4;

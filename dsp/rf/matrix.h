@@ -8,9 +8,9 @@
  *     if (!m.inv()) ...                 // singular
  *     matrix<std::complex<double>> x = m * b;
  *
- * A matrix is a handle. Copies share their elements: what is written through one shows in all of them, and only inv()
- * and *= part a handle from the others first. Released element buffers stay in a pool of four for the next matrices of
- * the same shapes, until the last matrix of that element type is gone. One thread at a time.
+ * A matrix is a handle. Copies share their elements: a write through one is seen through all. Only inv() and *= first
+ * give a handle elements of its own. Released element buffers stay in a pool of four for the next matrices of the same
+ * shapes, until the last matrix of that element type is gone. One thread at a time.
  *
  * Needs C++17. The element type needs T(), T(0), T(1), copying, the operators + - * / and a modulus that compares with
  * double: a function abs(x), or modulus(x), in its own namespace. No other function of that namespace is called.
@@ -38,7 +38,8 @@
 
 namespace dsp {
 
-// What the matrix asks of its elements. The templates for std::complex are preferred over the general ones.
+// The operations that the matrix needs of its elements. The templates for std::complex are preferred over the general
+// ones.
 namespace field {
 
 template <class T>
@@ -62,7 +63,7 @@ F sum_of_squares(const std::complex<F> &z) {
   return z.real() * z.real() + z.imag() * z.imag();
 }
 
-// Whether neither square nor their sum's reciprocal came near overflow or underflow.
+// Whether the squares, their sum and its reciprocal are far from overflow and underflow.
 template <class F>
 bool is_safe(F sum_of_squares) {
   constexpr F digits = 1 / std::numeric_limits<F>::epsilon();
@@ -153,7 +154,7 @@ std::size_t find_pivot(const T *a, std::size_t n, std::size_t k) {
   return field::largest_in_column(a, n, k, [](const T &x) { return modulus(x); });
 }
 
-// Squares do for the search, unless the largest is out of range.
+// Compares squares, which is enough unless the largest is out of range.
 template <class F>
 std::size_t find_pivot(const std::complex<F> *a, std::size_t n, std::size_t k) {
   using T = std::complex<F>;
@@ -164,7 +165,8 @@ std::size_t find_pivot(const std::complex<F> *a, std::size_t n, std::size_t k) {
 // Below this modulus a pivot counts as 0, whatever the other elements are.
 constexpr double least_pivot = 2.220446049250313e-12;
 
-// Takes the multiple of row k from every other row that leaves 0 in column k, where the inverse grows in place.
+// Subtracts from every other row the multiple of row k that makes its element in column k 0. The column is not set to
+// 0: it takes a column of the inverse.
 template <class T>
 void eliminate_rows(T *a, std::size_t n, std::size_t k) {
   for (std::size_t i = 0; i < n; ++i) {
@@ -181,8 +183,8 @@ void eliminate(T *a, std::size_t n, std::size_t k) {
   field::eliminate_rows(a, n, k);
 }
 
-// a becomes its inverse by Gauss-Jordan elimination with row pivoting. False: singular, a is left half reduced.
-// `order` is room for n. N is n where the compiler may know it, else 0.
+// a becomes its inverse by Gauss-Jordan elimination with row pivoting. False: singular, a is left partly reduced.
+// `order` has room for n indices. N is n if it is known at compile time, else 0.
 template <std::size_t N, class T>
 bool gauss_jordan(T *a, std::size_t size, std::size_t *order) {
   const std::size_t n = N != 0 ? N : size;
@@ -285,7 +287,8 @@ class matrix_elements {
     return nullptr;
   }
 
-  // To the front of the pool, the others one slot on up to the first gap. Returns the one that is pushed out, or null.
+  // Puts e at the front of the pool and moves the others back by one slot, up to the first gap. Returns the one that
+  // does not fit, or null.
   static matrix_elements *put(matrix_elements *e) {
     for (matrix_elements *&slot : pool_) {
       std::swap(slot, e);
@@ -294,7 +297,7 @@ class matrix_elements {
     return e;
   }
 
-  // The elements of what is deleted may use matrices.
+  // Destructors of elements may use matrices: the pool is locked meanwhile.
   static void empty_pool() {
     ++locks_;
     for (matrix_elements *&slot : pool_) delete std::exchange(slot, nullptr);
@@ -308,7 +311,7 @@ class matrix_elements {
 
 }  // namespace dsp
 
-/** A handle on rows x cols elements of a field, as told at the top of this file. */
+/** A handle on rows x cols elements of a field, as described at the top of this file. */
 template <class T>
 class matrix {
   using elements = dsp::matrix_elements<T>;
@@ -346,7 +349,7 @@ class matrix {
   /** Shares the elements of `other`. */
   matrix(const matrix &other) noexcept : elements_(other.elements_) { ++elements_->handles; }
 
-  /** Lets go of the elements, and shares those of `other`. */
+  /** Releases its elements, and shares those of `other`. */
   matrix &operator=(const matrix &other) noexcept {
     matrix copy(other);
     std::swap(elements_, copy.elements_);
@@ -381,8 +384,8 @@ class matrix {
   /** The same, to be read. */
   row_of<const T> row(std::uint32_t r) const { return checked_row<const T>(r); }
 
-  /** this = this * b; other handles keep the elements they shared. std::invalid_argument: b has not as many rows as
-   * this has columns. */
+  /** this = this * b; other handles keep the elements they shared. std::invalid_argument: b does not have as many rows
+   * as this has columns. */
   matrix &operator*=(const matrix &b) {
     if (cols() != b.rows())
       throw std::invalid_argument("matrix<T>::operator*=: Inconsistent matrix size in multiplication!");
@@ -399,8 +402,9 @@ class matrix {
     return result;
   }
 
-  /** Inverts in place, after parting from other handles. False: a pivot's modulus was below 2.220446049250313e-12,
-   * an absolute bound; the elements are then left half reduced. std::invalid_argument: not square. */
+  /** Inverts its elements, a copy of them if other handles share them. False: a pivot's modulus was below
+   * 2.220446049250313e-12, an absolute bound; the elements are then left partly reduced. std::invalid_argument: not
+   * square. */
   bool inv() {
     if (rows() != cols()) throw std::invalid_argument("matrix<T>::inv(): Inversion of non-square matrix!");
     if (elements_->handles > 1) {

@@ -7,9 +7,8 @@
 
 namespace dsp::rf {
 
-// For matrices that are too large to unroll, row by row.
+// The loops of field::eliminate and field::multiply, for matrices that are too large to unroll.
 struct matrix_kernel_set {
-  // As field::eliminate and field::multiply.
   void (*eliminate)(double *a, int64_t n, int64_t k);
   void (*multiply)(const double *a, const double *b, double *out, int64_t m, int64_t k, int64_t p);
 };
