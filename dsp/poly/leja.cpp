@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "dsp/math/complex.h"
+#include "dsp/math/constants.h"
 #include "dsp/poly/heap_array.h"
 
 namespace dsp::poly {
@@ -31,7 +32,7 @@ double quarter_modulus(dsp_complex z) { return modulus(0.25 * z); }
 // Equal points count as an ulp apart: products of 0 could not be compared.
 double quarter_distance(dsp_complex a, dsp_complex b) {
   const double d = modulus(0.25 * a - 0.25 * b);
-  return std::max({d, 0x1p-52 * quarter_modulus(a), 0x1p-1022});
+  return std::max({d, epsilon * quarter_modulus(a), 0x1p-1022});
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "dsp/core/temporary.h"
 #include "dsp/dsp.h"
 #include "dsp/math/complex.h"
+#include "dsp/math/constants.h"
 #include "dsp/math/saturation.h"
 #include "dsp/math/sort.h"
 #include "dsp/poly/heap_array.h"
@@ -44,7 +45,7 @@ class noise_test {
     sums s = evaluate(z, 0);
     // Terms that underflow matter beside small sums only. Near |z| = 1 the largest term is about 1.
     if (s.terms < 0x1p-900) s = evaluate(z, std::ilogb(std::max(largest_component(z), smallest_normal)));
-    return s.modulus <= 4.0 * 0x1p-52 * static_cast<double>(degree_) * s.terms;
+    return s.modulus <= 4.0 * epsilon * static_cast<double>(degree_) * s.terms;
   }
 
   // Value and terms at z as a polynomial in z 2^-exponent; both are scaled by one power of two.

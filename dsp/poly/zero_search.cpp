@@ -10,8 +10,6 @@
 namespace dsp::poly {
 namespace {
 
-constexpr double epsilon = 0x1p-52;
-
 // An approximation is found when the value computed in doubles is below n `noise`, n the degree. As its rounding error
 // is at most n (1 + sqrt 5)/2 epsilon, the true value is then below n `good_enough`.
 constexpr double noise = 2.3 * epsilon;

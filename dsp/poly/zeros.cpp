@@ -22,7 +22,7 @@ struct entry {
 };
 
 // The largest ratio of moduli that differ by rounding only.
-constexpr double equal_moduli = 1.0 + 4.0 * 0x1p-52;
+constexpr double equal_moduli = 1.0 + 4.0 * epsilon;
 
 double phase_of(dsp_complex z) {
   const double phase = std::atan2(z.im, z.re);
@@ -85,7 +85,7 @@ void make_real(zero_search *search, entry *e, int32_t n) {
   int32_t moved = 0;
   for (entry *each = e; each != e + n; ++each) {
     if (each->is_pair) continue;
-    if (std::fabs(each->z.im) <= 0x1p-52 * std::fabs(each->z.re)) {
+    if (std::fabs(each->z.im) <= epsilon * std::fabs(each->z.re)) {
       each->z.im = 0.0;
       each->index = settled;
     } else {

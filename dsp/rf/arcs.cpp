@@ -10,7 +10,7 @@
 namespace dsp::rf {
 namespace {
 
-constexpr double tolerance = 4.0 * 0x1p-52;
+constexpr double tolerance = 4.0 * epsilon;
 
 // Half the angle of the arc between two nodes, which is the inscribed angle between the chords to them from the third
 // node of the circle, given the cross and dot product of these. Half a circle, to rounding, counts as

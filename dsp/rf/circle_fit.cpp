@@ -9,12 +9,11 @@
 
 #include "dsp/dsp.h"
 #include "dsp/math/complex.h"
+#include "dsp/math/constants.h"
 #include "dsp/rf/point_cloud.h"
 
 namespace dsp::rf {
 namespace {
-
-constexpr double epsilon = 0x1p-52;
 
 dsp_complex left_of(dsp_complex a) { return {-a.im, a.re}; }
 

@@ -3,6 +3,7 @@
 
 #include "dsp/core/sharing.h"
 #include "dsp/dsp.h"
+#include "dsp/math/constants.h"
 #include "dsp/math/saturation.h"
 #include "dsp/stats/input.h"
 
@@ -10,7 +11,7 @@ namespace dsp::stats {
 namespace {
 
 // Relative: values this little above the last bin are counted in it.
-constexpr double upper_edge = 1.0 + 10.0 * 0x1p-52;
+constexpr double upper_edge = 1.0 + 10.0 * epsilon;
 
 struct bins {
   double start;
