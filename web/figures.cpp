@@ -70,7 +70,7 @@ std::vector<double> input;                 // samples that the page brings
 /** A row for each so many blocks: of their mean power in dB, the greatest of every few bins. */
 class waterfall {
  public:
-  /** Of a recording, blocks_per_row grows until there are less than 800 rows. */
+  /** Of a recording, blocks_per_row grows until there are less than 512 rows. */
   waterfall(int32_t blocks_per_row, bool is_recording) : blocks_per_row_(blocks_per_row), is_recording_(is_recording) {}
 
   void add(const signal &bins) {
@@ -84,7 +84,7 @@ class waterfall {
       row.push_back(10.0 * std::log10(std::max(most, 1e-40)));
     }
     rows_.push_back(row);
-    if (is_recording_ && rows_.size() == 800) halve();
+    if (is_recording_ && rows_.size() == 512) halve();
   }
 
   /** Moves the rows to the columns of the answer, and says how far apart they and their bins are. */

@@ -178,7 +178,7 @@ test("windows, filters and calibration", async () => {
   assert.ok(Math.abs((await figures_now())["return loss"] - 20 * Math.log10(93 / 7)) < 0.3);
   assert.ok((await pixels("#smith canvas", 31, 111, 178)) > 300 && (await pixels("#terms-plot canvas", 29, 122, 60)) > 300);
   await saved("smith", /^frequency \/ Hz,corrected re/);
-  await saved("terms-plot", /^frequency \/ MHz,directivity,source match,reflection tracking\n100,-20\.37/);
+  await saved("terms-plot", /^frequency \/ MHz,directivity,source match,tracking\n100,-20\.37/);
   const sweep = (name, s) => ({ name: `${name}.s1p`, mimeType: "text/plain", buffer: Buffer.from(`# MHz S RI R 50\n1 ${s}\n2 ${s}\n3 ${s}`) });
   await page.locator("#sweeps").setInputFiles([sweep("my_short", "-1 0"), sweep("open", "1 0"), sweep("load", "0 0")]);
   await status("Still missing: device");
@@ -254,13 +254,49 @@ test("a long recording shows in 3 seconds, and the page answers throughout", asy
   quiet();
 });
 
-test("the microphone; a phone in the dark", async () => {
-  await page.getByRole("button", { name: "Microphone" }).click();
-  await page.waitForFunction(() => /blocks of 4096/.test(document.getElementById("method").textContent) && /Measuring/.test(document.getElementById("status").textContent));
-  await page.getByRole("button", { name: "Microphone" }).click();
+test("the microphone, live and refused", async () => {
+  const microphone = page.getByRole("button", { name: "Microphone" });
+  await microphone.click();
+  await status("Measuring");
+  await page.waitForFunction(() => /blocks of 4096/.test(document.getElementById("method").textContent));
+  await microphone.click();
+  await page.evaluate(() => {
+    navigator.mediaDevices.getUserMedia = async () => { throw new DOMException("", "NotAllowedError"); };
+  });
+  await microphone.click();
+  await status("No microphone: this page is not allowed to hear it");
+  quiet();
+});
+
+const named = ["button", "link", "combobox", "spinbutton", "checkbox", "textbox", "table", "group", "image", "form", "region"];
+
+test("each view is told to a screen reader, can be read in the dark, and fits a phone", async () => {
   await page.emulateMedia({ colorScheme: "dark" });
   await page.setViewportSize({ width: 360, height: 740 });
-  await page.waitForFunction(() => document.documentElement.scrollWidth <= 360 && document.querySelector("#spectrum-plot canvas").clientWidth <= 360);
+  const reader = await page.context().newCDPSession(page);
+  for (const [view, figures] of Object.entries({ windows: 5, filters: 0, calibration: 13, spectrum: 1 })) {
+    await page.getByRole("link", { name: view }).press("Enter");
+    await page.waitForFunction((v) => document.querySelector(`#${v} canvas`)?.clientWidth <= 360, view);
+    const { nodes } = await reader.send("Accessibility.getFullAXTree");
+    const seen = nodes.filter((node) => !node.ignored);
+    const role = (name) => seen.filter((node) => node.role.value === name);
+    assert.deepEqual(named.flatMap(role).filter((node) => !node.name.value).map((node) => node.role.value), [], view);
+    assert.ok(role("status").every((node) => node.properties.some((p) => p.name === "live")) && role("status").length > 1);
+    assert.ok(role("rowheader").length >= figures && role("image").length >= 2, view);
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 360), view);
+  }
   assert.ok((await pixels("#spectrum-plot canvas", 108, 180, 240)) > 100);
+  for (const scheme of ["light", "dark"]) {
+    await page.emulateMedia({ colorScheme: scheme });
+    const ratios = await page.evaluate(() => {
+      const of_page = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
+      const linear = (v) => (v <= 0.04045 ? v / 12.92 : ((v + 0.055) / 1.055) ** 2.4);
+      const light = (c) => [1, 3, 5].reduce((sum, at, i) =>
+        sum + [0.2126, 0.7152, 0.0722][i] * linear(parseInt(of_page(c).slice(at, at + 2), 16) / 255), 0.05);
+      const ratio = (a, b) => Math.max(light(a) / light(b), light(b) / light(a));
+      return ["ink", "first", "second", "third", "mark"].flatMap((c) => [ratio(c, "paper"), ratio(c, "panel")]);
+    });
+    assert.ok(Math.min(...ratios) >= 4.5, `${scheme}: ${ratios}`);
+  }
   quiet();
 });

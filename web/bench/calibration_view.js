@@ -12,7 +12,7 @@ const quantities = {
 const device = new Plot({ id: "reflection-plot", x, y: quantities.level, traces: ["corrected", "measured"] });
 const terms = new Plot({
   id: "terms-plot", x, y: "error terms / dB", height: 280,
-  traces: ["directivity", "source match", "reflection tracking"], // prettier-ignore
+  traces: ["directivity", "source match", "tracking"], // prettier-ignore
 });
 const smith = new Smith("smith", "Smith chart of the device");
 const standards = ["short", "open", "load"];
@@ -22,7 +22,7 @@ let files = {}; // by role; none: the simulation
 
 /** A place for the file of a role. */
 const place_for = (role) => `<td><label class="button">Choose<input type="file" id="${role}-file" accept=".s1p"
-  aria-label="${role.replace("_actual", " as it is")}"></label> <span id="${role}-name"></span></td>`;
+  aria-label="Choose ${role.replace("_actual", " as it is")}"></label> <span id="${role}-name"></span></td>`;
 
 function show(result, settings) {
   const [hertz, corrected, raw, ...others] = result.columns;
@@ -40,6 +40,7 @@ export const update = () =>
     const is_simulated = Object.keys(files).length === 0;
     const without = (role) => (is_simulated ? "simulated" : measured.includes(role) ? "missing" : "ideal");
     for (const role of roles) element(`${role}-name`).textContent = files[role]?.name ?? without(role);
+    element("calibration").querySelector("[name=ideal]").disabled = is_simulated;
     const missing = measured.filter((role) => !files[role]);
     if (!is_simulated && missing.length) return tell(`Still missing: ${missing.join(", ")}, as measured.`);
     const settings = settings_of("calibration");

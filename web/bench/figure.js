@@ -1,51 +1,57 @@
-// What every drawing has: a place on the page that takes the keyboard, a readout, PNG and CSV, and the page's colours.
+// What every drawing has: a place on the page, a readout, PNG and CSV, and the page's colours.
 
-import { download } from "./page.js";
+import { download, element } from "./page.js";
 
 export const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
 export const colours = ["first", "second", "third"];
 
+/** Round numbers within lo ... hi, about `count` of them. */
+export function round_numbers(lo, hi, count) {
+  const rough = (hi - lo) / count;
+  const power = 10 ** Math.floor(Math.log10(rough));
+  const step = power * [1, 2, 5, 10].find((s) => s * power >= rough);
+  const first = Math.ceil(lo / step - 1e-9);
+  return Array.from({ length: Math.floor(hi / step + 1e-9) - first + 1 }, (_, k) => Number(((first + k) * step).toPrecision(9)));
+}
+
 export class Figure {
   /** `id` names an element, and the files that are saved; `label` says what the figure shows. */
   constructor(id, label) {
-    this.id = id;
-    this.root = document.getElementById(id);
-    this.root.tabIndex = 0;
-    this.root.setAttribute("role", "group");
-    this.root.setAttribute("aria-label", label);
-    this.readout = document.createElement("output");
+    Object.assign(this, { id, label, root: element(id), readout: document.createElement("output") });
+    Object.assign(this.root, { role: "group", ariaLabel: label });
     const tools = document.createElement("div");
     tools.className = "tools";
     for (const kind of ["PNG", "CSV"]) {
-      const button = document.createElement("button");
-      button.textContent = kind;
-      button.setAttribute("aria-label", `Save ${label} as ${kind}`);
-      button.onclick = () => this[kind.toLowerCase()]();
-      tools.append(button);
+      const onclick = () => this[kind.toLowerCase()]();
+      const button = { textContent: kind, ariaLabel: `Save ${label} as ${kind}`, onclick };
+      tools.append(Object.assign(document.createElement("button"), button));
     }
     this.root.replaceChildren(tools, this.readout);
     new ResizeObserver(() => this.width !== this.root.clientWidth && this.draw()).observe(this.root);
     matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => this.draw());
   }
 
+  /** Shows a canvas, which readers of the screen hear as the figure's label. */
+  adopt(canvas) {
+    Object.assign(canvas, { role: "img", ariaLabel: this.label });
+    Object.assign(this, { canvas, width: this.root.clientWidth });
+  }
+
   /** Prepares a canvas of this many CSS pixels for a drawing in them; for figures that draw all by themselves. */
   blank(width, height) {
     if (!this.canvas) this.root.append((this.canvas = document.createElement("canvas")));
-    this.width = this.root.clientWidth;
-    const { canvas } = this;
-    Object.assign(canvas, { width: width * devicePixelRatio, height: height * devicePixelRatio });
-    Object.assign(canvas.style, { width: `${width}px`, height: `${height}px` });
-    const ctx = canvas.getContext("2d");
+    this.adopt(this.canvas);
+    Object.assign(this.canvas, { width: width * devicePixelRatio, height: height * devicePixelRatio });
+    Object.assign(this.canvas.style, { width: `${width}px`, height: `${height}px` });
+    const ctx = this.canvas.getContext("2d");
     ctx.scale(devicePixelRatio, devicePixelRatio);
-    Object.assign(ctx, { font: "12px system-ui, sans-serif", fillStyle: colour("ink"), strokeStyle: colour("line") });
-    return ctx;
+    return Object.assign(ctx, { font: "12px system-ui, sans-serif", fillStyle: colour("ink") });
   }
 
   png() {
     if (!this.canvas) return;
     const copy = new OffscreenCanvas(this.canvas.width, this.canvas.height);
-    const ctx = copy.getContext("2d");
-    ctx.fillStyle = colour("paper");
+    const ctx = Object.assign(copy.getContext("2d"), { fillStyle: colour("paper") });
     ctx.fillRect(0, 0, copy.width, copy.height);
     ctx.drawImage(this.canvas, 0, 0);
     copy.convertToBlob().then((blob) => download(`${this.id}.png`, blob));

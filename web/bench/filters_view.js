@@ -16,7 +16,7 @@ export const update = () =>
     const result = await ask("filter", settings);
     response.show([result.frequency, result.response], { y_range: [-140, 10] });
     step.show([Float64Array.from(result.step, (_, i) => i), result.step]);
-    element("coefficients").value = Array.from(result.taps).join("\n");
+    element("coefficients").value = Array.from(result.taps, (tap) => tap.toExponential()).join("\n");
     tell(`${settings.kind} of ${settings.taps} taps, delay ${(settings.taps - 1) / 2} samples`);
   });
 

@@ -1,14 +1,16 @@
 // A plot with cursor, zoom and markers, drawn by uPlot.
 
-import { Figure, colour, colours } from "./figure.js";
+import { Figure, colour, colours, round_numbers } from "./figure.js";
 
 /** A number to so many digits. */
 const digits = (value, count) => String(Number(value?.toPrecision(count)));
+const unit_of = (label) => label.split("/ ")[1] ?? "";
 
 /** 1, 2, 5, 10, 20, ... between two limits; powers of ten alone where there is no room for more. */
 function decades(lo, hi, width) {
   const first = Math.floor(Math.log10(lo));
   const count = Math.ceil(Math.log10(hi)) - first;
+  if (hi < 3 * lo) return round_numbers(lo, hi, 6);
   const steps = width > 150 * count || count < 2 ? [1, 2, 5] : [1];
   const all = Array.from({ length: count + 1 }, (_, k) => steps.map((step) => step * 10 ** (first + k)));
   return all.flat().filter((v) => v >= lo && v <= hi);
@@ -19,7 +21,8 @@ export class Plot extends Figure {
   constructor(options) {
     super(options.id, `plot of ${options.y} over ${options.x}`);
     Object.assign(this, { marks: [], height: 340, ...options });
-    this.root.onkeydown = (event) => this.key(event);
+    Object.assign(this.root, { tabIndex: 0, onkeydown: (event) => this.key(event) });
+    this.root.setAttribute("aria-describedby", "keys");
   }
 
   /** x, then a trace each; `log`: logarithmic in x; `y_range` fixes the other axis. */
@@ -41,27 +44,31 @@ export class Plot extends Figure {
     this.width = this.root.clientWidth;
     this.uplot?.destroy();
     this.uplot = new uPlot(this.uplot_options(), this.data, this.root);
-    this.canvas = this.uplot.ctx.canvas;
+    this.adopt(this.uplot.ctx.canvas);
   }
 
   uplot_options() {
     const grid = { stroke: colour("line"), width: 1 };
-    const decimal = { splits: () => decades(...this.range, this.width), values: (_, all) => all, filter: (_, all) => all };
-    const axis = (label) => ({ label, stroke: colour("ink"), grid, ticks: grid });
-    const traces = this.traces.map((label, i) => ({ label, stroke: colour(colours[i]), width: 1.5, points: { show: false } }));
+    const values = (_, all) => all.map((v) => digits(v, 6));
+    const axis = (label) => ({ label, stroke: colour("ink"), grid, ticks: grid, values });
+    const log_axis = { splits: () => decades(...this.range, this.width), filter: (_, all) => all };
+    const trace = (label, i) => ({ label, stroke: colour(colours[i]), width: 1.5, points: { show: false } });
+    const y = this.y_range ? { range: () => this.y_range } : {};
+    const selected = ({ select: { left, width }, posToVal }) =>
+      width > 5 && this.zoom(posToVal(left, "x"), posToVal(left + width, "x"));
     return {
       width: this.width, height: this.height, legend: { show: false }, padding: [24, null, null, null],
-      scales: { x: { time: false, distr: this.log ? 3 : 1, range: () => this.range }, y: this.y_range ? { range: () => this.y_range } : {} },
-      axes: [{ ...axis(this.x), ...(this.log ? decimal : {}) }, { ...axis(this.y), size: 60 }],
-      series: [{ label: this.x }, ...traces],
-      cursor: { drag: { x: true, y: false, setScale: false } },
+      scales: { x: { time: false, distr: this.log ? 3 : 1, range: () => this.range }, y },
+      axes: [{ ...axis(this.x), ...(this.log ? log_axis : {}) }, { ...axis(this.y), size: 60 }],
+      series: [{ label: this.x }, ...this.traces.map(trace)],
+      cursor: { y: false, drag: { x: true, y: false, setScale: false } },
       hooks: {
         setCursor: [(u) => u.cursor.idx != null && this.read(u.cursor.idx)],
-        setSelect: [({ select: { left, width }, posToVal }) => width > 5 && this.zoom(posToVal(left, "x"), posToVal(left + width, "x"))],
+        setSelect: [selected],
         draw: [(u) => (this.draw_marks(u), this.draw_names(u))],
         ready: [(u) => this.drawn(u)],
       },
-    };
+    }; // prettier-ignore
   }
 
   drawn({ over }) {
@@ -71,15 +78,10 @@ export class Plot extends Figure {
   }
 
   draw_marks({ ctx, bbox, valToPos }) {
-    ctx.strokeStyle = colour("mark");
-    for (const { x } of this.marks) {
-      const left = valToPos(x, "x", true);
-      if (left < bbox.left || left > bbox.left + bbox.width) continue;
-      ctx.beginPath();
-      ctx.moveTo(left, bbox.top);
-      ctx.lineTo(left, bbox.top + bbox.height);
-      ctx.stroke();
-    }
+    ctx.fillStyle = colour("mark");
+    const [lo, hi] = this.range;
+    for (const { x } of this.marks)
+      if (x >= lo && x <= hi) ctx.fillRect(valToPos(x, "x", true), bbox.top, devicePixelRatio, bbox.height);
   }
 
   /** The names of several traces in their colours, above the plot, in the picture that is saved, too. */
@@ -95,9 +97,9 @@ export class Plot extends Figure {
 
   read(i) {
     this.cursor = i;
-    const values = this.traces.map((name, k) => `${this.traces.length > 1 ? `${name} ` : ""}${digits(this.data[k + 1][i], 5)}`);
-    const [x_unit, y_unit] = [this.x, this.y].map((label) => label.split("/ ")[1] ?? "");
-    this.readout.value = `${digits(this.data[0][i], 6)} ${x_unit}: ${values.join(", ")} ${y_unit}`;
+    const name = (k) => (this.traces.length > 1 ? `${this.traces[k]} ` : "");
+    const values = this.traces.map((_, k) => `${name(k)}${digits(this.data[k + 1][i], 5)}`).join(", ");
+    this.readout.value = `${digits(this.data[0][i], 6)} ${unit_of(this.x)}: ${values} ${unit_of(this.y)}`;
   }
 
   /** Moves the cursor by so many points, or by a pixel for each of them where points are closer than that. */
@@ -105,10 +107,9 @@ export class Plot extends Figure {
     const [x] = this.data;
     const [lo, hi] = this.range;
     const in_range = (i) => x[i] >= lo && x[i] <= hi;
-    let at = this.cursor ?? 0;
-    if (!in_range(at)) at = x.findIndex((_, i) => in_range(i));
     const pixel = (i) => Math.round(this.place(x[i]) * this.width);
     const step = Math.sign(by);
+    let at = in_range(this.cursor) ? this.cursor : x.findIndex((_, i) => in_range(i));
     for (let moved = 0; moved < Math.abs(by) && in_range(at + step); ++moved) {
       const from = pixel(at);
       do at += step;
@@ -133,20 +134,25 @@ export class Plot extends Figure {
     this.zoom(value(at - at * factor), value(at + (1 - at) * factor));
   }
 
+  /** Sets a marker at the cursor, or takes away the one that is there. */
   mark() {
     if (this.cursor === undefined) return;
-    this.marks.push({ x: this.data[0][this.cursor], y: this.data[1][this.cursor] });
+    const [x, y] = this.data.map((column) => column[this.cursor]);
+    const others = this.marks.filter((mark) => mark.x !== x);
+    this.marks = others.length < this.marks.length ? others : [...others, { x, y }];
     this.on_mark?.(this.marks);
     this.draw();
   }
 
   key(event) {
     const steps = { ArrowLeft: -1, ArrowRight: 1, PageUp: -20, PageDown: 20, Home: -1e9, End: 1e9 };
-    const actions = { "+": () => this.scale(0.5), "-": () => this.scale(2), 0: () => this.zoom(...this.limits), m: () => this.mark() };
+    const actions = {
+      "+": () => this.scale(0.5), "-": () => this.scale(2), 0: () => this.zoom(...this.limits), m: () => this.mark(),
+    }; // prettier-ignore
+    const action = steps[event.key] ? () => this.move(steps[event.key]) : actions[event.key];
     const is_ours = event.target === this.root && this.uplot && !event.ctrlKey && !event.metaKey && !event.altKey;
-    if (!is_ours || !(steps[event.key] || actions[event.key])) return;
-    if (steps[event.key]) this.move(steps[event.key]);
-    else actions[event.key]();
+    if (!is_ours || !action) return;
+    action();
     event.preventDefault();
   }
 

@@ -36,8 +36,8 @@ export class Smith extends Figure {
     for (const r of resistances) ctx.fillText(r, ...at(reflection([r, 0])).map((v) => v - 3));
     Object.assign(ctx, { textAlign: "center", textBaseline: "middle" });
     for (const x of reactances.filter(Boolean)) ctx.fillText(`${x}j`, ...at(reflection([0, x]).map((v) => 1.05 * v)));
-    this.traces.forEach((s, k) =>
-      curve(Array.from({ length: s.length / 2 }, (_, i) => [s[2 * i], s[2 * i + 1]]), colour(colours[k]), k === 0 ? 2 : 1));
+    const points = (s) => Array.from({ length: s.length / 2 }, (_, i) => [s[2 * i], s[2 * i + 1]]);
+    for (const k of [1, 0]) curve(points(this.traces[k]), colour(colours[k]), 2 - k);
     this.readout.value = "Smith chart: corrected bold, measured thin; impedances relative to the reference";
   }
 

@@ -19,8 +19,9 @@ let is_fresh; // what the microphone brings begins anew
 
 function show_marks(marks) {
   const [first] = marks;
+  const unit = plot.y.split("/ ")[1];
   const row = ({ x, y }, i) => [`${i + 1}`, x.toFixed(3), y.toFixed(2), (x - first.x).toFixed(3), (y - first.y).toFixed(2)];
-  fill("markers", marks.map(row), ["marker", "Hz", plot.y.split("/ ")[1], "from the first", ""]);
+  fill("markers", marks.map(row), ["marker", "Hz", unit, "Hz from the first", unit]);
 }
 
 /** Levels in dB as the settings want them, and what the axis says. */
@@ -69,6 +70,7 @@ export async function update() {
   await attempt(async () => {
     const result = await ask("spectrum", settings);
     if (!result) return; // a later one is on its way
+    fill("tone", [["is being measured"]]);
     await show(settings, result, true);
     tell(`${opened}: ${quantity(result.samples / result.rate, "s", 4)} at ${quantity(result.rate, "Hz")}`);
     await show_tone(settings);

@@ -91,7 +91,8 @@ const tasks = {
 onmessage = async ({ data: { id, task, input } }) => {
   const report = (progress) => postMessage({ id, progress });
   try {
-    postMessage({ id, result: await tasks[task](input, report) });
+    const result = await tasks[task](input, report);
+    postMessage({ id, result }, result?.columns?.map((column) => column.buffer) ?? []);
   } catch (error) {
     postMessage({ id, error: error.message });
   }
