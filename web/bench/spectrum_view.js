@@ -156,7 +156,11 @@ async function live() {
 }
 
 export function start() {
-  element("recording").onchange = ({ target }) => target.files[0] && open(target.files);
+  element("recording").onchange = ({ target }) => {
+    const files = [...target.files];
+    target.value = ""; // so that the same file can be opened anew
+    if (files.length) open(files);
+  };
   element("example").onclick = open_example;
   element("live").onclick = live;
 }
