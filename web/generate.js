@@ -1,37 +1,48 @@
-// Writes constants.js from dsp.h, and dsp.d.ts from declarations.ts and the rows of routines.js.
+// Writes constants.js from dsp.h, and dsp.d.ts from declarations.ts and the rows of the modules in the directory.
 // usage: node generate.js DSP_H DIRECTORY
 
 import { readFileSync, writeFileSync } from "node:fs";
-import { parameters, rows } from "./routines.js";
+import { resolve } from "node:path";
+import { pathToFileURL } from "node:url";
 
 const [header, directory] = process.argv.slice(2);
 
 const groups = {};
 for (const [, group, name, value] of readFileSync(header, "utf8").matchAll(/^ +DSP_([A-Z0-9]+)_(\w+) = (\w+)/gm))
-  if (!name.endsWith("_MASK")) (groups[group[0] + group.slice(1).toLowerCase()] ??= {})[name] = Number(value);
+  (groups[group[0] + group.slice(1).toLowerCase()] ??= {})[name] = Number(value);
 const constants = Object.entries(groups).map(([group, names]) => `export const ${group} = ${JSON.stringify(names)};\n`);
 writeFileSync(`${directory}/constants.js`, constants.join(""));
 
-const before = { in_place: ["x: Samples"], made: ["x: Samples"], number: ["x: Samples"], generated: [] };
-before.pair = before.number_of_two = ["x: Samples", "y: Samples"];
-const result = { number: "number | Complex", number_of_two: "number | Complex" };
-const options = { in_place: "Out & Spacing", made: "Out", pair: "Out", generated: "Spacing" };
+const written = (name) => import(pathToFileURL(resolve(directory, name)));
+const { forms, is_signal, parameters } = await written("calls.js");
+const { rows } = await written("routines.js");
+const { filters } = await written("streams.js");
 
-/** Optional parameters go by place, or by name among the options. */
-function declaration(kind, name, signature) {
-  const typed = parameters(signature).map(({ name, type, otherwise }) => {
-    const is_choice = type !== "number" && type !== "boolean";
-    return { text: `${otherwise === undefined ? name : `${name}?`}: ${is_choice ? "Choice" : type}`, otherwise };
-  });
-  const named = typed.filter((p) => p.otherwise !== undefined).map((p) => p.text);
-  const taken = [named.length ? `{ ${named.join("; ")} }` : "", options[kind] ?? ""].filter(Boolean).join(" & ");
-  const call = (places) => `  ${name}(${[...before[kind], ...places, ...(taken ? [`options?: ${taken}`] : [])].join(", ")}): ${result[kind] ?? "Signal"};\n`;
-  const needed = typed.filter((p) => p.otherwise === undefined).map((p) => p.text);
-  return call(typed.map((p) => p.text)) + (named.length ? call(needed) : "");
+const type_of = (type) => (is_signal(type) ? "Samples" : type in groups ? "Choice" : (plain[type] ?? type));
+const plain = { integer: "number", count: "number" };
+const options = { out: "Out", dx: "Spacing" };
+
+/** Parameters that may be left out go by place, or by name among the options. */
+function call_of(signature, taken) {
+  const all = parameters(signature);
+  const text = ({ name, type, is_optional }) => `${name}${is_optional ? "?" : ""}: ${type_of(type)}`;
+  const named = all.filter((p) => p.is_optional).map(text);
+  const object = [...(named.length ? [`{ ${named.join("; ")} }`] : []), ...taken.map((name) => options[name])];
+  const last = object.length ? [`options?: ${object.join(" & ")}`] : [];
+  const by_place = [...all.map(text), ...last].join(", ");
+  const by_name = [...all.filter((p) => !p.is_optional).map(text), ...last].join(", ");
+  return named.length ? [by_place, by_name] : [by_place];
 }
 
-const declared = rows.flatMap(([kind, names, signature]) => names.split(" ").map((name) => declaration(kind, name, signature)));
+const declared = rows.flatMap(([form, names, signature = "x: Samples", { type = forms[form].type } = {}]) =>
+  names.split(" ").flatMap((name) =>
+    call_of(signature, forms[form].options).map((call) => `  ${name}(${call}): ${type ?? "Signal"};\n`)));
+const classes = filters.map(([name, signature]) => {
+  const [call] = call_of(signature, []).slice(-1)
+  return `  ${name}: new (${call}) => Filter;\n`
+});
 const declarations = readFileSync(new URL("declarations.ts", import.meta.url), "utf8")
   .replace("  // The rows of routines.js.\n", () => declared.join(""))
+  .replace("  // The filters of streams.js.\n", () => classes.join(""))
   .replace("// The constants of dsp.h.\n", () => Object.keys(groups).map((group) => `export const ${group}: Names;\n`).join(""));
 writeFileSync(`${directory}/dsp.d.ts`, declarations);

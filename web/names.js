@@ -11,14 +11,15 @@ const enumerations = ["Window", "Fir", "Fir2", "Spline", "Format"]; // the other
 export function choose(group, choice) {
   const names = groups[group];
   const values = Object.values(names);
+  const is_flags = !enumerations.includes(group);
   if (typeof choice === "number") {
     const all = values.reduce((a, b) => a | b);
-    if (enumerations.includes(group) ? values.includes(choice) : (choice & ~all) === 0) return choice;
+    if (is_flags ? (choice & all) === choice : values.includes(choice)) return choice;
     throw new TypeError(`${group} has no value ${choice}`);
   }
-  return String(choice).toUpperCase().split(/[\s,|]+/).reduce((value, word) => {
-    const name = word.replaceAll("-", "_");
-    if (!Object.hasOwn(names, name)) throw new TypeError(`"${choice}" is none of ${Object.keys(names).join(", ")}`);
-    return value | names[name];
-  }, 0); // prettier-ignore
+  const text = String(choice).toUpperCase().replaceAll("-", "_").trim();
+  const words = is_flags ? text.split(/[\s,|]+/) : [text];
+  for (const word of words)
+    if (!Object.hasOwn(names, word)) throw new TypeError(`"${choice}" is none of ${Object.keys(names).join(", ")}`);
+  return words.reduce((value, word) => value | names[word], 0);
 }

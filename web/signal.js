@@ -1,8 +1,8 @@
 // Signals, and the library's memory in which they lie.
 
 const record_bytes = 32; // dsp_vec: dx, then data, capacity, length, is_complex and reserved, 4 bytes each
-const at = { data: 8, length: 16, is_complex: 20 };
-const dispose = Symbol.dispose ?? Symbol.for("Symbol.dispose");
+const at = { data: 2, length: 4, is_complex: 5 }; // in words of 4 bytes
+export const dispose = Symbol.dispose ?? Symbol.for("Symbol.dispose");
 
 /** A routine refused its arguments, or memory ran out; `routine` is its name in dsp.h. */
 export class DspError extends Error {
@@ -13,54 +13,44 @@ export class DspError extends Error {
   }
 }
 
-/** A routine whose conditions are met, so that it fails for lack of memory only. */
-function checked(name, routine) {
-  return (...args) => {
-    let status = -1;
-    try {
-      status = routine(...args);
-    } catch (error) {
-      if (!(error instanceof WebAssembly.Exception)) throw error;
-    }
-    if (status === -1) throw new DspError(name, `${name}: memory ran out`);
-    return status;
-  };
-}
-
-const never_fail = /^(malloc|free|vfpd_Find(Max|Min)2?|.._?fpscr|set_runfast|dsp_version)$/;
-
 /** The routines of a loaded module, and the memory behind their arguments. */
 export class Library {
+  #words = new Int32Array();
+  #doubles = new Float64Array();
+
   constructor(exports) {
     this.exports = exports;
-    this.c = {};
-    for (const [name, routine] of Object.entries(exports))
-      if (typeof routine === "function")
-        this.c[name] = never_fail.test(name) ? routine : checked(name, routine);
     this.forgotten = new FinalizationRegistry((release) => release());
   }
 
-  /** The memory as a DataView; growing detaches the one before. */
-  get view() {
-    if (this.seen?.buffer !== this.exports.memory.buffer) this.seen = new DataView(this.exports.memory.buffer);
-    return this.seen;
+  /** All of the memory. When it grows, arrays on it become empty: these are then made anew. */
+  get words() {
+    if (this.#words.length === 0) this.#words = new Int32Array(this.exports.memory.buffer);
+    return this.#words;
   }
-
-  doubles(address, count) {
-    return new Float64Array(this.exports.memory.buffer, address, count);
-  }
-
-  set_length(record, length) {
-    this.view.setInt32(record + at.length, length, true);
+  get doubles() {
+    if (this.#doubles.length === 0) this.#doubles = new Float64Array(this.exports.memory.buffer);
+    return this.#doubles;
   }
 
   allocate(bytes) {
-    const address = this.c.malloc(bytes);
+    const address = this.exports.malloc(bytes);
     if (address === 0) throw new DspError("malloc", `memory ran out: no ${bytes} bytes are left`);
     return address;
   }
 
-  /** `owner`'s free() and [Symbol.dispose], and what happens when it is forgotten: `release` runs once. */
+  /** Calls a routine that can fail for lack of memory only: its other conditions are met. */
+  run(routine, ...args) {
+    let status = -1;
+    try {
+      status = this.exports[routine](...args);
+    } catch (error) {
+      if (!(error instanceof WebAssembly.Exception)) throw error;
+    }
+    if (status === -1) throw new DspError(routine, `${routine}: memory ran out`);
+  }
+
+  /** A function that releases what `owner` holds: once, at the latest when the owner is forgotten. */
   own(owner, release) {
     this.forgotten.register(owner, release, owner);
     return () => this.forgotten.unregister(owner) && release();
@@ -69,48 +59,63 @@ export class Library {
 
 /** Samples `dx` apart, real or complex, in the library's memory. free() gives it back at once, forgetting some time. */
 export class Signal {
-  #library;
+  #record;
   #release;
 
   constructor(library, length = 0, dx = 1, is_complex = false) {
-    this.#library = library;
-    const record = (this.record = library.allocate(record_bytes));
-    const { c } = library;
-    this.#release = library.own(this, () => (c.dsp_destroy(record), c.free(record)));
-    c.dsp_init(record);
+    this.library = library;
+    const { exports } = library;
+    const record = (this.#record = library.allocate(record_bytes));
+    this.#release = library.own(this, () => {
+      exports.dsp_destroy(record);
+      exports.free(record);
+    });
+    exports.dsp_init(record);
     this.dx = dx;
-    library.set_length(record, length);
-    library.view.setUint32(record + at.is_complex, is_complex, true);
+    this.length = length;
+    library.words[record / 4 + at.is_complex] = is_complex;
   }
 
   free() {
     this.#release();
-    this.record = 0;
+    this.#record = 0;
   }
   [dispose]() {
     this.free();
   }
 
+  /** The address of the dsp_vec. */
+  get record() {
+    if (this.#record === 0) throw new TypeError("this signal has been freed");
+    return this.#record;
+  }
+  /** The address of the samples. */
+  get address() {
+    return this.library.words[this.record / 4 + at.data] >>> 0;
+  }
+
   get dx() {
-    return this.#library.view.getFloat64(this.record, true);
+    return this.library.doubles[this.record / 8];
   }
   set dx(dx) {
-    this.#library.view.setFloat64(this.record, dx, true);
+    if (typeof dx !== "number") throw new TypeError(`dx is a number, got ${dx}`);
+    this.library.doubles[this.record / 8] = dx;
   }
   get length() {
-    return Math.max(this.#library.view.getInt32(this.record + at.length, true), 0);
+    return Math.max(this.library.words[this.record / 4 + at.length], 0);
+  }
+  set length(length) {
+    this.library.words[this.record / 4 + at.length] = length;
   }
   get is_complex() {
-    return this.#library.view.getUint32(this.record + at.is_complex, true) !== 0;
-  }
-  get address() {
-    return this.#library.view.getUint32(this.record + at.data, true);
+    return this.library.words[this.record / 4 + at.is_complex] !== 0;
   }
 
   /** The samples where they are; re, im, re, im ... of a complex signal. Memory that grows detaches the array: ask again
    * after every call, or keep slice(). */
   get samples() {
-    return this.#library.doubles(this.address, this.length * (this.is_complex ? 2 : 1));
+    const { library, address, length, is_complex } = this;
+    return new Float64Array(library.exports.memory.buffer, address, is_complex ? 2 * length : length);
   }
 
   /** Where the samples stand: 0, dx, 2 dx, ...; `centred` for spectra whose frequency 0 is in the middle. */
