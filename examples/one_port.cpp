@@ -184,6 +184,10 @@ int calibrate(const arguments &args) {
   if (args.has("plot")) require_gnuplot(args.text("plot", ""));
   if (args.has("simulate") && !args.words().empty()) throw failure("--simulate takes no files");
   if (args.has("keep") && !args.has("simulate")) throw failure("--keep goes with --simulate");
+  std::error_code error;
+  for (const std::string &input : args.words())
+    if (std::filesystem::equivalent(input, args.text("output", ""), error))
+      throw failure("--output would replace " + input);
 
   reflection truth;
   const calibration_set set =
@@ -196,6 +200,10 @@ int calibrate(const arguments &args) {
 
   const error_terms e = terms_of(set);
   const reflection device = corrected(set.device, e);
+  std::vector<figure> of_marker;
+  if (args.has("marker"))
+    of_marker = figures_of_marker(
+        at_marker(device, args.number("marker", 0.0, device.frequency.front(), device.frequency.back())));
   const std::vector<double> level = searched_level(device, smooth);
   const auto least = static_cast<std::size_t>(vfpd_FindMin2(level.data(), 0, device.points(), 0, 0));
   if (args.has("output"))
@@ -211,9 +219,7 @@ int calibrate(const arguments &args) {
 
   const std::vector<figure> of_terms = figures_of_terms(e);
   std::vector<figure> of_device = figures_of_device(device, least);
-  if (args.has("marker"))
-    for (const figure &f : figures_of_marker(at_marker(device, args.number("marker", 0.0, 0.0, 1e15))))
-      of_device.push_back(f);
+  of_device.insert(of_device.end(), of_marker.begin(), of_marker.end());
   if (args.has("simulate")) of_device.push_back(deviation_of(device, truth));
   if (args.has("json")) {
     std::vector<figure> all = of_terms;

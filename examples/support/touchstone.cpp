@@ -90,7 +90,7 @@ class parser {
   explicit parser(const std::string &path) { r_.name = path; }
 
   void add(std::string text) {
-    ++line_;
+    if (++line_ == 1 && text.compare(0, 3, "\xef\xbb\xbf") == 0) text.erase(0, 3);  // byte-order mark
     text.erase(std::min(text.find('!'), text.size()));
     std::vector<std::string> words = words_of(text);
     if (words.empty()) return;
@@ -130,6 +130,7 @@ class parser {
     if (frequency < 0.0 || (!r_.frequency.empty() && frequency <= r_.frequency.back()))
       refuse(r_.name, line_, "the frequencies do not rise");
     const std::complex<double> s = decode(header_.format, numbers[1], numbers[2]);
+    if (!(std::abs(s) <= 1e100) || !(frequency <= 1e100)) refuse(r_.name, line_, "a number is too large");
     r_.frequency.push_back(frequency);
     r_.s.push_back({s.real(), s.imag()});
   }
