@@ -18,7 +18,8 @@ class text_lines {
   bool next(std::string *line) {
     if (!std::getline(*file_, *line)) return false;
     bytes_ += static_cast<int64_t>(line->size()) + 1;
-    if (line->find('\0') != std::string::npos) throw failure(path_ + " is not a text file in ASCII or UTF-8; --rate and --column read text");
+    if (line->find('\0') != std::string::npos)
+      throw failure(path_ + " is not a text file in ASCII or UTF-8; --rate and --column read text");
     if (number_++ == 0 && line->compare(0, 3, "\xef\xbb\xbf") == 0) line->erase(0, 3);
     *line = without_comment(*line);
     return true;
