@@ -1,4 +1,4 @@
-// Which way a length that is no power of two goes: one butterfly, passes of mixed radix, or the chirp.
+// Chooses how a length that is no power of two is transformed: one butterfly, passes of mixed radix, or the chirp.
 #include "dsp/fft/chirp.h"
 #include "dsp/fft/mixed.h"
 #include "dsp/fft/mixed_kernels.h"

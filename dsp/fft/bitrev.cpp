@@ -1,4 +1,4 @@
-// The bit-reversal permutation by itself, by tiles of 4 by 4 samples where there are so many.
+// The bit-reversal permutation by itself, by tiles of 4 by 4 samples from 16 samples on.
 #include <cstddef>
 
 #include "dsp/core/sizing.h"

@@ -16,9 +16,9 @@ uint32_t reversed(uint32_t value, int bits) {
   return r;
 }
 
-// Calls visit(i, j) once for every i and its reversal j, either first. An index is (high, middle, low): two halves of
-// equal width around one bit or none. The reversal of (a reversed, middle, b) is (b reversed, middle, a), which is the
-// index itself where a is b. A square of eight a and eight b touches few pages of memory.
+// Calls visit(i, j) once for every pair of an index and its reversal, in either order. An index is (high, middle, low):
+// two halves of equal width around one bit or none. The reversal of (a', middle, b) is (b', middle, a), where '
+// reverses the bits of a half: the same index if a = b. Eight a with eight b at a time touch few pages of memory.
 template <class Visit>
 void visit_reversals(int bits, const Visit &visit) {
   const int half = bits / 2;

@@ -1,4 +1,4 @@
-// What reversing the bits of an index exchanges, as lists. They serve single samples and whole tiles of samples.
+// Lists of the indices that the bit reversal exchanges. An index counts samples or whole tiles of samples.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@ namespace dsp::fft {
 
 constexpr uint32_t bitrev_fixed_end = 0x12345678;
 
-// For indices of `bits` bits: pairs (i, j) of indices that are each other's reversal, closed by a single 0; and
-// the indices that are their own, closed by bitrev_fixed_end. Null when memory runs out. The cache keeps the lists.
+// For indices of `bits` bits: the pairs (i, j) of different indices that are each other's reversal, then a single 0;
+// and the indices that are their own reversal, then bitrev_fixed_end. Null: no memory. The lists belong to the cache.
 const uint32_t *bitrev_pairs(int bits);
 const uint32_t *bitrev_fixed(int bits);
 

@@ -1,4 +1,4 @@
-// Transforms of 2 to 15 samples, forward and unscaled, on whole vectors. Natural order in and out.
+// Transforms of 2 to 15 values, each a vector: forward, unscaled, in natural order before and after.
 #pragma once
 
 #include "dsp/fft/complex_vectors.h"
@@ -100,7 +100,7 @@ constexpr double circle_sin(int i) {
   return r <= R / 2 ? circle_points<R>::sin[r - 1] : -circle_points<R>::sin[R - r - 1];
 }
 
-// Odd R: the sums x[j] + x[R - j] meet cosines only, the differences sines only.
+// Odd R: the sums x[j] + x[R - j] are multiplied by cosines only, the differences by sines only.
 template <class P, int R>
 DSP_INLINE void odd_butterfly(P (&x)[R]) {
   constexpr int half = R / 2;
@@ -130,14 +130,15 @@ DSP_INLINE void butterfly(P (&x)[R]) {
   odd_butterfly(x);
 }
 
-// The k below A B with k mod A = a and k mod B = b.
+// The k < A B with k mod A = a and k mod B = b.
 template <int A, int B>
 constexpr int by_remainders(int a, int b) {
   while (b % A != a) b += B;
   return b;
 }
 
-// Coprime factors need no roots between them (Good 1958): samples aB + bA go in, frequencies come out by remainders.
+// Coprime factors need no roots between them (Good 1958): sample aB + bA (mod AB) is element (a, b) of the matrix, and
+// element (a, b) of its transform is the bin with the remainders a and b.
 template <int A, int B, class P>
 DSP_INLINE void coprime_butterfly(P (&x)[A * B]) {
   P row[A][B];

@@ -35,7 +35,7 @@ struct grid {
   double cost;  // of a transform
 };
 
-// Lengths that transform fast: powers of two times a few odd numbers.
+// The cheapest of the lengths that transform fast: powers of two times a few odd numbers.
 grid cheapest_grid(int64_t least) {
   grid best = {INT64_MAX, HUGE_VAL};
   static constexpr int64_t odd_factors[] = {1, 3, 5, 7, 9, 15, 21, 25, 27, 35, 45, 49, 63, 75, 81, 105, 125, 135};
@@ -56,7 +56,7 @@ grid cheapest_grid(int64_t least) {
 
 grid grid_of(int32_t n) { return cheapest_grid(2 * int64_t{n} - 2); }
 
-// The square is carried modulo 2n.
+// The index k^2 is carried modulo 2n, so that it never overflows and is exact.
 void fill_chirp(const circle &roots, int32_t n, double *w) {
   const int64_t period = 2 * int64_t{n};
   int64_t square = 0;
@@ -69,7 +69,7 @@ void fill_chirp(const circle &roots, int32_t n, double *w) {
   }
 }
 
-// Where m is 2n - 2, the last sample and its mirror are one.
+// Where m is 2n - 2, sample n - 1 and its mirror image m - (n - 1) are the same.
 int32_t fill_filter(const double *w, int32_t n, int32_t m, double *h) {
   std::memset(h, 0, static_cast<std::size_t>(m) * 2 * sizeof(double));
   for (std::ptrdiff_t k = 0; k < n; ++k) {

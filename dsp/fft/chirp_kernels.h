@@ -8,9 +8,9 @@
 namespace dsp::fft {
 
 struct chirp_kernel_set {
-  // to[k] = x[k] w[k], k < n; x with its parts exchanged for the inverse. `to` may be x.
+  // to[k] = x[k] w[k], k < n; for the inverse, the parts of x[k] are exchanged first. `to` may be x.
   void (*multiply)(const double *x, const double *w, int32_t n, bool exchange, double *to);
-  // to[k] = x[k] w[k], its parts exchanged for the inverse.
+  // to[k] = x[k] w[k]; for the inverse, the parts of the product are exchanged.
   void (*multiply_back)(const double *x, const double *w, int32_t n, bool exchange, double *to);
 };
 

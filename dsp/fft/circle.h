@@ -32,7 +32,7 @@ class circle {
 
  private:
   int64_t multiple_;
-  int64_t period_;  // a multiple of 4, as the symmetries ask for
+  int64_t period_;  // a multiple of 4, which the symmetries need
   double *cosines_ = nullptr;
   double *sines_ = nullptr;
 };

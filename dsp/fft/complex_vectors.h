@@ -6,15 +6,15 @@
 namespace dsp::fft {
 namespace {
 
-// Loops over the samples of a butterfly, which are to stay in registers.
+// Unrolls the loops over the samples of a butterfly, so that they stay in registers.
 #ifdef __clang__
 #define DSP_UNROLL _Pragma("clang loop unroll(full)")
 #else
 #define DSP_UNROLL _Pragma("GCC unroll 16")
 #endif
 
-// W complex samples in one vector, real and imaginary parts in turn as a signal holds them. Half as long as `points`:
-// for short records. Turns by a quarter cost a shuffle, and products with roots one more.
+// W complex samples in one vector, real and imaginary parts in turn as in a signal: half the registers of `points`,
+// which suits short records. A turn by a quarter costs a shuffle, a product with a root one more.
 template <int W>
 struct pairs {
   static constexpr int width = W;
@@ -60,7 +60,7 @@ DSP_INLINE pairs<W> operator*(const pairs<W> &a, double k) {
   return {a.parts * k};
 }
 
-// An inverse transform is the forward one of exchanged parts, its parts exchanged again.
+// The inverse transform is the forward one with real and imaginary parts exchanged before and after.
 template <int W>
 DSP_INLINE points<W> exchanged(const points<W> &a) {
   return {a.im, a.re};
@@ -95,7 +95,7 @@ DSP_INLINE points<W> plus_i(const points<W> &a, const points<W> &b) {
 template <int W>
 DSP_INLINE pairs<W> plus_i(const pairs<W> &a, const pairs<W> &b) {
   const lanes<2 *W> t = swap_pairs(b.parts);
-#ifdef __AVX__  // one instruction subtracts and adds in turn, unless the vector has 512 bits
+#ifdef __AVX__  // one instruction subtracts and adds in turn, in vectors of up to 256 bits
   if constexpr (W == 1) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 3)};
   if constexpr (W == 2) return {__builtin_shufflevector(a.parts - t, a.parts + t, 0, 5, 2, 7)};
 #endif
@@ -131,8 +131,8 @@ DSP_INLINE pairs<W> turned(const pairs<W> &a, double cos, double sin) {
   return {a.parts * cos + swap_pairs(a.parts) * (alternating<lanes<2 * W>>(1.0, -1.0) * sin)};
 }
 
-// A vector of the record: points in lane order, pairs as they lie there. The widest pairs come in halves, since a load
-// across two vectors that were stored just before would wait for both.
+// W samples of the record: points in lane order, pairs in the record's. The widest pairs are loaded in halves: a load
+// across two vectors that were stored just before would stall until both are in the cache.
 template <class P>
 DSP_INLINE P load_samples(const double *p) {
   if constexpr (P::in_pairs && P::width == 4)
@@ -151,7 +151,7 @@ DSP_INLINE void store_samples(double *p, const pairs<W> &v) {
   store(p, v.parts);
 }
 
-// A vector of a work area, as it is.
+// W samples of a work area, in the layout of the vector.
 template <class P>
 DSP_INLINE P load_vector(const double *p) {
   if constexpr (P::in_pairs)
@@ -187,8 +187,8 @@ DSP_INLINE void transpose(lanes<W> (&row)[W]) {
   DSP_UNROLL for (int i = 0; i < W / 2; ++i) row[2 * i] = firsts[i], row[2 * i + 1] = seconds[i];
 }
 
-// Samples and vectors change places. Points count samples in lane order on the way in, vectors in their own on the way
-// out.
+// Transposes W vectors of W samples. Points: lane l of the argument holds sample lane_order(l), and result
+// lane_order(i) holds the samples i of all vectors.
 template <int W>
 DSP_INLINE void transpose(points<W> (&v)[W]) {
   lanes<W> re[W];

@@ -1,5 +1,5 @@
-// The cosine transform by one real transform of the same length (Makhoul 1980): the even samples in order and the odd
-// ones in reverse have a spectrum that a quarter-sample rotation turns into the result.
+// The cosine transform by one real transform of the same length (Makhoul 1980), of the even samples in order followed
+// by the odd ones in reverse. A delay of a quarter of a sample turns that spectrum into the result.
 #include "dsp/core/caches.h"
 #include "dsp/core/sizing.h"
 #include "dsp/core/work_signal.h"

@@ -10,7 +10,7 @@ namespace dsp::fft {
 
 // How a transform of 2^bits samples runs: passes of radix 4 and 8 from the whole record down to blocks of 2^tile_bits
 // samples, then one pass over tiles of 2^tile_bits times 2^tile_bits samples that does the rest and reverses the bits.
-// In between, `lanes` real and `lanes` imaginary parts lie in turn.
+// Between the passes the record holds `lanes` real parts, their `lanes` imaginary parts, and so on.
 struct fft_plan {
   int8_t bits;
   int8_t lanes;
@@ -33,11 +33,11 @@ struct fft_kernel_set {
   int most_small_bits;
   void (*transform)(const fft_plan &plan, const fft_tables &tables, double *x, double scale, bool inverse);
   void (*small)(int bits, double *x, double scale, bool inverse);  // up to 2^most_small_bits
-  // Between the transform of half the size on pairs of real samples and the half spectrum; m complex samples, m + 1
-  // after `post_process`. The octant is that of 2m.
+  // From the transform of m pairs of real samples, each taken as a complex one, to the m + 1 bins of the half spectrum,
+  // and back. The octant is that of 2m.
   void (*post_process)(double *x, std::ptrdiff_t m, const double *octant);
   void (*pre_process)(double *x, std::ptrdiff_t m, const double *octant);
-  // All of a real transform of 4 to 2^most_small_real_bits samples.
+  // A whole real transform of 4 to 2^most_small_real_bits samples.
   void (*small_real)(int bits, double *x, double scale, bool inverse);
   // post_process and pre_process for any m; cosines and sines of 2 pi k/2m, k = 0 .. m/2.
   void (*post_process_any)(double *x, std::ptrdiff_t m, const double *cosines, const double *sines);

@@ -16,7 +16,7 @@ constexpr int widest = has_vector_registers ? lane_count : 1;
 // Blocks of so many samples go through all their passes before the next is touched.
 constexpr std::ptrdiff_t cached_samples = 1024;
 
-// What needs no plan. With wide vectors 16 and 32 samples are straight-line code as well.
+// Up to so many samples are straight-line code without a plan; 16 and 32 only on wide vectors.
 constexpr int most_small_bits = widest < 4 ? 3 : 5;
 
 constexpr int reversed_bits(int value, int size) {
@@ -25,7 +25,7 @@ constexpr int reversed_bits(int value, int size) {
   return r;
 }
 
-// Where a pass finds its samples: as the signal holds them in the first pass, split into parts from then on.
+// How a pass loads its samples: the first one pairs, as the signal holds them, the others parts apart.
 struct as_pairs {
   template <int W>
   static DSP_INLINE points<W> load(const double *p) {
@@ -115,10 +115,10 @@ DSP_INLINE points<W> turned_by_eighths(const points<W> &a, int k) {
   }
 }
 
-// T rows of T samples, row i at the i-th multiple of the stride. The passes left the last transforms, of T samples, in
-// its rows; they run here across rows, after a transposition of units of two neighbouring samples that is also the
-// reversal of the outer bits. The last level of all adds and subtracts the two samples of a unit, apart by then, as
-// pairs of real and imaginary part.
+// T rows of T samples, row i at the i-th multiple of the stride. What remains is a transform of T samples in each row.
+// It runs across registers, after a transposition of units of two neighbouring samples, which also reverses the outer
+// bits. The last level adds and subtracts the two samples of a unit; they are in different registers by then, as pairs
+// of real and imaginary part.
 template <int W, int T>
 struct tile {
   static constexpr int side = W / 2;  // units in a register
@@ -132,7 +132,7 @@ struct tile {
     }
   }
 
-  // For a record that is no more than this tile: the one pass before, whose results stay in registers.
+  // For a record of one tile: runs the only pass before it, whose results stay in registers.
   template <class Source>
   DSP_INLINE void compute(const double *x, const double *roots) {
     for (int group = 0; group < T / W; ++group) {
@@ -229,7 +229,7 @@ void transform_any(const fft_plan &plan, const fft_tables &tables, double *x, do
   transform<(widest < 2 ? 2 : widest), (widest < 8 ? 4 : 8)>(plan, tables, x, scale, inverse);
 }
 
-// One function for each direction: compiled as one, they would share more values than there are registers.
+// Not inlined: GCC would merge the two directions, and run out of registers for what they share.
 template <int N, bool Inverse>
 [[gnu::noinline]] void small(double *x, double scale) {
   if constexpr (widest >= 4 && N >= 8) {
@@ -260,9 +260,9 @@ void small_any(int bits, double *x, double scale, bool inverse) {
   small<2>(x, scale, inverse);
 }
 
-// With a the sample k and b the sample m - k of the transform z of pairs: bin k and bin m - k of the real signal are
-// the sum and difference of s = a + conj b and w (a - conj b)/i, w the k-th root of 2m. Bins and samples m - k come
-// out conjugated once more. The products join the sums one by one: a fused unit then rounds once less.
+// Let z be the transform of the pairs, a = z[k], b = z[m - k] and w the k-th root of 2m. With s = a + conj b and
+// d = w (a - conj b)/i, bin k of the real signal is s + d and bin m - k the conjugate of s - d, both still to be
+// halved. The products are added one by one: fused, that rounds once less.
 struct post_kernel {
   template <int W>
   static DSP_INLINE void apply(points<W> &a, points<W> &b, const lanes<W> &cos, const lanes<W> &sin) {
@@ -272,7 +272,7 @@ struct post_kernel {
     b = {even.re - odd.im * sin - odd.re * cos, odd.im * cos - (even.im + odd.re * sin)};
   }
 
-  // Bin m starts from sample 0 as well; it and bin 0 are real.
+  // Bins 0 and m both come from z[0], and are real.
   template <int W>
   static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
     set_first_lane<W>(b.re, first_lane<W>(a.re));
@@ -294,7 +294,7 @@ struct pre_kernel {
     b = {even.re + odd.re * sin + odd.im * cos, odd.re * cos - (even.im + odd.im * sin)};
   }
 
-  // Imaginary parts of the outer bins belong to no real signal.
+  // Bins 0 and m of a real signal have no imaginary part: whatever is there is ignored.
   template <int W>
   static DSP_INLINE void before_first(points<W> &a, points<W> &b) {
     set_first_lane<W>(a.im, 0.0);
@@ -305,7 +305,7 @@ struct pre_kernel {
 };
 
 // Pairs (k, m - k) and (m/2 - k, m/2 + k) for W values of k, which share a root: its cos is the other's sin. For k = 0
-// these are (0, m) and m/2 twice, which comes out right as well.
+// these are (0, m) and (m/2, m/2), for which the formulas hold as well.
 template <int W, class Kernel, bool First>
 DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const double *octant) {
   double *const low = x + 2 * k;
@@ -331,7 +331,7 @@ DSP_INLINE void mirrored_pairs(double *x, std::ptrdiff_t m, std::ptrdiff_t k, co
 // m from 16 on.
 template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
-  // A load across two of the transform's last stores would wait for both: short signals take narrow ones.
+  // Short signals take narrow loads: one that spans two recent stores of the transform stalls until both are done.
   if constexpr (W > 2)
     if (m < 4 * W) return all_pairs<W / 2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
@@ -364,7 +364,7 @@ DSP_INLINE void pairs_from(double *x, std::ptrdiff_t m, std::ptrdiff_t k, const 
 
 template <int W, class Kernel>
 DSP_INLINE void all_pairs_of(double *x, std::ptrdiff_t m, const double *cosines, const double *sines) {
-  if constexpr (W > 2)  // a load wider than the transform's stores would wait for them
+  if constexpr (W > 2)  // as in all_pairs
     if (m < 4 * W) return all_pairs_of<W / 2, Kernel>(x, m, cosines, sines);
   pairs_from<1, Kernel, true>(x, m, 0, cosines, sines);
   std::ptrdiff_t k = 1;

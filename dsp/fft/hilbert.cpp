@@ -45,7 +45,7 @@ int32_t analytic(dsp_vec *v) {
   return dspi_dft(v, 1);
 }
 
-// The two transforms cancel in the spacing, which stays exactly what it was, 0 included.
+// The spacing is restored exactly, 0 included: in theory the two transforms leave it as it was.
 int32_t keep_spacing(dsp_vec *v, int32_t (*run)(dsp_vec *)) {
   if (v->length < 1) return 0;
   const double dx = v->dx;

@@ -8,7 +8,7 @@
 
 namespace dsp::fft {
 
-// Null: no memory, or more than a pointer can address.
+// Null: no memory, or more bytes than a pointer can address.
 inline void *allocate(uint64_t bytes) {
   if (bytes > SIZE_MAX / 2) return nullptr;  // GCOVR_EXCL_LINE: where size_t has 32 bits
   return heap_allocate(static_cast<std::size_t>(bytes));

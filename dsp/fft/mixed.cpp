@@ -24,7 +24,7 @@ constexpr int64_t doubles_to_cache_line = 8;
 
 constexpr int64_t rounded_up(int64_t n) { return (n + doubles_to_cache_line - 1) & -doubles_to_cache_line; }
 
-// Hands out the block of a plan piece by piece, or counts what it has to hold.
+// Divides a plan's block of memory into tables; without a block, counts the doubles that it must hold.
 struct carver {
   double *at;
   int64_t doubles;
@@ -62,7 +62,7 @@ struct table_filler {
     sin[1] = -r.sin;
   }
 
-  // The roots j k of `length`, k = 1 .. radix - 1, for j below length/radix.
+  // The roots exp(-2 pi i j k/length), k = 1 .. radix - 1, for j below length/radix.
   double *put_pass(int32_t length, int32_t radix, double *to) const {
     const int64_t step = n / length;
     for (int64_t j = 0; j < length / radix; ++j)
@@ -135,7 +135,7 @@ void build_part(mixed_part *part, const part_layout &layout, const table_filler 
       *order++ = static_cast<uint32_t>(copy) * layout.apart + lowest_frequency(*part, b) * layout.unit;
 }
 
-// Vectors of pairs hold their samples in order, points in that of load_pairs.
+// Pairs hold their samples in order, points in the order of load_pairs.
 int32_t sample_in_lane(int32_t lanes, bool in_pairs, int32_t l) {
   return lanes < 4 || in_pairs ? l : l % 2 * (lanes / 2) + l / 2;
 }
@@ -186,7 +186,7 @@ void build_middle(const mixed_plan &plan, const table_filler &fill, double *to) 
   }
 }
 
-// Fills the tables and points the plan to them. When the carver has no block, only counts their size.
+// Fills the tables and sets the plan's pointers to them; without a block, only counts their size.
 void build_tables(mixed_plan *plan, const table_filler &fill, carver *memory) {
   const int32_t lanes = plan->lanes;
   const auto n2 = static_cast<uint32_t>(plan->rows.n);

@@ -12,8 +12,8 @@ namespace dsp::fft {
 // Primes up to here have a pass.
 constexpr int32_t largest_radix = 61;
 
-// Whether a radix has a butterfly of its own. Those above 8 are much code: 9 to 13 want 32 registers, 15 serves lengths
-// like 60.
+// Whether a radix has a butterfly of its own. Those above 8 are much code: 9 to 13 pay where there are 32 registers, 15
+// for lengths like 60 on four lanes.
 constexpr bool has_butterfly(int32_t radix, int32_t lanes) {
   return radix <= 8 || (lanes == 8 && (radix <= 11 || radix == 13)) || (lanes == 4 && radix == 15);
 }
@@ -24,7 +24,7 @@ struct mixed_part {
   int32_t passes;
   int32_t last_blocks;  // of the last pass
   int8_t radix[32];
-  const double *roots;       // of the passes but the last, each for all lanes
+  const double *roots;       // of all passes but the last; one root serves all lanes
   const double *circle[32];  // for a radix p without a butterfly of its own: cos and sin of 2 pi i/p, i = 0 .. p - 1
   const uint32_t *order;     // where the first result of each block of the last pass goes
 };
@@ -38,7 +38,7 @@ struct mixed_plan {
   mixed_part columns;  // after that pass: n1/lanes vectors
   mixed_part rows;
   const double *first;   // roots of that pass
-  const double *middle;  // roots of n, a vector for each vector of the work area, as it is filled
+  const double *middle;  // roots of n, a vector for each vector of the work area, in the order of storing
 };
 
 struct mixed_work {
@@ -56,7 +56,7 @@ struct mixed_kernel_set {
 
 DSP_DECLARE_KERNELS(mixed)
 
-// The set for AVX-512 leaves plans of one or two lanes to the one for AVX2.
+// Plans of one or two lanes, and single butterflies, run on the kernels for AVX2 also where there is AVX-512.
 inline const mixed_kernel_set &mixed_kernels_for([[maybe_unused]] int32_t lanes) {
 #ifdef DSP_ISA_X86
   if (active_isa() == isa::avx512 && lanes < 4) return avx2::mixed_set;

@@ -8,7 +8,7 @@ namespace dsp::fft {
 namespace DSP_ISA {
 namespace {
 
-// Without vector registers one number after the other is faster than pairs kept in memory.
+// Without vector registers the compiler would keep vectors in memory: single numbers are faster.
 constexpr int widest_lanes = has_vector_registers ? lane_count : 1;
 
 // Kernels for half as many lanes work on pairs, which fill the same registers.
@@ -39,7 +39,7 @@ DSP_INLINE void put(const result_sink &sink, double *to, std::ptrdiff_t step, co
   }
 }
 
-// What a pass needs beside its samples: `blocks` neighbouring transforms of n vectors.
+// What a pass needs beside its samples, which are `blocks` neighbouring transforms of n vectors.
 struct pass_context {
   std::ptrdiff_t n;
   std::ptrdiff_t blocks;
@@ -194,7 +194,7 @@ void any_pass(int radix, double *x, const pass_context &c) {
   }
 }
 
-// `count` neighbouring transforms of a part. The step of the sink is that of results next to each other in frequency.
+// `count` neighbouring transforms of a part. The sink's step is that from one frequency to the next.
 template <class P>
 void run(const mixed_part &part, std::ptrdiff_t count, double *x, result_sink sink) {
   sink.step *= part.last_blocks;
@@ -259,7 +259,7 @@ void by_gathering(const mixed_plan &plan, const mixed_work &work, double *x, dou
   }
 }
 
-// The first butterflies over W columns. Transposed, their results become the lanes and the columns the vectors.
+// The first butterflies over W columns. After a transposition of v, lanes are frequencies and vectors are columns.
 template <class P>
 DSP_INLINE void first_butterfly(const double *x, std::ptrdiff_t leg, bool inverse, P (&v)[P::width]) {
   DSP_UNROLL for (int k = 0; k < P::width; ++k) v[k] = load_samples<P>(x + k * leg);
@@ -329,7 +329,7 @@ void matrix(const mixed_plan &plan, const mixed_work &work, double *x, double sc
     by_gathering<P>(plan, work, x, scale, inverse);
 }
 
-// Without vectors. With vector registers only primes come here.
+// Plans of one lane: all of them without vector registers, else only primes.
 [[maybe_unused]] void single(const mixed_plan &plan, const mixed_work &work, double *x, double scale, bool inverse) {
   gather_columns<points<1>>(x, 2, plan.rows.n, inverse, work.buffer);
   const result_sink sink = to_record(x, 2, scale, inverse);

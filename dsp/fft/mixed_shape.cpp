@@ -1,4 +1,4 @@
-// Which passes a length takes. Costs are approximate cycles, as measured with AVX-512 and AVX2.
+// Chooses the matrix and the passes of a length. Costs are approximate cycles, as measured with AVX-512 and AVX2.
 #include <cmath>
 
 #include "dsp/fft/mixed.h"
@@ -16,7 +16,7 @@ struct radix_cost {
 constexpr radix_cost butterflies[] = {{15, 115}, {13, 160}, {11, 120}, {10, 74}, {9, 70}, {8, 48},
                                       {7, 48},   {6, 36},   {5, 28},   {4, 20},  {3, 16}, {2, 10}};
 
-// The butterfly of a prime without one of its own.
+// Cycles for a prime without a butterfly of its own.
 constexpr double prime_cycles(int32_t p) { return 1.5 * p * p; }
 
 int32_t without_small_factors(int32_t n) {
@@ -59,7 +59,7 @@ double gathering(int32_t n1, int32_t n2, int32_t lanes, double columns, double r
          static_cast<double>(groups_of(n1, lanes)) * (n2 * (rows + 7 + strain(n2, lanes)) + 40);
 }
 
-// What a vector of pairs costs beside one of parts, which is two registers.
+// The cost of a vector of pairs, one register, over that of a vector of parts, two registers.
 constexpr double half_vector = 0.55;
 
 void take_cheaper(mixed_shape *best, const mixed_shape &other) {

@@ -1,4 +1,4 @@
-// What the lengths used last need, each in one block of memory. Plain data: nothing runs at load or unload.
+// The tables of the lengths used last, one block of memory for each length. Plain data: nothing runs at load or unload.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@ namespace dsp::fft {
 
 constexpr uint64_t bytes_to_keep = SIZE_MAX > UINT32_MAX ? 256u << 20 : 32u << 20;
 
-// Contents is plain data whose pointers lead into the block. At most so many entries and, but for a single one, bytes.
+// Contents is plain data whose pointers lead into the block. Holds at most `Most` entries, and at most `MostBytes`
+// bytes unless a single entry is larger.
 template <class Contents, int32_t Most = 16, uint64_t MostBytes = bytes_to_keep>
 class recent {
  public:
@@ -21,8 +22,8 @@ class recent {
     return nullptr;
   }
 
-  // Room for a new key: `bytes` of memory at *block, in place of the entries unused for longest where there are too
-  // many or too large ones. Null, and nothing lost, without memory.
+  // Adds a key with `bytes` of memory at *block, and drops the entries unused for longest where a limit is exceeded.
+  // Null without memory; nothing is dropped then.
   Contents *add(int64_t key, uint64_t bytes, void **block) {
     *block = allocate(bytes);
     if (*block == nullptr) return nullptr;

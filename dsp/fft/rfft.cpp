@@ -19,7 +19,7 @@ void transform_two(double *x) {
   x[3] = 0.0;
 }
 
-// Of any even length.
+// For any even length.
 int32_t to_half_spectrum(dsp_vec *v) {
   const int32_t n = v->length;
   v->is_complex = 1;
@@ -41,7 +41,7 @@ int32_t from_half_spectrum(dsp_vec *v, int32_t n) {
   return 0;
 }
 
-// Pairs of samples take an even length: an odd one is transformed as complex.
+// An odd length has no pairs: the samples are transformed as complex ones.
 int32_t odd_half_spectrum(dsp_vec *v) {
   const int32_t n = v->length;
   if (dspi_rtoc(v) != 0 || dspi_dft(v, 0) != 0) return -1;
@@ -50,7 +50,7 @@ int32_t odd_half_spectrum(dsp_vec *v) {
   return 0;
 }
 
-// The even length of the real signal with this half spectrum; 0: too short or too long for a transform by pairs.
+// The even length of the real signal that has this half spectrum; 0: too short or too long for a transform of pairs.
 int32_t even_length(const dsp_vec *v) {
   const int64_t n = 2 * (int64_t{v->length} - 1);
   return n > 2 && countable(2 * n) ? static_cast<int32_t>(n) : 0;

@@ -1,6 +1,7 @@
-// Real transforms of 4, 8 and 16 samples in one straight line of scalars. Even bins are the transform of the sums
-// s = x[j] + x[j + N/2], which has half the length. With the differences d, the bins 4k + 1 are the complex transform
-// of (d[j] - i d[j + N/4]) w^j, j = 0 .. N/4 - 1; the bins 4k + 3 are their conjugates, N - 4k - 1.
+// Real transforms of 4, 8 and 16 samples, straight-line code on single numbers. Even bins are the transform of the N/2
+// sums x[j] + x[j + N/2]. With the differences d[j] = x[j] - x[j + N/2] and w = exp(-2 pi i/N), the bins 4k + 1 are the
+// complex transform of (d[j] - i d[j + N/4]) w^j, j = 0 .. N/4 - 1. The bins 4k + 3 are conjugates of those: bin
+// N - (4k + 1) is the conjugate of bin 4k + 1.
 #pragma once
 
 #include "dsp/fft/short_transform.h"
@@ -10,12 +11,12 @@ namespace {
 
 DSP_INLINE void butterfly(points<1> (&)[1]) {}
 
-// Bins 4k + 1 of N in the lower half of the spectrum; where they are beyond it, their conjugates.
+// Where bin 4k + 1 of N goes: to itself in the lower half of the spectrum, else conjugated to bin N - (4k + 1).
 constexpr bool is_lower(int k, int n) { return 4 * k + 1 < n / 2; }
 constexpr int odd_bin(int k, int n) { return is_lower(k, n) ? 4 * k + 1 : n - 4 * k - 1; }
 constexpr double odd_sign(int k, int n) { return is_lower(k, n) ? 1.0 : -1.0; }
 
-// a w^j, w the first root of N.
+// a w^j.
 template <int N>
 DSP_INLINE points<1> turned_by(const points<1> &a, int j) {
   return turned(a, cos_of_32(j * (32 / N)), cos_of_32(j * (32 / N) + 24));

@@ -1,5 +1,5 @@
-// Transforms of 16 and 32 samples in one straight line, on vectors of pairs: a matrix of four rows, whose columns are
-// transformed across vectors, then, transposed, its rows.
+// Transforms of 8, 16 and 32 samples, straight-line code on vectors of pairs. The samples are a matrix of four rows:
+// its columns are transformed across vectors; after a transposition its rows are.
 #pragma once
 
 #include "dsp/fft/butterfly.h"
@@ -24,7 +24,8 @@ constexpr double cos_of_32(int k) {
   return k <= 8 ? cosines_of_32[k] : -cosines_of_32[16 - k];
 }
 
-// The roots l k of N for columns l, W in a vector, and rows k = 1 .. 3: cosines twice each, then sines with both signs.
+// The roots exp(-2 pi i l k/N) for columns l, W in a vector, and rows k = 1 .. 3: each cosine twice, then each sine
+// with both signs.
 template <int W, int N>
 struct short_roots {
   alignas(64) double at[N / 4 / W][3][2][2 * W];
@@ -48,13 +49,13 @@ constexpr short_roots<W, N> make_short_roots() {
 template <int W, int N>
 constexpr short_roots<W, N> short_roots_of = make_short_roots<W, N>();
 
-// Result k of an inverse butterfly of n legs is result -k of the forward one.
+// Result k of an inverse butterfly of n legs is result n - k of the forward one.
 template <bool Inverse>
 constexpr int result(int k, int n) {
   return Inverse && k > 0 ? n - k : k;
 }
 
-// The scale joins the roots early, which shortens the way from the first load to the last store.
+// The scale multiplies the roots, not the results: that product is ready before the samples are.
 template <int W, int N, bool Inverse>
 DSP_INLINE void short_transform(double *x, double scale) {
   constexpr int columns = N / 4;

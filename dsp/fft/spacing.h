@@ -1,4 +1,4 @@
-// What a transform of n samples makes of their spacing.
+// The spacing of the result of a transform of n samples.
 #pragma once
 
 #include "dsp/math/saturation.h"

@@ -19,8 +19,8 @@ struct table_cache {
   int32_t count;
   int32_t capacity;
 
-  // The key's table; if it is new, one of `elements` elements that `fill` (bool(Element *)) completes. Null when
-  // memory runs out or `fill` says no; the cache then holds what it held before.
+  // The key's table. A new key gets one of `elements` elements, which `fill` (bool(Element *)) fills. Null when memory
+  // runs out or `fill` returns false; the cache then holds what it held before.
   template <class Fill>
   const Element *find_or_build(int64_t key, int64_t elements, const Fill &fill) {
     for (int32_t i = 0; i < count; ++i)

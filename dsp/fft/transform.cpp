@@ -7,9 +7,9 @@
 namespace dsp::fft {
 namespace {
 
-// A pass of radix 4 does two levels, one of radix 8 three. The widest kernels have the registers for radix 8: they take
-// radix 4 first, until the levels left are a multiple of three. The others take radix 4, and radix 8 once, last, where
-// the number of levels is odd.
+// A pass of radix 4 does two levels, one of radix 8 three. The widest kernels have registers enough for radix 8: they
+// begin with at most two passes of radix 4, so that the levels left are a multiple of three. The others take radix 4,
+// and where the number of levels is odd one pass of radix 8, the last.
 fft_plan make_plan(int bits, int lanes) {
   fft_plan plan = {};
   const bool wide = lanes == 8;

@@ -1,4 +1,4 @@
-// The power-of-two transform behind every routine of the family.
+// The complex transforms behind every routine of the family.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace dsp::fft {
 // untouched.
 int32_t transform(double *x, int bits, bool inverse, double scale);
 
-// The same for n >= 3 that is no power of two, by the cheapest way there is.
+// The same for n >= 3 samples, no power of two, by the cheapest way.
 int32_t transform_of_any_length(double *x, int32_t n, bool inverse, double scale);
 
 // The octant_table of 2^bits, bits >= 3. Null: no memory.

@@ -1,4 +1,4 @@
-// The tables of roots that transforms read. The cache keeps them; null when memory runs out.
+// The tables of roots that transforms read. They belong to the cache. Null: no memory.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Memory that a family's routines lend each other's calls: as much as the largest has asked for. Plain data.
+// Memory for one call at a time, kept between calls: as much as the largest call so far needed. Plain data.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace dsp::fft {
 
 class work_memory {
  public:
-  // Room for so many doubles, contents lost when it grows. Null, with the old room kept, without memory.
+  // Room for so many doubles; loses its contents when it grows. Null without memory; the old room is then kept.
   double *at_least(int64_t doubles) { return doubles < room_ ? memory_ : grow(doubles + 1); }
 
   void release() {
