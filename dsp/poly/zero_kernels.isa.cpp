@@ -51,12 +51,6 @@ void evaluate(const coefficient_run &c, point_block *b, int count) {
   if (at < count) evaluate_vectors<1>(c, b, at);
 }
 
-// The rounding error of sum = a + b. (Knuth, TAOCP 2, 4.2.2.)
-DSP_INLINE V sum_error(const V &a, const V &b, const V &sum) {
-  const V b_part = sum - a;
-  return (a - (sum - b_part)) + (b - b_part);
-}
-
 // Splits a number into two of half the digits, whose products are exact. (Dekker 1971.)
 struct halves {
   V high, low;

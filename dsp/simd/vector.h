@@ -110,6 +110,13 @@ DSP_INLINE void store(double *p, const V &v) {
     for (unsigned i = 0; i < sizeof v / sizeof *p; ++i) p[i] = v[i];
 }
 
+// The rounding error of sum = a + b, exactly. Right only without contraction. (Knuth, TAOCP 2, 4.2.2.)
+template <class V>
+DSP_INLINE V sum_error(const V &a, const V &b, const V &sum) {
+  const V b_part = sum - a;
+  return (a - (sum - b_part)) + (b - b_part);
+}
+
 // (b, a, d, c, ...) of (a, b, c, d, ...): real and imaginary parts exchanged.
 template <class V>
 inline V swap_pairs(const V &v) {

@@ -105,8 +105,7 @@ struct running_totals {
 
   void add(const lanes<2> &x) {
     const lanes<2> sum = value + x;
-    const lanes<2> added = sum - value;
-    rest += (value - (sum - added)) + (x - added);
+    rest += sum_error(value, x, sum);
     value = sum;
   }
   // The compensation of an infinite sum is NaN.

@@ -20,7 +20,7 @@ void scale(T factor, T *x, int64_t n) {
   for (; i < n; ++i) x[i] *= factor;
 }
 
-// Written with vectors: the compiler would take working in place for a dependence between samples.
+// Written with vectors: since `out` may be `in`, the compiler would assume that samples depend on each other.
 void map(const double *in, int64_t n, double lo, double k, double *out, double out_lo) {
   int64_t i = 0;
   for (; i + lane_count <= n; i += lane_count) store(out + i, out_lo + k * (load<widest>(in + i) - lo));
@@ -71,13 +71,7 @@ void line(double *x, int32_t n, double first, double step) {
   for (; i < n; ++i) x[i] = first + step * i;
 }
 
-// What a + b loses to rounding, `sum` being the rounded sum (Knuth, TAOCP 2, 4.2.2).
-double lost_in(double a, double b, double sum) {
-  const double b_part = sum - a;
-  return (a - (sum - b_part)) + (b - b_part);
-}
-
-// Only two additions for each k wait for those of the k before.
+// For each k only two additions depend on the results for the k before.
 bool slide(compensated_sum *s, const double *enters, const double *leaves, int32_t n, double divisor, double *out) {
   double step[slide_block], lost[slide_block], sum[slide_block + 1];
   int64_t ordinary = -1;
@@ -85,11 +79,11 @@ bool slide(compensated_sum *s, const double *enters, const double *leaves, int32
   if (ordinary == 0) return false;
   for (int32_t k = 0; k < n; ++k) {
     step[k] = enters[k] - leaves[k];
-    lost[k] = lost_in(enters[k], -leaves[k], step[k]);
+    lost[k] = sum_error(enters[k], -leaves[k], step[k]);
   }
   sum[0] = s->sum;
   for (int32_t k = 0; k < n; ++k) sum[k + 1] = sum[k] + step[k];
-  for (int32_t k = 0; k < n; ++k) lost[k] += lost_in(sum[k], step[k], sum[k + 1]);
+  for (int32_t k = 0; k < n; ++k) lost[k] += sum_error(sum[k], step[k], sum[k + 1]);
   for (int32_t k = 0; k < n; ++k) lost[k] = s->lost += lost[k];
   for (int32_t k = 0; k < n; ++k) step[k] = (sum[k + 1] + lost[k]) / divisor;
   for (int32_t k = 0; k < n; ++k) out[k] = step[k];
