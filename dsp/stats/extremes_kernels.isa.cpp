@@ -16,7 +16,7 @@ struct value_key {
   widest operator()(const widest &x) const { return x; }
 };
 
-// The same value in both elements of a pair.
+// Both elements of a pair get the squared magnitude.
 struct plain_magnitude_key {
   widest operator()(const widest &z) const {
     const widest square = z * z;
