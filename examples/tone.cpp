@@ -81,7 +81,8 @@ int tone_of(const examples::arguments &given) {
   examples::read_record(given, *recording, most, &record, [&](double share) { progress.show(share); });
   const std::string read = examples::channel_read(given, *recording);
   try {
-    const tone_report r = examples::measure_tone(record, examples::tone_settings_from(given, 1.0 / record.dx));
+    tone_report r = examples::measure_tone(record, examples::tone_settings_from(given, 1.0 / record.dx));
+    r.frequency_error += r.frequency * recording->rate_error();
     given.has("json") ? print_json(r) : print(r);
   } catch (const examples::no_tone &e) {
     throw not_readable(name + ": " + e.what() + e.advice + (read.empty() ? "" : " (this is " + read + ")"));

@@ -54,11 +54,15 @@ rows '%.0s%.9f' | comma | refused "several columns" --rate 1e4
 { echo 'x;y'; rows '%g;%g'; echo '0,5;0,5'; } | refused "'0,5' is not a number" -k y --rate 1
 { echo 'x;y'; rows '%g;%g' | head -n 9; echo '0,5;0,5'; } | refused "another decimal sign" -k y --rate 1
 { scope; echo '0.06,1'; } | refused "line 602: 2 fields; the other lines have 3" -k CH1
-{ scope; echo '0.0601,1,1'; } | refused "line .*not evenly spaced" -k CH1
+{ scope; echo '0.0601,1,1'; } | refused "line 602: the times leap" -k CH1
 # Every other sample 5 % late; times rounded to 4 digits of their own.
 { echo 'Time (s),CH1'; rows '%.9f,%.9f' | awk -F, -v OFS=, 'NR % 2 { $1 += 5e-6 } 1'; } | refused "line .*not evenly spaced"
 { echo 'Time (s),CH1'; rows '%.5g,%.9f' | awk -F, -v OFS=, '{ $1 = sprintf("%.4g", $1 + 2e-5) } 1'; } | reads 1234 0
+# Times that are rounded in the digits of a double: the frequency is told to what they allow.
+{ echo 'Time (s),CH1'; rows '%.9f,%g' | awk -F, '{ printf "%.9f,%s\n", $1 + 1.7e9, $2 }'; } >table.csv
+"$program" table.csv | grep -q "^frequency  *123[34]\.[09][09][0-9] Hz" || fail "digits: $("$program" table.csv)"
 { echo 'Time (samples),CH1'; rows '%g,%g'; } | refused "unit 'samples' of the time" -k CH1
+{ echo 'Time (Ms),CH1'; rows '%g,%g'; } | refused "unit 'Ms' of the time"
 { echo 'Time,CH1'; rows '1,%.0s%g'; } | refused "do not rise"
 { echo 'second,"Volt'; rows '%g,"%g'; } | refused "quote that is not closed"
 { echo 'x-axis,1'; rows '%g,%g'; } | refused "a place and also the name of column 2" --rate 1 -k 1

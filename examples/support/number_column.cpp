@@ -54,8 +54,8 @@ class table_rows {
       if (!split_line(line, layout_.separator, &fields_)) refuse("a quote that is not closed");
       if (fields_.empty()) continue;
       if (fields_.size() != layout_.columns.size())
-        refuse(std::to_string(fields_.size()) + " fields; the other lines have " +
-               std::to_string(layout_.columns.size()));
+        refuse(std::to_string(fields_.size()) + (fields_.size() == 1 ? " field" : " fields") +
+               "; the other lines have " + std::to_string(layout_.columns.size()));
       return true;
     }
     return false;
@@ -74,6 +74,7 @@ class table_rows {
     throw failure(path_ + ", line " + std::to_string(lines_.number()) + ": " + what);
   }
   int64_t bytes() const { return lines_.bytes(); }
+  int64_t line() const { return lines_.number(); }
 
  private:
   std::string path_;
@@ -99,6 +100,7 @@ class number_column : public sample_reader {
   }
 
   double rate() const override { return rate_; }
+  double rate_error() const override { return rate_error_; }
   int channels() const override { return 1; }
   int64_t frames() const override { return -1; }
   double progress() const override { return static_cast<double>(rows_.bytes()) / static_cast<double>(size_); }
@@ -120,20 +122,26 @@ class number_column : public sample_reader {
     if (!unit.empty() && !is_time(unit))
       throw failure(path_ + ": the unit '" + unit + "' of the time is not known; give --rate HZ");
     table_rows rows(path_, layout_);
-    int64_t count = 0;
-    double last = 0.0, greatest = 0.0;
+    int64_t count = 0, line = 0;
+    double last = 0.0, greatest = 0.0, leap = 0.0;
     number_digits digits;
-    for (; rows.next(); ++count) {
+    for (double before = 0.0; rows.next(); ++count, before = last) {
       last = rows.number(time_);
       greatest = std::max(greatest, std::abs(last));
       digits.look_at(rows.field(time_), layout_.decimal);
       if (count == 0) start_ = last;
+      if (count == 0 || last - before <= leap) continue;
+      leap = last - before;
+      line = rows.line();
     }
     spacing_ = count > 1 ? (last - start_) / static_cast<double>(count - 1) : 0.0;
     rate_ = 1.0 / (spacing_ * unit_scale(unit));
     if (!(spacing_ > 0.0) || !std::isfinite(rate_)) throw failure(path_ + ": its times do not rise; give --rate HZ");
-    tolerance_ =
-        std::min(0.005 * spacing_ + std::max(digits.last_place(greatest), 0x1p-23 * greatest), 0.25 * spacing_);
+    if (leap > 1.9 * spacing_)
+      throw failure(path_ + ", line " + std::to_string(line) + ": the times leap here; --rate HZ ignores them");
+    const double rounding = std::max(digits.last_place(greatest), 0x1p-52 * greatest);
+    rate_error_ = rounding / (last - start_);
+    tolerance_ = std::min(0.005 * spacing_ + std::max(rounding, 0x1p-23 * greatest), 0.25 * spacing_);
   }
 
   void check_time() const {
@@ -152,6 +160,7 @@ class number_column : public sample_reader {
   // by at most 0.001 dB; the rounding of written times, be it to single precision, says nothing of when samples were
   // taken.
   double start_ = 0.0, spacing_ = 0.0, tolerance_ = 0.0;
+  double rate_error_ = 0.0;
   int64_t read_ = 0;
 };
 

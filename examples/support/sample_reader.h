@@ -12,7 +12,8 @@ namespace examples {
 class sample_reader {
  public:
   virtual ~sample_reader() = default;
-  virtual double rate() const = 0;  // frames a second
+  virtual double rate() const = 0;                   // frames a second
+  virtual double rate_error() const { return 0.0; }  // relative, where times are rounded
   virtual int channels() const = 0;
   virtual int64_t frames() const = 0;              // -1: known at the end only
   virtual double progress() const = 0;             // the share read so far, 0 ... 1

@@ -122,7 +122,7 @@ unit_parts parts_of(const std::string &unit) {
                   {"\xb5", 1e-6}, {"n", 1e-9}, {"p", 1e-12}, {"k", 1e3},         {"M", 1e6}};
   for (const auto &p : prefixes)
     for (const std::string &s : symbols)
-      if (unit == p.text + s) return {p.scale, s};
+      if (unit == p.text + s && (s != "s" || p.scale <= 1.0)) return {p.scale, s};  // "Ms" is a slip
   if (is_one_of(lower(unit), words)) return {1.0, lower(unit)[0] == 's' ? "s" : lower(unit).substr(0, 1)};
   return {1.0, ""};
 }
@@ -249,7 +249,7 @@ std::size_t table_layout::find(const std::string &path, const std::string &choic
   }
   if (exact.empty()) exact = loose;
   if (choice.empty() && exact.empty() && of_times < columns.size())
-    throw failure(path + " holds a time and nothing else");
+    throw failure(path + " holds no numbers beside a time");
   if (exact.empty())
     throw failure(path + " has no column '" + choice + "'" +
                   (has_header ? ", but " + names_of(*this) : ": it has no header"));

@@ -40,7 +40,8 @@ std::string text(const char *format, double value) {
 
 std::string fixed(double value, int decimals) {
   char buffer[400];  // a double can have 309 digits before its point
-  std::snprintf(buffer, sizeof buffer, "%.*f", decimals, value);
+  const double least = 0.5 * std::pow(10.0, -decimals);
+  std::snprintf(buffer, sizeof buffer, "%.*f", decimals, std::abs(value) < least ? 0.0 : value);  // no -0.000
   return std::isfinite(value) ? buffer : "none";
 }
 
