@@ -16,7 +16,7 @@ export class DspError extends Error {
 /** The routines of a loaded module, and the memory behind their arguments. */
 export class Library {
   #words = new Int32Array();
-  #doubles = new Float64Array();
+  #numbers = new Float64Array();
 
   constructor(exports) {
     this.exports = exports;
@@ -28,9 +28,13 @@ export class Library {
     if (this.#words.length === 0) this.#words = new Int32Array(this.exports.memory.buffer);
     return this.#words;
   }
-  get doubles() {
-    if (this.#doubles.length === 0) this.#doubles = new Float64Array(this.exports.memory.buffer);
-    return this.#doubles;
+  get numbers() {
+    if (this.#numbers.length === 0) this.#numbers = new Float64Array(this.exports.memory.buffer);
+    return this.#numbers;
+  }
+
+  doubles(address, count) {
+    return new Float64Array(this.exports.memory.buffer, address, count);
   }
 
   allocate(bytes) {
@@ -95,11 +99,11 @@ export class Signal {
   }
 
   get dx() {
-    return this.library.doubles[this.record / 8];
+    return this.library.numbers[this.record / 8];
   }
   set dx(dx) {
     if (typeof dx !== "number") throw new TypeError(`dx is a number, got ${dx}`);
-    this.library.doubles[this.record / 8] = dx;
+    this.library.numbers[this.record / 8] = dx;
   }
   get length() {
     return Math.max(this.library.words[this.record / 4 + at.length], 0);
@@ -115,7 +119,7 @@ export class Signal {
    * after every call, or keep slice(). */
   get samples() {
     const { library, address, length, is_complex } = this;
-    return new Float64Array(library.exports.memory.buffer, address, is_complex ? 2 * length : length);
+    return library.doubles(address, is_complex ? 2 * length : length);
   }
 
   /** Where the samples stand: 0, dx, 2 dx, ...; `centred` for spectra whose frequency 0 is in the middle. */
