@@ -32,7 +32,8 @@ FAMILIES = [
     ("spectrum", "Spectra", "A real record windowed, transformed and averaged."),
     ("filter", "Filters", "Block by block, by number of taps and length of the block: beside the loop as written down, a "
      "loop in tiles that the compiler vectorises, and overlap-save made of FFTW's transforms, of the next power of two or, "
-     "`fftw-product`, of the next product of one with 1, 3, 5, 9 or 15. `live`: filters that are long for their blocks."),
+     "`fftw-product`, of the next product of one with 1, 3, 5, 9 or 15. `multiplier`: as many products in registers, "
+     "without a load or a store, which no sum can beat. `live`: filters that are long for their blocks."),
     ("resample", "Sample-rate conversion", "By ratio, in one call; `complex`: two channels at once. Beside a tone, ours leaves less "
      "than soxr's medium quality and more than its high quality, and its aliases are stronger than those of both: "
      "[accuracy.md](accuracy.md#sample-rate-conversion) has the figures. soxr's medium and high qualities compute in "
