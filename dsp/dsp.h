@@ -1011,11 +1011,11 @@ DSP_API int32_t dspc_fir2(dsp_vec *h, dsp_fir2_type kind);
  *
  * Filters of up to 45 taps (35 on complex blocks) and complex filters are summed directly: on one processor the results
  * are the same bits for every division into blocks. Longer real filters run through the FFT where that is cheaper; then
- * blocks agree to 1e-13 of the sum of |h| times the largest input. A block is summed directly if it or its past holds a
- * sample that is not finite or beyond 1e50, so that such a sample reaches only the outputs that weight it. If the
- * filter has such a tap, every block is summed directly. The spectra of the last long filter are kept while the same
- * taps (within 1.1e-15 |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several long ones in
- * turn are not. -1: no memory.
+ * blocks agree to 1e-13 of the sum of |h| times the largest input. A sample that is not finite or beyond 1e50 reaches
+ * only the outputs that weight it: its block, and later ones that need it, are summed directly where the FFT would
+ * spread it. If the filter has such a tap, every block is summed directly. The spectra of the last long filter are kept
+ * while the same taps (within 1.1e-15 |h[0]|) and transform sizes are used: one filter on many blocks is cheap, several
+ * long ones in turn are not. -1: no memory.
  */
 DSP_API int32_t dspd_fir(const dsp_vec *in, dsp_vec *out, const dsp_vec *h, dsp_vec *state);
 

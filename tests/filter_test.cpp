@@ -40,19 +40,19 @@ record convolved(const dsp_vec &in, const dsp_vec &h, const complexes &past = {}
   return near(v, expected, relative * largest);
 }
 
-// The full filter of a half, as the routine is to see it.
+// The full filter of a half.
 record mirrored(const record &half, bool odd, bool anti) {
   complexes taps = complexes_of(half);
   for (std::size_t i = taps.size() - (odd ? 1 : 0); i-- > 0;) taps.push_back(anti ? -taps[i] : taps[i]);
   return signal_of(taps, half.is_complex != 0);
 }
 
-// Which of both are complex. Clang captures no structured bindings.
+// Which of signal and filter are complex.
 constexpr struct representations {
   bool signal, filter;
 } all_representations[] = {{false, false}, {true, false}, {false, true}, {true, true}};
 
-// Of 20 bits, so that the sums of their products are exact where long double is a double, too.
+// Samples of 20 bits: sums of their products are exact even where long double is no wider than double.
 record coarse(int32_t n, bool is_complex, unsigned seed) {
   record v = random_signal(static_cast<std::size_t>(n), is_complex, seed, 0.5);
   for (int32_t i = 0; i < n * (is_complex ? 2 : 1); ++i) v.data[i] = std::nearbyint(v.data[i] * 0x1p20) * 0x1p-20;
@@ -114,7 +114,7 @@ TEST(Fir, CachedSpectraFollowFilterRouteAndSize) {
   const record inputs[] = {random_signal(1024, false, 10, 0.0), random_signal(256, true, 11, 0.0)};
   const record a = random_signal(64, false, 12), b = random_signal(300, false, 13), infinite(reals(64, inf));
   const auto with_tap = [](record h, int at, double tap) { return h.data[at] = tap, h; };
-  const record within = with_tap(a, 5, std::nextafter(a.data[5], 2.0));  // near enough to pass for the same
+  const record within = with_tap(a, 5, std::nextafter(a.data[5], 2.0));  // so close that the spectra held are used
   const record nearly = with_tap(a, 5, a.data[5] + 1e-12), respaced(doubles_of(nearly), 9.0),
                spoilt = with_tap(b, 50, nan);
   for (int round = 0; round < 3; ++round)

@@ -38,7 +38,7 @@ constexpr struct {
              {10, 10242, 0.897778114402032},
              {13, 13314, 5.229825197120959}};
 
-// One gain at every phase, and next to nothing at the ends.
+// The same gain at every phase, and almost 0 at the ends.
 TEST(KernelTable, BuiltInKernelsInterpolate) {
   for (int32_t kind = 0; kind < 5; ++kind) {
     const auto [taps, length, centre] = kinds[kind];
@@ -165,7 +165,7 @@ TEST(Rsmp, FollowsItsDefinitionInBlocksToo) {
         }
 }
 
-// The weights that one call leaves for the next; those of long tables are not kept.
+// Weights are kept from call to call, but those of long tables.
 TEST(Rsmp, AChangedTableIsNoticed) {
   const record in = random_signal(150, false, 6);
   for (const int32_t length : {2050, 65538}) {
@@ -185,7 +185,7 @@ TEST(Rsmp, AChangedTableIsNoticed) {
   }
 }
 
-// Repeating phases drift: here the weights of each are made anew some seven times.
+// The phases of this step repeat but drift: the weights of each are computed anew some seven times.
 TEST(Rsmp, LongStreamsAreTheirBlocks) {
   const record table = table_of(2, 2050), in = random_signal(30000, true, 2);
   on_each_isa([&] {
@@ -442,7 +442,7 @@ double decibels(double x) { return 20 * std::log10(std::max(x, 1e-300)); }
 
 complex turned(double turns) { return std::polar(1.0, two_pi * std::fmod(turns, 1.0)); }
 
-// What comes out for a tone of `frequency` cycles per output sample, where it no longer sets in.
+// The output for a tone of `frequency` cycles per output sample, without its beginning and end.
 record converted_tone(converter &k, double ratio, double frequency) {
   record in(reals(static_cast<std::size_t>(1500 * ratio))), out, middle;
   EXPECT_EQ(dsph_rsmp_state_reset(&k.coef, &k.state), 0);

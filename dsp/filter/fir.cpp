@@ -11,7 +11,7 @@
 namespace dsp::filter {
 namespace {
 
-// Short filters are always summed, and so are complex ones.
+// Short filters and complex ones are always summed.
 partition parts_for(const past_and_block &x, const dsp_vec &h) {
   const int32_t longest_direct = x.width == 2 ? 35 : 45;
   if (h.is_complex != 0 || h.length <= longest_direct) return {0, 0, 0};

@@ -100,8 +100,8 @@ void gaussian(const dsp_vec &h, double f) {
   });
 }
 
-// sinh(sqrt(beta^2 - d^2)) or, beyond the edge, sin(sqrt(d^2 - beta^2)); also divided by that root. The sum is
-// normalised in the end, so all taps are taken e^-|beta| smaller, which neither overflows nor loses digits.
+// sinh(sqrt(beta^2 - d^2)) or, beyond the edge, sin(sqrt(d^2 - beta^2)); also divided by that root. All taps are
+// computed e^-|beta| times smaller, so that none overflows: the caller divides by their sum.
 struct bell {
   double beta2;
   double step;  // of 2 d from tap to tap

@@ -10,8 +10,8 @@ constexpr int64_t joined_outputs = 64;
 constexpr int64_t joined_taps = 192;
 constexpr int64_t joined_doubles = (joined_outputs + joined_taps) * 2;
 
-// Calls kernel(first output, outputs, samples, first tap, taps) for at most `most` outputs at a time. Taps count from
-// the oldest sample; the runs of them that one output needs come in order.
+// Calls kernel(first output, outputs, samples, first tap, taps) for at most `most` outputs at a time. Tap 0 is that of
+// the oldest sample; an output gets its taps in this order, perhaps in several calls.
 template <class Source, class Kernel>
 void for_joined_spans(const Source &source, int64_t outputs, Kernel kernel, int64_t most = joined_outputs) {
   double span[joined_doubles];
@@ -83,12 +83,12 @@ void filter_folded(const past_and_block &x, const folded_filter &h, double *y) {
 
 namespace {
 
-// What the first outputs of a circular convolution lack: the past that had no room in the block, less the newest
-// samples of the block, which stand in its place.
+// Corrects the first outputs of a circular convolution. They need the past that had no room in the transform; the
+// convolution took the newest samples of the block instead. The difference of the two is what they lack.
 struct displaced_past {
   const past_and_block &x;
-  int64_t length;          // samples without room
-  const double *stand_in;  // the samples of the block in the place of the oldest past
+  int64_t length;          // past samples without room
+  const double *stand_in;  // the samples of the block that were taken instead
 
   int64_t taps_from(int64_t n) const { return length - n; }
 

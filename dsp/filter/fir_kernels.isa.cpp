@@ -5,15 +5,16 @@
 namespace dsp::filter {
 namespace {
 
-// With fused products, `depth` taps that lie a vector apart are applied at once: vector v of the samples, loaded once,
-// serves vector v - q of the outputs by tap q. Else the taps follow each other, as on every processor without them.
+// With fused products, `depth` taps that lie a vector apart are applied at once: vector v of the samples is loaded once
+// and serves vector v - q of the outputs by tap q. Without fused products taps are added one after another, in the same
+// order on every processor.
 constexpr int depth = has_fused_products && has_vector_registers ? 4 : 1;
 
-// Vectors of outputs side by side: enough to hide the latency of a sum, as many as find registers.
+// Vectors of outputs in a tile: enough to hide the latency of an addition, few enough for the registers.
 constexpr int wide = !has_vector_registers ? 4 : lane_count == 8 ? 16 : 8;
 constexpr int medium = wide < 8 ? wide : 8;
 
-// Taps, from that of the oldest sample on.
+// The taps to apply, beginning with that of the oldest sample.
 struct tap_run {
   const double *x;
   const double *h;
@@ -57,7 +58,7 @@ DSP_INLINE complex_tap load_tap(const double *h) {
   return {h[0], h[1]};
 }
 
-// Q taps that lie `group` taps apart, then those next to each of them, `rows` times.
+// Applies Q taps that lie `group` taps apart, then the Q taps that follow these, and so on: `rows` times.
 template <class V, int U, int Q, class Tap>
 DSP_INLINE void add_rows(carried<V> *sum, const tap_run &run, const double *x, const double *h, int64_t group,
                          int64_t rows) {
@@ -91,13 +92,13 @@ DSP_INLINE void add_taps(carried<V> *sum, const tap_run &run, int64_t j) {
   if constexpr (depth == 1) {
     add_rows<V, U, 1, Tap>(sum, run, x, h, 1, run.count);
   } else {
-    const int64_t group = lane_count >> (run.step - 1);  // taps from vector to vector
+    const int64_t group = lane_count >> (run.step - 1);  // taps that a vector of samples spans
     const int64_t whole = depth * group;
     int64_t left = run.count;
     for (; left >= whole; left -= whole, x += depth * lane_count, h -= whole * run.stride)
       add_rows<V, U, depth, Tap>(sum, run, x, h, group, group);
     const int64_t full = left * run.step / lane_count;
-    const int64_t longer = left - full * group;  // rows of one tap more
+    const int64_t longer = left - full * group;  // rows that apply one tap more
     add_some_rows<V, U, 1, depth, Tap>(full + 1, sum, run, x, h, group, longer);
     add_some_rows<V, U, 0, depth - 1, Tap>(full, sum, run, x + longer * run.step, h - longer * run.stride, group,
                                            group - longer);
@@ -173,8 +174,8 @@ inline void tile(double *y, const Taps &taps, int64_t j, bool continued) {
   for (int u = 0; u < U; ++u) store(y + j + u * width_of<V>, sum[u]);
 }
 
-// Tiles of vectors, then single vectors, then what is left in the narrowest lane type that holds a sample. The last
-// tile and the last vector may begin among outputs that are done: they make them again.
+// Tiles of vectors, then single vectors, then the rest in the narrowest lane type that holds a sample. The last tile
+// and the last vector may overlap the one before: the outputs in common are computed twice.
 template <class Narrow, class Taps>
 void filter(double *y, int64_t count, const Taps &taps, bool continued) {
   constexpr int64_t broad = wide * lane_count;
@@ -198,7 +199,7 @@ void complex_taps(const fir_run &run, const double *h, int64_t taps, bool contin
   filter<lanes<2>>(run.y, run.count, plain_taps<complex_tap>{{run.x, h, 2, 2, taps}}, continued);
 }
 
-// All taps of a folded filter: with fused products, two of them take no longer than a sum and a product.
+// All taps of a folded filter: two fused products take no longer than adding mirrored samples and one product.
 struct unfolded {
   double taps[folded_limit];
 
@@ -222,7 +223,7 @@ void folded_taps(const fir_run &run, const folded_filter &f) {
   }
 }
 
-// Samples of Step doubles to the even and the odd ones.
+// Parts 2 W doubles, samples of Step doubles each, into samples of even and of odd number.
 template <int Step, int W>
 DSP_INLINE void split_vector(const double *x, double *even, double *odd) {
   const lanes<W> a = load<lanes<W>>(x);
@@ -309,12 +310,12 @@ double multiply(double *y, const double *x, const double *h, int64_t count, bool
   return sum;
 }
 
-// Magnitudes compare as the integers of their bits do, NaN and infinity being the largest.
+// Magnitudes compare like the integers of their bits; infinity and NaN are the largest.
 bool within(const double *x, int64_t count, double bound) {
   constexpr int64_t magnitude = INT64_MAX;
   int64_t most = 0;
   __builtin_memcpy(&most, &bound, sizeof most);
-  int64_t margins = 0;  // negative as soon as one is
+  int64_t margins = 0;  // negative once a margin is
   for (int64_t i = 0; i < count; ++i) {
     int64_t bits = 0;
     __builtin_memcpy(&bits, x + i, sizeof bits);

@@ -13,7 +13,7 @@ namespace {
 
 struct route_spectra {
   work_signal work;
-  bool current;  // made from the present filter copy
+  bool current;  // made from `filter_copy`
   partition parts;
 };
 
@@ -44,14 +44,14 @@ int32_t hold(const dsp_vec &h) {
   return 0;
 }
 
-// Of one filter.
+// For partitions of the same filter.
 bool same_parts(const partition &a, const partition &b) { return a.size == b.size && a.taps == b.taps; }
 
 int32_t transform_part(const dsp_vec &h, int64_t first, const partition &p, bool complex_block, double *to) {
   temporary part;
   const int64_t taps = std::min<int64_t>(p.taps, h.length - first);
   part->length = p.size;
-  part->is_complex = 1;  // also for real blocks: their transform grows to this
+  part->is_complex = 1;  // room for the spectrum of a real block, too
   if (dsp_alloc(part.get()) != 0) return -1;
   part->is_complex = complex_block;
   const int32_t step = complex_block ? 2 : 1;

@@ -19,7 +19,7 @@ struct partition {
 };
 
 // The parts' spectra one after the other, scaled such that inverse(forward(x) * spectrum) is the convolution; for real
-// or for complex blocks. None for a filter that is not tame. -1: no memory.
+// or for complex blocks. Null for a filter that is not tame. -1: no memory.
 int32_t fir_spectra(const dsp_vec &h, const partition &p, bool complex_block, const double **found);
 
 // Whether no value is a NaN, infinite or beyond `wild`. A transform would spread such a value, or the rounding of a

@@ -11,9 +11,9 @@
 namespace dsp::filter {
 namespace {
 
-work_signal part_spectrum;  // of the samples that a part but the first meets
+work_signal part_spectrum;  // of the samples that the second and later parts are convolved with
 
-// What ways cost, in products of a tap and a sample, for a stream of real or complex samples.
+// The estimated cost of each way, in products of a tap and a sample.
 struct price {
   double doubling;  // of a sample in a transform
 
@@ -37,8 +37,8 @@ struct price {
   double several(int64_t parts, int64_t size) const { return static_cast<double>(parts + 1) * transform(size); }
 };
 
-// The samples that a part meets whose first tap is number `delay`: those that its outputs are aligned with, silence,
-// and at the end, where a circular convolution finds them, as many of the samples before as there is room for.
+// The samples that the part of the filter from tap `delay` on is convolved with: the block shifted back by the delay,
+// then zeros, then as many of the samples before it as fit. A circular convolution looks for them at the end.
 void lay_out(const past_and_block &x, int64_t delay, int64_t size, double *to) {
   const int64_t first = x.past_length - delay;
   const int64_t room = size - x.block_length;
@@ -48,7 +48,7 @@ void lay_out(const past_and_block &x, int64_t delay, int64_t size, double *to) {
   x.copy(first - past, past, to);
 }
 
-// Room for the samples and, of a real block too, for their spectrum.
+// Room for the samples or for their spectrum.
 int32_t reserve(dsp_vec *v, int32_t size) {
   v->length = size;
   v->is_complex = 1;

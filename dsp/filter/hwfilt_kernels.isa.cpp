@@ -24,13 +24,13 @@ struct section {
   }
 };
 
-// Sections work side by side, each this many samples behind the one that feeds it: then none waits for another.
+// All sections run side by side, each this many samples behind the section that feeds it, so that none has to wait.
 constexpr int64_t lag = 4;
 constexpr int64_t lead = lag * (hwfilt_sections - 1);
 constexpr int64_t worth_staggering = 4 * lead;
 
-// All sections on all samples but the first of the later sections and the last of the earlier ones. `fed` holds what
-// each section has ready for the next.
+// Runs all sections at once, from the state in which the first section is `lead` samples ahead of the last one until
+// the first has used up its input. `fed` holds the outputs that each section has made and the next has not taken yet.
 void run_staggered(const double *x, double *y, int64_t count, int32_t width, section<double> *cascade,
                    double (*fed)[lag]) {
   section<quad> all;
@@ -56,7 +56,7 @@ void run_staggered(const double *x, double *y, int64_t count, int32_t width, sec
 
 // `count` is a whole number of lags.
 void run_long(const double *x, double *y, int64_t count, int32_t width, section<double> *cascade) {
-  // How far each section is ahead of the last one when the staggered run begins, and behind the first when it ends.
+  // Each section runs as many samples ahead as the staggered run needs to begin.
   double fed[hwfilt_sections][lag] = {};
   double ready[lead];
   for (int64_t n = 0; n < lead; ++n) ready[n] = x[n * width];
@@ -66,7 +66,7 @@ void run_long(const double *x, double *y, int64_t count, int32_t width, section<
     for (int64_t k = 0; k < lag; ++k) fed[i][k] = ready[ahead - lag + k];
   }
   run_staggered(x, y, count, width, cascade, fed);
-  // Each later section takes what the one before has ready, and what that makes of what it took itself.
+  // The later sections catch up: each takes what the section before had ready, then what that made while catching up.
   for (int64_t n = 0; n < lead; ++n) ready[n] = 0.0;
   for (int i = 1; i < hwfilt_sections; ++i) {
     for (int64_t n = (i - 1) * lag; n-- > 0;) ready[n + lag] = ready[n];

@@ -14,7 +14,7 @@ namespace {
 
 work_signal full_filter;
 
-// The half and its mirror image, in a signal that stays for the next call.
+// The half and its mirror image, in a work signal.
 const dsp_vec *expand(const dsp_vec &half, bool odd, bool anti) {
   const int64_t length = full_length(half, odd);
   if (length > INT32_MAX) return nullptr;

@@ -12,7 +12,7 @@
 
 namespace dsp::resample {
 
-// begin(), make() as often as wanted, end(). One stage at a time: its weights lie in a process-wide store.
+// Call begin(), make() as often as wanted, end(). Only one stage at a time: its work space is process-wide.
 class fractional_stage {
  public:
   fractional_stage(const kernel &k, bool linear, double step);

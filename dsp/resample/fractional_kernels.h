@@ -7,12 +7,12 @@
 
 namespace dsp::resample {
 
-// The weights of an output are the kernel's points `phases` apart: in the table these all fall on the same few lines of
-// the cache. So they are copied into rows when first needed: one row for each point that a kernel begins at, and the
-// one after the last. An output is interpolated between a row and the next.
+// The weights of an output are points of the kernel that lie `phases` apart. In the table they would compete for the
+// same few sets of the cache, so they are copied into rows when first needed: row p holds the points p, p + phases, ...
+// The weights of an output are interpolated between a row and the next.
 static constexpr int64_t rows_of(int32_t phases) { return int64_t{phases} + 1; }
 
-// From row to row: room for whole vectors, on lines of the cache.
+// Doubles from row to row: room for whole vectors, on cache lines of their own.
 static constexpr int64_t row_stride(int32_t taps) { return (int64_t{taps} + 7) / 8 * 8; }
 
 struct kernel_rows {
@@ -20,8 +20,8 @@ struct kernel_rows {
   int32_t taps;
   int32_t phases;
   double *rows;
-  unsigned char *ready;  // by row: it and the next one are filled
-  int32_t fills;         // so far
+  unsigned char *ready;  // for each row: this row and the next one are filled
+  int32_t fills;         // calls that filled rows so far
   int32_t missing;       // rows that are not ready
 };
 

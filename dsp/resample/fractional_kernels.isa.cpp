@@ -8,9 +8,9 @@
 namespace dsp::resample {
 namespace {
 
-// With fused products the taps of an output lie in whole vectors, the last of which may reach back over taps of the one
-// before: both then hold halves of the weights there, and no sample outside the span is read. Otherwise, and for
-// kernels shorter than a vector, they lie in four lanes as far as whole fours go, on every processor alike.
+// With fused products the taps of an output lie in whole vectors. The last vector may overlap the one before, so that
+// no sample outside the span is read; both then hold half of the weights in common. Without fused products, and for
+// kernels shorter than a vector, taps are summed in fours and the rest one by one, in the same way on every processor.
 constexpr bool in_vectors = has_fused_products && has_vector_registers;
 
 constexpr int32_t vectors_of(int32_t taps) { return (taps + lane_count - 1) / lane_count; }
@@ -74,7 +74,7 @@ void fill_rows(kernel_rows *k, int32_t first, int32_t count) {
   }
 }
 
-// A row and the next one; after the first few, so many that whole cache lines of points are used.
+// Fills a row and the next one; after the first few calls many rows, so that whole cache lines of points are used.
 void make_ready(kernel_rows *k, int32_t row) {
   constexpr int32_t few = 8;
   constexpr int32_t together = in_vectors ? 64 : 8;
@@ -145,8 +145,8 @@ DSP_INLINE widest products_of(const double *x, const double *row, double fractio
   return sum;
 }
 
-// Units of one or more lanes are added to their neighbours; the sums of a and of b take turns. Each sum is one blend
-// and one shuffle: a blend costs less.
+// sum_lanes adds neighbouring lanes of a and of b, sum_pairs neighbouring pairs of lanes, sum_halves the halves; sums
+// of a and of b alternate. One of the two operands is a blend, which more units of a processor compute than a shuffle.
 template <int W>
 DSP_INLINE lanes<W> sum_lanes(const lanes<W> &a, const lanes<W> &b) {
   if constexpr (W == 8)

@@ -1,4 +1,4 @@
-// Interpolation kernels, finely sampled: sample 0 is the number of taps, the rest is symmetric about L/2.
+// Builds tables of interpolation kernels: sample 0 is the number of taps, the rest is symmetric about L/2.
 #include <cmath>
 #include <cstdint>
 

@@ -1,5 +1,5 @@
-// Where a fractional resampler stands, and what that means for its kernel. Everything here is local to the file that
-// includes it, so that kernels for several instruction sets may.
+// The position of a fractional resampler and the phase of its kernel there. All functions are local to the file that
+// includes this one, because kernels for several instruction sets do.
 #pragma once
 
 #include <cstdint>

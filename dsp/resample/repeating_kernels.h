@@ -1,5 +1,5 @@
-// The inner loop of the fractional resampler for steps p/q with a small q, such as 21/40: the phases of the kernel come
-// back after q outputs, so the weights of each are interpolated once and kept.
+// The inner loop of the fractional resampler for steps p/q with a small q, such as 21/40: the phases of the kernel
+// repeat after q outputs, so the weights of each phase are interpolated once and kept.
 #pragma once
 
 #include <cstdint>
