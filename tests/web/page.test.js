@@ -27,9 +27,11 @@ before(async () => {
   const flags = "--no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking " +
     "--disable-component-update --disable-sync --use-fake-ui-for-media-stream --use-fake-device-for-media-stream";
   browser = await chromium.launchPersistentContext(join(scratch, "profile"), {
-    executablePath: "/usr/bin/chromium", args: flags.split(" "), acceptDownloads: true, viewport: { width: 1100, height: 900 },
+    executablePath: "/usr/bin/chromium", args: flags.split(" "), acceptDownloads: true,
+    viewport: { width: 1100, height: 900 },
   });
-  browser.on("request", (r) => r.url().startsWith(address) || /^(data|blob):/.test(r.url()) || complaints.push(r.url()));
+  const is_ours = (url) => url.startsWith(address) || /^(data|blob):/.test(url);
+  browser.on("request", (r) => is_ours(r.url()) || complaints.push(r.url()));
 });
 after(async () => {
   await browser.close();
@@ -47,8 +49,13 @@ async function open(link = "") {
 beforeEach(() => (complaints.length = 0));
 const quiet = () => assert.deepEqual(complaints, []);
 const text = (id) => page.locator(id).innerText();
-const rows = (id) => page.locator(`${id} tr`).evaluateAll((all) => all.map((tr) => [...tr.cells].map((c) => c.textContent)));
-const status = (pattern) => page.waitForFunction((p) => new RegExp(p).test(document.getElementById("status").textContent), pattern, { timeout: 30000 });
+const rows = (id) =>
+  page.locator(`${id} tr`).evaluateAll((all) => all.map((tr) => [...tr.cells].map((c) => c.textContent)));
+const shows = (id, pattern) =>
+  page.waitForFunction(([id, p]) => new RegExp(p).test(document.getElementById(id).innerText), [id, pattern], {
+    timeout: 60000,
+  });
+const status = (pattern) => shows("status", pattern);
 const set = (view, values) =>
   page.evaluate(([v, all]) => {
     const { form } = document.querySelector(`#${v} select`);
@@ -98,7 +105,8 @@ test("the demonstration's recording reads as dsp-spectrum reads it", async () =>
   const recording = "/usr/share/sounds/alsa/Front_Center.wav";
   await load(recording);
   await status("Front_Center.wav: ");
-  const printed = execFileSync(join(PROGRAMS, "dsp-spectrum"), ["--block", "8192", "-o", join(scratch, "s.csv"), recording]).toString();
+  const words = ["--block", "8192", "-o", join(scratch, "s.csv"), recording];
+  const printed = execFileSync(join(PROGRAMS, "dsp-spectrum"), words).toString();
   const peaks = [...printed.matchAll(/^ +([\d.]+) +(-?[\d.]+)$/gm)].map((m) => [m[1], m[2]]);
   assert.ok(peaks.length > 5);
   assert.deepEqual((await rows("#peaks")).slice(1), peaks);
@@ -111,13 +119,14 @@ test("the demonstration's recording reads as dsp-spectrum reads it", async () =>
 test("tones read as dsp-tone reads them", async () => {
   for (let k = 0; k < 20; ++k) {
     const [f, n] = [40 * 1.37 ** k * (1 + k / 1000), 20000 + 1111 * k];
-    const tone = (i) => 0.7 * Math.sin((2 * Math.PI * f * i) / 48000) + 0.7e-3 * Math.sin((4 * Math.PI * f * i) / 48000 + k);
+    const phase = (i) => (2 * Math.PI * f * i) / 48000;
+    const tone = (i) => 0.7 * Math.sin(phase(i)) + 0.7e-3 * Math.sin(2 * phase(i) + k);
     const path = join(scratch, `tone${k}.wav`);
     writeFileSync(path, wav(Float64Array.from({ length: n }, (_, i) => tone(i) + 1e-4 * Math.sin(i * i))));
     await load(path);
     await status(`tone${k}.wav: `);
     const printed = execFileSync(join(PROGRAMS, "dsp-tone"), [path]).toString().trim().split("\n");
-    await page.waitForFunction((first) => document.querySelector("#tone").innerText.includes(first), printed[0].match(/[\d.]+/)[0]);
+    await shows("tone", printed[0].match(/[\d.]+/)[0]);
     const figures = printed.map((line) => line.match(/^(.*?) {2,}(\S+) ?(.*)$/).slice(1));
     assert.deepEqual(await rows("#tone"), figures, path);
   }
@@ -127,7 +136,8 @@ test("tones read as dsp-tone reads them", async () => {
 /** What a figure saves: a PNG, and a CSV that reads like `pattern`. */
 async function saved(id, pattern) {
   for (const [name, start] of [["CSV", pattern], ["PNG", /^\x89PNG/]]) {
-    const [file] = await Promise.all([page.waitForEvent("download"), page.locator(`#${id}`).getByRole("button", { name }).click()]);
+    const button = page.locator(`#${id}`).getByRole("button", { name });
+    const [file] = await Promise.all([page.waitForEvent("download"), button.click()]);
     assert.match(readFileSync(await file.path(), "latin1"), start);
   }
 }
@@ -141,7 +151,7 @@ test("cursor, zoom, markers, scales, averages, CSV, PNG and link", async () => {
   assert.ok((await pixels("#spectrum-plot canvas", 179, 32, 44)) > 100);
   await page.keyboard.press("0");
   await set("spectrum", { scale: "density", linear: true, average: "max", log: false });
-  await page.waitForFunction(() => /maximum/.test(document.getElementById("method").textContent));
+  await shows("method", "maximum");
   assert.match(page.url(), /#spectrum\?.*average=max.*scale=density.*linear=true.*log=false/);
   await saved("spectrum-plot", /^frequency \/ Hz,level\n0,/);
   await saved("waterfall", /^time \/ s,0 Hz,/);
@@ -161,7 +171,7 @@ test("windows, filters and calibration", async () => {
   const figures = await rows("#window-figures");
   assert.deepEqual(figures[1].slice(1, 3), ["1.5000", "3.8194"]);
   assert.deepEqual(figures[3][1], "-31.5");
-  assert.ok((await pixels("#window-plot canvas", 31, 111, 178)) > 300 && (await pixels("#window-plot canvas", 184, 77, 18)) > 300);
+  for (const ink of [[31, 111, 178], [184, 77, 18]]) assert.ok((await pixels("#window-plot canvas", ...ink)) > 300);
   await saved("window-plot", /^frequency \/ bins,hann,flattop\n0,0,/);
   await page.getByRole("link", { name: "Windows" }).focus();
   for (const key of ["Tab", "Enter"]) await page.keyboard.press(key); // to the next view
@@ -176,10 +186,12 @@ test("windows, filters and calibration", async () => {
   await status("simulated antenna");
   const figures_now = async () => Object.fromEntries(await rows("#calibration-figures"));
   assert.ok(Math.abs((await figures_now())["return loss"] - 20 * Math.log10(93 / 7)) < 0.3);
-  assert.ok((await pixels("#smith canvas", 31, 111, 178)) > 300 && (await pixels("#terms-plot canvas", 29, 122, 60)) > 300);
+  assert.ok((await pixels("#smith canvas", 31, 111, 178)) > 300);
+  assert.ok((await pixels("#terms-plot canvas", 29, 122, 60)) > 300);
   await saved("smith", /^frequency \/ Hz,corrected re/);
   await saved("terms-plot", /^frequency \/ MHz,directivity,source match,tracking\n100,-20\.37/);
-  const sweep = (name, s) => ({ name: `${name}.s1p`, mimeType: "text/plain", buffer: Buffer.from(`# MHz S RI R 50\n1 ${s}\n2 ${s}\n3 ${s}`) });
+  const s1p = (s) => Buffer.from(`# MHz S RI R 50\n1 ${s}\n2 ${s}\n3 ${s}`);
+  const sweep = (name, s) => ({ name: `${name}.s1p`, mimeType: "text/plain", buffer: s1p(s) });
   await page.locator("#sweeps").setInputFiles([sweep("my_short", "-1 0"), sweep("open", "1 0"), sweep("load", "0 0")]);
   await status("Still missing: device");
   await page.locator("#device-file").setInputFiles(sweep("dut", "0.1 0"));
@@ -195,7 +207,8 @@ test("windows, filters and calibration", async () => {
   await set("calibration", { ideal: false });
   await page.locator("#open_actual-file").setInputFiles(sweep("open_actual", "-1 0"));
   await status("open as it is: open_actual.s1p are the same standard at 1 MHz");
-  await page.locator("#open-file").setInputFiles({ name: "x.s1p", mimeType: "", buffer: Buffer.from("# MHz S XY\n1 2 3") });
+  const wrong = Buffer.from("# MHz S XY\n1 2 3");
+  await page.locator("#open-file").setInputFiles({ name: "x.s1p", mimeType: "", buffer: wrong });
   await status("x.s1p, line 1: 'XY' in the header");
   quiet();
 });
@@ -228,13 +241,14 @@ test("broken, empty and hostile files are answered by a sentence, and lose nothi
   await load({ name: "scope.csv", mimeType: "text/csv", buffer: Buffer.from(table) });
   await status("scope.csv: 9.000 s at 1 kHz");
   await set("spectrum", { column: "CH2 (mV)", "full-scale": 0.7 });
-  await page.waitForFunction(() => /159.15\d*\s-?0.00/.test(document.getElementById("peaks").innerText));
+  await shows("peaks", "159.15\\d*\\s-?0.00");
   quiet();
 });
 
 test("a long recording shows in 3 seconds, and the page answers throughout", async () => {
   const path = join(scratch, "long.wav");
-  const seconds = wav(Float64Array.from({ length: 2 * 480000 }, (_, i) => 0.5 * Math.sin(i * 0.01)), { channels: 2, bits: 16 });
+  const ten_seconds = Float64Array.from({ length: 2 * 480000 }, (_, i) => 0.5 * Math.sin(i * 0.01));
+  const seconds = wav(ten_seconds, { channels: 2, bits: 16 });
   const head = Buffer.from(seconds.subarray(0, 44));
   head.writeUInt32LE(60 * (seconds.length - 44), 40);
   writeFileSync(path, Buffer.concat([head, ...new Array(60).fill(seconds.subarray(44))]));
@@ -250,7 +264,8 @@ test("a long recording shows in 3 seconds, and the page answers throughout", asy
   const began = Date.now();
   await load(path);
   await status("long.wav: 600.0 s");
-  console.log(`10 minutes of stereo: ${Date.now() - began} ms; longest pause of the page ${(await page.evaluate(() => window.worst)).toFixed(0)} ms`);
+  const pause = Math.round(await page.evaluate(() => window.worst));
+  console.log(`10 minutes of stereo: ${Date.now() - began} ms; longest pause of the page ${pause} ms`);
   quiet();
 });
 
@@ -258,7 +273,7 @@ test("the microphone, live and refused", async () => {
   const microphone = page.getByRole("button", { name: "Microphone" });
   await microphone.click();
   await status("Measuring");
-  await page.waitForFunction(() => /blocks of 4096/.test(document.getElementById("method").textContent));
+  await shows("method", "blocks of 4096");
   await microphone.click();
   await page.evaluate(() => {
     navigator.mediaDevices.getUserMedia = async () => { throw new DOMException("", "NotAllowedError"); };
@@ -268,7 +283,7 @@ test("the microphone, live and refused", async () => {
   quiet();
 });
 
-const named = ["button", "link", "combobox", "spinbutton", "checkbox", "textbox", "table", "group", "image", "form", "region"];
+const named = "button link combobox spinbutton checkbox textbox table group image form region".split(" ");
 
 test("each view is told to a screen reader, can be read in the dark, and fits a phone", async () => {
   await page.emulateMedia({ colorScheme: "dark" });
@@ -281,7 +296,8 @@ test("each view is told to a screen reader, can be read in the dark, and fits a 
     const seen = nodes.filter((node) => !node.ignored);
     const role = (name) => seen.filter((node) => node.role.value === name);
     assert.deepEqual(named.flatMap(role).filter((node) => !node.name.value).map((node) => node.role.value), [], view);
-    assert.ok(role("status").every((node) => node.properties.some((p) => p.name === "live")) && role("status").length > 1);
+    const live = role("status").filter((node) => node.properties.some((p) => p.name === "live"));
+    assert.ok(live.length > 1 && live.length === role("status").length, view);
     assert.ok(role("rowheader").length >= figures && role("image").length >= 2, view);
     assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 360), view);
   }

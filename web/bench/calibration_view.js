@@ -6,9 +6,8 @@ import { Plot } from "./plot.js";
 import { Smith } from "./smith.js";
 
 const x = "frequency / MHz";
-const quantities = {
-  level: "reflection / dB", return_loss: "return loss / dB", swr: "standing-wave ratio", phase: "phase / °", // prettier-ignore
-};
+const swr = "standing-wave ratio";
+const quantities = { level: "reflection / dB", return_loss: "return loss / dB", swr, phase: "phase / °" };
 const device = new Plot({ id: "reflection-plot", x, y: quantities.level, traces: ["corrected", "measured"] });
 const terms = new Plot({
   id: "terms-plot", x, y: "error terms / dB", height: 280,
@@ -45,7 +44,8 @@ export const update = () =>
     if (!is_simulated && missing.length) return tell(`Still missing: ${missing.join(", ")}, as measured.`);
     const settings = settings_of("calibration");
     show(await ask("calibrate", { files, ...settings }), settings);
-    const how = (role) => `${role} ${is_simulated || (files[`${role}_actual`] && !settings.ideal) ? "as it is" : "ideal"}`;
+    const is_known = (role) => is_simulated || (files[`${role}_actual`] && !settings.ideal);
+    const how = (role) => `${role} ${is_known(role) ? "as it is" : "ideal"}`;
     const name = files.device?.name ?? "A simulated antenna";
     tell(`${name}, corrected by three standards: ${standards.map(how).join(", ")}`);
   });
@@ -59,7 +59,7 @@ function role_of({ name }) {
 /** Takes files, all in the role given, or each in that of its name. */
 export function open(chosen, role) {
   for (const file of chosen) {
-    if (file.size > 50e6) return tell(`${file.name} is no Touchstone file of a one-port: it has more than 50 MB.`, true);
+    if (file.size > 50e6) return tell(`${file.name} is no Touchstone file: it has more than 50 MB`, true);
     files[role ?? role_of(file)] = file;
   }
   return update();

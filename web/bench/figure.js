@@ -11,7 +11,8 @@ export function round_numbers(lo, hi, count) {
   const power = 10 ** Math.floor(Math.log10(rough));
   const step = power * [1, 2, 5, 10].find((s) => s * power >= rough);
   const first = Math.ceil(lo / step - 1e-9);
-  return Array.from({ length: Math.floor(hi / step + 1e-9) - first + 1 }, (_, k) => Number(((first + k) * step).toPrecision(9)));
+  const length = Math.floor(hi / step + 1e-9) - first + 1;
+  return Array.from({ length }, (_, k) => Number(((first + k) * step).toPrecision(9)));
 }
 
 export class Figure {

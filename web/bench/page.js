@@ -26,7 +26,8 @@ export async function attempt(body) {
 
 /** A value with its unit: 9.000 ms, 48 kHz. */
 export function quantity(value, unit, digits = 6) {
-  const [scale, prefix] = [[1e6, "M"], [1e3, "k"], [1, ""], [1e-3, "m"]].find(([s]) => value >= s) ?? [1e-6, "µ"]; // prettier-ignore
+  const prefixes = [[1e6, "M"], [1e3, "k"], [1, ""], [1e-3, "m"]]; // prettier-ignore
+  const [scale, prefix] = prefixes.find(([least]) => value >= least) ?? [1e-6, "µ"];
   const text = (value / scale).toPrecision(digits);
   return `${digits === 6 ? Number(text) : text} ${prefix}${unit}`;
 }

@@ -17,7 +17,7 @@ function decades(lo, hi, width) {
 }
 
 export class Plot extends Figure {
-  /** options: id, x and y (labels as "quantity / unit"), traces (their names), and what is told of markers and drawing. */
+  /** options: id, x and y (labels as "quantity / unit"), traces (their names), on_mark and on_draw. */
   constructor(options) {
     super(options.id, `plot of ${options.y} over ${options.x}`);
     Object.assign(this, { marks: [], height: 340, ...options });

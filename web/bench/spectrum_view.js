@@ -20,7 +20,8 @@ let is_fresh; // what the microphone brings begins anew
 function show_marks(marks) {
   const [first] = marks;
   const unit = plot.y.split("/ ")[1];
-  const row = ({ x, y }, i) => [`${i + 1}`, x.toFixed(3), y.toFixed(2), (x - first.x).toFixed(3), (y - first.y).toFixed(2)];
+  const place = (x, y) => [x.toFixed(3), y.toFixed(2)];
+  const row = ({ x, y }, i) => [`${i + 1}`, ...place(x, y), ...place(x - first.x, y - first.y)];
   fill("markers", marks.map(row), ["marker", "Hz", unit, "Hz from the first", unit]);
 }
 
