@@ -129,7 +129,7 @@ export class Calls {
   /** The function of a row: parameters by place or by name, the latter among the options. */
   of_row(form, name, signature = "x: Samples", rule = {}) {
     const { prefix, options: others, records, gives } = { ...forms[form], ...rule };
-    const { call = (...args) => [prefix + name, ...args], before, failure = "memory ran out" } = rule;
+    const { call, before, failure = "memory ran out" } = rule;
     const { fails = (status) => status === -1 } = rule;
     const expected = parameters(signature);
     const needs = needs_of(expected, rule);
@@ -150,7 +150,8 @@ export class Calls {
       if (form === "changed" && inputs.indexOf(out) > 0) lent.push((inputs[inputs.indexOf(out)] = this.signal(out)));
       let result;
       filled(out, out !== options.out, () => {
-        const [routine, ...args] = call(...(is_traced ? [out, ...values] : plain));
+        const given = is_traced ? [out, ...values] : [...plain, ...inputs];
+        const [routine, ...args] = call ? call(...given) : [prefix + name, ...plain];
         require(name, routine, needs, values);
         const seen = before?.(...values);
         if (form === "changed") this.begin(out, inputs[0], options.dx);
@@ -164,7 +165,7 @@ export class Calls {
     };
     const in_full = (...given) => this.taking(name, expected, given, others, body);
     const is_plain = form === "changed" && expected.length === 1;
-    return is_plain ? this.of_plain_row(name, needs, call(), failure, in_full) : in_full;
+    return is_plain ? this.of_plain_row(name, needs, call?.() ?? [prefix + name], failure, in_full) : in_full;
   }
 
   /** The function of a row that changes one signal and takes nothing else, without lists of arguments: a call then costs

@@ -86,7 +86,7 @@ export interface Dsp {
 }
 
 /** Loads the library: dsp.wasm beside the module, or its bytes, or a URL. */
-export function load(source?: string | URL | ArrayBuffer | ArrayBufferView): Promise<Dsp>;
+export function load(source?: string | { readonly href: string } | ArrayBuffer | ArrayBufferView): Promise<Dsp>;
 
 type Names = Readonly<Record<string, number>>;
 // The constants of dsp.h.

@@ -22,27 +22,31 @@ const type_of = (type) => (is_signal(type) ? "Samples" : type in groups ? "Choic
 const plain = { integer: "number", count: "number" };
 const options = { out: "Out", dx: "Spacing" };
 
-/** Parameters that may be left out go by place, or by name among the options. */
-function call_of(signature, taken) {
+/** The ways to call: parameters that may be left out go by place, or by name among the options. */
+function calls_of(signature, taken) {
   const all = parameters(signature);
   const text = ({ name, type, is_optional }) => `${name}${is_optional ? "?" : ""}: ${type_of(type)}`;
   const named = all.filter((p) => p.is_optional).map(text);
   const object = [...(named.length ? [`{ ${named.join("; ")} }`] : []), ...taken.map((name) => options[name])];
   const last = object.length ? [`options?: ${object.join(" & ")}`] : [];
-  const by_place = [...all.map(text), ...last].join(", ");
-  const by_name = [...all.filter((p) => !p.is_optional).map(text), ...last].join(", ");
-  return named.length ? [by_place, by_name] : [by_place];
+  const least = all.length - named.length;
+  return [...named, ""].map((_, i) => [...all.slice(0, least + i).map(text), ...last].join(", "));
 }
 
 const declared = rows.flatMap(([form, names, signature = "x: Samples", { type = forms[form].type } = {}]) =>
-  names.split(" ").flatMap((name) =>
-    call_of(signature, forms[form].options).map((call) => `  ${name}(${call}): ${type ?? "Signal"};\n`)));
-const classes = filters.map(([name, signature]) => {
-  const [call] = call_of(signature, []).slice(-1)
-  return `  ${name}: new (${call}) => Filter;\n`
-});
+  names
+    .split(" ")
+    .flatMap((name) =>
+      calls_of(signature, forms[form].options).map((call) => `  ${name}(${call}): ${type ?? "Signal"};\n`),
+    ),
+);
+const classes = filters.map(([name, signature]) => `  ${name}: new (${calls_of(signature, [])[0]}) => Filter;\n`);
 const declarations = readFileSync(new URL("declarations.ts", import.meta.url), "utf8")
   .replace("  // The rows of routines.js.\n", () => declared.join(""))
   .replace("  // The filters of streams.js.\n", () => classes.join(""))
-  .replace("// The constants of dsp.h.\n", () => Object.keys(groups).map((group) => `export const ${group}: Names;\n`).join(""));
+  .replace("// The constants of dsp.h.\n", () =>
+    Object.keys(groups)
+      .map((group) => `export const ${group}: Names;\n`)
+      .join(""),
+  );
 writeFileSync(`${directory}/dsp.d.ts`, declarations);

@@ -1,7 +1,8 @@
 // The routines, a row each: the form of the call, their names here, their parameters, and what differs from the rule that
 // the routine of dsp.h has the name with the form's prefix and takes the parameters that are no signals, in this order.
 //
-// call    the routine and these arguments; of traced rows all arguments, after the output
+// call    the routine and these arguments, of the parameters that are no signals, then the signals; of traced rows all
+//         arguments, of the output and the parameters
 // needs   conditions on the parameters' values: each says what is wrong, if anything, so that a call that fails after
 //         them has run out of memory
 // gives   what the function returns, of the output, the routine's status and the values; `type` declares it
@@ -9,8 +10,8 @@
 
 import { Peak, Window, Wnd, choose } from "./names.js";
 
-const lengths = (x, y) => `takes signals of one length, got ${x.length} and ${y.length} samples`;
-export const one_length = (x, y) => x.length !== y.length && lengths(x, y);
+export const one_length = (x, y) =>
+  x.length !== y.length && `takes signals of one length, got ${x.length} and ${y.length} samples`;
 const rising = (x) =>
   x.samples.some((v, i, all) => i > 0 && !(v > all[i - 1])) && "takes places that rise from one to the next";
 const finite = (x) => !x.samples.every(Number.isFinite) && "takes finite numbers";
@@ -52,7 +53,7 @@ const is_y = ({ samples, is_complex }, { re, im }) =>
   samples.length > 0
     ? samples.every((v, i) => v === (i === 0 ? re : i === 1 && is_complex ? im : 0))
     : re === 0 && im === 0;
-const complex = (y) => (typeof y === "number" ? { re: y, im: 0 } : y);
+const complex = (y) => (typeof y === "object" ? y : { re: y, im: 0 });
 
 const in_range = ({ length }, start, stop = length) =>
   !(start >= 0 && start <= stop && stop <= length) && `takes a range of ${length} points, got [${start}, ${stop})`;
@@ -163,7 +164,7 @@ export const rows = [
   ["paired", "avg_add", "x: Samples, average: Samples, weight", { needs: [one_length] }],
   ["paired", "ritoc", "re: Real, im: Real", { needs: [one_length] }],
   ["paired", "corr", "ref: Samples, x: Samples, m: integer = none, halve: boolean = false",
-    { call: (m, halve) => ["dspb_corr", m, halve], needs: [correlates] }],
+    { call: (m, halve, ref) => ["dspb_corr", m ?? ref.length, halve], needs: [correlates] }],
   ["paired", "interp", "x: Real, y: Real, xq: Real, mode: Interp = linear, d2: Real = none",
     { call: (mode) => ["dsp_interp", mode], records: (out, [x, y, xq, d2 = 0]) => [x, y, d2, xq, out],
       needs: [(x, y, xq, mode, d2) => same_nodes(x, y, d2) || ((mode & 7) === 5 && !d2 && enough_nodes(x)), rising] }],
@@ -173,7 +174,7 @@ export const rows = [
   /** Ends are "not_a_knot", "natural", ["clamped", slope] or ["second_derivative", value]. */
   ["paired", "cspline_2d", "x: Real, y: Real, left: End = not_a_knot, right: End = not_a_knot",
     { call: (...ends) => {
-        const [[left, l = 0], [right, r = 0]] = ends.map((end) => [end].flat());
+        const [[left, l = 0], [right, r = 0]] = ends.slice(0, 2).map((end) => [end].flat());
         return ["dspb_cspline_2d", l, r, choose("Spline", left), choose("Spline", right)];
       },
       needs: [one_length, enough_nodes, rising] }],
@@ -238,7 +239,7 @@ export const rows = [
   ["traced", "arc_interp", "x: Real, z: Points, xi: Real",
     { size: (x, z, xi) => [xi.length, xi.dx, true],
       call: (out, x, z, xi) => ["CircularInterpolation", x, z, x.length, xi, out, xi.length],
-      needs: [one_length, (x) => (x.length === 0 || Number.isNaN(x.samples[0])) && "takes a place or more", rising] }],
+      needs: [one_length, (x) => !(x.samples[0] <= Infinity) && "takes one place or more, and no NaN", rising] }],
   /** The product of complex matrices, whose samples lie row by row: of a, which has m rows, and b. */
   ["traced", "matrix_mult", "a: Points, b: Points, m: count",
     { size: (a, b, m) => [(b.length * m * m) / a.length, 1, true],

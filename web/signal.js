@@ -63,11 +63,12 @@ export class Library {
 
 /** Samples `dx` apart, real or complex, in the library's memory. free() gives it back at once, forgetting some time. */
 export class Signal {
+  #library;
   #record;
   #release;
 
   constructor(library, length = 0, dx = 1, is_complex = false) {
-    this.library = library;
+    this.#library = library;
     const { exports } = library;
     const record = (this.#record = library.allocate(record_bytes));
     this.#release = library.own(this, () => {
@@ -88,6 +89,9 @@ export class Signal {
     this.free();
   }
 
+  get library() {
+    return this.#library;
+  }
   /** The address of the dsp_vec. */
   get record() {
     if (this.#record === 0) throw new TypeError("this signal has been freed");

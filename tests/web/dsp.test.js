@@ -57,11 +57,18 @@ test("routines take what they take in Python, and give the same", () => {
     rsmp: [dsp.rsmp(10, 2), [8, 0, 0.001, 0.039, 0.244, 0.433, 0.244, 0.039, 0.001, 0]],
     rsmp_cos: [dsp.rsmp_cos(10, [8, 0.5, 0.5]), [8, 0, 0.146, 0.5, 0.854, 1, 0.854, 0.5, 0.146, 0]],
     format_buffer: [dsp.format_buffer(z(0.5, 0, 0, 0.1), "swr"), [3, 1.222]],
+    corr: [dsp.corr([1, 1], [1, 2, 3, 4]), [0.75, 1.25, 1.75]],
+    "corr, in part": [dsp.corr([1, 1], [1, 2, 3, 4], 1), [0.25, 0.5, 0.75, 1]],
+    limit: [dsp.limit([0.5, 3], -1, 1).signal, [0.5, 1]],
+    "window, active": [dsp.window([1, 1, 1, 1, 1, 1], "hann", "raw, no_swap", { active: 4 }), [0, 0, 0.5, 1, 0.5, 0]],
     "addcos by name": [dsp.addcos([0, 0, 0, 0], 0.25, { amp: 2 }), [2, 0, -2, 0]],
     "dct by place": [dsp.dct([1, 1], true), points(dsp.dct([1, 1], { normalised: true }))],
   };
   for (const [name, [got, wanted]] of Object.entries(given)) assert.deepEqual(points(got), wanted, name);
   assert.deepEqual([...dsp.scale_to_int([0, 0.25, 1], 0, 1, 0, 480)], [0, 120, 480]);
+  assert.deepEqual([dsp.limit([0.5, 3], -1, 1).clipped, dsp.limit([0.5, 1], 1, -1).clipped], [true, false]);
+  assert.deepEqual([dsp.find_min([0, 5, 3]), dsp.find_min([0, 5, 3], { skip: null })], [0, 2]);
+  near(dsp.window_enbw("hann", 64, { active: 32 }), 3, 1e-13);
   assert.deepEqual([dsp.find_max([1, 5, 3]), dsp.find_max([1, 5, 3], { skip: [1, 2] }), dsp.find_min([4, 5, 3])], [1, 2, 2]);
   assert.deepEqual([dsp.cmp([1, 2], [1, 2.5]), dsp.cmp([1, 2], [1, 2.5], 1)], [-1, 0]);
   assert.deepEqual(dsp.circle_fit(z(3, 0, 2, 1, 1, 0, 2, -1)), { centre: { re: 2, im: 0 }, radius: 1, rms: 0 });
@@ -93,6 +100,26 @@ test("signals keep spacing and representation; arrays take a signal's spacing; `
   assert.deepEqual([...dsp.unwrap_phase(dsp.cexp(3, 0.4)).samples].map((p) => +p.toFixed(6)), [0, 2.513274, 5.026548]);
 });
 
+test("any signal may be `out`, and any memory samples", async () => {
+  const [x, ones] = [dsp.signal([1, 2, 3, 4], { dx: 0.5 }), [1, 1, 1, 1]];
+  const into_second = (run, second) => run(second, { out: second });
+  const given = [
+    [into_second((y, o) => dsp.sub(x, y, o), dsp.signal(ones)), [0, 1, 2, 3]],
+    [into_second((y, o) => dsp.append(x, y, o), dsp.signal([9])), [1, 2, 3, 4, 9]],
+    [into_second((c, o) => dsp.window_cos(x, c, o), dsp.signal([1])), [1, 2, 3, 4]],
+    [into_second((xq, o) => dsp.interp([0, 1, 2], [0, 1, 4], xq, o), dsp.signal([0.5, 1.5])), [0.5, 2.5]],
+    [dsp.add((await load()).signal(ones), x), [2, 3, 4, 5]], // of another module
+    [dsp.add(x.samples, x), [2, 4, 6, 8]],
+  ];
+  for (const [got, wanted] of given) assert.deepEqual([...got.samples], wanted);
+  const block = dsp.signal(new Float64Array(40));
+  assert.equal(new dsp.FractionalResampler(0.5).convert(block, { out: block }).length, 81);
+  const all = [];
+  assert.throws(() => { for (;;) all.push(dsp.line(2 ** 24)); }, /memory ran out/); // prettier-ignore
+  for (const s of all) s.free();
+  assert.deepEqual([...x.samples], [1, 2, 3, 4]);
+});
+
 test("errors name routine and condition, and leave the arguments as they were", () => {
   const x = dsp.signal([1, 2, 3]);
   assert.throws(() => dsp.rfft(x), (e) => e instanceof DspError && /^rfft takes a power of two of samples, got 3; rdft/.test(e.message) && e.routine === "dspi_rfft");
@@ -105,6 +132,21 @@ test("errors name routine and condition, and leave the arguments as they were", 
   assert.throws(() => dsp.invert([1, 1, 1, 1]), /square matrix that has an inverse/);
   assert.throws(() => dsp.interp([0, 2, 1, 3], [1, 1, 1, 1], [1]), /interp takes places that rise/);
   assert.throws(() => new dsp.Resampler(0.5), /ratio of 1 or more, got 0.5/);
+  const freed = dsp.signal([1]);
+  freed.free();
+  freed.free();
+  const wrong = [
+    [() => dsp.neg(freed), /freed/], [() => dsp.fft(freed, { out: x }), /freed/], [() => dsp.neg(x, { out: freed }), /freed/],
+    [() => dsp.neg(x, { out: [1, 2, 3] }), /out is no signal/], [() => dsp.scale(x, "a"), /takes a number for by, got a/],
+    [() => dsp.zpad(x, 2.5), /takes a whole number/], [() => dsp.cos(-1, 0.1), /from 0 on/], [() => dsp.line(NaN), /from 0 on/],
+    [() => dsp.line(2 ** 32), /from 0 on/], [() => dsp.addcos(x, 0.1, { amplitude: 2 }), /no option amplitude/],
+    [() => dsp.neg(["1", 2]), /samples are numbers, got string at 0/], [() => dsp.signal([1], { complex: true }), /pairs/],
+    [() => dsp.window(x, "hann", "raw, power"), /takes one of amplitude/], [() => dsp.window(x, "hann, none"), /is none of/],
+    [() => dsp.window(x, 1.5), /has no value/], [() => dsp.window(x, "hann", 2 ** 32), /has no value/],
+    [() => dsp.asin(dsp.rtoc(x)), /takes real samples/], [() => dsp.corr(x, x, 9), /takes 1 to 3 samples/],
+    [() => new dsp.Resampler(2).convert(freed), /freed/], [() => new dsp.Decimator(1.5), /whole number/],
+  ]; // prettier-ignore
+  for (const [call, message] of wrong) assert.throws(call, message);
   assert.deepEqual([...x.samples], [1, 2, 3]);
 });
 
@@ -136,6 +178,7 @@ test("a calibration is undone", () => {
   const corrected = new dsp.OnePort(measured.slice(0, 3), actual.slice(0, 3)).correct(measured[3]).samples;
   near(corrected[0], 0.3);
   near(corrected[1], -0.2);
+  near(new dsp.OnePort(measured.slice(0, 3), actual.slice(0, 3)).distort(actual[3]).samples[1], measured[3].samples[1]);
 });
 
 test("memory goes back: by free, and when a signal is forgotten", async () => {
