@@ -44,6 +44,8 @@ export const forms = {
   traced: { prefix: "", options: [], records: () => [] },
 };
 
+const defaults = { failure: "memory ran out", fails: (status) => status === -1 };
+
 /** What makes signals of a library and calls its routines. */
 export class Calls {
   constructor(library) {
@@ -126,51 +128,54 @@ export class Calls {
     }
   }
 
-  /** The function of a row: parameters by place or by name, the latter among the options. */
-  of_row(form, name, signature = "x: Samples", rule = {}) {
-    const { prefix, options: others, records, gives } = { ...forms[form], ...rule };
-    const { call, before, failure = "memory ran out" } = rule;
-    const { fails = (status) => status === -1 } = rule;
-    const expected = parameters(signature);
-    const needs = needs_of(expected, rule);
-    const length_at = form === "generated" ? expected.findIndex((p) => p.name === "length") : -1;
-    const is_traced = form === "traced";
-
-    const output = (values, inputs, { out, dx }, lent) => {
-      if (out) return out;
-      if (form === "changed" && lent.includes(inputs[0])) return lent.splice(lent.indexOf(inputs[0]), 1)[0];
-      if (form === "generated") return this.sized(values[length_at], dx, rule.is_complex);
-      const own = this.sized(...(rule.size?.(...values) ?? []));
-      return is_traced ? filled(own, true, () => this.library.run("dsp_alloc", own.record)) : own;
-    };
-    const body = (values, options, lent) => {
-      const inputs = values.filter((_, i) => is_signal(expected[i].type));
-      const plain = values.filter((_, i) => !is_signal(expected[i].type) && i !== length_at);
-      const out = output(values, inputs, options, lent);
-      if (form === "changed" && inputs.indexOf(out) > 0) lent.push((inputs[inputs.indexOf(out)] = this.signal(out)));
-      let result;
-      filled(out, out !== options.out, () => {
-        const given = is_traced ? [out, ...values] : [...plain, ...inputs];
-        const [routine, ...args] = call ? call(...given) : [prefix + name, ...plain];
-        require(name, routine, needs, values);
-        const seen = before?.(...values);
-        if (form === "changed") this.begin(out, inputs[0], options.dx);
-        const all = [...records(out, inputs), ...args].map(is_traced ? address_of : record_of);
-        const status = this.library.exports[routine](...all);
-        if (fails(status, out)) throw new DspError(routine, `${name}: ${failure}`);
-        result = gives ? gives(out, seen ?? status, ...values) : out;
-        if (gives && result.signal !== out) out.free();
-      });
-      return result;
-    };
-    const in_full = (...given) => this.taking(name, expected, given, others, body);
-    const is_plain = form === "changed" && expected.length === 1;
-    return is_plain ? this.of_plain_row(name, needs, call?.() ?? [prefix + name], failure, in_full) : in_full;
+  /** The signal that a row's routine writes to. */
+  output({ form, size, length_at, is_complex }, values, inputs, { out, dx }, lent) {
+    if (out) return out;
+    if (form === "changed" && lent.includes(inputs[0])) return lent.splice(lent.indexOf(inputs[0]), 1)[0];
+    if (form === "generated") return this.sized(values[length_at], dx, is_complex);
+    const own = this.sized(...(size?.(...values) ?? []));
+    return form === "traced" ? filled(own, true, () => this.library.run("dsp_alloc", own.record)) : own;
   }
 
-  /** The function of a row that changes one signal and takes nothing else, without lists of arguments: a call then costs
-   * next to nothing where signals and output exist. */
-  of_plain_row(name, needs, [routine, constant], failure, in_full) {
+  /** Calls a row's routine, its conditions being met. */
+  perform(row, values, inputs, out, dx) {
+    const { form, name, expected, needs, prefix, call, before, records, fails, failure, gives } = row;
+    const is_traced = form === "traced";
+    const plain = values.filter((_, i) => !is_signal(expected[i].type) && i !== row.length_at);
+    const given = is_traced ? [out, ...values] : [...plain, ...inputs];
+    const [routine, ...args] = call ? call(...given) : [prefix + name, ...plain];
+    require(name, routine, needs, values);
+    const seen = before?.(...values);
+    if (form === "changed") this.begin(out, inputs[0], dx);
+    const all = [...records(out, inputs), ...args].map(is_traced ? address_of : record_of);
+    const status = this.library.exports[routine](...all);
+    if (fails(status, out)) throw new DspError(routine, `${name}: ${failure}`);
+    return gives ? gives(out, seen ?? status, ...values) : out;
+  }
+
+  /** The function of a row: parameters by place or by name, the latter among the options. */
+  of_row(form, name, signature = "x: Samples", rule = {}) {
+    const expected = parameters(signature);
+    const length_at = form === "generated" ? expected.findIndex((p) => p.name === "length") : -1;
+    const needs = needs_of(expected, rule);
+    const row = { ...defaults, ...forms[form], ...rule, form, name, expected, length_at, needs };
+    const body = (values, options, lent) => {
+      const inputs = values.filter((_, i) => is_signal(expected[i].type));
+      const out = this.output(row, values, inputs, options, lent);
+      if (form === "changed" && inputs.indexOf(out) > 0) lent.push((inputs[inputs.indexOf(out)] = this.signal(out)));
+      let result;
+      filled(out, out !== options.out, () => (result = this.perform(row, values, inputs, out, options.dx)));
+      if (row.gives && result.signal !== out) out.free();
+      return result;
+    };
+    const in_full = (...given) => this.taking(name, expected, given, row.options, body);
+    return form === "changed" && expected.length === 1 ? this.of_plain_row(row, in_full) : in_full;
+  }
+
+  /** The function of a row that changes one signal and takes nothing else, without lists of arguments: a call costs
+   * next to nothing where signal and output exist. */
+  of_plain_row({ name, needs, call, prefix, failure }, in_full) {
+    const [routine, constant] = call?.() ?? [prefix + name];
     const { dsp_copy, [routine]: change } = this.library.exports;
     return (x, options) => {
       const out = options?.out;

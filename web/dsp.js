@@ -20,8 +20,8 @@ export * from "./names.js";
 /** What the module asks of its surroundings: nothing that a library without files and clocks needs. */
 const surroundings = new Proxy({}, { get: () => () => 0 });
 
-/** Loads the library: dsp.wasm beside this file, or its bytes, or a URL. Each call loads one of its own. `more` are imports
- * of a module that has some. */
+/** Loads the library: dsp.wasm beside this file, or its bytes, or a URL. Each call loads one of its own. `more` are
+ * imports of a module that has some. */
 export async function load(source = new URL("dsp.wasm", import.meta.url), more = {}) {
   const is_address = source instanceof URL || typeof source === "string";
   const bytes = is_address ? await fetched(new URL(source, import.meta.url)) : source;

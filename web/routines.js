@@ -1,5 +1,5 @@
-// The routines, a row each: the form of the call, their names here, their parameters, and what differs from the rule that
-// the routine of dsp.h has the name with the form's prefix and takes the parameters that are no signals, in this order.
+// The routines, a row each: the form of the call, their names here, their parameters, and what differs from the rule
+// that the routine of dsp.h has the name with the form's prefix and takes the parameters that are no signals, in order.
 //
 // call    the routine and these arguments, of the parameters that are no signals, then the signals; of traced rows all
 //         arguments, of the output and the parameters
@@ -83,6 +83,10 @@ const regression = "slope intercept residual_var slope_var intercept_var cov cor
   "x_slope_var x_intercept_var x_cov x_corr mean_x mean_y var_x var_y cov_xy r"; // prettier-ignore
 
 const real = { type: "number" };
+const status_word = { gives: (out, word) => word >>> 0, ...real };
+
+/** The 32-bit integers that a routine has written in place of doubles, as many as there are samples. */
+const integers = ({ samples }) => new Int32Array(samples.buffer, samples.byteOffset, samples.length).slice();
 
 export const rows = [
   ["changed", "real imag rtoc conj neg recip sqrt square timesi zero phase rtop ptor exp exp10 log log10 rev sort"],
@@ -152,7 +156,8 @@ export const rows = [
   ["made", "solve", "c: Samples, y: Value = 0, all: boolean = false",
     { call: (y, all) => all ? ["dsps_pcsolve", complex(y).re, complex(y).im] : ["dsps_psolve", complex(y).re],
       needs: [
-        (c, y, all) => !all && (c.is_complex || complex(y).im !== 0) && "takes real numbers unless all solutions are asked for",
+        (c, y, all) =>
+          !all && (c.is_complex || complex(y).im !== 0) && "takes real numbers unless all solutions are asked for",
         (c, y) => finite(c) || (![complex(y).re, complex(y).im].every(Number.isFinite) && "takes a finite value"),
         (c, y) => is_y(c, complex(y)) && "takes an equation that not every number solves",
       ], failure: too_large }],
@@ -188,7 +193,8 @@ export const rows = [
   ["reduced", "lin_regres2", "x: Samples", fields(...regression.split(" "))],
   ["reduced", "peak", "x: Samples, how: Peak = parabolic, index: integer = none",
     { call: (how, index) => ["dsps_peak", index === undefined ? how : how | Peak.AT_INDEX, index ?? 0],
-      needs: [(x, how) => (how & Peak.INTERP_MASK) > Peak.GAUSS_CORR && "takes one of no_interp, parabolic, gauss and gauss_corr"],
+      needs: [(x, how) =>
+          (how & Peak.INTERP_MASK) > Peak.GAUSS_CORR && "takes one of no_interp, parabolic, gauss and gauss_corr"],
       fails: (status, out) => status === -1 && out.length < 2,
       gives: ({ samples: [value, position] }, status, { dx }) =>
         ({ value, position, place: position * dx, clamped: status === -1 }),
@@ -204,8 +210,8 @@ export const rows = [
   ["generated", "rsmp_cos rsmp_pcos", "length: count, coefficients: Real", { needs: [even] }],
 
   ["traced", "cmp", "x: Samples, y: Samples, tolerance = 0",
-    { size: () => [1], call: (out, x, y, tolerance) => ["dsp_cmp", x.record, y.record, tolerance, out], needs: [one_length],
-      gives: ({ samples }) => new Int32Array(samples.buffer, samples.byteOffset)[0], ...real }],
+    { size: () => [1], call: (out, x, y, tolerance) => ["dsp_cmp", x.record, y.record, tolerance, out],
+      needs: [one_length], gives: (out) => integers(out)[0], ...real }],
   ["traced", "find_max", "x: Real, start: count = 0, stop: count = none, skip: Band = none", found("FindMax")],
   /** With `skip` null the first point is never looked at. */
   ["traced", "find_min", "x: Real, start: count = 0, stop: count = none, skip: Band = nothing", found("FindMin")],
@@ -215,10 +221,12 @@ export const rows = [
     { size: (n) => [n], call: (out, n, first, last) => ["vfpd_ExpandLog", out, n, first, last],
       needs: [(n, first, last) => !(first > 0 && last > 0) && `takes an axis above 0, got ${first} to ${last}`] }],
   ["traced", "scale_to_fp", "x: Real, lo, hi, out_lo, out_hi",
-    { size: (x) => [x.length, x.dx], call: (out, x, lo, hi, ...range) => ["vfpdb_ScaleToFP", x, x.length, lo, hi, out, ...range] }],
+    { size: (x) => [x.length, x.dx],
+      call: (out, x, lo, hi, ...to) => ["vfpdb_ScaleToFP", x, x.length, lo, hi, out, ...to] }],
   ["traced", "scale_to_int", "x: Real, lo, hi, out_lo: integer, out_hi: integer",
-    { size: (x) => [x.length], call: (out, x, lo, hi, ...range) => ["vfpdb_ScaleToInt", x, x.length, lo, hi, out, ...range],
-      gives: ({ samples }) => new Int32Array(samples.buffer, samples.byteOffset, samples.length).slice(), type: "Int32Array" }],
+    { size: (x) => [x.length],
+      call: (out, x, lo, hi, ...to) => ["vfpdb_ScaleToInt", x, x.length, lo, hi, out, ...to],
+      gives: integers, type: "Int32Array" }],
   /** A centred moving average; `phase`: the points are phases, unwrapped within each window. */
   ["traced", "smooth", "x: Samples, width: count, phase: boolean = false",
     { size: (x) => [x.length, x.dx, x.is_complex],
@@ -249,10 +257,11 @@ export const rows = [
         (a, b, m) => a.length > m * m && `takes no more columns than rows on the left, got ${m} x ${a.length / m}`] }],
   /** The inverse of a square complex matrix, whose samples lie row by row. */
   ["traced", "invert", "matrix: Points",
-    { size: (x) => [x.length, 1, true], call: (out, x) => { out.samples.set(x.samples); return ["invert", out, Math.sqrt(x.length)]; },
+    { size: (x) => [x.length, 1, true],
+      call: (out, x) => (out.samples.set(x.samples), ["invert", out, Math.sqrt(x.length)]),
       needs: [(x) => !Number.isInteger(Math.sqrt(x.length)) && "takes a square matrix"],
       fails: (status) => status === 0, failure: "no square matrix that has an inverse: a pivot is below 2.2e-12" }],
-  ["traced", "get_fpscr", "", { call: () => ["get_fpscr"], gives: (out, value) => value >>> 0, ...real }],
-  ["traced", "set_fpscr", "value: number", { call: (out, value) => ["set_fpscr", value], gives: (out, old) => old >>> 0, ...real }],
-  ["traced", "set_runfast", "on: boolean", { call: (out, on) => ["set_runfast", on], gives: (out, old) => old >>> 0, ...real }],
+  ["traced", "get_fpscr", "", { call: () => ["get_fpscr"], ...status_word }],
+  ["traced", "set_fpscr", "value: number", { call: (out, value) => ["set_fpscr", value], ...status_word }],
+  ["traced", "set_runfast", "on: boolean", { call: (out, on) => ["set_runfast", on], ...status_word }],
 ]; // prettier-ignore

@@ -119,8 +119,8 @@ export class Signal {
     return this.library.words[this.record / 4 + at.is_complex] !== 0;
   }
 
-  /** The samples where they are; re, im, re, im ... of a complex signal. Memory that grows detaches the array: ask again
-   * after every call, or keep slice(). */
+  /** The samples where they are; re, im, re, im ... of a complex signal. Memory that grows detaches the array: ask
+   * again after every call, or keep slice(). */
   get samples() {
     const { library, address, length, is_complex } = this;
     return library.doubles(address, is_complex ? 2 * length : length);

@@ -1,5 +1,5 @@
-// Streams: objects that are called block by block and carry what the next block needs. A record in blocks of any lengths
-// is the record at once. free() gives their memory back at once.
+// Streams: objects that are called block by block and carry what the next block needs. A record in blocks of any
+// lengths is the record at once. free() gives their memory back at once.
 
 import { filled, is_signal, parameters, record_of, require } from "./calls.js";
 import { one_length } from "./routines.js";
@@ -84,8 +84,8 @@ export function streams(calls, r) {
       }
     };
 
-  /** One output every `step` samples, 0 or more, through a kernel: one of the built-in kinds 0 to 4, or a table of rsmp,
-   * rsmp_cos or rsmp_pcos. Nothing is filtered: frequencies above the output's Nyquist frequency alias. */
+  /** One output every `step` samples, 0 or more, through a kernel: one of the built-in kinds 0 to 4, or a table of
+   * rsmp, rsmp_cos or rsmp_pcos. Nothing is filtered: frequencies above the output's Nyquist frequency alias. */
   class FractionalResampler extends Stream {
     constructor(step, table = 4, ...options) {
       require_finite_from(0, "dspd_rsmp", "step", step);
