@@ -293,10 +293,8 @@ DSP_INLINE void multiply_vector(double *y, const double *x, const double *h, boo
 
 double multiply(double *y, const double *x, const double *h, int64_t count, bool continued) {
   constexpr int vectors = 2;
-  carried<widest> squares[vectors];
-  carried<lanes<2>> rest;
-  for (carried<widest> &s : squares) s = widest{};
-  rest = lanes<2>{};
+  carried<widest> squares[vectors] = {};
+  carried<lanes<2>> rest = {};
   int64_t i = 0;
   for (; i + vectors * lane_count <= 2 * count; i += vectors * lane_count)
 #pragma GCC unroll 2

@@ -80,7 +80,7 @@ using carried = typename carried_form<V>::type;
 template <class V>
 DSP_INLINE V load(const double *p) {
   if constexpr (width_of<V> == 1) {
-    return *p;
+    return *p;  // NOLINT(clang-analyzer-core.uninitialized.UndefReturn): it loses track of arrays filled in part
   } else {
     V v;
     if constexpr (has_vector_registers)
