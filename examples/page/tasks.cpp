@@ -7,57 +7,13 @@
 #include <exception>
 #include <new>
 
+#include "examples/page/waterfall.h"
 #include "examples/support/averaged_spectrum.h"
-#include "examples/support/input_file.h"
 #include "examples/support/json.h"
 #include "examples/support/one_port_figures.h"
 #include "examples/support/peaks.h"
 #include "examples/support/recording.h"
 #include "examples/support/tone_figures.h"
-
-// The page's files by their names; the size of one that there is not is -1.
-extern "C" {
-__attribute__((import_module("page"), import_name("size"))) double page_size(const char *name);
-__attribute__((import_module("page"), import_name("read"))) int32_t page_read(const char *name, double at, char *bytes,
-                                                                              int32_t count);
-}
-
-namespace examples {
-namespace {
-
-class page_file : public std::streambuf {
- public:
-  explicit page_file(std::string name) : name_(std::move(name)), bytes_(1 << 20) {}
-
- private:
-  int_type underflow() override {
-    const int32_t got = page_read(name_.c_str(), at_, bytes_.data(), static_cast<int32_t>(bytes_.size()));
-    at_ += got;
-    setg(bytes_.data(), bytes_.data(), bytes_.data() + got);
-    return got > 0 ? traits_type::to_int_type(*gptr()) : traits_type::eof();
-  }
-
-  std::string name_;
-  std::vector<char> bytes_;
-  double at_ = 0.0;
-};
-
-struct page_stream : page_file, std::istream {
-  explicit page_stream(const std::string &name) : page_file(name), std::istream(static_cast<page_file *>(this)) {}
-};
-
-}  // namespace
-
-int64_t readable_size(const std::string &path) {
-  const double size = page_size(path.c_str());
-  if (size < 0.0) throw failure("cannot read " + path);
-  if (size == 0.0) throw failure(path + " is empty");
-  return static_cast<int64_t>(size);
-}
-
-std::unique_ptr<std::istream> open_input(const std::string &path) { return std::make_unique<page_stream>(path); }
-
-}  // namespace examples
 
 namespace {
 
@@ -66,52 +22,6 @@ using namespace examples;
 std::string text;                          // the answer, or why there is none
 std::vector<std::vector<double>> columns;  // belong to the answer
 std::vector<double> input;                 // samples that the page brings
-
-/** A row for each so many blocks: of their mean power in dB, the greatest of every few bins. */
-class waterfall {
- public:
-  /** Of a recording, blocks_per_row grows until there are less than 512 rows. */
-  waterfall(int32_t blocks_per_row, bool is_recording) : blocks_per_row_(blocks_per_row), is_recording_(is_recording) {}
-
-  void add(const signal &bins) {
-    require(dsph_avg(&bins, &power_, &work_, DSP_AVG_MEAN | DSP_AVG_POWER, ++blocks_, 0, -1.0, 0.0), "average a row");
-    if (blocks_ < blocks_per_row_) return;
-    blocks_ = 0;
-    std::vector<double> row;
-    for (int32_t i = 0; i < power_.length; i += group()) {
-      const double *first = power_.data + i;
-      const double most = *std::max_element(first, first + std::min(group(), power_.length - i));
-      row.push_back(10.0 * std::log10(std::max(most, 1e-40)));
-    }
-    rows_.push_back(row);
-    if (is_recording_ && rows_.size() == 512) halve();
-  }
-
-  /** Moves the rows to the columns of the answer, and says how far apart they and their bins are. */
-  void answer(json *out, double seconds) {
-    out->add("row_seconds", blocks_per_row_ * seconds).add("row_dx", group() * power_.dx);
-    for (std::vector<double> &row : rows_) columns.push_back(std::move(row));
-    rows_.clear();
-  }
-
- private:
-  int32_t group() const { return (power_.length + 1023) / 1024; }
-
-  void halve() {
-    const auto larger = [](double a, double b) { return std::max(a, b); };
-    for (std::size_t i = 0; i < rows_.size() / 2; ++i) {
-      rows_[i] = rows_[2 * i];
-      std::transform(rows_[i].begin(), rows_[i].end(), rows_[2 * i + 1].begin(), rows_[i].begin(), larger);
-    }
-    rows_.resize(rows_.size() / 2);
-    blocks_per_row_ *= 2;
-  }
-
-  int32_t blocks_per_row_, blocks_ = 0;
-  bool is_recording_;
-  signal power_, work_;
-  std::vector<std::vector<double>> rows_;
-};
 
 /** A spectrum on the way: of a recording, or of samples that the page brings. */
 struct measurement {
@@ -166,7 +76,9 @@ json spectrum(const arguments &) {
   json out;
   out.add("dx", levels.dx).add("rate", spectrum.rate()).add("enbw", spectrum.noise_bandwidth()).add("peaks", lines);
   out.add("method", spectrum.method()).add("samples", static_cast<double>(spectrum.samples()));
-  measured->rows->answer(&out, s.hop / spectrum.rate());
+  waterfall &rows = *measured->rows;
+  out.add("row_seconds", rows.blocks_per_row() * s.hop / spectrum.rate()).add("row_dx", rows.bin_spacing());
+  for (std::vector<double> &row : rows.take_rows()) columns.push_back(std::move(row));
   return out;
 }
 
