@@ -89,9 +89,11 @@ json about(const arguments &given) {
   return json().add("channels", open_sound(name)->channels());
 }
 
-/** As many samples as dsp-tone takes. */
-void read_samples(const arguments &given, signal *record) {
-  read_record(given, *open_recording(given, given.words().at(0)), 1 << 22, record, [](double) {});
+/** Reads as many samples as dsp-tone takes; returns the relative error of their rate. */
+double read_samples(const arguments &given, signal *record) {
+  const auto recording = open_recording(given, given.words().at(0));
+  read_record(given, *recording, 1 << 22, record, [](double) {});
+  return recording->rate_error();
 }
 
 json samples(const arguments &given) {
@@ -103,9 +105,10 @@ json samples(const arguments &given) {
 
 json tone(const arguments &given) {
   signal record;
-  read_samples(given, &record);
+  const double rate_error = read_samples(given, &record);
   std::vector<std::string> rows;
-  const tone_report report = measure_tone(record, tone_settings_from(given, 1.0 / record.dx));
+  tone_report report = measure_tone(record, tone_settings_from(given, 1.0 / record.dx));
+  report.frequency_error += report.frequency * rate_error;
   for (const auto &l : report.lines()) rows.push_back(l.name + "\t" + l.value + "\t" + l.unit);
   return json().add("rows", rows);
 }
