@@ -40,6 +40,7 @@ units | reads 777 -6.0206 -k 3
 { printf 'x-axis,1\nsecond,Volt\n'; rows '%.7g,%.9g'; } | reads 1234 0
 # Spreadsheets: byte-order mark, quotes around all, doubled quotes in a name, blanks after commas, tabs.
 { printf '\xef\xbb\xbf"Time [\xc2\xb5s]","the ""left"", mV (mV)"\r\n'; rows '"%.6f", "%.9f"\r' 1e-6; } | reads 1234 -60
+{ echo 't/ms,v / m/s,u / mV'; rows '%.8f,%.9f,%.9f' 1e-3; } | reads 777 -66.0206 -k u
 { printf 't\tU\n'; rows $'%.7f\t%.9f' | comma; } | reads 1234 0
 rows '%.0s%.9f' | reads 1234 0 --rate 1e4
 rows '  %.7f   %.9f   # comment' | reads 1234 0 --rate 1e4 -k 2

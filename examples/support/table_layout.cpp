@@ -88,19 +88,6 @@ char decimal_of(const std::string &path, const table &t, std::size_t from, char 
   return found ? found : '.';
 }
 
-/** The unit stands in the last pair of brackets, wherever that is. */
-table_column column_named(const std::string &path, std::size_t line, const std::string &text) {
-  table_column c = {text, text, "", false};
-  const std::size_t open = text.find_last_of("(["), close = text.find_last_of(")]");
-  if (open == std::string::npos && close == std::string::npos) return c;
-  if (open == std::string::npos || close == std::string::npos || close < open)
-    refuse(path, line, "the unit in '" + text.substr(0, 40) + "' is not clear: a bracket is missing");
-  c.unit = text.substr(open + 1, close - open - 1);
-  c.name = text.substr(0, open) + text.substr(close + 1);
-  c.name.erase(c.name.find_last_not_of(" \t") + 1);
-  return c;
-}
-
 std::string bare_unit(const std::string &text) {
   const bool enclosed =
       text.size() > 2 && ((text.front() == '(' && text.back() == ')') || (text.front() == '[' && text.back() == ']'));
@@ -125,6 +112,35 @@ unit_parts parts_of(const std::string &unit) {
       if (unit == p.text + s && (s != "s" || p.scale <= 1.0)) return {p.scale, s};  // "Ms" is a slip
   if (is_one_of(lower(unit), words)) return {1.0, lower(unit)[0] == 's' ? "s" : lower(unit).substr(0, 1)};
   return {1.0, ""};
+}
+
+bool names_time(const std::string &name) { return is_one_of(lower(name), {"time", "t", "seconds", "second"}); }
+
+/** "t / s", or "t/s" of a time only: "m/s" is a unit itself. */
+void divide_by_unit(const std::string &text, table_column *c) {
+  const std::size_t slash = text.find('/');
+  if (slash == std::string::npos) return;
+  const std::string name = trimmed(text.substr(0, slash)), unit = trimmed(text.substr(slash + 1));
+  const bool is_spaced = name.size() < slash && text[slash - 1] == ' ';
+  if (is_spaced ? parts_of(unit).base.empty() : !(names_time(name) && is_time(unit))) return;
+  c->name = name;
+  c->unit = unit;
+}
+
+/** The unit stands in the last pair of brackets, wherever that is, or behind a slash. */
+table_column column_named(const std::string &path, std::size_t line, const std::string &text) {
+  table_column c = {text, text, "", false};
+  const std::size_t open = text.find_last_of("(["), close = text.find_last_of(")]");
+  if (open == std::string::npos && close == std::string::npos) {
+    divide_by_unit(text, &c);
+    return c;
+  }
+  if (open == std::string::npos || close == std::string::npos || close < open)
+    refuse(path, line, "the unit in '" + text.substr(0, 40) + "' is not clear: a bracket is missing");
+  c.unit = text.substr(open + 1, close - open - 1);
+  c.name = text.substr(0, open) + text.substr(close + 1);
+  c.name.erase(c.name.find_last_not_of(" \t") + 1);
+  return c;
 }
 
 bool is_units(const line_list &row) {
@@ -220,9 +236,7 @@ table_layout find_layout(const std::string &path, const line_list &lines) {
 
 std::size_t table_layout::time() const {
   for (std::size_t k = 0; k < columns.size(); ++k) {
-    const std::string name = lower(columns[k].name);
-    if (!columns[k].has_numbers) continue;
-    if (is_time(columns[k].unit) || is_one_of(name, {"time", "t", "seconds", "second"})) return k;
+    if (columns[k].has_numbers && (is_time(columns[k].unit) || names_time(columns[k].name))) return k;
   }
   return columns.size();
 }

@@ -11,14 +11,14 @@ namespace {
 
 const char *const blanks = " \t\r";
 
+bool ends_field(char c, char separator) { return separator == ' ' ? c == ' ' || c == '\t' : c == separator; }
+
+}  // namespace
+
 std::string trimmed(const std::string &text) {
   const std::size_t first = text.find_first_not_of(blanks);
   return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
-
-bool ends_field(char c, char separator) { return separator == ' ' ? c == ' ' || c == '\t' : c == separator; }
-
-}  // namespace
 
 bool split_line(const std::string &line, char separator, std::vector<std::string> *fields) {
   fields->clear();

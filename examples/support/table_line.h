@@ -12,6 +12,8 @@ bool split_line(const std::string &line, char separator, std::vector<std::string
 /** A line without what follows a '#' that begins it or follows a blank, and without its line end. */
 std::string without_comment(const std::string &line);
 
+std::string trimmed(const std::string &text);
+
 /** The whole of a field as a number, with the point or the comma as the decimal sign; "nan" and "inf" are numbers. */
 bool parse_field(const std::string &field, char decimal, double *number);
 
