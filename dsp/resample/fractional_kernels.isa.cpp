@@ -33,7 +33,7 @@ void fill_row(const kernel_rows &k, int32_t row) {
   const double *point = k.points + row;
   double *to = k.rows + row * row_stride(k.taps);
   if (!in_whole_vectors(k.taps)) {
-    for (int32_t tap = 0; tap < k.taps; ++tap) to[tap] = point[int64_t{tap} * k.phases];
+    for (int32_t tap = 0; tap < k.taps; ++tap) to[tap] = point[static_cast<int64_t>(tap) * k.phases];
     return;
   }
   for (int32_t v = 0; v < vectors_of(k.taps); ++v)
