@@ -333,7 +333,7 @@ template <int W, class Kernel>
 DSP_INLINE void all_pairs(double *x, std::ptrdiff_t m, const double *octant) {
   // Short signals take narrow loads: one that spans two recent stores of the transform stalls until both are done.
   if constexpr (W > 2)
-    if (m < 32) return all_pairs<W / 2, Kernel>(x, m, octant);
+    if (m < 32) return all_pairs<2, Kernel>(x, m, octant);
   mirrored_pairs<W, Kernel, true>(x, m, 0, octant);
   for (std::ptrdiff_t k = W; k < m / 4; k += W) mirrored_pairs<W, Kernel, false>(x, m, k, octant);
   points<1> a = load_split<1>(x + m / 2);  // sample m/4, its own mirror
