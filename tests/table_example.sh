@@ -35,6 +35,7 @@ scope | reads 777 -6.0206 -k 'CH2 (V)'
 scope | reads 777 -6.0206 -k ch2
 scope | reads 2468 0 -k 2 --rate 20000
 pairs | reads 1234 0
+pairs | tr -d '\n' | reads 1234 0
 units | reads 1234 -60 -k 'Channel A'
 units | reads 777 -6.0206 -k 3
 { printf 'x-axis,1\nsecond,Volt\n'; rows '%.7g,%.9g'; } | reads 1234 0
