@@ -353,7 +353,7 @@ TEST(Converter, BlocksAreTheWholeBitForBit) {
 TEST(Converter, HalvingIsFilteringAndDecimation) {
   std::vector<record> halves = {record(doubles_of(converter(2.0).coef.halfband)), random_signal(40, false, 6),
                                 random_signal(20, true, 6), record()};
-  for (const std::size_t length : {1, 2, 3, 5, 6, 7, 10, 14, 20, 24, 28, 30})
+  for (const std::size_t length : std::initializer_list<std::size_t>{1, 2, 3, 5, 6, 7, 10, 14, 20, 24, 28, 30})
     halves.push_back(random_signal(length, false, 6));
   for (const bool is_complex : {false, true})
     for (const record &half : halves)
