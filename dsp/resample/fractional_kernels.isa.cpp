@@ -182,13 +182,15 @@ DSP_INLINE lanes<W> sums_of(const Products &of) {
     else
       return sum_lanes<W>(of(2 * i), of(2 * i + 1));
   };
-  const auto four = [&](int i) { return sum_pairs<W>(two(2 * i), two(2 * i + 1)); };
-  if constexpr (W == 8)
-    return sum_halves<W>(four(0), four(1));
-  else if constexpr (W == 4)
-    return four(0);
-  else
+  if constexpr (W == 2) {
     return two(0);
+  } else {
+    const auto four = [&](int i) { return sum_pairs<W>(two(2 * i), two(2 * i + 1)); };
+    if constexpr (W == 8)
+      return sum_halves<W>(four(0), four(1));
+    else
+      return four(0);
+  }
 }
 
 // Where a batch of outputs, and the one after it, lie: found before anything is weighed.
