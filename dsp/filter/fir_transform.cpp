@@ -62,10 +62,6 @@ int32_t transform(const past_and_block &x, int64_t delay, int32_t size, dsp_vec 
   return x.width == 2 ? dspi_dft(v, 0) : dspi_rdft(v);
 }
 
-}  // namespace
-
-namespace {
-
 partition cheapest_partition(const price &cost, int64_t block, int32_t taps) {
   partition best = {0, 0, 0};
   double least = static_cast<double>(block) * taps;
