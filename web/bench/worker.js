@@ -37,6 +37,8 @@ const tasks = {
     programs.files.set(name, file ?? (await example()));
     try {
       const about = programs.run("about", is_table ? { column: "" } : {}, [name]);
+      ++latest; // what reads the file before stops, and its samples can be forgotten
+      if (opened && opened.name !== name) programs.files.delete(opened.name);
       opened = { name, is_table };
       return about;
     } catch (error) {
